@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace dorvane {
+
+// One sound, made from a file's contents. Loading and decoding happen on other threads; every
+// member is called on, and every callback arrives on, the main thread. Destroying it stops it and
+// drops its callbacks.
+class Sound {
+public:
+    using Seconds = std::chrono::duration<double>;
+
+    virtual ~Sound() = default;
+
+    // Starts at the current position (the beginning, unless setCurrentTime() moved it), as soon as
+    // the file is loaded. False when the sound is already playing or is known to be unplayable:
+    // the file could not be read, or there is no sound server.
+    virtual bool play() = 0;
+
+    // Ends the play and goes back to the beginning; finished(false) follows when it was playing.
+    // The last fraction of a sound that has been handed over whole is still heard.
+    virtual void stop() = 0;
+
+    // From play() until stop() or the end, pauses included.
+    [[nodiscard]] virtual bool isPlaying() const = 0;
+
+    virtual void pause() = 0;
+    virtual void resume() = 0;
+
+    // Zero until the file is loaded, and for a sound that cannot be played.
+    [[nodiscard]] virtual Seconds duration() const = 0;
+
+    // The position that is being heard.
+    [[nodiscard]] virtual Seconds currentTime() const = 0;
+    virtual void setCurrentTime(Seconds position) = 0;
+
+    // 0.0 to 1.0, single precision; 1.0 at first. Changes are smoothed over a few milliseconds.
+    [[nodiscard]] virtual float volume() const = 0;
+    virtual void setVolume(float volume) = 0;
+
+    // Called once when the duration is known, or the sound turned out to be unplayable (its
+    // duration is zero then); at once when that is known already.
+    virtual void whenLoaded(std::function<void()> callback) = 0;
+
+    // Called after each play: true when the sound was heard to its end, false when it was stopped
+    // or the sound server went away. Never called from inside a member of this class.
+    virtual void setFinished(std::function<void(bool completed)> callback) = 0;
+};
+
+// Makes sounds. Main thread only.
+class SoundPlayer {
+public:
+    virtual ~SoundPlayer() = default;
+
+    // Never null; a file that cannot be read gives an empty sound whose play() answers false, now
+    // or once that has turned out, and the reason is logged. Returns before the file is read.
+    [[nodiscard]] virtual std::unique_ptr<Sound> soundWithContentsOfFile(const QString& path) = 0;
+
+    // The MIME types of the files that can be played here.
+    [[nodiscard]] virtual QStringList soundUnfilteredTypes() const = 0;
+};
+
+} // namespace dorvane

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+
+#include <functional>
+
+class QIcon;
+class QMenu;
+class QString;
+
+namespace dorvane {
+
+// Our place in the status area: an icon in the panel, or a small floating clock where there is no
+// panel. It looks after late, vanishing and restarting panels by itself. Main thread only.
+class StatusItem {
+public:
+    virtual ~StatusItem() = default;
+
+    // Shows the picture, with one pixmap for each size that is to be crisp. The panel is told only
+    // when the pixels differ from what it shows.
+    virtual void setIcon(const QIcon& icon) = 0;
+    virtual void setToolTip(const QString& text) = 0;
+
+    // The copy of the menu that a panel draws by itself, on its own click or gesture. Not owned;
+    // must outlive the item.
+    virtual void setExportedMenu(QMenu* menu) = 0;
+
+    // Called on a press for which a pop-up of our own is to be opened.
+    virtual void setPressed(std::function<void()> pressed) = 0;
+
+    // Opens our own pop-up at the item. Returns at once.
+    virtual void popUp(QMenu& menu) = 0;
+
+    // Where the icon is on the screen, in device-independent pixels; empty where the panel does
+    // not tell and nobody has clicked yet.
+    [[nodiscard]] virtual QRect geometry() const = 0;
+
+    // Where a window of this size belongs: hanging from the icon, or in the corner beside the
+    // panel where the icon's place is not known.
+    [[nodiscard]] virtual QPoint placeFor(QSize window) const = 0;
+};
+
+} // namespace dorvane

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/RunLoop.h"
+
+#include <cstdint>
+#include <deque>
+#include <map>
+
+namespace dorvane::testing {
+
+// A run loop whose time moves only when a test says so. Callbacks that fall on the same moment run
+// in the order in which they were scheduled. More than a million callbacks in one advance() is a
+// timer storm and fails the test.
+class VirtualRunLoop final : public RunLoop {
+public:
+    explicit VirtualRunLoop(const QDateTime& start);
+    ~VirtualRunLoop() override;
+
+    [[nodiscard]] QDateTime now() const override;
+    [[nodiscard]] Milliseconds uptime() const override { return m_uptime; }
+    [[nodiscard]] RunLoopTimer scheduleOnce(Milliseconds delay, Callback callback,
+                                            RunLoopMode mode) override;
+    [[nodiscard]] RunLoopTimer scheduleRepeating(Milliseconds interval, Callback callback,
+                                                 RunLoopMode mode) override;
+    [[nodiscard]] RunLoopTimer scheduleAligned(const QDateTime& first, Milliseconds interval,
+                                               Callback callback, RunLoopMode mode) override;
+    void defer(Callback callback) override;
+    void post(Callback callback) override;
+    void beginEventTracking() override { ++m_trackingDepth; }
+    void endEventTracking() override { --m_trackingDepth; }
+
+    // Lets time pass; lands exactly on now() + duration.
+    void advance(Milliseconds duration);
+
+    // Runs what is due at this moment and everything deferred.
+    void runPending() { advance(Milliseconds(0)); }
+
+    // The wall clock goes on by `duration` while nothing runs; then `woken` is called.
+    void sleepMachine(Milliseconds duration);
+    void setWoken(Callback woken) { m_woken = std::move(woken); }
+
+    // Sets the wall clock; timers do not notice until they fire.
+    void setWall(const QDateTime& wall);
+
+    // How many callbacks of timers have run: what a real loop would have woken up for.
+    [[nodiscard]] std::int64_t firings() const { return m_firings; }
+
+private:
+    struct Entry;
+    class EntryRegistration;
+    using Id = std::uint64_t;
+
+    [[nodiscard]] RunLoopTimer add(std::shared_ptr<Entry> entry);
+    [[nodiscard]] std::shared_ptr<Entry> nextDue(Milliseconds until);
+    void fire(Entry& entry);
+    void runDeferred();
+    void countStep();
+
+    qint64 m_wallAtZero; // milliseconds since the epoch at uptime 0
+    Milliseconds m_uptime{0};
+    std::map<Id, std::shared_ptr<Entry>> m_entries;
+    std::deque<Callback> m_deferred;
+    Callback m_woken;
+    std::shared_ptr<VirtualRunLoop*> m_self;
+    Id m_nextId = 1;
+    int m_trackingDepth = 0;
+    std::int64_t m_firings = 0;
+    std::int64_t m_stepsInAdvance = 0;
+};
+
+} // namespace dorvane::testing
