@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Instant.h"
+#include "core/Weekday.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace dorvane {
+
+class AlarmContext;
+class AlarmDelegate;
+class RunLoop;
+
+// What to do and when: the one record that is passed around, with an identity of its own (two
+// alarms with the same values are two alarms). Held by std::shared_ptr. Main thread only.
+class Alarm : public std::enable_shared_from_this<Alarm> {
+public:
+    // The kinds, as the rows of the editor: rings in N minutes or hours, at a time on a date, on
+    // ticked weekdays. Higher numbers count as weekday alarms when the due time is computed.
+    enum Kind : qint64 { Relative = 0, Dated = 1, Weekly = 2 };
+
+    // An alarm with every flag off, every number 0 and no texts or dates. The run loop tells the
+    // time and must outlive the alarm.
+    [[nodiscard]] static std::shared_ptr<Alarm> create(const RunLoop& runLoop);
+    // The same with a title and a time, which may be invalid for none.
+    [[nodiscard]] static std::shared_ptr<Alarm>
+    initWithTime(const RunLoop& runLoop, const QDateTime& time, const QString& title);
+
+    Alarm(const Alarm&) = delete;
+    Alarm& operator=(const Alarm&) = delete;
+    ~Alarm();
+
+    // A new alarm with the same settings, and the due time as its stored time. Not copied: the
+    // start it counts from, snoozes, and everything that belongs to ringing or to the menu.
+    [[nodiscard]] std::shared_ptr<Alarm> copy() const;
+
+    // -- The due time ---------------------------------------------------------------------------
+
+    // When the alarm is due, snoozes included, on a whole second; invalid for a dated or weekday
+    // alarm that has no stored time.
+    [[nodiscard]] QDateTime time() const;
+    // The stored time, which is not the due time: see time().
+    [[nodiscard]] QDateTime storedTime() const;
+    void setTime(const QDateTime& time);
+
+    // The moment a relative alarm counts from; the current time while none is stored.
+    [[nodiscard]] QDateTime runTime() const;
+    [[nodiscard]] QDateTime storedRunTime() const;
+    // Sets the moment, or none when invalid, and forgets all snoozes.
+    void setRunTime(const QDateTime& runTime);
+
+    // Moves the due time; snoozes add up until the next setRunTime().
+    void snooze(qint32 minutes);
+    [[nodiscard]] quint64 snoozedMinutes() const { return m_snoozedMinutes; }
+    void setSnoozedMinutes(quint64 minutes) { m_snoozedMinutes = minutes; }
+
+    // The whole seconds until the due time, truncated toward zero; 0 when there is no due time.
+    [[nodiscard]] qint64 secondsFromNow(Instant now) const;
+    // The same, split into whole minutes and the rest, both negative once the alarm is past.
+    struct MinutesAndSeconds {
+        qint64 minutes = 0;
+        qint64 seconds = 0;
+    };
+    [[nodiscard]] MinutesAndSeconds minutesFromNow() const;
+    // The minute of the hour of the due time, 0 to 59.
+    [[nodiscard]] int minute() const;
+
+    // Called once a second: reports the alarm to its delegate when less than one whole second is
+    // left and it is not triggered yet.
+    void tick(Instant now);
+
+    // Orders by the stored time of this alarm against the due time of the other; equal when either
+    // is missing. Not symmetric, on purpose.
+    [[nodiscard]] std::weak_ordering compare(const Alarm& other) const;
+
+    // For the log.
+    [[nodiscard]] QString description() const;
+
+    // -- Settings -------------------------------------------------------------------------------
+
+    [[nodiscard]] const QString& title() const { return m_title; }
+    void setTitle(const QString& title) { m_title = title; }
+    [[nodiscard]] const QString& soundPath() const { return m_soundPath; }
+    void setSoundPath(const QString& path) { m_soundPath = path; }
+    [[nodiscard]] const QString& voiceName() const { return m_voiceName; }
+    void setVoiceName(const QString& name) { m_voiceName = name; }
+
+    [[nodiscard]] qint64 selRowNo() const { return m_selRowNo; }
+    void setSelRowNo(qint64 kind) { m_selRowNo = kind; }
+    // Minutes or hours of a relative alarm, see isMinuteUnits().
+    [[nodiscard]] qint64 ringWithinUnits() const { return m_ringWithinUnits; }
+    void setRingWithinUnits(qint64 units) { m_ringWithinUnits = units; }
+    // Minutes.
+    [[nodiscard]] qint64 snoozeTime() const { return m_snoozeTime; }
+    void setSnoozeTime(qint64 minutes) { m_snoozeTime = minutes; }
+
+    [[nodiscard]] bool isPlaySound() const { return m_isPlaySound; }
+    void setIsPlaySound(bool on) { m_isPlaySound = on; }
+    [[nodiscard]] bool isTimeWithDate() const { return m_isTimeWithDate; }
+    void setIsTimeWithDate(bool on) { m_isTimeWithDate = on; }
+    [[nodiscard]] bool isMinuteUnits() const { return m_isMinuteUnits; }
+    void setIsMinuteUnits(bool on) { m_isMinuteUnits = on; }
+    [[nodiscard]] bool isSpeakAlarmName() const { return m_isSpeakAlarmName; }
+    void setIsSpeakAlarmName(bool on) { m_isSpeakAlarmName = on; }
+    // Despite the name, plays for a limited time and fades out at its end.
+    [[nodiscard]] bool shouldFadeIn() const { return m_shouldFadeIn; }
+    void setShouldFadeIn(bool on) { m_shouldFadeIn = on; }
+    [[nodiscard]] bool shouldRepeat() const { return m_shouldRepeat; }
+    void setShouldRepeat(bool on) { m_shouldRepeat = on; }
+    [[nodiscard]] bool shouldUseEveryDay() const { return m_shouldUseEveryDay; }
+    void setShouldUseEveryDay(bool on) { m_shouldUseEveryDay = on; }
+    // Whether a weekday alarm keeps its days after it rang.
+    [[nodiscard]] bool shouldUseForever() const { return m_shouldUseForever; }
+    void setShouldUseForever(bool on) { m_shouldUseForever = on; }
+    [[nodiscard]] bool isExisInActiveAlarmList() const { return m_isExisInActiveAlarmList; }
+    void setIsExisInActiveAlarmList(bool on) { m_isExisInActiveAlarmList = on; }
+    [[nodiscard]] bool isDefaultAlarm() const { return m_isDefaultAlarm; }
+    void setIsDefaultAlarm(bool on) { m_isDefaultAlarm = on; }
+
+    // The days of a weekday alarm, all at once and one by one.
+    [[nodiscard]] WeekdaySet weekdays() const { return m_weekdays; }
+    void setWeekdays(WeekdaySet days) { m_weekdays = days; }
+    [[nodiscard]] bool isRunOnMon() const { return m_weekdays.contains(Weekday::Monday); }
+    void setIsRunOnMon(bool on) { m_weekdays.set(Weekday::Monday, on); }
+    [[nodiscard]] bool isRunOnTue() const { return m_weekdays.contains(Weekday::Tuesday); }
+    void setIsRunOnTue(bool on) { m_weekdays.set(Weekday::Tuesday, on); }
+    [[nodiscard]] bool isRunOnWed() const { return m_weekdays.contains(Weekday::Wednesday); }
+    void setIsRunOnWed(bool on) { m_weekdays.set(Weekday::Wednesday, on); }
+    [[nodiscard]] bool isRunOnThu() const { return m_weekdays.contains(Weekday::Thursday); }
+    void setIsRunOnThu(bool on) { m_weekdays.set(Weekday::Thursday, on); }
+    [[nodiscard]] bool isRunOnFri() const { return m_weekdays.contains(Weekday::Friday); }
+    void setIsRunOnFri(bool on) { m_weekdays.set(Weekday::Friday, on); }
+    [[nodiscard]] bool isRunOnSat() const { return m_weekdays.contains(Weekday::Saturday); }
+    void setIsRunOnSat(bool on) { m_weekdays.set(Weekday::Saturday, on); }
+    [[nodiscard]] bool isRunOnSun() const { return m_weekdays.contains(Weekday::Sunday); }
+    void setIsRunOnSun(bool on) { m_weekdays.set(Weekday::Sunday, on); }
+
+    // -- While running, never stored ------------------------------------------------------------
+
+    // The alarm rings.
+    [[nodiscard]] bool isTriggered() const { return m_isTriggered; }
+    void setIsTriggered(bool on) { m_isTriggered = on; }
+    // The alarm is, or was, among the clock's running alarms.
+    [[nodiscard]] bool isActive() const { return m_isActive; }
+    void setIsActive(bool on) { m_isActive = on; }
+
+    [[nodiscard]] const std::shared_ptr<AlarmContext>& context() const { return m_context; }
+    void setContext(std::shared_ptr<AlarmContext> context);
+
+    // Not owned; set to null before the delegate goes.
+    [[nodiscard]] AlarmDelegate* delegate() const { return m_delegate; }
+    void setDelegate(AlarmDelegate* delegate) { m_delegate = delegate; }
+
+    // The menu entry that shows the alarm; not owned.
+    [[nodiscard]] QObject* menuItem() const { return m_menuItem; }
+    void setMenuItem(QObject* item) { m_menuItem = item; }
+
+private:
+    explicit Alarm(const RunLoop& runLoop);
+
+    [[nodiscard]] std::optional<Instant> dueInstant(Instant now) const;
+
+    const RunLoop& m_runLoop;
+
+    QString m_title;
+    QString m_soundPath;
+    QString m_voiceName;
+    std::optional<Instant> m_time;
+    std::optional<Instant> m_runTime;
+    quint64 m_snoozedMinutes = 0;
+    qint64 m_snoozeTime = 0;
+    qint64 m_ringWithinUnits = 0;
+    qint64 m_selRowNo = Relative;
+    WeekdaySet m_weekdays;
+
+    bool m_isPlaySound = false;
+    bool m_isTimeWithDate = false;
+    bool m_isMinuteUnits = false;
+    bool m_isSpeakAlarmName = false;
+    bool m_shouldFadeIn = false;
+    bool m_shouldRepeat = false;
+    bool m_shouldUseEveryDay = false;
+    bool m_shouldUseForever = false;
+    bool m_isExisInActiveAlarmList = false;
+    bool m_isDefaultAlarm = false;
+    bool m_isTriggered = false;
+    bool m_isActive = false;
+
+    std::shared_ptr<AlarmContext> m_context;
+    AlarmDelegate* m_delegate = nullptr;
+    QPointer<QObject> m_menuItem;
+};
+
+using AlarmPtr = std::shared_ptr<Alarm>;
+
+} // namespace dorvane

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Alarm.h"
+#include "platform/NotificationCenter.h"
+#include "platform/RunLoop.h"
+
+#include <vector>
+
+namespace dorvane {
+
+// Owns the running alarms and asks each of them once a second whether it is due. Main thread only.
+class Clock {
+public:
+    // Starts ticking at once. Both must outlive the clock.
+    Clock(RunLoop& runLoop, NotificationCenter& notifications);
+
+    // The one instance of the application.
+    static Clock& sharedClock();
+
+    // Puts the alarm at the front. Its run time starts afresh: at its own due time for a weekday
+    // alarm, now for every other kind. An alarm that is in the list already is moved.
+    void insertAlarm(const AlarmPtr& alarm);
+    // The same at an index of 0 to the count of the other alarms; does not touch isActive.
+    void insertAlarmAtIndex(const AlarmPtr& alarm, int index);
+
+    // An alarm that is not in the list is ignored.
+    void removeAlarm(const AlarmPtr& alarm);
+
+    // Puts `replacement` in the place of `old` without touching its dates. False, and nothing
+    // happens, when `old` is not in the list.
+    [[nodiscard]] bool replaceAlarm(const AlarmPtr& old, const AlarmPtr& replacement);
+
+    // The alarm that is due soonest by whole seconds, of several the one nearest the front; null
+    // when there is none.
+    [[nodiscard]] AlarmPtr nearestAlarm() const;
+
+    // Most recently inserted first. The list itself: do not insert or remove while walking it.
+    [[nodiscard]] const std::vector<AlarmPtr>& allAlarms() const { return m_alarms; }
+
+    // To be called when an alarm in the list was changed from outside: tells whoever shows it.
+    void alarmDidChange();
+
+    // Starts the tick anew on the whole seconds of the wall clock, and ticks at once.
+    void runTimer();
+
+private:
+    void updateAlarms();
+    void awakeFromSleep();
+    void announceChange();
+
+    RunLoop& m_runLoop;
+    NotificationCenter& m_notifications;
+    std::vector<AlarmPtr> m_alarms;
+    RunLoopTimer m_clockTimer;
+    RunLoopTimer m_wakeTimer;
+    NotificationCenter::Observation m_wakeObservation;
+};
+
+} // namespace dorvane

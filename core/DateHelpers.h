@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDateTime>
+#include <QLocale>
+
+namespace dorvane {
+
+// Whether the locale writes times of day with a twelve-hour clock and a mark such as AM.
+[[nodiscard]] bool usesTwelveHourClock(const QLocale& locale);
+
+// Weekday and time of day, for menus, windows and announcements: "Tue, 7:30" or "Tue, 7:30 AM".
+[[nodiscard]] QString shortDayTimeString(const QDateTime& date,
+                                         const QLocale& locale = QLocale::system());
+
+// The moment `seconds` after `date`.
+[[nodiscard]] QDateTime calendarDateWithTimeInterval(double seconds, const QDateTime& date);
+
+// The nearest multiple of five minutes, with no seconds: minutes that end in 3 or 4 (8 or 9) go up,
+// whatever the seconds.
+[[nodiscard]] QDateTime calendarDateRoundedTo5(const QDateTime& date);
+
+// Whether both fall on the same calendar day.
+[[nodiscard]] bool isSameDay(const QDateTime& a, const QDateTime& b);
+
+} // namespace dorvane

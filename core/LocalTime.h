@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDateTime>
+
+namespace dorvane {
+
+// The moment at which local clocks show this date and time of day.
+//
+// Where the clocks are set forward and the time is skipped, the moment as late after the last
+// valid one as asked for: 02:30 on a night that goes from 02:00 to 03:00 is 03:30. Where they are
+// set back and the time comes twice, the first one: an alarm rings rather early than late.
+[[nodiscard]] QDateTime localMoment(QDate date, QTime time);
+
+// The same time of day `days` days later, with the policy of localMoment().
+[[nodiscard]] QDateTime addingDays(const QDateTime& moment, int days);
+
+} // namespace dorvane

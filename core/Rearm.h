@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Weekday.h"
+
+#include <QDateTime>
+
+namespace dorvane {
+
+class Alarm;
+
+// What becomes of an alarm once it rang, decided on values and carried out afterwards.
+struct RearmDecision {
+    enum class Outcome {
+        Remove,      // it has had its day
+        NextDay,     // the same time of day at `next`
+        NextPeriod,  // again one interval after the due time
+        NextWeekday, // at `next`, with the days left in `weekdays`
+        Unchanged,   // as it is
+    };
+
+    Outcome outcome = Outcome::Remove;
+    QDateTime next;
+    WeekdaySet weekdays;
+
+    friend bool operator==(const RearmDecision&, const RearmDecision&) = default;
+};
+
+// An alarm that rang and was cleared. `todaysName` as for weekdayNamed().
+[[nodiscard]] RearmDecision rearmAfterRinging(const Alarm& alarm, const QDateTime& now,
+                                              const QString& todaysName);
+
+// An alarm of the previous run that is put back at the start.
+[[nodiscard]] RearmDecision rearmAtRestore(const Alarm& alarm, const QDateTime& now,
+                                           const QString& todaysName);
+
+// Changes the alarm's dates and days as decided; Remove and Unchanged change nothing.
+void applyRearm(const RearmDecision& decision, Alarm& alarm);
+
+} // namespace dorvane
