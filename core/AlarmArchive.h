@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Alarm.h"
+
+#include <QByteArray>
+
+#include <vector>
+
+namespace dorvane {
+
+class PropertyListFormat;
+class RunLoop;
+
+// Lists of alarms as keyed archives, the form in which preferences hold them. Stateless; main
+// thread only.
+class AlarmArchive {
+public:
+    // Both must outlive the object, and the run loop every alarm that it reads.
+    AlarmArchive(const PropertyListFormat& format, const RunLoop& runLoop);
+
+    [[nodiscard]] QByteArray archivedData(const std::vector<AlarmPtr>& alarms) const;
+
+    struct Unarchived {
+        std::vector<AlarmPtr> alarms;
+        // False when something in the data could not be read as an alarm; the rest is in the list.
+        bool isComplete = true;
+    };
+    // Unknown classes, missing keys and values of a wrong type are read as nothing, off and zero;
+    // what is no archive of a list at all gives an empty, incomplete list. Never fails.
+    [[nodiscard]] Unarchived unarchive(const QByteArray& data) const;
+
+private:
+    const PropertyListFormat& m_format;
+    const RunLoop& m_runLoop;
+};
+
+} // namespace dorvane

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/ArchivedList.h"
+
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+namespace dorvane {
+
+// The library of stored, reusable alarms: a list in which the title is the key. Every change is
+// made on what is stored at that moment and written at once, so that two windows that work on the
+// library do not undo each other's changes. Main thread only.
+class StoredAlarms {
+public:
+    StoredAlarms(UserDefaults& defaults, const AlarmArchive& archive, const RunLoop& runLoop);
+
+    // What is stored, in the order of first saving; nothing when no library was ever stored.
+    // Each call reads afresh and gives alarms of its own.
+    [[nodiscard]] std::optional<std::vector<AlarmPtr>> alarms();
+
+    // Stores a copy of the alarm: in the place of the first one with its title, else at the end.
+    void put(const Alarm& alarm);
+
+    // Stores the alarm as it is in the place of the first one with its title; when the title is
+    // not stored, nothing happens.
+    void updateAlarmList(const AlarmPtr& alarm);
+
+    // Removes the first alarm of the title, if there is one.
+    void removeAlarm(const QString& title);
+
+private:
+    std::vector<AlarmPtr> load();
+
+    ArchivedList m_list;
+};
+
+// The titles of the alarms, in order.
+[[nodiscard]] QStringList alarmTitles(const std::vector<AlarmPtr>& alarms);
+
+} // namespace dorvane

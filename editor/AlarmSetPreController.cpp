@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/AlarmSetPreController.h"
+
+#include "core/StoredAlarms.h"
+#include "platform/RunLoop.h"
+
+namespace dorvane {
+
+AlarmSetPreController::AlarmSetPreController(const RunLoop& runLoop, StoredAlarms& library,
+                                             QString soundPath, AlarmPresetDelegate& delegate)
+    : m_runLoop(runLoop)
+    , m_library(library)
+    , m_soundPath(std::move(soundPath))
+    , m_delegate(delegate) {}
+
+void AlarmSetPreController::setDefault(int minutes) {
+    m_delegate.acceptedPreAlarm(*this, saveCurrentAlarm(minutes));
+}
+
+AlarmPtr AlarmSetPreController::saveCurrentAlarm(int minutes) {
+    AlarmPtr alarm = Alarm::initWithTime(m_runLoop, m_runLoop.now(), QStringLiteral("default"));
+    alarm->setSnoozeTime(5);
+    alarm->setIsMinuteUnits(true);
+    alarm->setRingWithinUnits(minutes);
+    alarm->setSoundPath(m_soundPath);
+    alarm->setIsPlaySound(true);
+    alarm->setIsDefaultAlarm(true);
+    m_library.put(*alarm);
+    return alarm;
+}
+
+} // namespace dorvane

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Alarm.h"
+#include "firing/FadingSound.h"
+#include "platform/RunLoop.h"
+#include "platform/Sound.h"
+
+#include <deque>
+#include <functional>
+#include <memory>
+
+namespace dorvane {
+
+class FlashingIcon;
+class SnoozeWindowControllerDelegate;
+class SoundRepeat;
+class WindowPlace;
+
+// Makes an alarm ring: its window, its sound, the flashing icon. Main thread only.
+class AlarmRinger {
+public:
+    // What ringing reaches; all of it must outlive the ringer.
+    struct Surroundings {
+        RunLoop& runLoop;
+        SoundPlayer& player;
+        SoundRepeat& repeat;
+        FlashingIcon& icon;
+        const WindowPlace& place;
+        SnoozeWindowControllerDelegate& windowDelegate;
+        // Whether the path is one of the short alert sounds, which are played several times.
+        std::function<bool(const QString& path)> isSystemSound;
+    };
+
+    explicit AlarmRinger(Surroundings surroundings);
+    ~AlarmRinger();
+
+    // Marks the alarm triggered and rings it within the next turns of the loop: of many alarms that
+    // are due in the same second each gets a turn, so that the program stays responsive.
+    void activateAlarm(const AlarmPtr& alarm);
+
+    // Starts the alarm's sound, if it plays one, in place of the one that plays now. An alert sound
+    // is played three times, whatever the user does; any other file once, or for 20 s with its end
+    // faded.
+    void soundAlarm(const AlarmPtr& alarm);
+
+    // The alarm rings no more: stops the sound that plays now.
+    void deactivateAlarm(const AlarmPtr& alarm);
+
+private:
+    void ringNext();
+    void ring(const AlarmPtr& alarm);
+    void releaseFinished(const FadingSound* finished);
+
+    Surroundings m_surroundings;
+    std::deque<AlarmPtr> m_waiting;
+    std::unique_ptr<FadingSound> m_playingSound;
+    // Expires with this object, so that nothing deferred reaches it later.
+    std::shared_ptr<AlarmRinger*> m_self;
+};
+
+} // namespace dorvane

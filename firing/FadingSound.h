@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/RunLoop.h"
+#include "platform/Sound.h"
+
+#include <memory>
+
+namespace dorvane {
+
+// A sound that is played for a limited time and gets quieter toward its end. Main thread only;
+// destroying it stops the sound.
+class FadingSound {
+public:
+    using Seconds = Sound::Seconds;
+
+    FadingSound(RunLoop& runLoop, std::unique_ptr<Sound> sound);
+
+    [[nodiscard]] Sound& sound() { return *m_sound; }
+
+    // Plays; a sound longer than `fadeStart` gets quieter from then on and is stopped after
+    // `playTime`, a shorter one plays to its end as it is. A volume of zero is raised to a half
+    // first. False when the sound cannot be played.
+    bool playFor(Seconds playTime, Seconds fadeStart);
+
+    void stop();
+
+private:
+    void scheduleFade(Seconds playTime, Seconds fadeStart);
+    void startFading(Seconds playTime, Seconds fadeStart);
+    void fadeOutStep();
+    void stopPlaying();
+
+    RunLoop& m_runLoop;
+    RunLoopTimer m_fadeTimer;
+    RunLoopTimer m_stopTimer;
+    // Last, so that it goes first and no callback of it meets a timer that is gone.
+    std::unique_ptr<Sound> m_sound;
+};
+
+} // namespace dorvane

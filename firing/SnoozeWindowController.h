@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Alarm.h"
+#include "core/AlarmContext.h"
+#include "platform/RunLoop.h"
+
+#include <memory>
+
+class QWidget;
+
+namespace Ui {
+class SnoozeWindowController;
+}
+
+namespace dorvane {
+
+class SnoozeWindowControllerDelegate;
+class WindowPlace;
+
+// The small window of one ringing alarm: its time, its title, Snooze and Clear. It keeps itself
+// alive until it is closed. Main thread only.
+class SnoozeWindowController final : public AlarmContext {
+public:
+    // Opens the window for the alarm, hanging from `place`, above the other windows. All but the
+    // alarm must outlive the window.
+    static std::shared_ptr<SnoozeWindowController>
+    showCloseTo(const WindowPlace& place, RunLoop& runLoop,
+                SnoozeWindowControllerDelegate& delegate, const AlarmPtr& alarm);
+
+    ~SnoozeWindowController() override;
+
+    [[nodiscard]] const AlarmPtr& windowAlarm() const { return m_windowAlarm; }
+
+    void snoozeButtonPressed();
+    void clearButtonPressed();
+
+    void close() override;
+
+private:
+    SnoozeWindowController(RunLoop& runLoop, SnoozeWindowControllerDelegate& delegate);
+
+    void setAlarm(const AlarmPtr& alarm);
+    void setNextAlarm();
+    void show(const WindowPlace& place);
+
+    RunLoop& m_runLoop;
+    SnoozeWindowControllerDelegate& m_delegate;
+    AlarmPtr m_windowAlarm;
+    RunLoopTimer m_nextAlarmTimer;
+    std::unique_ptr<Ui::SnoozeWindowController> m_form;
+    std::unique_ptr<QWidget> m_window;
+    std::shared_ptr<SnoozeWindowController> m_self; // until closed
+};
+
+} // namespace dorvane

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "firing/SoundRepeat.h"
+
+#include "platform/Log.h"
+
+namespace dorvane {
+
+namespace {
+
+// More at once would be heard as nothing but noise.
+constexpr std::size_t mostAtOnce = 16;
+
+} // namespace
+
+SoundRepeat::SoundRepeat(RunLoop& runLoop, SoundPlayer& player)
+    : m_runLoop(runLoop), m_player(player), m_self(std::make_shared<SoundRepeat*>(this)) {}
+
+SoundRepeat::~SoundRepeat() = default;
+
+void SoundRepeat::playSoundAtPath(const QString& path, int times) {
+    if (m_plays.size() >= mostAtOnce) {
+        qCInfo(logFiring).noquote() << "enough sounds play already; left out" << path;
+        return;
+    }
+    const auto play = m_plays.emplace(m_plays.end());
+    play->sound = m_player.soundWithContentsOfFile(path);
+    play->count = times;
+    // Only a loaded sound starts without delay, and each start is to be like the others.
+    play->sound->whenLoaded([this, play] {
+        play->firstStart = m_runLoop.uptime();
+        playAgain(play);
+    });
+}
+
+// The starts lie on a grid from the first one, so that small delays do not add up; and they go on
+// while a menu is open.
+void SoundRepeat::playAgain(Plays::iterator play) {
+    play->sound->stop();
+    if (play->done == play->count || !play->sound->play()) {
+        drop(play);
+        return;
+    }
+    ++play->done;
+    const auto next = play->firstStart + std::chrono::round<RunLoop::Milliseconds>(
+                                             play->sound->duration() * play->done);
+    play->timer = m_runLoop.scheduleOnce(
+        next - m_runLoop.uptime(), [this, play] { playAgain(play); }, RunLoopMode::Common);
+}
+
+// Later, since this may run inside a callback of the very sound.
+void SoundRepeat::drop(Plays::iterator play) {
+    m_runLoop.defer([weak = std::weak_ptr(m_self), play] {
+        if (const auto self = weak.lock())
+            (*self)->m_plays.erase(play);
+    });
+}
+
+} // namespace dorvane

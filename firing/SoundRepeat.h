@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/RunLoop.h"
+#include "platform/Sound.h"
+
+#include <list>
+#include <memory>
+
+namespace dorvane {
+
+// Plays files several times, back to back, on its own: whoever asks keeps nothing, and nothing
+// stops a sound early. Main thread only.
+class SoundRepeat {
+public:
+    SoundRepeat(RunLoop& runLoop, SoundPlayer& player);
+    ~SoundRepeat();
+
+    // Starts the file `times` times in all, each start one duration after the one before. A file
+    // that cannot be played is dropped; the player says why in the log.
+    void playSoundAtPath(const QString& path, int times);
+
+private:
+    // One file being repeated.
+    struct Play {
+        std::unique_ptr<Sound> sound;
+        RunLoop::Milliseconds firstStart{0};
+        int count = 0;
+        int done = 0;
+        RunLoopTimer timer;
+    };
+    using Plays = std::list<Play>;
+
+    void playAgain(Plays::iterator play);
+    void drop(Plays::iterator play);
+
+    RunLoop& m_runLoop;
+    SoundPlayer& m_player;
+    // Expires with this object, so that nothing deferred reaches it later.
+    std::shared_ptr<SoundRepeat*> m_self;
+    Plays m_plays;
+};
+
+} // namespace dorvane

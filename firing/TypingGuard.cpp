@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "firing/TypingGuard.h"
+
+#include <QEvent>
+
+namespace dorvane {
+
+using namespace std::chrono_literals;
+
+TypingGuard::TypingGuard(const RunLoop& runLoop, QObject* parent)
+    : QObject(parent), m_runLoop(runLoop), m_quietSince(runLoop.uptime()) {}
+
+bool TypingGuard::eventFilter(QObject* watched, QEvent* event) {
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
+                       event->type() == QEvent::ShortcutOverride ||
+                       event->type() == QEvent::Shortcut;
+    if (!isKey || m_open)
+        return QObject::eventFilter(watched, event);
+    m_open = event->type() != QEvent::KeyRelease && m_runLoop.uptime() - m_quietSince >= 500ms;
+    m_quietSince = m_runLoop.uptime();
+    return !m_open;
+}
+
+} // namespace dorvane

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/RunLoop.h"
+
+#include <QObject>
+
+namespace dorvane {
+
+// Keeps what somebody is typing elsewhere from pressing the buttons of a window that has just
+// popped up: it swallows keys until half a second has passed without one.
+class TypingGuard final : public QObject {
+    Q_OBJECT
+
+public:
+    TypingGuard(const RunLoop& runLoop, QObject* parent);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    const RunLoop& m_runLoop;
+    RunLoop::Milliseconds m_quietSince;
+    bool m_open = false;
+};
+
+} // namespace dorvane
