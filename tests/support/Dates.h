@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDateTime>
+
+#include <string>
+
+namespace dorvane::testing {
+
+// "2026-03-29 02:30:00" (or without seconds) in local time.
+inline QDateTime at(const char* text) {
+    const QString string = QString::fromLatin1(text);
+    QDateTime date = QDateTime::fromString(string, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    if (!date.isValid())
+        date = QDateTime::fromString(string, QStringLiteral("yyyy-MM-dd HH:mm"));
+    Q_ASSERT(date.isValid());
+    return date;
+}
+
+// "2026-03-29T01:30:00Z".
+inline QDateTime utc(const char* text) {
+    const QDateTime date = QDateTime::fromString(QString::fromLatin1(text), Qt::ISODateWithMs);
+    Q_ASSERT(date.isValid());
+    return date;
+}
+
+// With the offset, so that the two readings of a doubled hour differ: "2026-03-29T03:30:00+02:00".
+inline std::string text(const QDateTime& date) {
+    return date.isValid()
+               ? date.toOffsetFromUtc(date.offsetFromUtc()).toString(Qt::ISODate).toStdString()
+               : "none";
+}
+
+} // namespace dorvane::testing
