@@ -1,0 +1,118 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The parts put together."""
+
+from __future__ import annotations
+
+import os
+import shutil
+import tempfile
+from functools import cached_property
+from pathlib import Path
+
+from .accessible import Menu, ScreenReader
+from .bus import AppearancePortal, Bus, SleepService
+from .panel import Panel, Tint2, WindowManager, XfcePanel
+from .picture import Rect, changed_rect
+from .processes import Processes, wait_for
+from .program import Program, User
+from .screen import Screen, Window
+from .sound import SoundServer
+
+
+class VirtualDesktop:
+    """A screen with a window manager, buses, and a sound card; the panel is started by the test.
+
+    Everything lives in a folder of its own below the temporary folder. close() ends what was
+    started and removes the folder.
+    """
+
+    def __init__(self, accessible: bool = True) -> None:
+        self.folder = Path(tempfile.mkdtemp(prefix="dorvane-desktop-"))
+        self._logs = self.folder / "logs"
+        self._logs.mkdir()
+        self.processes = Processes(self._logs)
+        try:
+            self._start(accessible)
+        except BaseException:
+            self.close()
+            raise
+
+    def _start(self, accessible: bool) -> None:
+        run = self.folder / "run"
+        run.mkdir(mode=0o700)
+        desk = User(self.folder / "desk")
+        self.env = {
+            **desk.environment(),
+            "PATH": "/usr/bin:/bin",
+            "LANG": "C.UTF-8",
+            "TZ": "UTC",
+            "USER": os.environ.get("USER", "user"),
+            "XDG_RUNTIME_DIR": str(run),
+            "XDG_CURRENT_DESKTOP": "XFCE",
+            "GTK_MODULES": "",
+        }
+        self.screen = Screen(self.processes, self.folder, self.env)
+        self.env["DISPLAY"] = self.screen.display
+        self.session_bus = Bus(self.processes, run, self.env, "session")
+        self.system_bus = Bus(self.processes, run, self.env, "system")
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = self.session_bus.address
+        self.env["DBUS_SYSTEM_BUS_ADDRESS"] = self.system_bus.address
+        self.sound = SoundServer(self.processes, run, self.env)
+        self.env["PULSE_SERVER"] = self.sound.address
+        self._users = 0
+        self._runs = 0
+        if accessible:
+            self.reader = ScreenReader(self.processes, self.env, self.session_bus, self.screen)
+            self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        WindowManager(self.processes, self.env, self.session_bus)
+        self.panel: Panel = XfcePanel(self.processes, self.env, self.session_bus)
+
+    def close(self) -> None:
+        self.processes.stop_all()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    @cached_property
+    def sleep_service(self) -> SleepService:
+        return SleepService(self.processes, self.env, self.system_bus)
+
+    @cached_property
+    def appearance(self) -> AppearancePortal:
+        return AppearancePortal(self.processes, self.env, self.session_bus)
+
+    def use_tint2(self) -> None:
+        """Takes a panel of the other kind; before it is started."""
+        self.panel = Tint2(self.processes, self.env, self.screen)
+
+    def new_user(self) -> User:
+        self._users += 1
+        return User(self.folder / f"user{self._users}")
+
+    def start(self, user: User, *arguments: str, **env: str) -> Program:
+        """Starts Dorvane without waiting for anything; `env` overrides variables."""
+        self._runs += 1
+        log = f"dorvane{self._runs}"
+        return Program(self.processes, {**self.env, **env}, user, log, *arguments)
+
+    def start_in_panel(self, user: User, **env: str) -> tuple[Program, Rect]:
+        """Starts Dorvane and finds its icon, by what appears in the panel."""
+        area = self.panel.AREA
+        before = self.screen.picture()
+        program = self.start(user, **env)
+        self.panel.wait_for_icon()
+        icon = wait_for(
+            "the icon on the screen",
+            lambda: changed_rect(before, self.screen.picture(), area),
+        )
+        return program, icon
+
+    def open_menu(self, icon: Rect) -> Menu:
+        """Clicks the icon."""
+        self.screen.click(icon.centre)
+        return self.opened_menu()
+
+    def opened_menu(self) -> Menu:
+        """The menu that has just popped up."""
+        return self.reader.focused_menu("Down")
+
+    def windows_of(self, program: Program, title: str = "") -> list[Window]:
+        return self.screen.windows(title, program.pid)

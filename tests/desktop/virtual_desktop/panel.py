@@ -1,0 +1,155 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Panels with a status area, the window manager, and the notification daemon."""
+
+from __future__ import annotations
+
+import subprocess
+from pathlib import Path
+from typing import Mapping
+
+from .bus import Bus
+from .picture import Rect
+from .processes import Processes, find_program, wait_for
+from .screen import SIZE, Screen
+
+PANEL_HEIGHT = 30
+
+_WATCHER = "org.kde.StatusNotifierWatcher"
+
+# One panel along the top: empty space, then the status area at the right end.
+_XFCE_PANEL = f"""<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="size" type="uint" value="{PANEL_HEIGHT}"/>
+      <property name="plugin-ids" type="array">
+        <value type="int" value="1"/>
+        <value type="int" value="2"/>
+      </property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="separator">
+      <property name="expand" type="bool" value="true"/>
+      <property name="style" type="uint" value="0"/>
+    </property>
+    <property name="plugin-2" type="string" value="systray"/>
+  </property>
+</channel>
+"""
+
+_TINT2 = f"""rounded = 0
+background_color = #f0f0f0 100
+panel_background_id = 1
+panel_items = FS
+panel_position = top center horizontal
+panel_size = 100% {PANEL_HEIGHT}
+panel_layer = top
+strut_policy = follow_size
+systray_icon_size = 22
+systray_monitor = primary
+"""
+
+
+class WindowManager:
+    """xfwm4, together with the settings daemon that it and the panel read."""
+
+    def __init__(self, processes: Processes, env: Mapping[str, str], bus: Bus) -> None:
+        channels = Path(env["XDG_CONFIG_HOME"], "xfce4/xfconf/xfce-perchannel-xml")
+        channels.mkdir(parents=True)
+        (channels / "xfce4-panel.xml").write_text(_XFCE_PANEL, encoding="utf-8")
+        xfconfd = find_program("xfconfd", "/usr/lib/x86_64-linux-gnu/xfce4/xfconf",
+                               "/usr/lib/aarch64-linux-gnu/xfce4/xfconf")
+        processes.start([xfconfd], env, "settings")
+        bus.connection.wait_for_owner("org.xfce.Xfconf")
+        processes.start([find_program("xfwm4"), "--compositor=off"], env, "window-manager")
+        wait_for("the window manager", lambda: _root_property(env, "_NET_SUPPORTING_WM_CHECK"))
+
+
+class Panel:
+    """A panel along the top of the screen."""
+
+    AREA = Rect(0, 0, SIZE[0], PANEL_HEIGHT)
+
+    def __init__(self, processes: Processes, env: Mapping[str, str]) -> None:
+        self._processes, self._env = processes, env
+        self._process: subprocess.Popen[bytes] | None = None
+
+    def command(self) -> list[str]:
+        raise NotImplementedError
+
+    def is_ready(self) -> bool:
+        """Whether icons can be put into it."""
+        raise NotImplementedError
+
+    def icon_count(self) -> int:
+        raise NotImplementedError
+
+    def start(self) -> None:
+        self._process = self._processes.start(self.command(), self._env, type(self).__name__)
+        wait_for("the panel", self.is_ready)
+
+    def stop(self) -> None:
+        if self._process:
+            self._processes.stop(self._process)
+            self._process = None
+
+    def wait_for_icon(self, seconds: float = 5.0) -> None:
+        wait_for("an icon in the panel", lambda: self.icon_count() > 0, seconds)
+
+
+class XfcePanel(Panel):
+    """xfce4-panel, whose status area speaks StatusNotifierItem."""
+
+    def __init__(self, processes: Processes, env: Mapping[str, str], bus: Bus) -> None:
+        super().__init__(processes, env)
+        self._connection = bus.connection
+
+    def command(self) -> list[str]:
+        return [find_program("xfce4-panel"), "--disable-wm-check"]
+
+    def is_ready(self) -> bool:
+        return self._connection.owner(_WATCHER) is not None and bool(
+            self._property("IsStatusNotifierHostRegistered")
+        )
+
+    def icon_count(self) -> int:
+        if self._connection.owner(_WATCHER) is None:
+            return 0
+        return len(self._property("RegisteredStatusNotifierItems"))
+
+    def _property(self, name: str):
+        return self._connection.property(_WATCHER, "/StatusNotifierWatcher", f"{_WATCHER}.{name}")
+
+
+class Tint2(Panel):
+    """tint2, whose status area takes windows of the programs (XEmbed)."""
+
+    def __init__(self, processes: Processes, env: Mapping[str, str], screen: Screen) -> None:
+        super().__init__(processes, env)
+        self._screen = screen
+        self._configuration = Path(env["XDG_CONFIG_HOME"], "tint2rc")
+        self._configuration.write_text(_TINT2, encoding="utf-8")
+
+    def command(self) -> list[str]:
+        return [find_program("tint2"), "-c", str(self._configuration)]
+
+    def is_ready(self) -> bool:
+        return bool(self._screen.windows("tint2"))
+
+    def icon_count(self) -> int:
+        """The icons are small windows within the panel."""
+        windows = self._screen.windows("")
+        return sum(w.rect.height <= PANEL_HEIGHT and w.rect.width <= 48 and
+                   w.rect.bottom <= PANEL_HEIGHT and w.rect.width > 8 for w in windows)
+
+
+def _root_property(env: Mapping[str, str], name: str) -> bool:
+    command = [find_program("xprop"), "-root", name]
+    output = subprocess.run(command, env=dict(env), capture_output=True, text=True, check=False)
+    return "window id" in output.stdout
