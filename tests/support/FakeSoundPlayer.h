@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Sound.h"
+#include "tests/support/Trace.h"
+
+#include <QMap>
+
+#include <vector>
+
+namespace dorvane::testing {
+
+class FakeSound;
+
+// Sounds that only take time, on the loop that the test gives. What is heard goes to the trace as
+// "<ms> <path> <event>", with these events:
+//
+//   play        play() answered true; the sound is heard as soon as it is loaded
+//   refused     play() answered false
+//   stop        stop() of a playing sound
+//   pause, resume, seek 1.500, volume 0.99
+//   finished    heard to its end
+//   failed      a play that the sound server, or a file that cannot be read, brought to its end
+//   dropped     destroyed while it was playing
+//
+//   VirtualRunLoop loop(start);
+//   Trace trace(loop);
+//   FakeSoundPlayer player(loop, trace);
+//   player.setFile(u"/rings/Ping.aiff"_qs, {.duration = 2s});
+//   ...
+//   EXPECT_THAT(trace.events(), ElementsAre("0 /rings/Ping.aiff play",
+//                                           "2000 /rings/Ping.aiff finished"));
+//
+// Like the real player it never knows a duration at once: a file with no load delay is loaded in
+// the next turn of the loop. Sounds must not outlive the player.
+class FakeSoundPlayer final : public SoundPlayer {
+public:
+    struct File {
+        Sound::Seconds duration{1.0};
+        RunLoop::Milliseconds loadDelay{0};
+        bool isPlayable = true;
+    };
+
+    FakeSoundPlayer(RunLoop& loop, Trace& trace) : m_loop(loop), m_trace(trace) {}
+
+    [[nodiscard]] std::unique_ptr<Sound> soundWithContentsOfFile(const QString& path) override;
+    [[nodiscard]] QStringList soundUnfilteredTypes() const override { return types; }
+
+    // What sounds made from now on find at `path`; files that were never set are playable and one
+    // second long.
+    void setFile(const QString& path, File file) { m_files[path] = file; }
+
+    // Brings every playing sound of that path to its end now.
+    void finish(const QString& path);
+
+    // The sound server goes away under every playing sound.
+    void fail();
+
+    // With no server play() answers false.
+    bool hasServer = true;
+
+    QStringList types = {QStringLiteral("audio/x-aiff"), QStringLiteral("audio/mpeg"),
+                         QStringLiteral("audio/x-wav"), QStringLiteral("audio/x-vorbis+ogg")};
+
+    // The sounds that exist, oldest first: what is left here at the end has leaked.
+    [[nodiscard]] const std::vector<FakeSound*>& sounds() const { return m_sounds; }
+
+private:
+    friend class FakeSound;
+
+    RunLoop& m_loop;
+    Trace& m_trace;
+    QMap<QString, File> m_files;
+    std::vector<FakeSound*> m_sounds;
+};
+
+// Made by FakeSoundPlayer.
+class FakeSound final : public Sound {
+public:
+    FakeSound(FakeSoundPlayer& player, QString path, FakeSoundPlayer::File file);
+    ~FakeSound() override;
+    FakeSound(const FakeSound&) = delete;
+    FakeSound& operator=(const FakeSound&) = delete;
+
+    bool play() override;
+    void stop() override;
+    [[nodiscard]] bool isPlaying() const override { return m_isPlaying; }
+    void pause() override;
+    void resume() override;
+    [[nodiscard]] Seconds duration() const override;
+    [[nodiscard]] Seconds currentTime() const override;
+    void setCurrentTime(Seconds position) override;
+    [[nodiscard]] float volume() const override { return m_volume; }
+    void setVolume(float volume) override;
+    void whenLoaded(std::function<void()> callback) override;
+    void setFinished(std::function<void(bool)> callback) override;
+
+    [[nodiscard]] const QString& path() const { return m_path; }
+
+    // Ends a play as the end of the file or a lost server would.
+    void end(bool completed);
+
+private:
+    void loaded();
+    void run();
+    void hold();
+    void record(const QString& event);
+    void report(bool completed);
+
+    FakeSoundPlayer& m_player;
+    const QString m_path;
+    const FakeSoundPlayer::File m_file;
+    bool m_isLoaded = false;
+    bool m_isPlaying = false;
+    bool m_isPaused = false;
+    float m_volume = 1.0F;
+    Seconds m_position{0};
+    RunLoop::Milliseconds m_runningSince{0};
+    RunLoopTimer m_loading;
+    RunLoopTimer m_running;
+    std::vector<std::function<void()>> m_whenLoaded;
+    std::function<void(bool)> m_finished;
+    std::shared_ptr<FakeSound*> m_self; // callbacks on the loop find out whether it still lives
+};
+
+} // namespace dorvane::testing
