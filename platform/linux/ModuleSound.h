@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/RunLoop.h"
+#include "platform/Sound.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace dorvane {
+
+class SoundDecoder;
+class SoundLoader;
+class SoundVoice;
+
+// A sound whose file is read on a loading thread and played by the sound module. This class is the
+// main thread's side: it keeps what the user of the sound sees, and never waits.
+//
+// A play needs a decoder that stands at the right position. One at the beginning is kept in
+// reserve, so that a repeated play starts without delay; for any other position one is made on a
+// loading thread, because a seek in a long file takes long.
+class ModuleSound final : public Sound {
+public:
+    ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, const QString& path);
+    ~ModuleSound() override;
+
+    bool play() override;
+    void stop() override;
+    [[nodiscard]] bool isPlaying() const override { return m_playing; }
+    void pause() override { setPaused(true); }
+    void resume() override { setPaused(false); }
+    [[nodiscard]] Seconds duration() const override { return m_duration; }
+    [[nodiscard]] Seconds currentTime() const override;
+    void setCurrentTime(Seconds position) override;
+    [[nodiscard]] float volume() const override { return m_volume; }
+    void setVolume(float volume) override;
+    void whenLoaded(std::function<void()> callback) override;
+    void setFinished(std::function<void(bool completed)> callback) override;
+
+private:
+    class Reply;
+    enum class Load { Running, Done, Failed };
+    using Decoder = std::shared_ptr<SoundDecoder>;
+
+    void load(const QString& path);
+    void opened(const QByteArray& file, Decoder atBeginning);
+    void loaded(Load result, Seconds duration);
+    void start();
+    void requestDecoder(Seconds at, std::function<void(ModuleSound&, Decoder)> receive);
+    void begin(Decoder decoder);
+    void voiceFinished(std::uint64_t playNumber, bool completed);
+    void end();
+    void postFinished();
+    void setPaused(bool paused);
+
+    RunLoop& m_loop;
+    std::shared_ptr<SoundLoader> m_loader;
+    std::shared_ptr<ModuleSound*> m_self; // what other threads hold weakly
+
+    Load m_load = Load::Running;
+    QByteArray m_file; // empty until it is known to be playable
+    Decoder m_reserve; // at the beginning
+    Seconds m_duration{0};
+    std::vector<std::function<void()>> m_whenLoaded;
+
+    bool m_playing = false;
+    bool m_paused = false;
+    float m_volume = 1.0F;
+    Seconds m_position{0}; // where the next play starts, or the running one is about to go
+    std::unique_ptr<SoundVoice> m_voice;
+    // Grows with every voice, seek and stop: replies that carry an older number are dropped.
+    std::uint64_t m_playNumber = 0;
+    std::function<void(bool)> m_finished;
+};
+
+} // namespace dorvane

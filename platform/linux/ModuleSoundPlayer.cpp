@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/ModuleSoundPlayer.h"
+
+#include "platform/linux/ModuleSound.h"
+#include "platform/linux/sound/SoundModule.h"
+#include "platform/linux/sound/SoundTypes.h"
+#include "platform/linux/SoundLoader.h"
+
+namespace dorvane {
+
+ModuleSoundPlayer::ModuleSoundPlayer(RunLoop& loop, const QString& modulePath)
+    : m_loop(loop), m_loader(std::make_shared<SoundLoader>(modulePath)) {}
+
+ModuleSoundPlayer::~ModuleSoundPlayer() = default;
+
+std::unique_ptr<Sound> ModuleSoundPlayer::soundWithContentsOfFile(const QString& path) {
+    return std::make_unique<ModuleSound>(m_loop, m_loader, path);
+}
+
+QStringList ModuleSoundPlayer::soundUnfilteredTypes() const {
+    const SoundModule* module = m_loader->module();
+    QStringList types;
+    for (const SoundType& type : soundTypes)
+        if (!module || module->supports(type.demuxer, type.decoder))
+            types << QString::fromLatin1(type.mimeType);
+    return types;
+}
+
+} // namespace dorvane

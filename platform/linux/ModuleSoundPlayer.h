@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/RunLoop.h"
+#include "platform/Sound.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace dorvane {
+
+class SoundLoader;
+
+// The sound player on FFmpeg and PulseAudio, which live in a module that the first sound brings
+// into the process, on a loading thread. Where that fails, the sound is empty, the reason is
+// logged, and the next sound tries again. The run loop must outlive the player and its sounds.
+class ModuleSoundPlayer final : public SoundPlayer {
+public:
+    ModuleSoundPlayer(RunLoop& loop, const QString& modulePath);
+    ~ModuleSoundPlayer() override;
+
+    [[nodiscard]] std::unique_ptr<Sound> soundWithContentsOfFile(const QString& path) override;
+
+    // Every type that is known, less those that the installed libraries turn out to lack once they
+    // are loaded: listing sound files must not bring them in.
+    [[nodiscard]] QStringList soundUnfilteredTypes() const override;
+
+private:
+    RunLoop& m_loop;
+    std::shared_ptr<SoundLoader> m_loader; // its sounds may outlive the player
+};
+
+} // namespace dorvane

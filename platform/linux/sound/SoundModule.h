@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Sound.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+
+namespace dorvane {
+
+// What every sound is decoded to: interleaved stereo floats.
+inline constexpr int soundRate = 48000;
+inline constexpr std::size_t soundChannels = 2;
+
+// Reads one sound from a position onwards. Belongs to one thread at a time.
+class SoundDecoder {
+public:
+    virtual ~SoundDecoder() = default;
+
+    // The position of the first frame that read() gives.
+    [[nodiscard]] virtual Sound::Seconds start() const = 0;
+
+    // Writes up to `frames` frames; fewer only at the end of the sound.
+    [[nodiscard]] virtual std::size_t read(float* out, std::size_t frames) = 0;
+};
+
+// One play on its way to the speakers. Main thread only; nothing here waits for the audio thread.
+class SoundVoice {
+public:
+    // Ends the play with a short fade, or lets the rest be heard when all of it has been handed
+    // over to the sound server.
+    virtual ~SoundVoice() = default;
+
+    virtual void setPaused(bool paused) = 0;
+    virtual void setVolume(float volume) = 0;
+
+    // The position in the sound that is being heard.
+    [[nodiscard]] virtual Sound::Seconds position() const = 0;
+};
+
+// How a play begins, and who hears of its end.
+struct SoundVoiceStart {
+    float volume = 1.0F;
+    bool paused = false;
+    // Called once, on the audio thread: true after the last sample was heard, false when the sound
+    // server is not there or went away. May still arrive just after the voice is gone.
+    std::function<void(bool completed)> finished;
+};
+
+// What the loadable module gives: decoding and output. The libraries behind it are large, so they
+// come into the process with the first sound only. Members may be called on any thread.
+class SoundModule {
+public:
+    // No voice is left by then.
+    virtual ~SoundModule() = default;
+
+    // A decoder that starts at `at`, or null with the reason in `error`.
+    [[nodiscard]] virtual std::shared_ptr<SoundDecoder>
+    decoder(const QByteArray& file, Sound::Seconds at, QString& error) const = 0;
+
+    // How long the sound is heard, exact where that is not stated exactly by the file and can be
+    // found out in a fraction of a second. Gives up with zero when `cancelled` says so.
+    [[nodiscard]] virtual Sound::Seconds duration(const QByteArray& file,
+                                                  const std::function<bool()>& cancelled) const = 0;
+
+    [[nodiscard]] virtual std::unique_ptr<SoundVoice> play(std::shared_ptr<SoundDecoder> decoder,
+                                                           SoundVoiceStart start) = 0;
+
+    // Whether the installed libraries have a demuxer and a decoder of these names.
+    [[nodiscard]] virtual bool supports(const char* demuxer, const char* decoder) const = 0;
+};
+
+// The module's one entry point, a function of this type and name. The caller owns the result.
+using SoundModuleEntry = SoundModule* (*)();
+inline constexpr const char* soundModuleEntryName = "dorvaneSoundModule";
+
+} // namespace dorvane
