@@ -7,12 +7,9 @@ import sys
 from pathlib import Path
 from typing import Any, Mapping
 
-from .processes import Missing, Processes, find_program, wait_for
+from gi.repository import Gio, GLib
 
-try:
-    from gi.repository import Gio, GLib
-except ImportError as error:
-    raise Missing("python3-gi is not installed (scripts/deps test installs it)") from error
+from .processes import Processes, find_program, wait_for
 
 # No service folders: nothing of the real desktop can be started on such a bus by accident.
 _CONFIGURATION = """<busconfig>

@@ -6,17 +6,34 @@ from __future__ import annotations
 import os
 import shutil
 import tempfile
+import time
+from dataclasses import dataclass
 from functools import cached_property
 from pathlib import Path
 
-from .accessible import Menu, ScreenReader
-from .bus import AppearancePortal, Bus, SleepService
+from .accessible import Accessible, Menu, ScreenReader
+from .bus import AppearancePortal, Bus, GLib, SleepService
 from .panel import Panel, Tint2, WindowManager, XfcePanel
-from .picture import Rect, changed_rect
+from .picture import Picture, Rect, changed_rect
 from .processes import Processes, wait_for
 from .program import Program, User
 from .screen import Screen, Window
 from .sound import SoundServer
+
+_AWAY = (400, 500)  # where the pointer touches nothing
+
+
+@dataclass(frozen=True)
+class SnoozeWindow:
+    """The window of a ringing alarm."""
+
+    accessible: Accessible
+    texts: list[str]
+
+    def button(self, name: str) -> Accessible:
+        found = self.accessible.find(name)
+        assert found, f"no button {name!r}"
+        return found
 
 
 class VirtualDesktop:
@@ -60,7 +77,7 @@ class VirtualDesktop:
         self.sound = SoundServer(self.processes, run, self.env)
         self.env["PULSE_SERVER"] = self.sound.address
         self._users = 0
-        self._runs = 0
+        self.programs: list[Program] = []
         if accessible:
             self.reader = ScreenReader(self.processes, self.env, self.session_bus, self.screen)
             self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
@@ -89,9 +106,10 @@ class VirtualDesktop:
 
     def start(self, user: User, *arguments: str, **env: str) -> Program:
         """Starts Dorvane without waiting for anything; `env` overrides variables."""
-        self._runs += 1
-        log = f"dorvane{self._runs}"
-        return Program(self.processes, {**self.env, **env}, user, log, *arguments)
+        log = f"dorvane{len(self.programs) + 1}"
+        program = Program(self.processes, {**self.env, **env}, user, log, *arguments)
+        self.programs.append(program)
+        return program
 
     def start_in_panel(self, user: User, **env: str) -> tuple[Program, Rect]:
         """Starts Dorvane and finds its icon, by what appears in the panel."""
@@ -116,3 +134,29 @@ class VirtualDesktop:
 
     def windows_of(self, program: Program, title: str = "") -> list[Window]:
         return self.screen.windows(title, program.pid)
+
+    def look_at(self, icon: Rect) -> Picture:
+        """The icon as it is without the pointer over it."""
+        self.move_away()
+        time.sleep(0.3)  # for the panel's own highlighting to fade
+        return self.screen.picture(icon)
+
+    def move_away(self) -> None:
+        self.screen.move_to(_AWAY)
+
+    def ringing(self, program: Program) -> list[SnoozeWindow]:
+        """The snooze windows that are open."""
+        for _ in range(5):
+            try:
+                root = self.reader.program(program.pid)
+                tops = root.children if root else []
+                return [window for top in tops if (window := _snooze_window(top))]
+            except GLib.Error:  # one closed while it was being looked at
+                time.sleep(0.05)
+        return []
+
+
+def _snooze_window(top: Accessible) -> SnoozeWindow | None:
+    names = [part.name for part in top.descendants()]
+    is_one = "Snooze" in names and "Clear" in names
+    return SnoozeWindow(top, names) if is_one else None

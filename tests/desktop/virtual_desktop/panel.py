@@ -4,8 +4,9 @@
 from __future__ import annotations
 
 import subprocess
+from glob import glob
 from pathlib import Path
-from typing import Mapping
+from typing import Any, Mapping
 
 from .bus import Bus
 from .picture import Rect
@@ -63,8 +64,7 @@ class WindowManager:
         channels = Path(env["XDG_CONFIG_HOME"], "xfce4/xfconf/xfce-perchannel-xml")
         channels.mkdir(parents=True)
         (channels / "xfce4-panel.xml").write_text(_XFCE_PANEL, encoding="utf-8")
-        xfconfd = find_program("xfconfd", "/usr/lib/x86_64-linux-gnu/xfce4/xfconf",
-                               "/usr/lib/aarch64-linux-gnu/xfce4/xfconf")
+        xfconfd = find_program("xfconfd", *glob("/usr/lib/*/xfce4/xfconf"))
         processes.start([xfconfd], env, "settings")
         bus.connection.wait_for_owner("org.xfce.Xfconf")
         processes.start([find_program("xfwm4"), "--compositor=off"], env, "window-manager")
@@ -123,7 +123,7 @@ class XfcePanel(Panel):
             return 0
         return len(self._property("RegisteredStatusNotifierItems"))
 
-    def _property(self, name: str):
+    def _property(self, name: str) -> Any:
         return self._connection.property(_WATCHER, "/StatusNotifierWatcher", f"{_WATCHER}.{name}")
 
 
@@ -144,9 +144,8 @@ class Tint2(Panel):
 
     def icon_count(self) -> int:
         """The icons are small windows within the panel."""
-        windows = self._screen.windows("")
-        return sum(w.rect.height <= PANEL_HEIGHT and w.rect.width <= 48 and
-                   w.rect.bottom <= PANEL_HEIGHT and w.rect.width > 8 for w in windows)
+        rects = [window.rect for window in self._screen.windows()]
+        return sum(8 < rect.width <= 48 and rect.bottom <= PANEL_HEIGHT for rect in rects)
 
 
 def _root_property(env: Mapping[str, str], name: str) -> bool:

@@ -22,7 +22,9 @@ class Missing(Exception):
     """This machine lacks a part of the desktop; the text says which."""
 
 
-def wait_for(what: str, probe: Callable[[], T], seconds: float = 10.0, step: float = 0.02) -> T:
+def wait_for(
+    what: str, probe: Callable[[], T | None], seconds: float = 10.0, step: float = 0.02
+) -> T:
     """Polls until the probe answers something true, and returns that."""
     deadline = time.monotonic() + seconds
     while True:

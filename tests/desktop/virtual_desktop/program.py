@@ -5,13 +5,14 @@ from __future__ import annotations
 
 import os
 import plistlib
+import shutil
 import signal
 import subprocess
 from pathlib import Path
 from typing import Any, Mapping
 
 from .archive import Alarm, alarms_of, archive
-from .processes import Missing, Processes, wait_for
+from .processes import Processes, wait_for
 
 RUNNING_ALARMS = "AcitveAlarmsStoredKey"
 STORED_ALARMS = "StoredAlarmsKey"
@@ -23,8 +24,13 @@ def program_path() -> Path:
     tree = Path(__file__).parents[3]
     path = Path(os.environ.get("DORVANE_PROGRAM", tree / "build/release/Dorvane.app/dorvane"))
     if not path.exists():
-        raise Missing(f"{path} has not been built")
+        raise FileNotFoundError(f"{path} has not been built")
     return path
+
+
+def ping_path() -> Path:
+    """The sound of the timers, as it is delivered with the program."""
+    return program_path().parent / "Resources/Sounds/Ping.aiff"
 
 
 class User:
@@ -35,6 +41,7 @@ class User:
         self.configuration = home / ".config/Dorvane"
         self.preferences_file = self.configuration / f"{BUS_NAME}.plist"
         self.rings = home / ".cache/Dorvane/Rings"
+        self.ping = self.rings / ping_path().name
         for folder in (".config", ".cache", ".local/share", ".local/state"):
             (home / folder).mkdir(parents=True)
 
@@ -61,6 +68,10 @@ class User:
         contents = {RUNNING_ALARMS: archive(alarms)}
         self.write_preferences(plistlib.dumps(contents, fmt=plistlib.FMT_BINARY))
 
+    def fill_rings(self) -> None:
+        """As an earlier run has left it: the program's own sounds in the user's folder."""
+        shutil.copytree(ping_path().parent, self.rings)
+
     def running_alarms(self) -> list[dict[str, Any]]:
         """The alarms that the last orderly quit stored."""
         return alarms_of(self.preferences()[RUNNING_ALARMS])
@@ -70,7 +81,12 @@ class Program:
     """One run of Dorvane."""
 
     def __init__(
-        self, processes: Processes, env: Mapping[str, str], user: User, log_name: str, *arguments: str
+        self,
+        processes: Processes,
+        env: Mapping[str, str],
+        user: User,
+        log_name: str,
+        *arguments: str,
     ) -> None:
         self._processes = processes
         self._log = processes.log_path(log_name)

@@ -25,7 +25,8 @@ _RIG = """.fail
 load-module module-native-protocol-unix socket={socket} auth-anonymous=1
 load-module module-null-sink sink_name=out rate={rate} channels=2
 load-module module-null-sink sink_name=micfeed rate={rate} channels=1 channel_map=mono
-load-module module-remap-source source_name=mic master=micfeed.monitor channels=1 channel_map=mono master_channel_map=mono
+load-module module-remap-source source_name=mic master=micfeed.monitor channels=1 \
+channel_map=mono master_channel_map=mono
 set-default-sink out
 set-default-source mic
 """
@@ -66,7 +67,8 @@ class SoundServer:
 
     def _answers(self) -> bool:
         pactl = [find_program("pactl"), "info"]
-        return subprocess.run(pactl, env=self._env, capture_output=True, check=False).returncode == 0
+        answer = subprocess.run(pactl, env=self._env, capture_output=True, check=False)
+        return answer.returncode == 0
 
     def _listen(self, source: str, output: Path) -> subprocess.Popen[bytes]:
         command = [find_program("parec"), "--raw", "--latency-msec=5", "--format=float32le"]
@@ -154,3 +156,14 @@ def read_aiff(path: Path) -> Samples:
     seconds = wave.size / rate
     positions = np.arange(int(seconds * RATE)) / RATE
     return np.interp(positions, np.arange(wave.size) / rate, wave).astype(np.float32)
+
+
+def write_chirp(path: Path, seconds: float) -> None:
+    """An AIFF file with a tone that rises all the time, so that no part of it is like another."""
+    time_axis = np.arange(int(seconds * RATE)) / RATE
+    wave = 0.3 * np.sin(2 * np.pi * (300 + 100 * time_axis) * time_axis)
+    with aifc.open(str(path), "wb") as file:
+        file.setnchannels(1)
+        file.setsampwidth(2)
+        file.setframerate(RATE)
+        file.writeframes((wave * 32767).astype(">i2").tobytes())

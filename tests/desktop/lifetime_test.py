@@ -1,0 +1,73 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Starting and ending: what is kept, what is not, and that there is only one."""
+
+from __future__ import annotations
+
+import signal
+import time
+
+from desktop_case import DesktopTest, main
+from virtual_desktop import wait_for
+from virtual_desktop.archive import Alarm
+from virtual_desktop.program import BUS_NAME
+
+HOUR = 3600
+
+
+def titles(alarms: list[dict[str, object]]) -> list[object]:
+    return [alarm["title"] for alarm in alarms]
+
+
+class LifetimeTest(DesktopTest):
+    def set_two_alarms(self) -> None:
+        due = time.time() + HOUR
+        self.user.set_running_alarms(Alarm("Tea", due), Alarm("Train", due + HOUR))
+
+    def test_a_crash_loses_no_more_than_the_run(self) -> None:
+        self.set_two_alarms()
+        program, icon = self.start_in_panel()
+        self.desktop.open_menu(icon).open_submenu("Timer...").click("45 min")
+        wait_for("the timer to be stored", lambda: "StoredAlarmsKey" in self.user.preferences())
+        program.kill()
+        self.assertEqual(titles(self.user.running_alarms()), ["Tea", "Train"])
+
+        _, icon = self.start_in_panel()
+        rows = self.desktop.open_menu(icon).rows()
+        self.assertRegex(rows[1], "Train$")
+        self.assertRegex(rows[2], "Tea$")
+        self.assertEqual(rows[3], "", "the crashed run's timer came back")
+
+    def test_every_end_of_session_is_an_orderly_quit(self) -> None:
+        self.set_two_alarms()
+        # Restoring puts each alarm at the front, so the order turns round with every run.
+        expected = ["Tea", "Train"]
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(signal=number.name):
+                program, _ = self.start_in_panel()
+                program.send(number)
+                self.assertEqual(program.wait_for_exit(), 0)
+                expected.reverse()
+                self.assertEqual(titles(self.user.running_alarms()), expected)
+
+    def test_a_second_program_opens_the_menu_of_the_first(self) -> None:
+        self.set_two_alarms()
+        first, _ = self.start_in_panel()
+        second = self.start()
+        self.assertEqual(second.wait_for_exit(), 0)
+        self.assertEqual(self.desktop.opened_menu().rows()[0], "Active alarms:")
+        self.assertEqual(self.desktop.panel.icon_count(), 1)
+        self.assertTrue(first.is_running())
+
+    def test_version_and_help_need_no_desktop(self) -> None:
+        for option in ("--version", "--help"):
+            with self.subTest(option):
+                program = self.desktop.start(
+                    self.user, option, DISPLAY="", DBUS_SESSION_BUS_ADDRESS=""
+                )
+                self.assertEqual(program.wait_for_exit(), 0)
+                self.assertIn("orvane", program.log())
+        self.assertIsNone(self.desktop.session_bus.connection.owner(BUS_NAME))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,117 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Alarms that fall due at awkward moments."""
+
+from __future__ import annotations
+
+import math
+import signal
+import time
+from pathlib import Path
+
+from desktop_case import DesktopTest, main
+from virtual_desktop import wait_for
+from virtual_desktop.archive import Alarm
+from virtual_desktop.program import ping_path
+from virtual_desktop.sound import RATE, Recording, Samples, read_aiff, write_chirp
+
+
+class RingingTest(DesktopTest):
+    def setUp(self) -> None:
+        super().setUp()
+        self.user.fill_rings()
+        self.system_sound = str(self.user.ping)
+        self.ping = read_aiff(ping_path())
+
+    def due_in(self, seconds: float) -> float:
+        """A whole second, so that all alarms due then are due at the same tick."""
+        return math.ceil(time.time() + seconds)
+
+    def file_sound(self, seconds: float) -> Path:
+        path = self.user.home / "chirp.aiff"
+        write_chirp(path, seconds)
+        return path
+
+    def wait_for_plays(self, recording: Recording, sound: Samples, count: int) -> None:
+        """Exactly so many plays, and not one more afterwards."""
+        wait_for(f"{count} plays", lambda: len(recording.starts_of(sound)) >= count, 8.0)
+        time.sleep(sound.size / RATE)
+        self.assertEqual(len(recording.starts_of(sound)), count)
+
+    def test_two_alarms_of_one_second_each_ring_in_their_way(self) -> None:
+        recording = self.record()
+        due = self.due_in(3)
+        chirp = self.file_sound(seconds=20)
+        self.user.set_running_alarms(
+            Alarm("System sound", due, self.system_sound), Alarm("Own sound", due, str(chirp))
+        )
+        program, _ = self.start_in_panel()
+        windows = self.wait_for_ringing(program, count=2, seconds=6)
+        self.assertEqual(
+            {title for w in windows for title in w.texts if title.endswith("sound")},
+            {"System sound", "Own sound"},
+        )
+        self.wait_for_plays(recording, self.ping, 3)
+        self.assertEqual(len(recording.starts_of(read_aiff(chirp))), 1)
+
+        own = next(window for window in windows if "Own sound" in window.texts)
+        self.click_button(own, "Clear")
+        self.wait_for_ringing(program, count=1)
+        time.sleep(0.5)
+        self.assertTrue(recording.is_silent(since=recording.length() - 0.2), "still sounds")
+
+    def test_an_open_menu_holds_an_alarm_up_only_until_it_closes(self) -> None:
+        recording = self.record()
+        due = self.due_in(4)
+        self.user.set_running_alarms(Alarm("Tea", due, self.system_sound))
+        program, icon = self.start_in_panel()
+        menu = self.desktop.open_menu(icon)
+        self.sleep_until(due + 1.5)
+        self.assertEqual(self.ringing(program), [])
+        self.assertTrue(recording.is_silent())
+        menu.close()
+        self.wait_for_ringing(program, seconds=1.5)
+        self.wait_for_plays(recording, self.ping, 3)
+
+    def test_an_alarm_that_fell_due_asleep_rings_once_after_waking(self) -> None:
+        sleep_service = self.desktop.sleep_service
+        recording = self.record()
+        due = self.due_in(3)
+        self.user.set_running_alarms(Alarm("Tea", due, self.system_sound))
+        program, _ = self.start_in_panel()
+        sleep_service.announce(falling_asleep=True)
+        program.send(signal.SIGSTOP)
+        self.sleep_until(due + 2)
+        program.send(signal.SIGCONT)
+        sleep_service.announce(falling_asleep=False)
+        self.wait_for_ringing(program, seconds=2)
+        self.wait_for_plays(recording, self.ping, 3)
+        self.wait_for_ringing(program, count=1)
+
+    def test_a_hundred_alarms_of_one_second_leave_the_program_alive(self) -> None:
+        due = self.due_in(3)
+        alarms = [Alarm(f"Alarm {n}", due, self.system_sound) for n in range(100)]
+        self.user.set_running_alarms(*alarms)
+        program, icon = self.start_in_panel()
+        self.sleep_until(due - 0.5)
+        # The accessible tree is read on the program's main thread, so its answers tell how long
+        # that was busy.
+        longest, root = 0.0, self.desktop.reader.program(program.pid)
+        assert root
+        while time.time() < due + 4:
+            before = time.monotonic()
+            self.assertTrue(root.name)
+            longest = max(longest, time.monotonic() - before)
+            time.sleep(0.02)
+        self.assertLess(longest, 2.0, "seconds without an answer")
+        windows = self.wait_for_ringing(program, count=100, seconds=15)
+        self.assertEqual(
+            {text for window in windows for text in window.texts if text.startswith("Alarm ")},
+            {alarm.title for alarm in alarms},
+        )
+        self.click_button(windows[-1], "Clear")
+        self.wait_for_ringing(program, count=99)
+        self.assertEqual(program.quit(), 0)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,154 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The road of an alarm, as a person goes it: from the click on the clock to the answer."""
+
+from __future__ import annotations
+
+import time
+from pathlib import Path
+
+import numpy as np
+
+from desktop_case import DesktopTest, main
+from virtual_desktop import wait_for
+from virtual_desktop.archive import Alarm, alarms_of
+from virtual_desktop.panel import PANEL_HEIGHT
+from virtual_desktop.picture import Rect, changed_pixels
+from virtual_desktop.program import STORED_ALARMS, Program, ping_path
+from virtual_desktop.sound import RATE, Recording, read_aiff
+
+# What one play may be off from where the duration of the sound puts it.
+TOLERANCE = 0.020
+
+EMPTY_MENU = [
+    "Active alarms:",
+    "No Alarms",
+    "",
+    "Create alarm...",
+    "",
+    "Timer...",
+    "",
+    "Respito...",
+    "",
+    "",
+    "Preferences...",
+    "Help...",
+    "",
+    "Quit",
+]
+TIMERS = [f"{n} min" for n in (1, 2, 3, 4, 5, 10, 15, 20, 30, 45)]
+
+
+class RoadTest(DesktopTest):
+    def test_a_minute_timer_from_the_click_to_the_answer(self) -> None:
+        recording = self.record()
+        program, icon = self.start_in_panel()
+        idle = self.desktop.look_at(icon)
+
+        menu = self.desktop.open_menu(icon)
+        self.assertEqual(menu.rows(), EMPTY_MENU)
+        timers = menu.open_submenu("Timer...")
+        self.assertEqual(timers.rows(), TIMERS)
+        timers.click("1 min")
+        chosen = time.time()
+
+        wedge = self.desktop.look_at(icon)
+        self.assertGreater(changed_pixels(idle, wedge), 3, "no wedge in the icon")
+        self.assert_preset_is_stored(minutes=1)
+        self.assertTrue(recording.is_silent(), "sound before the alarm is due")
+
+        self.sleep_until(chosen + 57)
+        self.assertEqual(self.ringing(program), [], "rings too early")
+        window = self.wait_for_ringing(program)[0]
+        self.assertLess(time.time() - chosen, 61.5)
+        self.assertIn("default", window.texts)
+        self.assert_hangs_from(icon, program)
+        self.assert_icon_flashes(icon)
+        self.assert_rings_three_times(recording)
+
+        self.click_button(window, "Clear")
+        self.wait_until_quiet(program)
+        answered = self.desktop.look_at(icon)
+        self.assertEqual(changed_pixels(idle, answered), 0, "the icon still flashes")
+        self.assertEqual(self.desktop.open_menu(icon).rows()[:2], EMPTY_MENU[:2])
+
+    def test_a_snoozed_alarm_rings_again_after_its_minutes(self) -> None:
+        alarm = Alarm.overdue("Tea", seconds=50, snooze_minutes=1)
+        self.user.set_running_alarms(alarm)
+        program, icon = self.start_in_panel()
+
+        window = self.wait_for_ringing(program)[0]
+        due = time.gmtime(alarm.due)
+        self.assertIn(f"{time.strftime('%a', due)}, {due.tm_hour}:{due.tm_min:02}", window.texts)
+        self.assertIn("Tea", window.texts)
+        self.click_button(window, "Snooze")
+        self.wait_until_quiet(program)
+
+        again = alarm.due + 60
+        self.sleep_until(again - 2)
+        self.assertEqual(self.ringing(program), [], "rings again too early")
+        window = self.wait_for_ringing(program)[0]
+        self.assertLess(abs(time.time() - again), 1.5)
+        self.click_button(window, "Clear")
+        self.wait_until_quiet(program)
+
+        self.assertEqual(program.quit(), 0)
+        self.assertEqual(self.user.running_alarms(), [])
+
+    def test_a_running_timer_is_there_again_after_quitting(self) -> None:
+        program, icon = self.start_in_panel()
+        self.desktop.open_menu(icon).open_submenu("Timer...").click("45 min")
+        wait_for("the timer to be stored", self.user.preferences_file.exists)
+        self.desktop.open_menu(icon).click("Quit")
+        self.assertEqual(program.wait_for_exit(), 0)
+        stored = self.user.running_alarms()
+        self.assertEqual([alarm["ringWithinUnits"] for alarm in stored], [45])
+
+        program, icon = self.start_in_panel()
+        rows = self.desktop.open_menu(icon).rows()
+        self.assertRegex(rows[1], r"^In 4[45] mins at \d+:\d\d$")
+        self.assertEqual(rows[2], "")
+
+    def assert_preset_is_stored(self, minutes: int) -> None:
+        """The library on the disk holds the timer, with the sound that it is to ring with."""
+        wait_for("the preferences", self.user.preferences_file.exists)
+        (preset,) = alarms_of(self.user.preferences()[STORED_ALARMS])
+        fields = ("title", "ringWithinUnits", "isMinuteUnits", "isDefaultAlarm", "snoozeTime")
+        self.assertEqual([preset[field] for field in fields], ["default", minutes, True, True, 5])
+        self.assertEqual(Path(preset["soundPath"]), self.user.ping)
+
+    def assert_hangs_from(self, icon: Rect, program: Program) -> None:
+        """The snooze window is under the icon, as far as the screen's edge lets it."""
+        (window,) = self.desktop.windows_of(program, "")
+        self.assertLessEqual(window.rect.x, icon.x)
+        self.assertGreater(window.rect.right, icon.x)
+        below = window.rect.y - PANEL_HEIGHT
+        self.assertTrue(0 <= below <= 40, f"{below} pixels below the panel")
+
+    def assert_icon_flashes(self, icon: Rect) -> None:
+        """Between two pictures, once a second."""
+        self.desktop.look_at(icon)
+        pictures, changes = [self.desktop.screen.picture(icon)], []
+        end = time.monotonic() + 4.5
+        while time.monotonic() < end:
+            picture = self.desktop.screen.picture(icon)
+            if changed_pixels(pictures[-1], picture):
+                pictures.append(picture)
+                changes.append(time.monotonic())
+            time.sleep(0.02)
+        gaps = np.diff(changes)
+        self.assertGreaterEqual(len(gaps), 3, f"flashed at {changes}")
+        np.testing.assert_allclose(gaps, 1.0, atol=0.2)
+        self.assertEqual(changed_pixels(pictures[-1], pictures[-3]), 0, "more than two pictures")
+
+    def assert_rings_three_times(self, recording: Recording) -> None:
+        sound = read_aiff(ping_path())
+        duration = sound.size / RATE
+        wait_for("three plays", lambda: len(recording.starts_of(sound)) >= 3, 4 * duration)
+        time.sleep(1.5 * duration)
+        starts = recording.starts_of(sound)
+        self.assertEqual(len(starts), 3, f"plays at {starts}")
+        np.testing.assert_allclose(np.diff(starts), duration, atol=TOLERANCE)
+
+
+if __name__ == "__main__":
+    main()
