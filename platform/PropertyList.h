@@ -11,7 +11,8 @@
 namespace dorvane {
 
 // A property list is a QVariant tree of QVariantMap, QVariantList, QString, QByteArray, bool,
-// qint64, double, QDateTime (UTC, whole seconds) and, inside keyed archives, PropertyListUid.
+// qint64 (quint64 only for what qint64 cannot hold), double, QDateTime (UTC, to the millisecond)
+// and, inside keyed archives, PropertyListUid. Other integers and lists of strings may be written.
 
 // A reference to an object of a keyed archive: its index in the archive's object table.
 struct PropertyListUid {
