@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/AtomicFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace dorvane;
+
+namespace {
+
+class AtomicFileTest : public ::testing::Test {
+protected:
+    AtomicFileTest() : m_path(m_folder.filePath(QStringLiteral("file"))) {}
+
+    [[nodiscard]] static QByteArray contents(const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+    }
+
+    // Does `act` in a process of its own and tells how that ended, as waitpid() does.
+    template<typename Act>
+    static int statusOfChild(Act act) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            act();
+            ::_exit(0);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        return status;
+    }
+
+    // No file may grow beyond this; the write that tries is cut short, and the next one kills the
+    // process, or fails when `signal` is ignored.
+    static void limitFileSize(rlim_t size, sighandler_t signal) {
+        const rlimit limit{size, size};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const rlimit none{0, 0};
+        ::setrlimit(RLIMIT_CORE, &none);
+        ::signal(SIGXFSZ, signal);
+    }
+
+    QTemporaryDir m_folder;
+    QString m_path;
+    const QByteArray m_old = QByteArray(100'000, 'o');
+    const QByteArray m_new = QByteArray(200'000, 'n');
+};
+
+TEST_F(AtomicFileTest, fullDiskLeavesTheOldFileAndNoRubbish) {
+    ASSERT_FALSE(writeFileAtomically(m_path, m_old));
+    const int status = statusOfChild([this] {
+        limitFileSize(150'000, SIG_IGN);
+        ::_exit(writeFileAtomically(m_path, m_new) ? 7 : 0);
+    });
+    EXPECT_EQ(WEXITSTATUS(status), 7) << "the error is reported";
+    EXPECT_EQ(contents(m_path), m_old);
+    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("file")});
+}
+
+TEST_F(AtomicFileTest, crashInTheMiddleLeavesTheOldFileWhole) {
+    ASSERT_FALSE(writeFileAtomically(m_path, m_old));
+    const int status = statusOfChild([this] {
+        limitFileSize(150'000, SIG_DFL);
+        (void)writeFileAtomically(m_path, m_new);
+    });
+    EXPECT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(contents(m_path), m_old);
+    EXPECT_FALSE(writeFileAtomically(m_path, m_new)) << "what the crash left does not disturb";
+    EXPECT_EQ(contents(m_path), m_new);
+}
+
+TEST_F(AtomicFileTest, keepsPermissionsAndLinks) {
+    const QString target = m_folder.filePath(QStringLiteral("elsewhere"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("elsewhere"), m_path));
+    EXPECT_FALSE(writeFileAtomically(m_path, "made behind a link that led nowhere"));
+    const auto userOnly = QFile::ReadUser | QFile::WriteUser | QFile::ReadOwner | QFile::WriteOwner;
+    EXPECT_EQ(QFile::permissions(target), userOnly);
+
+    ASSERT_TRUE(QFile::setPermissions(target, userOnly | QFile::ReadGroup));
+    EXPECT_FALSE(writeFileAtomically(m_path, m_new));
+    EXPECT_EQ(QFile::symLinkTarget(m_path), target);
+    EXPECT_EQ(contents(target), m_new);
+    EXPECT_EQ(QFile::permissions(target), userOnly | QFile::ReadGroup);
+}
+
+TEST_F(AtomicFileTest, saysWhatWentWrong) {
+    const QString folder = m_folder.filePath(QStringLiteral("folder"));
+    ASSERT_TRUE(QDir().mkpath(folder + QStringLiteral("/inside")));
+    const QString circle = m_folder.filePath(QStringLiteral("circle"));
+    ASSERT_TRUE(QFile::link(circle, circle));
+    const QString cases[] = {folder, circle, m_folder.filePath(QStringLiteral("missing/file"))};
+    for (const QString& path : cases)
+        EXPECT_TRUE(writeFileAtomically(path, m_new)) << qPrintable(path);
+    EXPECT_TRUE(QDir(folder).exists(QStringLiteral("inside")));
+    EXPECT_TRUE(QDir(m_folder.path()).entryList(QDir::Files | QDir::NoSymLinks).isEmpty());
+}
+
+} // namespace

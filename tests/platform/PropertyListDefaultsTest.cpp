@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/PropertyListDefaults.h"
+
+#include "platform/linux/LibplistFormat.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/VirtualRunLoop.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <memory>
+
+using namespace dorvane;
+using dorvane::testing::LogCapture;
+using dorvane::testing::VirtualRunLoop;
+
+namespace {
+
+const QString a = QStringLiteral("a");
+const QString b = QStringLiteral("b");
+
+class PropertyListDefaultsTest : public ::testing::Test {
+protected:
+    PropertyListDefaultsTest() : m_path(m_folder.filePath(QStringLiteral("Dorvane/x.plist"))) {}
+
+    [[nodiscard]] std::unique_ptr<PropertyListDefaults> open() const {
+        return std::make_unique<PropertyListDefaults>(m_path, m_format, m_runLoop);
+    }
+    [[nodiscard]] QVariantMap onDisk() const {
+        return m_format.parse(contents(m_path)).value_or(QVariant()).toMap();
+    }
+    [[nodiscard]] static QByteArray contents(const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+    }
+    void put(const QByteArray& data) const {
+        QDir().mkpath(folder());
+        QFile file(m_path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(data);
+    }
+    void put(const QVariantMap& values) const { put(*m_format.binary(values)); }
+    [[nodiscard]] QString folder() const { return m_folder.filePath(QStringLiteral("Dorvane")); }
+    [[nodiscard]] QStringList files() const {
+        return QDir(folder()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    }
+
+    QTemporaryDir m_folder;
+    QString m_path;
+    LibplistFormat m_format;
+    VirtualRunLoop m_runLoop{QDateTime(QDate(2026, 11, 21), QTime(3, 15))};
+};
+
+TEST_F(PropertyListDefaultsTest, keepsValuesInABinaryFileThatOnlyTheUserCanRead) {
+    const auto first = open();
+    first->registerDefaults({{a, qint64(1)}, {b, qint64(2)}});
+    first->setValue(a, qint64(10));
+    EXPECT_FALSE(QFile::exists(m_path)) << "nothing is written before synchronize()";
+    EXPECT_TRUE(first->synchronize());
+    EXPECT_TRUE(contents(m_path).startsWith("bplist00"));
+    EXPECT_EQ(QFile(m_path).permissions() & (QFile::ReadGroup | QFile::ReadOther),
+              QFile::Permissions());
+    EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(10)}})) << "registered defaults are not written";
+
+    const auto second = open();
+    second->registerDefaults({{a, qint64(1)}, {b, qint64(2)}});
+    EXPECT_EQ(second->value(a), qint64(10));
+    EXPECT_EQ(second->value(b), qint64(2));
+    second->removeValue(a);
+    EXPECT_EQ(second->value(a), qint64(1)) << "a removed value uncovers the registered one";
+    EXPECT_TRUE(second->synchronize());
+    EXPECT_EQ(onDisk(), QVariantMap());
+}
+
+TEST_F(PropertyListDefaultsTest, touchesTheFileOnlyForAChange) {
+    put("<plist><dict><key>a</key><integer>1</integer></dict></plist>");
+    const auto defaults = open();
+    EXPECT_TRUE(defaults->synchronize());
+    defaults->setValue(a, qint64(1));
+    EXPECT_TRUE(defaults->synchronize());
+    EXPECT_TRUE(contents(m_path).startsWith("<plist>"));
+}
+
+TEST_F(PropertyListDefaultsTest, mergesWithWhatOthersWroteMeanwhile) {
+    const QString theirs = QStringLiteral("theirs");
+    const QVariantMap newer = {{QStringLiteral("nested"), QVariantList{QByteArray("x"), 0.5}},
+                               {QStringLiteral("when"), QDateTime(QDate(3000, 1, 1), {}, Qt::UTC)}};
+    put({{a, qint64(1)}, {b, qint64(1)}});
+    const auto defaults = open();
+    put({{a, qint64(2)}, {theirs, newer}}); // changes a, removes b, adds a key of its own
+    defaults->setValue(QStringLiteral("ours"), true);
+    EXPECT_TRUE(defaults->synchronize());
+    EXPECT_EQ(onDisk(),
+              (QVariantMap{{a, qint64(2)}, {theirs, newer}, {QStringLiteral("ours"), true}}));
+    EXPECT_EQ(defaults->value(a), qint64(2));
+
+    put({{a, qint64(3)}});
+    defaults->setValue(a, qint64(4));
+    EXPECT_TRUE(defaults->synchronize());
+    EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(4)}})) << "our own change wins";
+}
+
+TEST_F(PropertyListDefaultsTest, damagedFileIsPutAsideAndNeverOverwritten) {
+    const QByteArray whole = *m_format.binary(QVariantMap{{a, qint64(1)}});
+    const QByteArray cases[] = {"", whole.chopped(7), *m_format.binary(QVariantList{true})};
+    QStringList expected{QStringLiteral("x.plist")};
+    for (const QByteArray& damaged : cases) {
+        put(damaged);
+        std::unique_ptr<PropertyListDefaults> defaults;
+        {
+            const LogCapture log;
+            defaults = open();
+            EXPECT_EQ(log.messages().size(), 1);
+        }
+        EXPECT_FALSE(QFile::exists(m_path));
+        QString name = QStringLiteral("x.plist.damaged-2026-11-21T03-15-00");
+        if (expected.size() > 1) // all in the same second
+            name += QStringLiteral("-%1").arg(expected.size());
+        EXPECT_EQ(contents(folder() + u'/' + name), damaged);
+        expected << name;
+
+        defaults->setValue(b, true);
+        EXPECT_TRUE(defaults->synchronize());
+        EXPECT_EQ(onDisk(), (QVariantMap{{b, true}}));
+        EXPECT_EQ(files(), expected);
+    }
+}
+
+TEST_F(PropertyListDefaultsTest, fileThatGoesBadUnderARunningProgramLosesNothing) {
+    for (const bool isDeleted : {true, false}) {
+        put({{a, qint64(1)}});
+        const auto defaults = open();
+        if (isDeleted)
+            QFile::remove(m_path);
+        else
+            put("rubbish");
+        defaults->setValue(b, true);
+        const LogCapture log;
+        EXPECT_TRUE(defaults->synchronize());
+        EXPECT_EQ(log.messages().size(), isDeleted ? 0 : 1);
+        EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(1)}, {b, true}}));
+    }
+}
+
+// A folder in the file's place: like a file without permission, but for root as well.
+TEST_F(PropertyListDefaultsTest, unreadableFileIsLeftAloneUntilItCanBeRead) {
+    QDir().mkpath(m_path);
+    const LogCapture log;
+    const auto defaults = open();
+    EXPECT_FALSE(log.messages().isEmpty());
+    defaults->setValue(a, true);
+    EXPECT_EQ(defaults->value(a), true);
+    EXPECT_FALSE(defaults->synchronize());
+    EXPECT_TRUE(QDir(m_path).exists());
+
+    QDir().rmdir(m_path);
+    put({{b, true}});
+    EXPECT_TRUE(defaults->synchronize());
+    EXPECT_EQ(onDisk(), (QVariantMap{{a, true}, {b, true}}));
+}
+
+TEST_F(PropertyListDefaultsTest, changesOutliveAFailedWrite) {
+    QFile inTheWay(folder()); // where the folder would have to be
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    const auto defaults = open();
+    defaults->setValue(a, true);
+    {
+        const LogCapture log;
+        EXPECT_FALSE(defaults->synchronize());
+        EXPECT_EQ(log.messages().size(), 1);
+    }
+    EXPECT_EQ(defaults->value(a), true);
+    inTheWay.remove();
+    EXPECT_TRUE(defaults->synchronize());
+    EXPECT_EQ(onDisk(), (QVariantMap{{a, true}}));
+}
+
+TEST_F(PropertyListDefaultsTest, valueThatCannotBeStoredIsReported) {
+    put({{a, qint64(1)}});
+    const auto defaults = open();
+    defaults->setValue(b, QTime(7, 0));
+    const LogCapture log;
+    EXPECT_FALSE(defaults->synchronize());
+    EXPECT_EQ(log.messages().size(), 1);
+    EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(1)}}));
+}
+
+} // namespace
