@@ -6,12 +6,13 @@
 
 namespace dorvane {
 
-// A place on the screen to hang a small window.
+// Where a small window that belongs to the icon is put. Main thread only.
 class WindowPlace {
 public:
     virtual ~WindowPlace() = default;
 
-    // The top left corner for a window of this size, in device-independent pixels.
+    // The top left corner for a window of this size with its frame, on the screen, in
+    // device-independent pixels.
     [[nodiscard]] virtual QPoint placeFor(QSize window) const = 0;
 };
 

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "menubar/StatusPicture.h"
+
+#include "platform/Log.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QSvgRenderer>
+
+namespace dorvane {
+
+namespace {
+
+constexpr int side = 22; // of the picture, in points
+constexpr QPointF imageOrigin(4, 0);
+constexpr QPointF centre = QPointF(15, 11) - imageOrigin;
+constexpr double radius = 6.1;
+constexpr double alpha = 0.66;
+
+// Angles are in degrees, counter-clockwise from three o'clock. Two degrees more at either end let
+// even a wedge of one minute be seen.
+QPainterPath wedgePath(StatusPicture::Wedge wedge) {
+    const double base = -wedge.end * 6;
+    const double from = base + 88;
+    const double to = base + wedge.duration * 6 + 92;
+    QPainterPath path(centre);
+    path.arcTo(QRectF(centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius), from,
+               to - from);
+    path.closeSubpath();
+    return path;
+}
+
+// Whether what is painted of an image is nearer to white than to black.
+bool isLight(const QImage& image) {
+    double lightness = 0;
+    double coverage = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb pixel = image.pixel(x, y);
+            lightness += qGray(pixel) / 255.0 * qAlpha(pixel);
+            coverage += qAlpha(pixel);
+        }
+    }
+    return lightness > coverage / 2;
+}
+
+} // namespace
+
+bool operator==(StatusPicture::Wedge a, StatusPicture::Wedge b) {
+    if (a.isEmpty() || b.isEmpty())
+        return a.isEmpty() && b.isEmpty();
+    return a.end == b.end && a.duration == b.duration;
+}
+
+StatusPicture::StatusPicture() = default;
+
+StatusPicture::~StatusPicture() = default;
+
+void StatusPicture::setBackgroundImage(const QString& svgFile) {
+    m_image = std::make_unique<QSvgRenderer>(svgFile);
+    if (!m_image->isValid()) {
+        qCWarning(logMenubar) << "cannot read the image" << svgFile;
+        m_image.reset();
+    }
+    m_imageIsLight = isLight(background(side));
+}
+
+QImage StatusPicture::background(int pixels) const {
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    if (m_image) {
+        QPainter painter(&image);
+        m_image->render(&painter);
+    }
+    return image;
+}
+
+// The wedge takes the side of the image, which was chosen for the panel it stands on: a black wedge
+// beside a white clock would vanish into the dark panel. On a highlight it is white with either.
+QColor StatusPicture::wedgeColour(Look look) const {
+    const float white = look == Look::Highlighted || m_imageIsLight ? 1.0F : 0.0F;
+    return QColor::fromRgbF(white, white, white, float(alpha));
+}
+
+QImage StatusPicture::image(Wedge wedge, int pixels, Look look) const {
+    QImage image = background(pixels);
+    if (wedge.isEmpty())
+        return image;
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(pixels / double(side), pixels / double(side));
+    painter.fillPath(wedgePath(wedge), wedgeColour(look));
+    return image;
+}
+
+// A panel knows its own resolution, so the pixmaps carry none: one for ordinary screens and one for
+// screens of twice the density.
+QIcon StatusPicture::icon(Wedge wedge) const {
+    QIcon icon;
+    for (const int pixels : {side, 2 * side}) {
+        icon.addPixmap(QPixmap::fromImage(image(wedge, pixels)), QIcon::Normal);
+        icon.addPixmap(QPixmap::fromImage(image(wedge, pixels, Look::Highlighted)),
+                       QIcon::Selected);
+    }
+    return icon;
+}
+
+} // namespace dorvane

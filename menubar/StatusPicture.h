@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QIcon>
+#include <QImage>
+#include <QString>
+
+#include <memory>
+
+class QSvgRenderer;
+
+namespace dorvane {
+
+// The picture of the clock in the status area: a background image and over it the wedge from the
+// present minute to the minute at which the next alarm is due. Main thread only.
+//
+// The coordinates are those of a view 30 wide and 22 high with the image at (4, 0). A panel gives a
+// square, so the picture is the part of the view that the image covers, 22 by 22.
+class StatusPicture {
+public:
+    // In minutes of the clock face. With a duration below 1 there is no wedge, with 60 it is a full
+    // disc.
+    struct Wedge {
+        int end = 0;
+        int duration = 0;
+        [[nodiscard]] bool isEmpty() const { return duration < 1; }
+    };
+
+    // Whether the picture stands on the panel or on a highlighted background.
+    enum class Look { Normal, Highlighted };
+
+    StatusPicture();
+    ~StatusPicture();
+
+    // Replaces the background image by an SVG file. One that cannot be read is logged, and the
+    // wedge then stands alone.
+    void setBackgroundImage(const QString& svgFile);
+
+    // The picture as a square of `pixels` pixels.
+    [[nodiscard]] QImage image(Wedge wedge, int pixels, Look look = Look::Normal) const;
+
+    // The picture at 22 and 44 pixels. The highlighted look is the mode Selected of the icon.
+    [[nodiscard]] QIcon icon(Wedge wedge) const;
+
+private:
+    [[nodiscard]] QImage background(int pixels) const;
+    [[nodiscard]] QColor wedgeColour(Look look) const;
+
+    std::unique_ptr<QSvgRenderer> m_image;
+    bool m_imageIsLight = false;
+};
+
+// Pictures that look the same compare equal: an empty wedge has no end.
+[[nodiscard]] bool operator==(StatusPicture::Wedge a, StatusPicture::Wedge b);
+
+} // namespace dorvane

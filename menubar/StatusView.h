@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Alarm.h"
+#include "firing/FlashingIcon.h"
+#include "firing/WindowPlace.h"
+#include "menubar/StatusPicture.h"
+#include "platform/NotificationCenter.h"
+#include "platform/RunLoop.h"
+
+#include <QMenu>
+#include <QPointer>
+
+#include <functional>
+#include <optional>
+
+namespace dorvane {
+
+class Clock;
+class StatusItem;
+
+// Keeps the icon in the status area up to date: a wedge that shows how far off the nearest alarm
+// is, or flashing between a full disc and nothing while an alarm rings. Main thread only.
+class StatusView final : public FlashingIcon, public WindowPlace {
+public:
+    // Shows the nearest alarm at once. All four must outlive the view.
+    StatusView(RunLoop& runLoop, Clock& clock, NotificationCenter& notifications, StatusItem& item);
+    ~StatusView() override;
+    StatusView(const StatusView&) = delete;
+    StatusView& operator=(const StatusView&) = delete;
+
+    // The clock below the wedge, an SVG file; see StatusPicture.
+    void setBackgroundImage(const QString& svgFile);
+
+    // The menu that a press opens. Not owned.
+    void setAlarmMenu(QMenu* menu) { m_targetMenu = menu; }
+    // An action that a press performs instead of opening the menu; an empty one for none.
+    void setTarget(std::function<void()> action) { m_action = std::move(action); }
+
+    // The wedge: the minute of the hour where it ends, and its length in minutes, of which more
+    // than 60 count as 60.
+    void setAngleEnd(int end, int duration);
+
+    void startFlashing() override;
+    // Also clears the target.
+    void stopFlashing() override;
+
+    // Looks at the clock once and shows what is nearest, unless the icon flashes.
+    void updateStatusView();
+
+    // Has the menu brought up to date and opens it, unless there is a target.
+    void mouseDown();
+    void mouseUp();
+
+    [[nodiscard]] QPoint placeFor(QSize window) const override;
+
+private:
+    void flash();
+    void updateSoon();
+    void display();
+    void showToolTip(const AlarmPtr& nearest);
+
+    RunLoop& m_runLoop;
+    Clock& m_clock;
+    NotificationCenter& m_notifications;
+    StatusItem& m_item;
+
+    StatusPicture m_picture;
+    StatusPicture::Wedge m_wedge;
+    std::optional<StatusPicture::Wedge> m_shown; // nothing when the icon must be sent again
+    QString m_toolTip;
+    QPointer<QMenu> m_targetMenu;
+    std::function<void()> m_action;
+    bool m_flashPhase = false;
+
+    RunLoopTimer m_refreshTimer;
+    RunLoopTimer m_updateTimer;
+    RunLoopTimer m_flashTimer;
+    NotificationCenter::Observation m_alarmsObservation;
+    NotificationCenter::Observation m_wakeObservation;
+};
+
+} // namespace dorvane

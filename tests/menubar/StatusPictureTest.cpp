@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "menubar/StatusPicture.h"
+
+#include "tests/support/LogCapture.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numbers>
+
+using namespace dorvane;
+
+namespace {
+
+constexpr int points = 22;
+
+// The colour at a distance in points from the middle, at an angle in degrees counter-clockwise
+// from three o'clock.
+QColor at(const QImage& image, double degrees, double distance) {
+    const double angle = degrees / 180 * std::numbers::pi;
+    const double scale = image.width() / double(points);
+    return image.pixelColor(int((11 + distance * std::cos(angle)) * scale),
+                            int((11 - distance * std::sin(angle)) * scale));
+}
+
+TEST(StatusPicture, wedgeCoversTheMinutesBeforeTheAlarmAndTwoDegreesMoreAtEitherEnd) {
+    struct Case {
+        const char* what;
+        StatusPicture::Wedge wedge;
+        QList<double> inside;
+        QList<double> outside;
+    };
+    const Case cases[] = {
+        {"none", {15, 0}, {}, {0, 45, 90, 180, 270}},
+        {"overdue", {15, -3}, {}, {0, 45, 90, 180, 270}},
+        {"quarter past, in eleven minutes", {15, 11}, {-0.5, 30, 66}, {-5, 71, 180, 270}},
+        {"on the hour, in one minute", {0, 1}, {89, 92, 97}, {84, 103, 180, 270}},
+        {"half past, in half an hour", {30, 30}, {-85, 0, 85}, {-95, 95, 180}},
+        {"an hour or more", {42, 60}, {0, 45, 90, 135, 180, 225, 270, 315}, {}},
+    };
+    const StatusPicture picture;
+    for (const int pixels : {220, 880}) {
+        for (const Case& c : cases) {
+            const QImage image = picture.image(c.wedge, pixels);
+            for (const double angle : c.inside) {
+                const QColor colour = at(image, angle, 5.8);
+                EXPECT_EQ(colour.alpha(), 168) << c.what << " at " << angle;
+                EXPECT_EQ(colour.lightness(), 0) << c.what << " at " << angle;
+                EXPECT_EQ(at(image, angle, 6.4).alpha(), 0) << c.what << " beyond " << angle;
+            }
+            for (const double angle : c.outside)
+                EXPECT_EQ(at(image, angle, 5.8).alpha(), 0) << c.what << " at " << angle;
+        }
+    }
+}
+
+TEST(StatusPicture, wedgeIsWhiteBesideAWhiteClockAndOnAHighlight) {
+    const QTemporaryDir folder;
+    const auto ring = [&](const char* colour) {
+        QFile file(folder.filePath(QLatin1String(colour) + QStringLiteral(".svg")));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 22 22'><circle cx='11' "
+                   "cy='11' r='8' fill='none' stroke-width='2' stroke='");
+        file.write(colour);
+        file.write("'/></svg>");
+        return file.fileName();
+    };
+    const auto wedgeLightness = [](const QIcon& icon, QIcon::Mode mode, int size) {
+        const QImage image = icon.pixmap(QSize(size, size), mode).toImage();
+        EXPECT_EQ(image.width(), size);
+        return at(image, 0, 3).lightness();
+    };
+    StatusPicture picture;
+    for (const int size : {22, 44}) {
+        picture.setBackgroundImage(ring("black"));
+        EXPECT_EQ(wedgeLightness(picture.icon({30, 60}), QIcon::Normal, size), 0);
+        EXPECT_EQ(wedgeLightness(picture.icon({30, 60}), QIcon::Selected, size), 255);
+        picture.setBackgroundImage(ring("white"));
+        EXPECT_EQ(wedgeLightness(picture.icon({30, 60}), QIcon::Normal, size), 255);
+        EXPECT_EQ(at(picture.icon({}).pixmap(size).toImage(), 90, 8).lightness(), 255);
+    }
+
+    const dorvane::testing::LogCapture capture;
+    picture.setBackgroundImage(folder.filePath(QStringLiteral("none.svg")));
+    EXPECT_EQ(wedgeLightness(picture.icon({30, 60}), QIcon::Normal, 22), 0);
+    EXPECT_TRUE(capture.messages().join(u'\n').contains(QStringLiteral("none.svg")));
+}
+
+} // namespace

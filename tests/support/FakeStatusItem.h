@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/StatusItem.h"
+
+#include <QIcon>
+#include <QImage>
+#include <QMenu>
+
+namespace dorvane::testing {
+
+// A place in the status area that remembers what it was given. Its pop-up opens at 100, 100.
+class FakeStatusItem final : public StatusItem {
+public:
+    void setIcon(const QIcon& icon) override {
+        m_icon = icon;
+        ++iconsSent;
+    }
+    void setToolTip(const QString& text) override { toolTips << text; }
+    void setExportedMenu(QMenu* menu) override { exportedMenu = menu; }
+    void setPressed(std::function<void()> pressed) override { m_pressed = std::move(pressed); }
+    void popUp(QMenu& menu) override {
+        ++popUps;
+        menu.popup(QPoint(100, 100));
+    }
+    [[nodiscard]] QRect geometry() const override { return {900, 0, 22, 22}; }
+    [[nodiscard]] QPoint placeFor(QSize window) const override {
+        return {922 - window.width(), 22};
+    }
+
+    // What a panel of ordinary density shows.
+    [[nodiscard]] QImage shown() const { return m_icon.pixmap(22).toImage(); }
+    void press() const { m_pressed(); }
+
+    int iconsSent = 0;
+    int popUps = 0;
+    QStringList toolTips;
+    QMenu* exportedMenu = nullptr;
+
+private:
+    QIcon m_icon;
+    std::function<void()> m_pressed;
+};
+
+} // namespace dorvane::testing
