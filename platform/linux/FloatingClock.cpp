@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/FloatingClock.h"
+
+#include "platform/linux/IconPicture.h"
+#include "platform/linux/StatusPlacement.h"
+#include "platform/linux/Xcb.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+
+#include <cstdint>
+#include <utility>
+
+namespace dorvane {
+
+namespace {
+
+constexpr int pictureSize = 2 * IconPicture::size;
+constexpr int rim = 5;
+constexpr qreal cornerRadius = 12;
+constexpr int plateAlpha = 190;
+constexpr int hoverAlpha = 235;
+constexpr int outlineAlpha = 60;
+
+// The first screen is the primary one.
+QList<ScreenArea> screenAreas() {
+    QList<ScreenArea> areas;
+    for (const QScreen* screen : QGuiApplication::screens())
+        areas.append({screen->geometry(), screen->availableGeometry()});
+    return areas;
+}
+
+// A window manager would show it on the desktop on which it came up only.
+void keepOnAllDesktops(WId window) {
+    xcb_connection_t* connection = xcbConnection();
+    if (!connection)
+        return;
+    constexpr std::uint32_t all = 0xFFFFFFFF;
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
+                        xcbAtom(connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &all);
+}
+
+} // namespace
+
+FloatingClock::FloatingClock(std::optional<QPoint> wanted, std::function<void(QPoint)> dropped)
+    : m_wanted(wanted), m_dropped(std::move(dropped)) {
+    setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                   Qt::WindowDoesNotAcceptFocus);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::NoFocus);
+    setWindowTitle(QApplication::applicationDisplayName());
+    setAccessibleName(QApplication::applicationDisplayName());
+    resize(sizeHint());
+
+    const auto follow = [this](QScreen* screen) {
+        connect(screen, &QScreen::availableGeometryChanged, this, &FloatingClock::place);
+        connect(screen, &QScreen::geometryChanged, this, &FloatingClock::place);
+    };
+    for (QScreen* screen : QGuiApplication::screens())
+        follow(screen);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, follow);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, &FloatingClock::place);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &FloatingClock::place);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &FloatingClock::place);
+    place();
+}
+
+QSize FloatingClock::sizeHint() const {
+    return {pictureSize + 2 * rim, pictureSize + 2 * rim};
+}
+
+void FloatingClock::place() {
+    const QList<ScreenArea> areas = screenAreas();
+    if (!m_dragging && !areas.isEmpty())
+        move(floatingPlace(m_wanted, size(), areas));
+}
+
+void FloatingClock::showEvent(QShowEvent* event) {
+    keepOnAllDesktops(winId());
+    QAbstractButton::showEvent(event);
+}
+
+void FloatingClock::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor plate = palette().color(QPalette::Window);
+    plate.setAlpha(underMouse() || isDown() ? hoverAlpha : plateAlpha);
+    QColor outline = palette().color(QPalette::WindowText);
+    outline.setAlpha(outlineAlpha);
+    painter.setPen(outline);
+    painter.setBrush(plate);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
+                            cornerRadius);
+    const QPixmap picture = icon().pixmap(QSize(pictureSize, pictureSize), devicePixelRatio());
+    QRectF place(QPointF(), picture.deviceIndependentSize());
+    place.moveCenter(QRectF(rect()).center());
+    painter.drawPixmap(place.topLeft(), picture);
+}
+
+void FloatingClock::mousePressEvent(QMouseEvent* event) {
+    m_grip = event->position().toPoint();
+    QAbstractButton::mousePressEvent(event);
+}
+
+void FloatingClock::mouseMoveEvent(QMouseEvent* event) {
+    const bool held = event->buttons().testFlag(Qt::LeftButton);
+    const int way = (event->position().toPoint() - m_grip).manhattanLength();
+    if (held && !m_dragging && way >= QApplication::startDragDistance()) {
+        m_dragging = true;
+        setDown(false);
+        // Where windows cannot place themselves the desktop moves it, and keeps the release of
+        // the button to itself.
+        if (QGuiApplication::platformName() == QLatin1String("wayland"))
+            m_dragging = !windowHandle()->startSystemMove();
+    }
+    if (held && m_dragging)
+        move(event->globalPosition().toPoint() - m_grip);
+}
+
+void FloatingClock::mouseReleaseEvent(QMouseEvent* event) {
+    if (!std::exchange(m_dragging, false)) {
+        QAbstractButton::mouseReleaseEvent(event);
+        return;
+    }
+    m_wanted = pos();
+    place(); // back inside the screen
+    m_wanted = pos();
+    m_dropped(pos());
+}
+
+} // namespace dorvane

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+#include <xcb/xcb.h>
+
+namespace dorvane {
+
+struct XcbFree {
+    void operator()(void* reply) const { std::free(reply); }
+};
+
+template<typename Reply>
+using XcbReply = std::unique_ptr<Reply, XcbFree>;
+
+// The application's connection to the X server, null when it is not on X11. Needs the application
+// object; main thread only.
+[[nodiscard]] xcb_connection_t* xcbConnection();
+
+// The atom of this name, 0 when the server is gone. Asks the server, which answers within a
+// fraction of a millisecond.
+[[nodiscard]] xcb_atom_t xcbAtom(xcb_connection_t* connection, std::string_view name);
+
+} // namespace dorvane
