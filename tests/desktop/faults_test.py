@@ -9,7 +9,7 @@ from pathlib import Path
 
 from desktop_case import DesktopTest, main
 from virtual_desktop import wait_for
-from virtual_desktop.archive import Alarm
+from virtual_desktop.archive import Alarm, archive
 from virtual_desktop.picture import Rect, changed_pixels
 from virtual_desktop.program import RUNNING_ALARMS
 from virtual_desktop.sound import SoundServer, write_chirp
@@ -85,18 +85,32 @@ class FaultsTest(DesktopTest):
                 others = set(user.configuration.iterdir()) - {user.preferences_file}
                 self.assertIn(data, [other.read_bytes() for other in others])
 
-    def test_damaged_alarms_do_not_stop_the_start(self) -> None:
-        values = {"no data": "text", "no archive": b"junk", "no list": plistlib.dumps({"$top": 1})}
-        for name, value in values.items():
+    def test_damaged_alarms_take_no_others_along(self) -> None:
+        sound = archive([Alarm("Tea", time.time() + 3600), Alarm("Train", time.time() + 7200)])
+        cases = {
+            "not even an archive": (b"junk", 0),
+            "an archive of something else": (plistlib.dumps({"$top": 1}), 0),
+            "one alarm of two": (with_first_alarm_lost(sound), 1),
+        }
+        for name, (data, readable) in cases.items():
             with self.subTest(name):
                 user = self.desktop.new_user()
-                user.write_preferences(
-                    plistlib.dumps({RUNNING_ALARMS: value}, fmt=plistlib.FMT_BINARY)
-                )
-                program, icon = self.start_in_panel(user)
-                program.wait_for_log("dorvane.")
-                self.assertEqual(self.desktop.open_menu(icon).rows()[1], "No Alarms")
+                user.write_preferences(plistlib.dumps({RUNNING_ALARMS: data}))
+                program, _ = self.start_in_panel(user)
+                program.wait_for_log(RUNNING_ALARMS)
                 self.assertEqual(program.quit(), 0)
+                self.assertEqual(len(user.running_alarms()), readable)
+                kept = [value for key, value in user.preferences().items() if "damaged" in key]
+                self.assertEqual(kept, [data])
+
+
+def with_first_alarm_lost(data: bytes) -> bytes:
+    """An archived list whose first record is missing from the table."""
+    contents = plistlib.loads(data)
+    objects = contents["$objects"]
+    records = objects[contents["$top"]["root"].data]["NS.objects"]
+    records[0] = plistlib.UID(len(objects))
+    return plistlib.dumps(contents, fmt=plistlib.FMT_BINARY)
 
 
 if __name__ == "__main__":

@@ -8,7 +8,12 @@ import time
 from desktop_case import DesktopTest, main
 from virtual_desktop import wait_for
 from virtual_desktop.archive import Alarm
+from virtual_desktop.exported_menu import ExportedMenu, Row
 from virtual_desktop.picture import changed_pixels, changed_rect
+
+
+def running_timers(menu: Row) -> list[Row]:
+    return [row for row in menu.rows if row.text.startswith("In 4")]
 
 
 class XfcePanelTest(DesktopTest):
@@ -18,6 +23,17 @@ class XfcePanelTest(DesktopTest):
         self.desktop.panel.start()
         self.desktop.panel.wait_for_icon()
         self.assertEqual(self.desktop.panel.icon_count(), 1)
+
+    def test_the_panels_own_copy_of_the_menu_works_too(self) -> None:
+        _, icon = self.start_in_panel()
+        exported = ExportedMenu(self.desktop.session_bus)
+        menu = exported.root()
+        texts = [row.text for row in menu.rows if row.text]
+        self.assertEqual(texts[:4], ["Active alarms:", "No Alarms", "Create alarm...", "Timer..."])
+        self.assertFalse(menu.child("Active alarms:").enabled)
+        exported.choose(menu.child("Timer...").child("45 min"))
+        wait_for("the timer in the copy", lambda: running_timers(exported.root()))
+        self.assertRegex(self.desktop.open_menu(icon).rows()[1], "^In 4[45] mins at")
 
     def test_the_icon_follows_light_and_dark(self) -> None:
         self.desktop.appearance.set_dark(False)
