@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/PropertyList.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <vector>
+
+namespace dorvane {
+
+// Reads a keyed archive. The data may come from anywhere: whatever is missing, of another type or
+// refers to nothing reads as nil, NO or 0, and what is wrong with one object does not touch the
+// others. References are followed one step at a time, so circles do no harm.
+class KeyedUnarchiver {
+public:
+    // One object of the archive. Holds what it needs of it.
+    class Object {
+    public:
+        // The same number for the same object of one archive.
+        [[nodiscard]] quint64 identity() const { return m_identity; }
+
+        // A null string or an invalid date for nil. Dates are in UTC, to the millisecond.
+        [[nodiscard]] QString decodeString(const QString& key) const;
+        [[nodiscard]] QDateTime decodeDate(const QString& key) const;
+        [[nodiscard]] bool decodeBool(const QString& key) const;
+        [[nodiscard]] qint32 decodeInt(const QString& key) const;
+        [[nodiscard]] qint64 decodeInteger(const QString& key) const;
+
+    private:
+        friend class KeyedUnarchiver;
+        Object(QVariantList objects, quint64 identity, QVariantMap record);
+
+        [[nodiscard]] QVariant value(const QVariantMap& record, const QString& key) const;
+
+        QVariantList m_objects;
+        quint64 m_identity;
+        QVariantMap m_record;
+    };
+
+    explicit KeyedUnarchiver(const QVariant& archive);
+
+    // The objects of a list, in order.
+    struct List {
+        std::vector<Object> objects;
+        bool isComplete = true; // false when something was no object of the wanted class
+    };
+
+    // The objects of the class `className`, or of a class that derives from it, in the list that is
+    // the archive's root object. The log tells what was left out. Where there is no such list, an
+    // empty, incomplete one.
+    [[nodiscard]] List decodeList(const QString& className) const;
+
+private:
+    [[nodiscard]] QVariantMap root() const;
+    [[nodiscard]] bool isKindOf(const QVariantMap& record, const QString& className) const;
+
+    QVariantMap m_top;
+    QVariantList m_objects;
+};
+
+} // namespace dorvane
