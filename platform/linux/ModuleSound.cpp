@@ -19,7 +19,9 @@ public:
 
     void post(std::function<void(ModuleSound&)> answer) const {
         m_loop.post([sound = m_sound, answer = std::move(answer)] {
-            if (const auto alive = sound.lock())
+            // Not kept alive meanwhile: whoever looks must see that an answer destroyed it.
+            ModuleSound* const* const alive = sound.lock().get();
+            if (alive)
                 answer(**alive);
         });
     }
@@ -85,6 +87,7 @@ bool ModuleSound::play() {
     if (m_playing || m_load == Load::Failed)
         return false;
     m_playing = true;
+    m_asked = m_loop.uptime();
     start();
     return true;
 }
@@ -127,7 +130,8 @@ void ModuleSound::begin(Decoder decoder) {
         reply.post(
             [number, completed](ModuleSound& sound) { sound.voiceFinished(number, completed); });
     };
-    m_voice = m_loader->module()->play(std::move(decoder), {m_volume, m_paused, finished});
+    const Seconds waited = m_loop.uptime() - m_asked;
+    m_voice = m_loader->module()->play(std::move(decoder), {m_volume, m_paused, waited, finished});
     if (m_reserve)
         return;
     requestDecoder(Seconds(0), [](ModuleSound& sound, Decoder atBeginning) {
@@ -188,6 +192,7 @@ void ModuleSound::setCurrentTime(Seconds position) {
     if (!m_playing)
         return;
     m_voice.reset();
+    m_asked = m_loop.uptime();
     start();
 }
 

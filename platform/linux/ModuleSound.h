@@ -71,6 +71,7 @@ private:
     bool m_playing = false;
     bool m_paused = false;
     float m_volume = 1.0F;
+    RunLoop::Milliseconds m_asked{0}; // the uptime at which the play or the seek was asked for
     Seconds m_position{0}; // where the next play starts, or the running one is about to go
     std::unique_ptr<SoundVoice> m_voice;
     // Grows with every voice, seek and stop: replies that carry an older number are dropped.

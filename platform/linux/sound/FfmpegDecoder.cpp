@@ -41,6 +41,12 @@ QByteArray allowedDemuxers() {
     return names;
 }
 
+// Samples of our output; none in a negative time.
+std::size_t samplesIn(Sound::Seconds time) {
+    return static_cast<std::size_t>(std::max(0LL, std::llround(time.count() * soundRate))) *
+           soundChannels;
+}
+
 double secondsOf(AVRational unit) {
     return av_q2d(unit);
 }
@@ -73,6 +79,8 @@ std::shared_ptr<FfmpegDecoder> FfmpegDecoder::open(const QByteArray& file, Sound
         decoder->m_firstTimestamp = decoder->m_frame->pts;
     if (at > Sound::Seconds(0))
         decoder->seek(at);
+    if (decoder->endsWhereStated())
+        decoder->m_toGive = samplesIn(decoder->statedDuration() - at);
     return decoder;
 }
 
@@ -131,7 +139,7 @@ void FfmpegDecoder::seek(Sound::Seconds at) {
 }
 
 std::size_t FfmpegDecoder::read(float* out, std::size_t frames) {
-    const std::size_t wanted = frames * soundChannels;
+    const std::size_t wanted = std::min(frames * soundChannels, m_toGive);
     std::size_t got = 0;
     while (got < wanted) {
         if (m_convertedUsed == m_converted.size()) {
@@ -145,6 +153,7 @@ std::size_t FfmpegDecoder::read(float* out, std::size_t frames) {
         m_convertedUsed += count;
         got += count;
     }
+    m_toGive -= got;
     return got / soundChannels;
 }
 
@@ -161,6 +170,12 @@ bool FfmpegDecoder::durationIsGuessed() const {
     return m_container->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE;
 }
 
+// MPEG-4 says where in its last frame the sound ends, which FFmpeg leaves to the player.
+bool FfmpegDecoder::endsWhereStated() const {
+    return std::strncmp(m_container->iformat->name, "mov", 3) == 0 &&
+           statedDuration() > Sound::Seconds(0);
+}
+
 Sound::Seconds FfmpegDecoder::countSamples(const std::function<bool()>& cancelled) {
     Sound::Seconds total(0);
     while (!cancelled() && nextFrame()) {
@@ -169,7 +184,7 @@ Sound::Seconds FfmpegDecoder::countSamples(const std::function<bool()>& cancelle
                 Sound::Seconds(static_cast<double>(m_frame->nb_samples) / m_frame->sample_rate);
         m_frameWaits = false;
     }
-    return total;
+    return endsWhereStated() ? std::min(total, statedDuration()) : total;
 }
 
 Sound::Seconds FfmpegDecoder::countPackets(const std::function<bool()>& cancelled) {
@@ -234,9 +249,7 @@ void FfmpegDecoder::convertFrame() {
         if (m_seeking && m_frame->pts != AV_NOPTS_VALUE) {
             const Sound::Seconds position(static_cast<double>(m_frame->pts - m_firstTimestamp) *
                                           secondsOf(m_stream->time_base));
-            m_toDrop = static_cast<std::size_t>(
-                           std::max(0LL, std::llround((m_start - position).count() * soundRate))) *
-                       soundChannels;
+            m_toDrop = samplesIn(m_start - position);
         }
         m_seeking = false;
         convert(m_frame);

@@ -4,6 +4,7 @@
 #include "platform/linux/sound/SoundModule.h"
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -58,7 +59,7 @@ private:
     void convert(const AVFrame* frame);
     [[nodiscard]] bool frameFitsResampler() const;
     [[nodiscard]] bool setUpResampler();
-    void dropUntilStart();
+    [[nodiscard]] bool endsWhereStated() const;
 
     // The callbacks of the input, which read from memory.
     static int readInput(void* opaque, std::uint8_t* buffer, int size);
@@ -79,8 +80,9 @@ private:
 
     std::int64_t m_firstTimestamp = 0; // what the file calls the beginning of the sound
     Sound::Seconds m_start{0};
-    bool m_seeking = false; // the next frame tells where the file was entered
-    std::size_t m_toDrop = 0;
+    bool m_seeking = false;   // the next frame tells where the file was entered
+    std::size_t m_toDrop = 0; // samples
+    std::size_t m_toGive = std::numeric_limits<std::size_t>::max(); // samples up to the end
     std::vector<float> m_converted;
     std::size_t m_convertedUsed = 0; // samples of m_converted already given away
 };

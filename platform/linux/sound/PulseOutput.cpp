@@ -19,7 +19,7 @@ public:
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
     ~Handle() override {
-        m_output.post([voice = std::move(m_voice)] { voice->stop(); });
+        m_output.post([voice = std::move(m_voice), now = pa_rtclock_now()] { voice->stop(now); });
     }
 
     void setPaused(bool paused) override {

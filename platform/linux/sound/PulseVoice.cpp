@@ -18,12 +18,19 @@ constexpr auto serverDecides = std::numeric_limits<std::uint32_t>::max();
 // How much the server holds: enough for a busy machine, and a change of volume is heard soon.
 constexpr std::uint32_t targetBytes = soundRate / 10 * frameBytes;
 
-constexpr std::int64_t fadeFrames = soundRate / 100;
+constexpr std::size_t fadeFrames = soundRate / 100;
 // The server goes on reading while a rewritten tail is on its way to it.
 constexpr std::int64_t rewriteMargin = soundRate / 200;
 
+// A stop is never put off for longer, however late the sound was.
+constexpr std::int64_t longestDelay = soundRate / 4;
+
 Sound::Seconds seconds(pa_usec_t time) {
     return std::chrono::microseconds(time);
+}
+
+pa_usec_t microseconds(Sound::Seconds time) {
+    return static_cast<pa_usec_t>(time.count() * static_cast<double>(PA_USEC_PER_SEC));
 }
 
 PulseVoice& voice(void* self) {
@@ -39,9 +46,10 @@ PulseVoice::PulseVoice(std::shared_ptr<SoundDecoder> decoder, SoundVoiceStart st
     , m_finished(std::move(start.finished))
     , m_closed(std::move(closed))
     , m_volume(start.volume)
-    ,
+    , m_asked(pa_rtclock_now() - microseconds(start.waited))
+    , m_pausedSince(m_asked)
     // A sound entered in its middle does not begin at silence by itself.
-    m_gain(m_startPosition > Sound::Seconds(0) ? 0.0F : start.volume)
+    , m_gain(m_startPosition > Sound::Seconds(0) ? 0.0F : start.volume)
     , m_paused(start.paused) {}
 
 PulseVoice::~PulseVoice() {
@@ -84,7 +92,8 @@ void PulseVoice::fail(const char* reason) {
     finish(false);
 }
 
-void PulseVoice::stop() {
+void PulseVoice::stop(pa_usec_t moment) {
+    m_stopped = moment;
     m_finished = nullptr;
     const bool heard = m_stream && pa_stream_get_state(m_stream) == PA_STREAM_READY && !m_paused;
     if (!heard) {
@@ -100,7 +109,13 @@ void PulseVoice::stop() {
 }
 
 void PulseVoice::setPaused(bool paused) {
+    if (paused == m_paused)
+        return;
     m_paused = paused;
+    if (paused)
+        m_pausedSince = pa_rtclock_now();
+    else
+        m_pausedFor += pa_rtclock_now() - m_pausedSince;
     if (!m_stream)
         return;
     if (pa_operation* operation = pa_stream_cork(m_stream, paused ? 1 : 0, nullptr, nullptr))
@@ -173,7 +188,7 @@ void PulseVoice::drained(bool success) {
     finish(success);
 }
 
-// Replaces what the server has not read yet by a short fade and silence.
+// Replaces what the server has not read yet by what is still to be heard, faded, and silence.
 void PulseVoice::rewriteTail(bool success) {
     dropOperation();
     const pa_timing_info* timing = pa_stream_get_timing_info(m_stream);
@@ -182,25 +197,37 @@ void PulseVoice::rewriteTail(bool success) {
         return;
     }
     const std::int64_t read = timing->read_index / static_cast<std::int64_t>(frameBytes);
-    const std::int64_t first = std::clamp(read + rewriteMargin, m_history.begin(), m_history.end());
-    std::vector<float> tail = m_history.from(first);
+    const std::int64_t fade =
+        std::max(read + rewriteMargin, lastFrame(read) - std::int64_t{fadeFrames});
+    const std::int64_t first = std::clamp(fade, m_history.begin(), m_history.end());
+    const auto loud = static_cast<std::size_t>(fade - first);
+    const std::size_t heard = loud + fadeFrames;
 
+    std::vector<float> tail = m_history.from(first);
     const std::size_t held = tail.size() / soundChannels;
-    constexpr auto faded = static_cast<std::size_t>(fadeFrames);
-    if (held < faded) {
-        tail.resize(faded * soundChannels);
+    if (held < heard) {
+        tail.resize(heard * soundChannels);
         float* more = tail.data() + held * soundChannels;
-        m_gain.apply(m_volume, more, m_decoder->read(more, faded - held));
+        m_gain.apply(m_volume, more, m_decoder->read(more, heard - held));
     }
-    for (std::size_t i = 0; i < faded * soundChannels; ++i)
-        tail[i] *= 1.0F - static_cast<float>(i / soundChannels) / static_cast<float>(faded);
-    std::fill(tail.begin() + static_cast<std::ptrdiff_t>(faded * soundChannels), tail.end(), 0.0F);
+    for (std::size_t i = 0; i < fadeFrames * soundChannels; ++i)
+        tail[loud * soundChannels + i] *=
+            1.0F - static_cast<float>(i / soundChannels) / static_cast<float>(fadeFrames);
+    std::fill(tail.begin() + static_cast<std::ptrdiff_t>(heard * soundChannels), tail.end(), 0.0F);
 
     if (pa_stream_write(m_stream, tail.data(), tail.size() * sizeof(float), nullptr,
                         first * static_cast<std::int64_t>(frameBytes), PA_SEEK_ABSOLUTE) < 0)
         close();
     else
         drain();
+}
+
+// Where the sound must end to have been heard as long as it was played. The server has read up to
+// `readFrame`.
+std::int64_t PulseVoice::lastFrame(std::int64_t readFrame) const {
+    const pa_usec_t played = m_stopped - std::min(m_stopped, m_asked + m_pausedFor);
+    return std::min(static_cast<std::int64_t>(played * soundRate / PA_USEC_PER_SEC),
+                    readFrame + longestDelay);
 }
 
 void PulseVoice::noteTime() {

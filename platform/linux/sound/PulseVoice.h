@@ -30,8 +30,8 @@ public:
     void start(pa_context* context);
     // The server cannot be reached or went away.
     void fail(const char* reason);
-    // Fades out, or lets a sound that has been handed over whole be heard to its end.
-    void stop();
+    // Fades out, so that what was heard is as long as the play was until `moment`.
+    void stop(pa_usec_t moment);
     void setPaused(bool paused);
 
     // Any thread.
@@ -54,6 +54,7 @@ private:
     void drain();
     void drained(bool success);
     void rewriteTail(bool success);
+    [[nodiscard]] std::int64_t lastFrame(std::int64_t readFrame) const;
     void noteTime();
     void finish(bool completed);
     void close();
@@ -65,6 +66,11 @@ private:
     std::function<void(bool)> m_finished;
     std::function<void(PulseVoice&)> m_closed;
     std::atomic<float> m_volume;
+    // Moments of the server library's clock.
+    pa_usec_t m_asked;
+    pa_usec_t m_pausedSince;
+    pa_usec_t m_pausedFor = 0;
+    pa_usec_t m_stopped = 0;
     GainRamp m_gain;
     PcmHistory m_history;
     State m_state = State::Waiting;

@@ -31,8 +31,8 @@ public:
 // One play on its way to the speakers. Main thread only; nothing here waits for the audio thread.
 class SoundVoice {
 public:
-    // Ends the play with a short fade, or lets the rest be heard when all of it has been handed
-    // over to the sound server.
+    // Ends the play with a short fade, so much later as the sound was heard later than asked for:
+    // the time that is heard is the time that it was played.
     virtual ~SoundVoice() = default;
 
     virtual void setPaused(bool paused) = 0;
@@ -46,6 +46,8 @@ public:
 struct SoundVoiceStart {
     float volume = 1.0F;
     bool paused = false;
+    // How long ago the play was asked for.
+    Sound::Seconds waited{0};
     // Called once, on the audio thread: true after the last sample was heard, false when the sound
     // server is not there or went away. May still arrive just after the voice is gone.
     std::function<void(bool completed)> finished;
