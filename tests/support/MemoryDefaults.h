@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/UserDefaults.h"
+
+namespace dorvane::testing {
+
+// Preferences that live in memory. What synchronize() has written survives into another instance
+// that is made from written(), as a file would.
+class MemoryDefaults final : public UserDefaults {
+public:
+    explicit MemoryDefaults(QVariantMap written = {})
+        : m_values(written), m_written(std::move(written)) {}
+
+    [[nodiscard]] QVariant value(const QString& key) const override { return m_values.value(key); }
+    void setValue(const QString& key, const QVariant& value) override { m_values[key] = value; }
+    void removeValue(const QString& key) override { m_values.remove(key); }
+    void registerDefaults(const QVariantMap&) override {}
+    bool synchronize() override {
+        m_written = m_values;
+        return true;
+    }
+
+    [[nodiscard]] const QVariantMap& written() const { return m_written; }
+
+private:
+    QVariantMap m_values;
+    QVariantMap m_written;
+};
+
+} // namespace dorvane::testing
