@@ -5,6 +5,7 @@
 #include "core/DateHelpers.h"
 #include "core/NotificationNames.h"
 #include "menubar/OneLine.h"
+#include "menubar/WholeSecond.h"
 #include "platform/StatusItem.h"
 
 #include <algorithm>
@@ -15,14 +16,6 @@ namespace dorvane {
 using namespace std::chrono_literals;
 
 namespace {
-
-// The wedge is to look as if it were drawn ten times a second, but due times lie on whole seconds:
-// what the nearest alarm is and how far off it is can only change right after a whole second of
-// the wall clock, and stays so until the next. So one pass a second is enough, together with the
-// clock's tick, and it looks at the moment right after the whole second that it stands for.
-Instant momentOfPass(const RunLoop& runLoop) {
-    return std::chrono::floor<std::chrono::seconds>(instantOf(runLoop.now())) + 1ms;
-}
 
 AlarmPtr nearestAlarm(const Clock& clock, Instant moment) {
     const std::vector<AlarmPtr>& alarms = clock.allAlarms();
@@ -50,7 +43,10 @@ StatusView::StatusView(RunLoop& runLoop, Clock& clock, NotificationCenter& notif
         mouseDown();
         mouseUp();
     });
-    // In the default mode: while our menu is open the icon stands still.
+    // The wedge is to look as if it were drawn ten times a second, but which alarm is the nearest
+    // and how far off it is can only change right after a whole second of the wall clock. So one
+    // pass a second is enough, on the same wake-up as the clock's tick. In the default mode: while
+    // our menu is open the icon stands still.
     const QDateTime now = m_runLoop.now();
     m_refreshTimer = m_runLoop.scheduleAligned(
         now.addMSecs(1000 - now.time().msec()), 1s, [this] { updateStatusView(); },
@@ -93,7 +89,7 @@ void StatusView::updateSoon() {
 }
 
 void StatusView::updateStatusView() {
-    const Instant moment = momentOfPass(m_runLoop);
+    const Instant moment = rightAfterWholeSecond(instantOf(m_runLoop.now()));
     const AlarmPtr nearest = nearestAlarm(m_clock, moment);
     showToolTip(nearest);
     if (m_flashTimer)

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "menubar/MainMenuEntries.h"
+#include "menubar/MenuCommands.h"
+#include "menubar/MenuRows.h"
+#include "menubar/PanelMenu.h"
+#include "platform/NotificationCenter.h"
+#include "platform/RunLoop.h"
+
+#include <QPointer>
+
+#include <optional>
+
+namespace dorvane {
+
+class Clock;
+class StatusMenu;
+
+// What the menu shows beyond the clock's list, asked for each time it is built. Either may be
+// empty: then there is no store, and no breaks run.
+struct MenuSources {
+    std::function<std::optional<std::vector<AlarmPtr>>()> storedAlarms;
+    std::function<bool()> breaksRun;
+};
+
+// Builds the main menu, twice: our own pop-up, and the copy that panels draw. Main thread only.
+class MainMenuConstructor {
+public:
+    // The references must outlive the constructor; the application object must exist.
+    MainMenuConstructor(RunLoop& runLoop, Clock& clock, NotificationCenter& notifications,
+                        MenuSources sources, MenuCommands commands,
+                        QLocale locale = QLocale::system());
+    ~MainMenuConstructor();
+    MainMenuConstructor(const MainMenuConstructor&) = delete;
+    MainMenuConstructor& operator=(const MainMenuConstructor&) = delete;
+
+    // The one instance of the application.
+    static MainMenuConstructor& sharedConstructor();
+
+    // Brings the pop-up up to date at once, unless it is open, and the copy soon.
+    void constructMenu();
+
+    // Our own pop-up. Not owned.
+    [[nodiscard]] StatusMenu* objectMenu() const;
+    void setObjectMenu(StatusMenu* menu);
+
+    // The copy for panels; it keeps itself up to date.
+    [[nodiscard]] QMenu& exportedMenu() { return m_exportedMenu; }
+
+    // Shown when no alarm runs; "No Alarms" when it is empty.
+    [[nodiscard]] const QString& noAlarmString() const { return m_noAlarmString; }
+    void setNoAlarmString(const QString& text) { m_noAlarmString = text; }
+
+private:
+    [[nodiscard]] MainMenuState state(Instant now) const;
+    void updateExportedMenu();
+    void updateExportedMenuSoon();
+
+    RunLoop& m_runLoop;
+    Clock& m_clock;
+    MenuSources m_sources;
+    MenuCommands m_commands;
+    QLocale m_locale;
+    QString m_noAlarmString;
+
+    QPointer<StatusMenu> m_objectMenu;
+    std::optional<MenuRows> m_objectRows;
+    PanelMenu m_exportedMenu;
+    MenuRows m_exportedRows;
+
+    RunLoopTimer m_updateTimer;
+    RunLoopTimer m_textTimer;
+    NotificationCenter::Observation m_alarmsObservation;
+};
+
+} // namespace dorvane

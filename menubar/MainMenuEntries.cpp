@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "menubar/MainMenuEntries.h"
+
+#include "core/DateHelpers.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace dorvane {
+
+namespace {
+
+using Entries = std::vector<MenuEntry>;
+
+// Never looks at what came before: two separators in a row are meant as a wider gap.
+void insertSeparator(Entries& entries) {
+    MenuEntry separator;
+    separator.isSeparator = true;
+    entries.push_back(std::move(separator));
+}
+
+MenuEntry makeEntry(const char* title, MenuEntry::Command command = {}) {
+    MenuEntry entry;
+    entry.title = QLatin1String(title);
+    entry.command = command;
+    return entry;
+}
+
+MenuEntry alarmEntry(const char* title, std::function<void(const AlarmPtr&)> MenuCommands::*command,
+                     const AlarmPtr& alarm) {
+    MenuEntry entry = makeEntry(title, command);
+    entry.alarm = alarm;
+    return entry;
+}
+
+// The plural begins at one: "In 1 mins at", and "In 0 min at" in the last minute. That is how
+// the text has always read, and it is kept.
+QString countdownText(const Alarm& alarm, const MainMenuState& state) {
+    const qint64 minutes = alarm.secondsFromNow(state.now) / 60;
+    const QString clockTime = state.locale.toString(alarm.time(), usesTwelveHourClock(state.locale)
+                                                                      ? QStringLiteral("h:mm AP")
+                                                                      : QStringLiteral("H:mm"));
+    return (minutes > 0 ? QStringLiteral("In %1 mins at %2") : QStringLiteral("In %1 min at %2"))
+        .arg(QString::number(minutes), clockTime);
+}
+
+void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
+    entries.push_back(makeEntry("Active alarms:"));
+    if (state.alarms.empty()) {
+        entries.push_back(makeEntry("No Alarms"));
+        if (!state.noAlarmString.isEmpty())
+            entries.back().title = state.noAlarmString;
+        return;
+    }
+    for (const AlarmPtr& alarm : state.alarms) {
+        MenuEntry entry;
+        entry.alarm = alarm;
+        if (alarm->isDefaultAlarm()) {
+            entry.title = countdownText(*alarm, state);
+        } else {
+            entry.title = shortDayTimeString(alarm->time(), state.locale);
+            entry.subtitle = alarm->title();
+        }
+        entry.children.push_back(alarmEntry("Edit...", &MenuCommands::editAlarm, alarm));
+        entry.children.push_back(alarmEntry("Clear", &MenuCommands::clearFromMenu, alarm));
+        // A timer is one click away: there is nothing to save.
+        if (!alarm->isDefaultAlarm())
+            entry.children.push_back(alarmEntry("Save", &MenuCommands::saveFromMenu, alarm));
+        entry.children.push_back(alarmEntry("Delete", &MenuCommands::deleteAlarm, alarm));
+        entries.push_back(std::move(entry));
+    }
+}
+
+void buildPredefinedAlarms(Entries& entries) {
+    MenuEntry timers = makeEntry("Timer...");
+    for (const int minutes : {1, 2, 3, 4, 5, 10, 15, 20, 30, 45}) {
+        MenuEntry entry;
+        entry.title = QStringLiteral("%1 min").arg(minutes);
+        entry.command = &MenuCommands::createPreAlarm;
+        entry.minutes = minutes;
+        timers.children.push_back(std::move(entry));
+    }
+    entries.push_back(std::move(timers));
+}
+
+void buildStoredAlarms(Entries& entries, const MainMenuState& state) {
+    if (!state.storedAlarms)
+        return;
+    insertSeparator(entries); // the second in a row
+    // The heading stands even over nothing: it tells that there is a store.
+    entries.push_back(makeEntry("Inactive alarms:"));
+    for (const AlarmPtr& alarm : *state.storedAlarms) {
+        if (!alarm->isExisInActiveAlarmList())
+            continue;
+        MenuEntry entry;
+        entry.title = shortDayTimeString(alarm->time(), state.locale);
+        entry.subtitle = alarm->title();
+        entry.command = &MenuCommands::setAlarm;
+        entry.alarm = alarm;
+        entry.children.push_back(alarmEntry("Edit...", &MenuCommands::editAlarm, alarm));
+        entry.children.push_back(alarmEntry("Delete", &MenuCommands::deleteAlarm, alarm));
+        entries.push_back(std::move(entry));
+    }
+}
+
+void buildSettableAlarms(Entries& entries, const MainMenuState& state) {
+    entries.push_back(makeEntry("Create alarm...", &MenuCommands::createAlarm));
+    insertSeparator(entries);
+    buildPredefinedAlarms(entries);
+    insertSeparator(entries);
+    MenuEntry breaks = makeEntry("Respito...");
+    breaks.children.push_back(state.breaksRun ? makeEntry("Stop", &MenuCommands::stopRespito)
+                                              : makeEntry("Start", &MenuCommands::startRespito));
+    breaks.children.push_back(makeEntry("Preferences...", &MenuCommands::createRespito));
+    entries.push_back(std::move(breaks));
+    insertSeparator(entries);
+    buildStoredAlarms(entries, state);
+}
+
+void buildApplicationPart(Entries& entries) {
+    entries.push_back(makeEntry("Preferences...", &MenuCommands::openPrefs));
+    entries.push_back(makeEntry("Help...", &MenuCommands::showGoogleHelp));
+}
+
+} // namespace
+
+std::vector<MenuEntry> mainMenuEntries(const MainMenuState& state) {
+    Entries entries;
+    entries.reserve(state.alarms.size() + 16);
+    buildWorkingAlarms(entries, state);
+    insertSeparator(entries);
+    buildSettableAlarms(entries, state);
+    insertSeparator(entries); // with no store this is the second in a row
+    buildApplicationPart(entries);
+    insertSeparator(entries);
+    entries.push_back(makeEntry("Quit", &MenuCommands::terminate));
+    return entries;
+}
+
+// The countdown of a timer changes on the second at which it is due, once a minute. The due time of
+// an alarm that counts from now moves on with each whole minute.
+QDateTime nextTextChange(const MainMenuState& state) {
+    using std::chrono::milliseconds;
+    using std::chrono::minutes;
+    const auto nextWith = [&state](milliseconds pastTheMinute) {
+        const Instant inThisMinute = std::chrono::floor<minutes>(state.now) + pastTheMinute;
+        return inThisMinute > state.now ? inThisMinute : inThisMinute + minutes(1);
+    };
+    Instant next = nextWith(milliseconds(0));
+    for (const AlarmPtr& alarm : state.alarms) {
+        if (!alarm->isDefaultAlarm())
+            continue;
+        const Instant due = instantOf(alarm->time());
+        next = std::min(next, nextWith(due - std::chrono::floor<minutes>(due)));
+    }
+    return localDateTimeOf(next);
+}
+
+} // namespace dorvane

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Instant.h"
+#include "menubar/MenuEntry.h"
+
+#include <QLocale>
+
+#include <optional>
+#include <vector>
+
+namespace dorvane {
+
+// All that the main menu shows.
+struct MainMenuState {
+    std::vector<AlarmPtr> alarms; // running, in the order of the clock's list
+    // The stored alarms; nothing when there is no store, empty when it cannot be read.
+    std::optional<std::vector<AlarmPtr>> storedAlarms;
+    bool breaksRun = false;
+    QString noAlarmString; // shown when no alarm runs, instead of "No Alarms"
+    Instant now;
+    QLocale locale;
+};
+
+// The main menu.
+[[nodiscard]] std::vector<MenuEntry> mainMenuEntries(const MainMenuState& state);
+
+// The next moment at which a text of the menu changes though nothing else does, always on a whole
+// second.
+[[nodiscard]] QDateTime nextTextChange(const MainMenuState& state);
+
+} // namespace dorvane

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "menubar/MenuRows.h"
+
+#include <QMenu>
+
+#include <algorithm>
+#include <utility>
+
+namespace dorvane {
+
+namespace {
+
+// Whether the menu has an item of the right kind for every entry; submenus see to themselves.
+bool fits(const QMenu& menu, const std::vector<MenuEntry>& entries) {
+    const QList<QAction*> items = menu.actions();
+    return std::equal(items.begin(), items.end(), entries.begin(), entries.end(),
+                      [](const QAction* item, const MenuEntry& entry) {
+                          return item->isSeparator() == entry.isSeparator &&
+                                 (item->menu() != nullptr) == !entry.children.empty();
+                      });
+}
+
+} // namespace
+
+MenuRows::MenuRows(QMenu& menu, RunLoop& runLoop, MenuCommands commands, MenuTitleFonts fonts,
+                   Kind kind)
+    : m_menu(menu)
+    , m_runLoop(runLoop)
+    , m_commands(std::move(commands))
+    , m_fonts(std::move(fonts))
+    , m_kind(std::move(kind)) {}
+
+void MenuRows::show(const std::vector<MenuEntry>& entries) {
+    fill(m_menu, entries);
+}
+
+void MenuRows::build(QMenu& menu, const std::vector<MenuEntry>& entries) {
+    menu.clear();
+    qDeleteAll(menu.findChildren<QMenu*>(Qt::FindDirectChildrenOnly));
+    for (const MenuEntry& entry : entries) {
+        auto* item = new MenuItemExtras(m_runLoop, &menu);
+        item->setSeparator(entry.isSeparator);
+        if (!entry.children.empty())
+            item->setMenu(m_kind.makeSubmenu(menu));
+        menu.addAction(item);
+    }
+}
+
+void MenuRows::fill(QMenu& menu, const std::vector<MenuEntry>& entries) {
+    if (!fits(menu, entries))
+        build(menu, entries);
+    const QList<QAction*> items = menu.actions();
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const MenuEntry& entry = entries[i];
+        if (entry.isSeparator)
+            continue;
+        auto* item = static_cast<MenuItemExtras*>(items[qsizetype(i)]);
+        item->setTitle(entry.title, entry.subtitle, m_fonts);
+        item->setText(m_kind.text(*item));
+        item->setCommand(commandOf(entry, m_commands));
+        item->setEnabled(item->hasCommand() || item->menu());
+        if (item->menu())
+            fill(*item->menu(), entry.children);
+    }
+}
+
+} // namespace dorvane

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "menubar/StatusMenu.h"
+
+#include "menubar/StatusMenuStyle.h"
+#include "platform/RunLoop.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QStyleOptionMenuItem>
+
+namespace dorvane {
+
+class StatusMenu::EventTracking {
+public:
+    explicit EventTracking(RunLoop& runLoop) : m_runLoop(runLoop) {
+        m_runLoop.beginEventTracking();
+    }
+    ~EventTracking() { m_runLoop.endEventTracking(); }
+    EventTracking(const EventTracking&) = delete;
+    EventTracking& operator=(const EventTracking&) = delete;
+
+private:
+    RunLoop& m_runLoop;
+};
+
+StatusMenu::StatusMenu(RunLoop& runLoop)
+    : m_runLoop(runLoop)
+    , m_fonts(MenuTitleFonts::of(QApplication::font("QMenu")))
+    , m_style(std::make_shared<StatusMenuStyle>(m_fonts)) {
+    setStyle(m_style.get());
+    setSeparatorsCollapsible(false); // some stand in a row on purpose
+}
+
+StatusMenu::StatusMenu(StatusMenu& parent)
+    : QMenu(&parent)
+    , m_runLoop(parent.m_runLoop)
+    , m_parent(&parent)
+    , m_fonts(parent.m_fonts)
+    , m_style(parent.m_style) {
+    setStyle(m_style.get());
+}
+
+StatusMenu::~StatusMenu() = default;
+
+void StatusMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
+    QMenu::initStyleOption(option, action);
+    const auto* item = dynamic_cast<const MenuItemExtras*>(action);
+    if (item && !item->subtitlePart().isEmpty())
+        option->text = item->title() + StatusMenuStyle::titleSeparator + item->subtitlePart();
+}
+
+// The button may have gone down on the icon, and the menu opened under the pointer: only a press or
+// a drag within the menu makes the release a choice.
+void StatusMenu::mousePressEvent(QMouseEvent* event) {
+    m_mouseDown = true;
+    QMenu::mousePressEvent(event);
+}
+
+void StatusMenu::mouseMoveEvent(QMouseEvent* event) {
+    m_mouseDown = m_mouseDown || event->buttons() != Qt::NoButton;
+    QMenu::mouseMoveEvent(event);
+}
+
+void StatusMenu::mouseReleaseEvent(QMouseEvent* event) {
+    const QPoint position = event->position().toPoint();
+    if (std::exchange(m_mouseDown, false) && rect().contains(position) &&
+        performIfParentItem(actionAt(position)))
+        return;
+    QMenu::mouseReleaseEvent(event);
+}
+
+void StatusMenu::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        // A submenu that the pointer opened takes the keys though nothing in it is chosen yet.
+        QAction* chosen = activeAction();
+        if (!chosen && m_parent)
+            chosen = m_parent->activeAction();
+        if (performIfParentItem(chosen))
+            return;
+    }
+    QMenu::keyPressEvent(event);
+}
+
+bool StatusMenu::performIfParentItem(QAction* action) {
+    const auto* item = dynamic_cast<const MenuItemExtras*>(action);
+    if (!item || !item->menu() || !item->hasCommand())
+        return false;
+    StatusMenu* top = this;
+    while (top->m_parent)
+        top = top->m_parent;
+    top->close(); // and its submenus
+    action->trigger();
+    return true;
+}
+
+void StatusMenu::showEvent(QShowEvent* event) {
+    if (!m_parent)
+        m_tracking = std::make_unique<EventTracking>(m_runLoop);
+    QMenu::showEvent(event);
+}
+
+void StatusMenu::hideEvent(QHideEvent* event) {
+    m_mouseDown = false;
+    QMenu::hideEvent(event);
+    m_tracking.reset();
+}
+
+} // namespace dorvane

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "menubar/MenuItemExtras.h"
+
+#include <QProxyStyle>
+
+namespace dorvane {
+
+// Draws menu items with a title in two sizes. All else about them, and all other items, are drawn
+// by Fusion.
+class StatusMenuStyle final : public QProxyStyle {
+public:
+    // Stands in the text of a menu item's option between the title and the subtitle.
+    static constexpr QChar titleSeparator = u'\u001f';
+
+    explicit StatusMenuStyle(MenuTitleFonts fonts);
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returnData) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+
+private:
+    MenuTitleFonts m_fonts;
+};
+
+} // namespace dorvane

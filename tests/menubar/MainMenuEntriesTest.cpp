@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "menubar/MainMenuEntries.h"
+
+#include "tests/menubar/RecordedCommands.h"
+#include "tests/support/VirtualRunLoop.h"
+
+#include <gtest/gtest.h>
+
+using namespace dorvane;
+using namespace dorvane::testing;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QDateTime tuesday({2026, 11, 24}, {10, 0});
+
+class MainMenuEntriesTest : public ::testing::Test {
+protected:
+    [[nodiscard]] AlarmPtr dated(const QTime& time, const char* title) const {
+        const AlarmPtr alarm =
+            Alarm::initWithTime(m_loop, {tuesday.date(), time}, QLatin1String(title));
+        alarm->setIsTimeWithDate(true);
+        return alarm;
+    }
+    [[nodiscard]] AlarmPtr timerDueIn(int seconds) const {
+        const AlarmPtr alarm = Alarm::initWithTime(m_loop, tuesday.addSecs(seconds), {});
+        alarm->setSelRowNo(Alarm::Weekly); // due to the second
+        alarm->setIsDefaultAlarm(true);
+        return alarm;
+    }
+    [[nodiscard]] MainMenuState stateWith(std::vector<AlarmPtr> alarms) const {
+        return {.alarms = std::move(alarms),
+                .storedAlarms = {},
+                .noAlarmString = {},
+                .now = instantOf(m_loop.now()),
+                .locale = QLocale::c()};
+    }
+
+    VirtualRunLoop m_loop{tuesday};
+};
+
+// A line for each entry: title, subtitle in brackets, what a click does.
+void outline(const std::vector<MenuEntry>& entries, const QString& indent, QStringList& lines) {
+    for (const MenuEntry& entry : entries) {
+        QString line = indent + (entry.isSeparator ? QStringLiteral("--") : entry.title);
+        if (!entry.subtitle.isEmpty())
+            line += QStringLiteral(" [%1]").arg(entry.subtitle);
+        QStringList trace;
+        const MenuCommands commands = recordedCommands(trace);
+        if (const auto command = commandOf(entry, commands))
+            command();
+        if (!trace.isEmpty())
+            line += QStringLiteral(" = ") + trace.join(u',');
+        lines << line;
+        outline(entry.children, indent + QStringLiteral("  "), lines);
+    }
+}
+
+std::string outlineOf(const std::vector<MenuEntry>& entries) {
+    QStringList lines;
+    outline(entries, {}, lines);
+    return lines.join(u'\n').toStdString();
+}
+
+constexpr const char* settablePart = R"(--
+Create alarm... = createAlarm
+--
+Timer...
+  1 min = createPreAlarm 1
+  2 min = createPreAlarm 2
+  3 min = createPreAlarm 3
+  4 min = createPreAlarm 4
+  5 min = createPreAlarm 5
+  10 min = createPreAlarm 10
+  15 min = createPreAlarm 15
+  20 min = createPreAlarm 20
+  30 min = createPreAlarm 30
+  45 min = createPreAlarm 45
+--
+Respito...
+  )";
+constexpr const char* applicationPart = R"(
+  Preferences... = createRespito
+--
+--
+Preferences... = openPrefs
+Help... = showGoogleHelp
+--
+Quit = terminate)";
+
+TEST_F(MainMenuEntriesTest, nothingRunsAndNothingIsStored) {
+    MainMenuState state = stateWith({});
+    const std::string rest = std::string(settablePart) + "Start = startRespito" + applicationPart;
+    EXPECT_EQ(outlineOf(mainMenuEntries(state)), "Active alarms:\nNo Alarms\n" + rest);
+    state.noAlarmString = QStringLiteral("All quiet");
+    EXPECT_EQ(outlineOf(mainMenuEntries(state)), "Active alarms:\nAll quiet\n" + rest);
+}
+
+TEST_F(MainMenuEntriesTest, runningAndStoredAlarms) {
+    MainMenuState state = stateWith({dated({18, 5}, "Tea & cake"), timerDueIn(600)});
+    const AlarmPtr stored = dated({7, 30}, "Up");
+    stored->setIsExisInActiveAlarmList(true);
+    state.storedAlarms = {{dated({9, 0}, "not listed"), stored}};
+    state.breaksRun = true;
+    EXPECT_EQ(outlineOf(mainMenuEntries(state)), std::string(R"(Active alarms:
+Tue, 18:05 [Tea & cake]
+  Edit... = editAlarm Tea & cake
+  Clear = clearFromMenu Tea & cake
+  Save = saveFromMenu Tea & cake
+  Delete = deleteAlarm Tea & cake
+In 10 mins at 10:10
+  Edit... = editAlarm 
+  Clear = clearFromMenu 
+  Delete = deleteAlarm 
+)") + settablePart + R"(Stop = stopRespito
+  Preferences... = createRespito
+--
+--
+Inactive alarms:
+Tue, 7:30 [Up] = setAlarm Up
+  Edit... = editAlarm Up
+  Delete = deleteAlarm Up
+--
+Preferences... = openPrefs
+Help... = showGoogleHelp
+--
+Quit = terminate)");
+}
+
+TEST_F(MainMenuEntriesTest, anUnreadableStoreStillHasItsHeading) {
+    MainMenuState state = stateWith({});
+    state.storedAlarms.emplace();
+    EXPECT_TRUE(QString::fromStdString(outlineOf(mainMenuEntries(state)))
+                    .contains(QStringLiteral("\n--\n--\nInactive alarms:\n--\n")));
+}
+
+TEST_F(MainMenuEntriesTest, aPanelGetsTheActionOfAParentAsItsFirstChild) {
+    MainMenuState state = stateWith({});
+    const AlarmPtr stored = dated({7, 30}, "Up");
+    stored->setIsExisInActiveAlarmList(true);
+    state.storedAlarms = {{stored}};
+    const std::vector<MenuEntry> entries = exportedEntries(mainMenuEntries(state));
+    EXPECT_TRUE(QString::fromStdString(outlineOf(entries))
+                    .contains(QStringLiteral("\nTue, 7:30 [Up]\n  Set = setAlarm Up\n"
+                                             "  Edit... = editAlarm Up\n  Delete")));
+}
+
+TEST_F(MainMenuEntriesTest, countdownOfATimer) {
+    struct Case {
+        int seconds;
+        const char* plain;
+        const char* twelveHours;
+    };
+    const Case cases[] = {
+        {45 * 60, "In 45 mins at 10:45", "In 45 mins at 10:45 AM"},
+        {3 * 3600, "In 180 mins at 13:00", "In 180 mins at 1:00 PM"},
+        {90, "In 1 mins at 10:01", "In 1 mins at 10:01 AM"},
+        {60, "In 1 mins at 10:01", "In 1 mins at 10:01 AM"},
+        {30, "In 0 min at 10:00", "In 0 min at 10:00 AM"},
+        {-59, "In 0 min at 9:59", "In 0 min at 9:59 AM"},
+        {-60, "In -1 min at 9:59", "In -1 min at 9:59 AM"},
+    };
+    for (const Case& c : cases) {
+        MainMenuState state = stateWith({timerDueIn(c.seconds)});
+        EXPECT_EQ(mainMenuEntries(state)[1].title, QLatin1String(c.plain)) << c.seconds;
+        state.locale = QLocale(QLocale::English, QLocale::UnitedStates);
+        EXPECT_EQ(mainMenuEntries(state)[1].title, QLatin1String(c.twelveHours)) << c.seconds;
+    }
+}
+
+// Sampled each second, no text may change between the moments that are promised.
+TEST_F(MainMenuEntriesTest, nextTextChangeMissesNothing) {
+    const AlarmPtr fromNow = Alarm::create(m_loop); // due an hour from whenever one looks
+    fromNow->setRingWithinUnits(1);
+    const std::vector<AlarmPtr> alarms = {timerDueIn(137), timerDueIn(200), fromNow,
+                                          dated({18, 5}, "Tea")};
+    const auto stateAt = [&](const QDateTime& moment) {
+        MainMenuState state = stateWith(alarms);
+        state.now = instantOf(moment) + 1ms;
+        return state;
+    };
+    MainMenuState state = stateAt(tuesday);
+    std::string shown = outlineOf(mainMenuEntries(state));
+    int looks = 0;
+    for (int second = 1; second <= 300; ++second) {
+        m_loop.advance(1s);
+        if (m_loop.now() == nextTextChange(state)) {
+            state = stateAt(m_loop.now());
+            shown = outlineOf(mainMenuEntries(state));
+            ++looks;
+        }
+        ASSERT_EQ(outlineOf(mainMenuEntries(stateAt(m_loop.now()))), shown) << second;
+    }
+    EXPECT_EQ(looks, 3 * 5) << "each minute: two countdowns and the whole minute";
+}
+
+} // namespace

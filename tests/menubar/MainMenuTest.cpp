@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/Clock.h"
+#include "core/NotificationNames.h"
+#include "menubar/MainMenuConstructor.h"
+#include "menubar/StatusMenu.h"
+#include "tests/menubar/RecordedCommands.h"
+#include "tests/support/VirtualRunLoop.h"
+
+#include <QAccessible>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+#include <memory>
+
+using namespace dorvane;
+using namespace dorvane::testing;
+using namespace std::chrono_literals;
+
+namespace {
+
+class MainMenuTest : public ::testing::Test {
+protected:
+    MainMenuTest() {
+        const AlarmPtr stored = dated(QStringLiteral("Up"));
+        stored->setIsExisInActiveAlarmList(true);
+        m_stored = {stored};
+        m_constructor = std::make_unique<MainMenuConstructor>(
+            m_loop, m_clock, m_notifications,
+            MenuSources{[this] { return std::optional(m_stored); }, {}}, recordedCommands(m_trace),
+            QLocale::c());
+        m_constructor->setObjectMenu(&m_menu);
+    }
+
+    [[nodiscard]] AlarmPtr dated(const QString& title) const {
+        const AlarmPtr alarm = Alarm::initWithTime(m_loop, m_loop.now().addSecs(3600), title);
+        alarm->setIsTimeWithDate(true);
+        return alarm;
+    }
+    [[nodiscard]] AlarmPtr timer(int minutes) const {
+        const AlarmPtr alarm = Alarm::create(m_loop);
+        alarm->setIsDefaultAlarm(true);
+        alarm->setIsMinuteUnits(true);
+        alarm->setRingWithinUnits(minutes);
+        return alarm;
+    }
+    // The item whose text begins so.
+    [[nodiscard]] static QAction* item(const QMenu& menu, const char* text) {
+        for (QAction* action : menu.actions())
+            if (action->text().startsWith(QLatin1String(text)))
+                return action;
+        ADD_FAILURE() << "no item " << text;
+        return nullptr;
+    }
+    void open() {
+        m_constructor->constructMenu();
+        m_menu.popup({0, 0});
+    }
+    void click(QMenu& menu, QAction* action) {
+        QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(action).center());
+    }
+    // What was done since the last call; the menu must have closed for it.
+    QStringList done() {
+        EXPECT_FALSE(m_menu.isVisible());
+        EXPECT_EQ(m_trace, QStringList()) << "only from the event loop";
+        m_loop.runPending();
+        return std::exchange(m_trace, {});
+    }
+
+    VirtualRunLoop m_loop{QDateTime({2026, 11, 24}, {10, 0, 0, 250})};
+    NotificationCenter m_notifications;
+    Clock m_clock{m_loop, m_notifications};
+    QStringList m_trace;
+    std::vector<AlarmPtr> m_stored;
+    StatusMenu m_menu{m_loop};
+    std::unique_ptr<MainMenuConstructor> m_constructor;
+};
+
+TEST_F(MainMenuTest, parentItemActsOnClickAndReturnAndOpensOnTheArrow) {
+    const QStringList setsUp{QStringLiteral("setAlarm Up")};
+    open();
+    click(m_menu, item(m_menu, "Tue, 11:00 Up"));
+    EXPECT_EQ(done(), setsUp) << "click";
+
+    open();
+    m_menu.setActiveAction(item(m_menu, "Tue, 11:00 Up"));
+    QTest::keyClick(&m_menu, Qt::Key_Return);
+    EXPECT_EQ(done(), setsUp) << "Return";
+
+    open();
+    QMenu* submenu = item(m_menu, "Tue, 11:00 Up")->menu();
+    m_menu.setActiveAction(item(m_menu, "Tue, 11:00 Up"));
+    QTest::keyClick(&m_menu, Qt::Key_Right);
+    ASSERT_TRUE(submenu->isVisible());
+    QTest::keyClick(submenu, Qt::Key_Down);
+    QTest::keyClick(submenu, Qt::Key_Return);
+    EXPECT_EQ(done(), QStringList{QStringLiteral("deleteAlarm Up")}) << "Right, Down, Return";
+
+    open();
+    const QPoint row = m_menu.actionGeometry(item(m_menu, "Tue, 11:00 Up")).center();
+    QTest::mousePress(&m_menu, Qt::LeftButton, {}, row);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return submenu->isVisible(); }));
+    QTest::keyClick(submenu, Qt::Key_Return);
+    EXPECT_EQ(done(), setsUp) << "Return while the pointer has opened the submenu";
+
+    open();
+    QTest::mouseRelease(&m_menu, Qt::LeftButton, {}, row);
+    EXPECT_TRUE(m_menu.isVisible()) << "the release of the press that opened the menu";
+    m_loop.runPending();
+    EXPECT_EQ(m_trace, QStringList());
+}
+
+TEST_F(MainMenuTest, itemsWithoutCommandOrWithAMissingOneAreDisabled) {
+    MenuCommands commands = recordedCommands(m_trace);
+    commands.showGoogleHelp = {};
+    commands.setAlarm = {};
+    m_constructor = std::make_unique<MainMenuConstructor>(
+        m_loop, m_clock, m_notifications,
+        MenuSources{[this] { return std::optional(m_stored); }, {}}, commands, QLocale::c());
+    m_constructor->setObjectMenu(&m_menu);
+    open();
+    QStringList disabled;
+    for (const QAction* action : m_menu.actions())
+        if (!action->isEnabled())
+            disabled << action->text();
+    EXPECT_EQ(disabled,
+              (QStringList{QStringLiteral("Active alarms:"), QStringLiteral("No Alarms"),
+                           QStringLiteral("Inactive alarms:"), QStringLiteral("Help...")}));
+    click(m_menu, item(m_menu, "Active alarms:"));
+    click(m_menu, item(m_menu, "Tue, 11:00 Up"));
+    EXPECT_TRUE(m_menu.isVisible());
+}
+
+TEST_F(MainMenuTest, openMenuHoldsUpTimersAndStaysAsItIs) {
+    const AlarmPtr alarm = dated(QStringLiteral("Tea"));
+    m_clock.insertAlarm(alarm);
+    open();
+    EXPECT_EQ(alarm->menuItem(), item(m_menu, "Tue, 11:00 Tea"));
+    const std::int64_t before = m_loop.firings();
+    item(m_menu, "Tue, 11:00 Tea")->menu()->popup({50, 0});
+    m_loop.advance(3s);
+    m_clock.removeAlarm(alarm);
+    m_constructor->constructMenu();
+    EXPECT_TRUE(m_menu.isVisible());
+    EXPECT_NE(item(m_menu, "Tue, 11:00 Tea"), nullptr);
+    EXPECT_EQ(m_loop.firings(), before);
+
+    m_menu.close();
+    m_loop.advance(1s);
+    EXPECT_GT(m_loop.firings(), before);
+    m_constructor->constructMenu();
+    EXPECT_NE(item(m_menu, "No Alarms"), nullptr);
+    EXPECT_EQ(alarm->menuItem(), nullptr);
+}
+
+TEST_F(MainMenuTest, commandMayRebuildTheMenuThatItCameFrom) {
+    m_clock.insertAlarm(dated(QStringLiteral("Tea")));
+    open();
+    QMenu* submenu = item(m_menu, "Tue, 11:00 Tea")->menu();
+    m_menu.setActiveAction(item(m_menu, "Tue, 11:00 Tea"));
+    QTest::keyClick(&m_menu, Qt::Key_Right);
+    click(*submenu, item(*submenu, "Clear"));
+    m_clock.removeAlarm(m_clock.allAlarms().front());
+    m_constructor->constructMenu();
+    EXPECT_EQ(done(), QStringList{QStringLiteral("clearFromMenu Tea")});
+}
+
+TEST_F(MainMenuTest, exportedCopyChangesItsTextsInPlaceAndWakesNobody) {
+    m_clock.insertAlarm(timer(5));
+    m_clock.insertAlarm(dated(QStringLiteral("a_b & c")));
+    m_loop.runPending();
+    QMenu& menu = m_constructor->exportedMenu();
+    QAction* countdown = item(menu, "In 4 mins at 10:05");
+    EXPECT_NE(item(menu, "Tue, 11:00 a__b && c"), nullptr);
+    EXPECT_EQ(item(menu, "Tue, 11:00 Up")->menu()->actions().front()->text(),
+              QStringLiteral("Set"));
+
+    QSignalSpy changed(countdown, &QAction::changed);
+    const auto moments = [this](std::chrono::seconds duration) {
+        std::int64_t count = 0;
+        for (auto left = duration * 10; left > 0s; left -= 1s) {
+            const std::int64_t firings = m_loop.firings();
+            m_loop.advance(100ms);
+            count += m_loop.firings() > firings ? 1 : 0;
+        }
+        return count;
+    };
+    EXPECT_EQ(moments(120s), 120) << "only with the clock's tick";
+    EXPECT_EQ(changed.count(), 2);
+    EXPECT_EQ(countdown, item(menu, "In 2 mins at 10:05"));
+
+    // Stored alarms are read afresh; the same entry then stands for another record.
+    m_stored = {dated(QStringLiteral("Down"))};
+    m_stored.front()->setIsExisInActiveAlarmList(true);
+    m_constructor->constructMenu();
+    m_loop.runPending();
+    item(menu, "Tue, 11:02 Down")->menu()->actions().front()->trigger();
+    EXPECT_EQ(done(), QStringList{QStringLiteral("setAlarm Down")});
+    EXPECT_EQ(countdown, item(menu, "In 2 mins at 10:05"));
+}
+
+TEST_F(MainMenuTest, anyTitleLeavesTheMenuWhole) {
+    const QString titles[] = {
+        QStringLiteral("&Tea & && cake&"),
+        QStringLiteral("line\nline\ttab\u2029"),
+        QString(10'000, u'W'),
+        QStringLiteral("\u05e9\u05dc\u05d5\u05dd \u0645\u0631\u062d\u0628\u0627"),
+        QStringLiteral("\U0001F469\u200D\U0001F680").repeated(40),
+        QString(u'\u001f'),
+        QString(),
+        QString(3000, QChar(0x0301))};
+    for (const QString& title : titles)
+        m_clock.insertAlarm(dated(title));
+    open();
+    m_menu.grab();
+    EXPECT_LT(m_menu.width(), 320);
+    const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&m_menu);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->child(8)->text(QAccessible::Name),
+              QStringLiteral("Tue, 11:00 &Tea & && cake&"));
+}
+
+} // namespace

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "menubar/MenuCommands.h"
+
+#include <QStringList>
+
+namespace dorvane::testing {
+
+// Commands that write down their names and arguments.
+inline MenuCommands recordedCommands(QStringList& trace) {
+    const auto plain = [&trace](const char* name) {
+        return [&trace, name] { trace << QLatin1String(name); };
+    };
+    const auto onAlarm = [&trace](const char* name) {
+        return [&trace, name](const AlarmPtr& alarm) {
+            trace << QLatin1String(name) + u' ' + alarm->title();
+        };
+    };
+    return {
+        .createAlarm = plain("createAlarm"),
+        .createPreAlarm =
+            [&trace](int minutes) { trace << QStringLiteral("createPreAlarm %1").arg(minutes); },
+        .editAlarm = onAlarm("editAlarm"),
+        .clearFromMenu = onAlarm("clearFromMenu"),
+        .saveFromMenu = onAlarm("saveFromMenu"),
+        .deleteAlarm = onAlarm("deleteAlarm"),
+        .setAlarm = onAlarm("setAlarm"),
+        .createRespito = plain("createRespito"),
+        .startRespito = plain("startRespito"),
+        .stopRespito = plain("stopRespito"),
+        .openPrefs = plain("openPrefs"),
+        .showGoogleHelp = plain("showGoogleHelp"),
+        .terminate = plain("terminate")};
+}
+
+} // namespace dorvane::testing
