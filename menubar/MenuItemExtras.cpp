@@ -4,15 +4,17 @@
 #include "menubar/OneLine.h"
 #include "platform/RunLoop.h"
 
+#include <QFontInfo>
 #include <QFontMetricsF>
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace dorvane {
 
 namespace {
 
-constexpr double widest = 125.0;
 // What a screen reader reads of a title, and Qt measures though it is not drawn.
 constexpr int longestSpoken = 200;
 
@@ -20,8 +22,10 @@ constexpr int longestSpoken = 200;
 
 MenuTitleFonts MenuTitleFonts::of(const QFont& menuFont) {
     MenuTitleFonts fonts{menuFont, menuFont};
-    fonts.title.setPixelSize(14);
-    fonts.subtitle.setPixelSize(10);
+    const double scale = std::max(1.0, QFontInfo(menuFont).pixelSize() / 14.0);
+    fonts.title.setPixelSize(int(std::lround(14 * scale)));
+    fonts.subtitle.setPixelSize(int(std::lround(10 * scale)));
+    fonts.widest *= scale;
     fonts.subtitle.setStyle(QFont::StyleOblique);
     // With kerning the gap between the two would depend on the letters beside it.
     fonts.title.setKerning(false);
@@ -29,7 +33,8 @@ MenuTitleFonts MenuTitleFonts::of(const QFont& menuFont) {
     return fonts;
 }
 
-QString subtitlePart(const QString& subtitle, const std::function<double(const QString&)>& width) {
+QString subtitlePart(const QString& subtitle, double widest,
+                     const std::function<double(const QString&)>& width) {
     const QString part = u' ' + subtitle;
     const double measured = width(part);
     if (measured < widest)
@@ -60,10 +65,9 @@ void MenuItemExtras::setTitle(const QString& title, const QString& subtitle,
     if (subtitle.isEmpty())
         return;
     const QFontMetricsF metrics(fonts.subtitle);
-    m_subtitlePart =
-        dorvane::subtitlePart(oneLine(subtitle, unlimited), [&metrics](const QString& text) {
-            return metrics.horizontalAdvance(text);
-        });
+    m_subtitlePart = dorvane::subtitlePart(
+        oneLine(subtitle, unlimited), fonts.widest,
+        [&metrics](const QString& text) { return metrics.horizontalAdvance(text); });
 }
 
 QString MenuItemExtras::spokenText() const {

@@ -11,17 +11,19 @@ namespace dorvane {
 
 class RunLoop;
 
-// The type of a title in two sizes, in device-independent pixels.
+// The type of a title in two sizes, in device-independent pixels. For someone whose menus have
+// larger letters than the title's all of it grows in proportion.
 struct MenuTitleFonts {
-    QFont title;    // 14
-    QFont subtitle; // 10, slanted
+    QFont title;           // 14
+    QFont subtitle;        // 10, slanted
+    double widest = 125.0; // of a subtitle
     // From the font of menus.
     [[nodiscard]] static MenuTitleFonts of(const QFont& menuFont);
 };
 
-// A subtitle as it stands behind a title: a blank before it, and cut so that it is about 125 wide.
-// `width` measures a text in the subtitle's font.
-[[nodiscard]] QString subtitlePart(const QString& subtitle,
+// A subtitle as it stands behind a title: a blank before it, and cut to about `widest`. `width`
+// measures a text in the subtitle's font.
+[[nodiscard]] QString subtitlePart(const QString& subtitle, double widest,
                                    const std::function<double(const QString&)>& width);
 
 // A title for Qt's menus, in which an ampersand marks a key and two stand for one.

@@ -29,6 +29,7 @@ StatusMenu::StatusMenu(RunLoop& runLoop)
     , m_fonts(MenuTitleFonts::of(QApplication::font("QMenu")))
     , m_style(std::make_shared<StatusMenuStyle>(m_fonts)) {
     setStyle(m_style.get());
+    setFont(m_fonts.title);          // plain titles stand among those with a subtitle
     setSeparatorsCollapsible(false); // some stand in a row on purpose
 }
 
@@ -39,6 +40,7 @@ StatusMenu::StatusMenu(StatusMenu& parent)
     , m_fonts(parent.m_fonts)
     , m_style(parent.m_style) {
     setStyle(m_style.get());
+    setFont(m_fonts.title);
 }
 
 StatusMenu::~StatusMenu() = default;

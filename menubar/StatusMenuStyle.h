@@ -5,10 +5,12 @@
 
 #include <QProxyStyle>
 
+class QStyleOptionMenuItem;
+
 namespace dorvane {
 
-// Draws menu items with a title in two sizes. All else about them, and all other items, are drawn
-// by Fusion.
+// Draws menu items with a title in two sizes, and separators and headings that can be seen on dark
+// and on light menus. All else is Fusion's.
 class StatusMenuStyle final : public QProxyStyle {
 public:
     // Stands in the text of a menu item's option between the title and the subtitle.
@@ -16,6 +18,8 @@ public:
 
     explicit StatusMenuStyle(MenuTitleFonts fonts);
 
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returnData) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
@@ -24,6 +28,9 @@ public:
                      const QWidget* widget) const override;
 
 private:
+    void drawTwoTexts(const QStyleOptionMenuItem& item, const QString& title,
+                      const QString& subtitle, QPainter& painter) const;
+
     MenuTitleFonts m_fonts;
 };
 

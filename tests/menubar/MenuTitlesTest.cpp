@@ -33,7 +33,7 @@ TEST(MenuTitles, subtitleIsCutToItsWidth) {
             EXPECT_EQ(part, u' ' + c.subtitle);
             return c.widthOfPart;
         };
-        EXPECT_EQ(subtitlePart(c.subtitle, width), c.expected) << c.what;
+        EXPECT_EQ(subtitlePart(c.subtitle, 125.0, width), c.expected) << c.what;
     }
 }
 
