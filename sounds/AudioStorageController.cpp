@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sounds/AudioStorageController.h"
+
+#include "platform/Log.h"
+#include "sounds/FileManager.h"
+#include "sounds/SoundsLoader.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QMenu>
+
+namespace dorvane {
+
+namespace {
+
+// The name without extension, safe from what a menu would take for a mnemonic or for the column of
+// shortcuts.
+[[nodiscard]] QString menuTitle(const QString& path) {
+    return QFileInfo(path)
+        .completeBaseName()
+        .replace(QLatin1Char('&'), QStringLiteral("&&"))
+        .replace(QLatin1Char('\t'), QLatin1Char(' '));
+}
+
+// The path of a file on this machine; empty for any other address. Music libraries write
+// "file://localhost/...", which Qt would take for a share on another machine.
+[[nodiscard]] QString localPath(const QUrl& url) {
+    return url.host() == QStringLiteral("localhost") ? url.path(QUrl::FullyDecoded)
+                                                     : url.toLocalFile();
+}
+
+} // namespace
+
+AudioStorageController::AudioStorageController(const UserFolders& user, SoundSources sources,
+                                               const SoundPlayer& player,
+                                               const Workspace& workspace)
+    : m_folders(user), m_types(player, workspace) {
+    createFolders(sources);
+    copyPing(sources);
+    m_loading.run([loader = SoundsLoader(m_folders, std::move(sources), m_types)](
+                      const std::stop_token& stop) { loader.LoadSoundsThread(stop); });
+}
+
+void AudioStorageController::createFolders(const SoundSources& sources) const {
+    QStringList folders = {m_folders.sounds, m_folders.rings};
+    if (QFileInfo::exists(sources.iMovieResources))
+        folders << m_folders.iMovie;
+    for (const QString& folder : folders) {
+        if (!QDir().mkpath(folder))
+            qCInfo(logSounds) << "cannot make" << folder;
+    }
+}
+
+// The quick alarms ring with Ping. The library is made when a sound is first asked for, and that
+// can be a quick alarm falling due on the very first day: it must not lose the race against the
+// loading thread. The file is small; every other sound can wait for the thread.
+void AudioStorageController::copyPing(const SoundSources& sources) const {
+    const QString ping = QStringLiteral("/Ping.aiff");
+    const QFileInfo copy(m_folders.rings + ping);
+    if (!copy.exists() || copy.size() == 0)
+        copyItem(sources.systemSounds + ping, copy.filePath());
+}
+
+bool AudioStorageController::isSystemSound(const QString& path) const {
+    const QFileInfo file(path);
+    return path == m_folders.rings + QLatin1Char('/') + file.fileName() && file.isFile() &&
+           !file.isHidden() && m_types.isSound(path);
+}
+
+void AudioStorageController::addAudioFilesWithURLs(const QList<QUrl>& urls) {
+    for (const QUrl& url : urls) {
+        const QString source = url.isLocalFile() ? localPath(url) : QString();
+        if (source.isEmpty()) {
+            qCInfo(logSounds) << "only local files can be added:" << url.toDisplayString();
+            continue;
+        }
+        // On the thread: the file may be large, or lie on a slow disk.
+        m_loading.run([this, source](const std::stop_token& stop) {
+            const QString name = QFileInfo(source).fileName();
+            if (copyItem(source, m_folders.sounds + QLatin1Char('/') + name, stop) &&
+                !m_types.isSound(source))
+                qCInfo(logSounds) << source << "was added, but cannot be played here";
+        });
+    }
+}
+
+QStringList AudioStorageController::rings() const {
+    return fullPathsContentsAtPath(m_folders.rings);
+}
+
+QStringList AudioStorageController::addedSounds() const {
+    return fullPathsContentsAtPath(m_folders.sounds);
+}
+
+QStringList AudioStorageController::imovieSounds() const {
+    return fullPathsContentsAtPath(m_folders.iMovie);
+}
+
+QStringList AudioStorageController::reminders() const {
+    return fullPathsContentsAtPath(m_folders.recordings);
+}
+
+QStringList AudioStorageController::fullPathsContentsAtPath(const QString& folder) const {
+    QStringList paths;
+    QDirIterator files(folder, QDir::Files);
+    while (files.hasNext()) {
+        const QString path = files.next();
+        if (m_types.isSound(path))
+            paths << path;
+    }
+    if (folder == m_folders.iMovie)
+        paths += imovieExtras(paths);
+    return paths;
+}
+
+// Effects come in forms that are not recognised as sounds; one of each base name is offered all
+// the same.
+QStringList AudioStorageController::imovieExtras(const QStringList& listed) const {
+    const QSet<QString> sounds(listed.begin(), listed.end());
+    QSet<QString> taken;
+    QStringList extras;
+    QDirIterator files(m_folders.iMovie, QDir::Files);
+    while (files.hasNext()) {
+        const QString path = files.next();
+        const QString baseName = files.fileInfo().completeBaseName();
+        if (sounds.contains(path) || taken.contains(baseName))
+            continue;
+        extras << path;
+        taken.insert(baseName);
+    }
+    return extras;
+}
+
+void AudioStorageController::fillMenu(QMenu& menu, const QStringList& paths,
+                                      const SoundAction& action) {
+    menu.clear();
+    QList<QAction*> items;
+    items.reserve(paths.size());
+    for (const QString& path : paths) {
+        auto* item = new QAction(menuTitle(path), &menu);
+        item->setData(path);
+        QObject::connect(item, &QAction::triggered, item, [action, path] { action(path); });
+        items << item;
+    }
+    menu.addActions(items);
+}
+
+void AudioStorageController::fillMenuWithSystemSounds(QMenu& menu,
+                                                      const SoundAction& action) const {
+    fillMenu(menu, rings(), action);
+}
+
+void AudioStorageController::fillMenuWithAddedSounds(QMenu& menu, const SoundAction& action) const {
+    fillMenu(menu, addedSounds(), action);
+}
+
+void AudioStorageController::fillMenuWithiMovieSounds(QMenu& menu,
+                                                      const SoundAction& action) const {
+    fillMenu(menu, imovieSounds(), action);
+}
+
+void AudioStorageController::fillMenuWithReminderSounds(QMenu& menu,
+                                                        const SoundAction& action) const {
+    fillMenu(menu, reminders(), action);
+}
+
+} // namespace dorvane

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sounds/SoundFileTypes.h"
+
+#include "platform/Sound.h"
+#include "platform/Workspace.h"
+
+#include <QFileInfo>
+#include <QMimeDatabase>
+
+#include <algorithm>
+
+namespace dorvane {
+
+SoundFileTypes::SoundFileTypes(const SoundPlayer& player, const Workspace& workspace)
+    : m_workspace(workspace) {
+    const QMimeDatabase database;
+    for (const QString& name : player.soundUnfilteredTypes()) {
+        const QMimeType type = database.mimeTypeForName(name);
+        m_types.insert(type.isValid() ? type.name() : name); // the name may be an alias
+        for (const QString& extension : type.suffixes())
+            m_extensions.insert(extension.toLower());
+    }
+    // The desktop's database knows neither the type nor the extension.
+    if (m_types.contains(QStringLiteral("audio/x-caf")))
+        m_extensions.insert(QStringLiteral("caf"));
+}
+
+bool SoundFileTypes::isSound(const QString& path) const {
+    const Verdict verdict = verdictOnExtension(QFileInfo(path).suffix().toLower());
+    if (verdict == Verdict::Unknown)
+        return isPlayableType(m_workspace.typeOfFile(path));
+    return verdict == Verdict::Sound;
+}
+
+SoundFileTypes::Verdict SoundFileTypes::verdictOnExtension(const QString& extension) const {
+    if (extension.isEmpty())
+        return Verdict::Unknown;
+    if (m_extensions.contains(extension))
+        return Verdict::Sound;
+    // Asking the database takes 0.3 ms when it does not know the extension.
+    const QMutexLocker lock(&m_mutex);
+    const auto known = m_otherExtensions.constFind(extension);
+    if (known != m_otherExtensions.constEnd())
+        return *known;
+    const bool isOfSomeType =
+        !QMimeDatabase().mimeTypesForFileName(QStringLiteral("x.") + extension).isEmpty();
+    const Verdict verdict = isOfSomeType ? Verdict::NoSound : Verdict::Unknown;
+    m_otherExtensions.insert(extension, verdict);
+    return verdict;
+}
+
+bool SoundFileTypes::isPlayableType(const QString& name) const {
+    if (m_types.contains(name))
+        return true;
+    const QMimeType type = QMimeDatabase().mimeTypeForName(name);
+    const QStringList ancestors = type.isValid() ? type.allAncestors() : QStringList();
+    return m_types.contains(type.name()) ||
+           std::any_of(ancestors.begin(), ancestors.end(),
+                       [this](const QString& ancestor) { return m_types.contains(ancestor); });
+}
+
+QString SoundFileTypes::nameFilter() const {
+    QStringList patterns;
+    for (const QString& extension : m_extensions)
+        patterns << QStringLiteral("*.") + extension;
+    patterns.sort();
+    return QStringLiteral("Sound files (%1)").arg(patterns.join(QLatin1Char(' ')));
+}
+
+} // namespace dorvane
