@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QScreen>
 #include <QWindow>
 
@@ -33,29 +34,39 @@ QList<ScreenArea> screenAreas() {
     return areas;
 }
 
-// A window manager would show it on the desktop on which it came up only.
-void keepOnAllDesktops(WId window) {
+// Without a compositing manager X11 shows translucent pixels as black.
+bool canBeTranslucent() {
     xcb_connection_t* connection = xcbConnection();
-    if (!connection)
-        return;
-    constexpr std::uint32_t all = 0xFFFFFFFF;
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
-                        xcbAtom(connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &all);
+    return !connection || xcbOwner(connection, xcbAtom(connection, "_NET_WM_CM_S0")) != 0;
+}
+
+// A window manager would otherwise show it on the desktop on which it came up only.
+void keepOnAllDesktops(WId window) {
+    if (xcb_connection_t* connection = xcbConnection())
+        xcbKeepOnAllDesktops(connection, static_cast<xcb_window_t>(window));
+}
+
+QPainterPath plateShape(const QRect& clock) {
+    QPainterPath path;
+    path.addRoundedRect(QRectF(clock).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
+    return path;
 }
 
 } // namespace
 
 FloatingClock::FloatingClock(std::optional<QPoint> wanted, std::function<void(QPoint)> dropped)
-    : m_wanted(wanted), m_dropped(std::move(dropped)) {
+    : m_wanted(wanted), m_dropped(std::move(dropped)), m_translucent(canBeTranslucent()) {
     setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                    Qt::WindowDoesNotAcceptFocus);
     setAttribute(Qt::WA_ShowWithoutActivating);
-    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_TranslucentBackground, m_translucent);
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::NoFocus);
     setWindowTitle(QApplication::applicationDisplayName());
     setAccessibleName(QApplication::applicationDisplayName());
     resize(sizeHint());
+    if (!m_translucent)
+        setMask(plateShape(rect()).toFillPolygon().toPolygon());
 
     const auto follow = [this](QScreen* screen) {
         connect(screen, &QScreen::availableGeometryChanged, this, &FloatingClock::place);
@@ -81,21 +92,23 @@ void FloatingClock::place() {
 }
 
 void FloatingClock::showEvent(QShowEvent* event) {
-    keepOnAllDesktops(winId());
     QAbstractButton::showEvent(event);
+    // The window manager must have seen the window first.
+    QMetaObject::invokeMethod(
+        this, [this] { keepOnAllDesktops(winId()); }, Qt::QueuedConnection);
 }
 
 void FloatingClock::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QColor plate = palette().color(QPalette::Window);
-    plate.setAlpha(underMouse() || isDown() ? hoverAlpha : plateAlpha);
+    if (m_translucent)
+        plate.setAlpha(underMouse() || isDown() ? hoverAlpha : plateAlpha);
     QColor outline = palette().color(QPalette::WindowText);
     outline.setAlpha(outlineAlpha);
     painter.setPen(outline);
     painter.setBrush(plate);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
-                            cornerRadius);
+    painter.drawPath(plateShape(rect()));
     const QPixmap picture = icon().pixmap(QSize(pictureSize, pictureSize), devicePixelRatio());
     QRectF place(QPointF(), picture.deviceIndependentSize());
     place.moveCenter(QRectF(rect()).center());

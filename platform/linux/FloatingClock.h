@@ -36,6 +36,7 @@ private:
     std::optional<QPoint> m_wanted;
     std::function<void(QPoint)> m_dropped;
     QPoint m_grip; // where inside the clock the button went down
+    bool m_translucent;
     bool m_dragging = false;
 };
 

@@ -18,7 +18,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 5s; // a panel takes that long to start or to restart
+constexpr auto patience = 5s;          // a panel takes that long to start or to restart
+constexpr auto secondProtocol = 500ms; // a starting panel takes to offer the better protocol too
+constexpr auto longestClick = 500ms;
 const auto placeKey = QStringLiteral("FloatingClockPlace"); // "x y"
 
 // On X11 windows place themselves; a Wayland desktop neither lets them nor tells where they are.
@@ -56,9 +58,9 @@ TrayStatusItem::TrayStatusItem(RunLoop& runLoop, UserDefaults& defaults,
                                const QDBusConnection& sessionBus)
     : m_runLoop(runLoop)
     , m_defaults(defaults)
-    , m_notifierHost(sessionBus, [this] { lookSoon(); })
-    , m_xembedTray([this] { lookSoon(); }) {
-    lookSoon();
+    , m_notifierHost(sessionBus, [this] { lookIn(0ms); })
+    , m_xembedTray([this] { lookIn(m_xembedTray.present() ? secondProtocol : 0ms); }) {
+    lookIn(0ms);
 }
 
 TrayStatusItem::~TrayStatusItem() = default;
@@ -95,22 +97,36 @@ void TrayStatusItem::setPressed(std::function<void()> pressed) {
     m_pressed = std::move(pressed);
 }
 
-// A press beside the open menu closes it. That press must not come through to the icon, where it
-// would open the menu again.
 void TrayStatusItem::popUp(QMenu& menu) {
+    // The press that closes the menu must not come through to a window of ours, where it would
+    // open the menu again.
     menu.setAttribute(Qt::WA_NoMouseReplay);
-    menu.ensurePolished();
+    if (m_trayIcon && m_trayIcon->geometry().isEmpty()) // the panel, not we, sees the click
+        QObject::connect(
+            &menu, &QMenu::aboutToHide, m_trayIcon.get(), [this] { menuHidden(); },
+            Qt::SingleShotConnection);
     menu.popup(placeFor(menu.sizeHint()));
+}
+
+// A press on the icon closes the open menu, but a panel that waits for the release still reports a
+// click.
+void TrayStatusItem::menuHidden() {
+    const bool pressed = QGuiApplication::mouseButtons().testFlag(Qt::LeftButton);
+    if (pressed && geometry().contains(QCursor::pos()))
+        m_ignoreUntil = m_runLoop.uptime() + longestClick;
 }
 
 QRect TrayStatusItem::geometry() const {
     if (m_clock)
         return m_clock->frameGeometry();
-    if (!hosted())
-        return {};
-    if (m_protocol == Protocol::XEmbed)
-        return m_trayIcon->geometry();
-    return m_lastClick ? iconAroundClick(*m_lastClick, screenAround(*m_lastClick)) : QRect();
+    return hosted() ? trayIconGeometry() : QRect();
+}
+
+QRect TrayStatusItem::trayIconGeometry() const {
+    const QRect told = m_trayIcon->geometry();
+    if (!told.isEmpty() || !m_lastClick)
+        return told;
+    return iconAroundClick(*m_lastClick, screenAround(*m_lastClick));
 }
 
 QPoint TrayStatusItem::placeFor(QSize window) const {
@@ -140,9 +156,9 @@ bool TrayStatusItem::hosted() const {
 }
 
 // From the loop, because news of a panel can arrive in the middle of Qt's own handling of it.
-void TrayStatusItem::lookSoon() {
-    m_lookSoon = m_runLoop.scheduleOnce(
-        0ms, [this] { look(); }, RunLoopMode::Common);
+void TrayStatusItem::lookIn(RunLoop::Milliseconds delay) {
+    m_look = m_runLoop.scheduleOnce(
+        delay, [this] { look(); }, RunLoopMode::Common);
 }
 
 void TrayStatusItem::look() {
@@ -170,6 +186,8 @@ void TrayStatusItem::makeTrayIcon(Protocol protocol) {
 
 void TrayStatusItem::activated(QSystemTrayIcon::ActivationReason reason) {
     if (reason != QSystemTrayIcon::Trigger || !onX11())
+        return;
+    if (m_runLoop.uptime() < m_ignoreUntil)
         return;
     if (pointerIsKnown())
         m_lastClick = QCursor::pos();

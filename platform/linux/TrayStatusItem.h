@@ -44,11 +44,13 @@ private:
 
     [[nodiscard]] std::optional<Protocol> offered() const;
     [[nodiscard]] bool hosted() const;
-    void lookSoon();
+    [[nodiscard]] QRect trayIconGeometry() const;
+    void lookIn(RunLoop::Milliseconds delay);
     void look();
     void makeTrayIcon(Protocol protocol);
     void activated(QSystemTrayIcon::ActivationReason reason);
     void showClock();
+    void menuHidden();
 
     RunLoop& m_runLoop;
     UserDefaults& m_defaults;
@@ -60,10 +62,11 @@ private:
     QPointer<QMenu> m_exportedMenu;
 
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
-    std::optional<Protocol> m_protocol; // of the tray icon; Qt decides once for a process
-    std::optional<QPoint> m_lastClick;  // on the tray icon
+    std::optional<Protocol> m_protocol;     // of the tray icon; Qt decides once for a process
+    std::optional<QPoint> m_lastClick;      // on the tray icon
+    RunLoop::Milliseconds m_ignoreUntil{0}; // uptime; presses before that close a menu
     std::unique_ptr<FloatingClock> m_clock;
-    RunLoopTimer m_lookSoon;
+    RunLoopTimer m_look;
     RunLoopTimer m_patience; // runs while there is neither a panel nor the clock
 
     // Last, so that nothing above is gone while they can still report.

@@ -49,11 +49,8 @@ bool XEmbedTrayWatcher::nativeEventFilter(const QByteArray& /*eventType*/, void*
     return false;
 }
 
-// One question to the X server, which answers within a fraction of a millisecond.
 void XEmbedTrayWatcher::look() {
-    const XcbReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        m_connection, xcb_get_selection_owner(m_connection, m_selection), nullptr));
-    m_owner = reply ? reply->owner : 0;
+    m_owner = xcbOwner(m_connection, m_selection);
     if (m_owner == 0)
         return;
     const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY; // the same that Qt asks for there

@@ -19,8 +19,14 @@ using XcbReply = std::unique_ptr<Reply, XcbFree>;
 // object; main thread only.
 [[nodiscard]] xcb_connection_t* xcbConnection();
 
-// The atom of this name, 0 when the server is gone. Asks the server, which answers within a
-// fraction of a millisecond.
+// The window that owns a selection, 0 for none. Asks the server, which answers within a fraction of
+// a millisecond.
+[[nodiscard]] xcb_window_t xcbOwner(xcb_connection_t* connection, xcb_atom_t selection);
+
+// Keeps a window that is shown already on every desktop.
+void xcbKeepOnAllDesktops(xcb_connection_t* connection, xcb_window_t window);
+
+// The atom of this name, 0 when the server is gone. Asks the server.
 [[nodiscard]] xcb_atom_t xcbAtom(xcb_connection_t* connection, std::string_view name);
 
 } // namespace dorvane
