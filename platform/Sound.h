@@ -20,12 +20,15 @@ public:
     virtual ~Sound() = default;
 
     // Starts at the current position (the beginning, unless setCurrentTime() moved it), as soon as
-    // the file is loaded. False when the sound is already playing or is known to be unplayable:
-    // the file could not be read, or there is no sound server.
+    // the file is loaded. False when the sound is already playing or is known to be unplayable.
+    // What turns out later (an unreadable file, no sound server) is logged, and finished(false)
+    // follows; the next play() looks for a server again.
     virtual bool play() = 0;
 
     // Ends the play and goes back to the beginning; finished(false) follows when it was playing.
-    // The last fraction of a sound that has been handed over whole is still heard.
+    // It is heard for as long as it was played, pauses left out: a sound that the server let start
+    // late, by up to a quarter of a second, ends as much later, with a fade of a few milliseconds.
+    // One that is stopped when its duration is over is therefore heard to its end.
     virtual void stop() = 0;
 
     // From play() until stop() or the end, pauses included.

@@ -20,8 +20,6 @@ namespace dorvane {
 
 namespace {
 
-constexpr int inputBufferSize = 32 * 1024;
-
 // Frames of compressed audio lean on the ones before them, so a seek enters a little earlier.
 constexpr double seekPreroll = 0.15;
 
@@ -53,7 +51,7 @@ double secondsOf(AVRational unit) {
 
 } // namespace
 
-FfmpegDecoder::FfmpegDecoder(const QByteArray& file) : m_file(file) {}
+FfmpegDecoder::FfmpegDecoder(const QByteArray& file) : m_input(file) {}
 
 FfmpegDecoder::~FfmpegDecoder() {
     swr_free(&m_resampler);
@@ -61,9 +59,6 @@ FfmpegDecoder::~FfmpegDecoder() {
     av_packet_free(&m_packet);
     avcodec_free_context(&m_codec);
     avformat_close_input(&m_container);
-    if (m_input)
-        av_freep(&m_input->buffer);
-    avio_context_free(&m_input);
 }
 
 std::shared_ptr<FfmpegDecoder> FfmpegDecoder::open(const QByteArray& file, Sound::Seconds at,
@@ -85,12 +80,10 @@ std::shared_ptr<FfmpegDecoder> FfmpegDecoder::open(const QByteArray& file, Sound
 }
 
 bool FfmpegDecoder::openContainer(QString& error) {
-    auto* buffer = static_cast<unsigned char*>(av_malloc(inputBufferSize));
-    m_input = avio_alloc_context(buffer, inputBufferSize, 0, this, readInput, nullptr, seekInput);
     m_container = avformat_alloc_context();
     m_packet = av_packet_alloc();
     m_frame = av_frame_alloc();
-    m_container->pb = m_input;
+    m_container->pb = m_input.context();
     m_container->format_whitelist = av_strdup(allowedDemuxers().constData());
 
     int code = avformat_open_input(&m_container, nullptr, nullptr, nullptr);
@@ -312,38 +305,6 @@ bool FfmpegDecoder::setUpResampler() {
     if (mono && swr_set_matrix(m_resampler, bothSides.data(), 1) < 0)
         return false;
     return swr_init(m_resampler) >= 0;
-}
-
-int FfmpegDecoder::readInput(void* opaque, std::uint8_t* buffer, int size) {
-    auto& self = *static_cast<FfmpegDecoder*>(opaque);
-    const std::int64_t left = self.m_file.size() - self.m_inputPosition;
-    const auto count = std::min<std::int64_t>(size, left);
-    if (count <= 0)
-        return AVERROR_EOF;
-    std::memcpy(buffer, self.m_file.constData() + self.m_inputPosition,
-                static_cast<std::size_t>(count));
-    self.m_inputPosition += count;
-    return static_cast<int>(count);
-}
-
-std::int64_t FfmpegDecoder::seekInput(void* opaque, std::int64_t offset, int whence) {
-    auto& self = *static_cast<FfmpegDecoder*>(opaque);
-    const std::int64_t size = self.m_file.size();
-    switch (whence & ~AVSEEK_FORCE) {
-    case AVSEEK_SIZE:
-        return size;
-    case SEEK_CUR:
-        offset += self.m_inputPosition;
-        break;
-    case SEEK_END:
-        offset += size;
-        break;
-    default:
-        break;
-    }
-    if (offset < 0 || offset > size)
-        return AVERROR(EINVAL);
-    return self.m_inputPosition = offset;
 }
 
 } // namespace dorvane

@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/linux/sound/MemoryInput.h"
 #include "platform/linux/sound/SoundModule.h"
 
 #include <cstdint>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <vector>
 
 struct AVCodecContext;
 struct AVFormatContext;
 struct AVFrame;
-struct AVIOContext;
 struct AVPacket;
 struct AVStream;
 struct SwrContext;
@@ -61,13 +60,7 @@ private:
     [[nodiscard]] bool setUpResampler();
     [[nodiscard]] bool endsWhereStated() const;
 
-    // The callbacks of the input, which read from memory.
-    static int readInput(void* opaque, std::uint8_t* buffer, int size);
-    static std::int64_t seekInput(void* opaque, std::int64_t offset, int whence);
-
-    const QByteArray m_file;
-    std::int64_t m_inputPosition = 0;
-    AVIOContext* m_input = nullptr;
+    MemoryInput m_input;
     AVFormatContext* m_container = nullptr;
     AVStream* m_stream = nullptr;
     AVCodecContext* m_codec = nullptr;
