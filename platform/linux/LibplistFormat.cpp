@@ -126,7 +126,7 @@ QVariant arrayOf(plist_t node) {
 }
 
 // As deep as the list nests, which the guard has bounded.
-QVariant valueOf(plist_t node) { // NOLINT(misc-no-recursion)
+QVariant valueOf(plist_t node) {
     switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN:
         return plist_bool_val_is_true(node) != 0;
@@ -203,7 +203,7 @@ Node nodeOfUnsigned(quint64 value) {
 }
 
 // Null for a value that property lists do not have.
-Node nodeOf(const QVariant& value) { // NOLINT(misc-no-recursion)
+Node nodeOf(const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::Bool:
         return Node(plist_new_bool(value.toBool() ? 1 : 0));

@@ -38,6 +38,7 @@ private:
     [[nodiscard]] bool readTrailer();
     [[nodiscard]] bool visit(quint64 index, int depth);
     [[nodiscard]] bool visitReferences(const Header& object, int depth);
+    [[nodiscard]] bool isKey(const Header& object) const;
     [[nodiscard]] bool isScalar(const Header& object);
     [[nodiscard]] bool takeBytes(const Header& object, quint64 length);
     [[nodiscard]] std::optional<Header> header(quint64 index) const;
@@ -126,12 +127,25 @@ bool BinaryWalk::visitReferences(const Header& object, int depth) {
         const quint64 index = number(object.offset + i * m_referenceSize, m_referenceSize);
         if (isDictionary && i < object.count) {
             const auto key = header(index);
-            if (!key || (key->type != 0x5 && key->type != 0x6))
+            if (!key || !isKey(*key))
                 return false;
         }
         if (!visit(index, depth + 1))
             return false;
     }
+    return true;
+}
+
+// A text without NUL, at which libplist would end the program.
+bool BinaryWalk::isKey(const Header& object) const {
+    const bool isWide = object.type == 0x6;
+    const quint64 width = isWide ? 2 : 1;
+    if ((object.type != 0x5 && !isWide) || object.count > mostBytes ||
+        !fits(object.offset, object.count * width, m_offsetTable))
+        return false;
+    for (quint64 i = 0; i < object.count; ++i)
+        if (number(object.offset + i * width, width) == 0)
+            return false;
     return true;
 }
 
