@@ -13,7 +13,7 @@
 
 namespace dorvane {
 
-PropertyListDefaults::PropertyListDefaults(QString path, const PropertyListFormat& format,
+PropertyListDefaults::PropertyListDefaults(const QString& path, const PropertyListFormat& format,
                                            const RunLoop& runLoop)
     : m_path(pathBehindLinks(path)), m_format(format), m_runLoop(runLoop) {
     if (!readIfChanged())

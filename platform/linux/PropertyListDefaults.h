@@ -23,7 +23,8 @@ class PropertyListDefaults final : public UserDefaults {
 public:
     // `path` is the full path of the file, which need not exist, nor its folder. The format and the
     // run loop (which dates the names of damaged files) must outlive the object.
-    PropertyListDefaults(QString path, const PropertyListFormat& format, const RunLoop& runLoop);
+    PropertyListDefaults(const QString& path, const PropertyListFormat& format,
+                         const RunLoop& runLoop);
 
     [[nodiscard]] QVariant value(const QString& key) const override;
     // An invalid value removes the key.
