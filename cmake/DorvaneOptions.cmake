@@ -24,7 +24,7 @@ target_compile_definitions(dorvane_flags INTERFACE
   QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_compile_options(dorvane_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-  -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2 -Wnull-dereference
+  -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2
   -Wimplicit-fallthrough -Wextra-semi
   $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op -Wduplicated-branches>
   $<$<BOOL:${DORVANE_WARNINGS_AS_ERRORS}>:-Werror>)

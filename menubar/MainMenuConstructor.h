@@ -35,9 +35,6 @@ public:
     MainMenuConstructor(const MainMenuConstructor&) = delete;
     MainMenuConstructor& operator=(const MainMenuConstructor&) = delete;
 
-    // The one instance of the application.
-    static MainMenuConstructor& sharedConstructor();
-
     // Brings the pop-up up to date at once, unless it is open, and the copy soon.
     void constructMenu();
 

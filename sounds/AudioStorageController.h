@@ -38,6 +38,11 @@ public:
     // Whether rings() contains the path; looks at that one file only.
     [[nodiscard]] bool isSystemSound(const QString& path) const;
 
+    // The ring that quick alarms play; it is there as soon as this is made.
+    [[nodiscard]] QString pingPath() const {
+        return m_folders.rings + QStringLiteral("/Ping.aiff");
+    }
+
     // Copies local files among the user's sounds, each under its own name, and returns before that
     // is done. A name that is there already keeps its file. Failures are logged.
     void addAudioFilesWithURLs(const QList<QUrl>& urls);

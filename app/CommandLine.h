@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QStringList>
+
+#include <optional>
+
+namespace dorvane {
+
+// What is answered from the command line alone, without a display: --version and --help, and what
+// is no option of ours. Writes the answer and gives the exit status; nothing when the program is
+// to start.
+[[nodiscard]] std::optional<int> answerCommandLine(const QStringList& arguments);
+
+} // namespace dorvane

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Desktop.h"
+
+#include "platform/linux/MainBundle.h"
+#include "platform/linux/XdgFolders.h"
+
+#include <QDBusConnection>
+
+namespace dorvane {
+
+Desktop::Desktop()
+    : bundle(mainBundle(propertyLists))
+    , folders(xdgFolders())
+    , defaults(folders.configuration + QStringLiteral("/Dorvane/com.brackenfold.Dorvane.plist"),
+               propertyLists, runLoop)
+    , soundPlayer(runLoop, bundle.modulePath(QStringLiteral("dorvane_sound.so")))
+    , workspace(QDBusConnection::sessionBus())
+    , appearance(QDBusConnection::sessionBus())
+    , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {}
+
+} // namespace dorvane

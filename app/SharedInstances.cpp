@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/SharedInstances.h"
+
+#include "app/bfApp.h"
+#include "app/Desktop.h"
+#include "core/ActiveAlarms.h"
+#include "core/AlarmArchive.h"
+#include "core/Clock.h"
+#include "core/StoredAlarms.h"
+#include "firing/SoundRepeat.h"
+#include "menubar/AlarmMenuController.h"
+#include "sounds/AudioStorageController.h"
+
+// Every instance of which there is one: made on first use, on the main thread, and never destroyed,
+// so that no order of destruction has to be right.
+
+namespace dorvane {
+
+namespace {
+
+const AlarmArchive& alarmArchive() {
+    static const auto* const archive =
+        new AlarmArchive(sharedDesktop().propertyLists, sharedDesktop().runLoop);
+    return *archive;
+}
+
+} // namespace
+
+Desktop& sharedDesktop() {
+    static auto* const desktop = new Desktop;
+    return *desktop;
+}
+
+Clock& Clock::sharedClock() {
+    static auto* const clock = new Clock(sharedDesktop().runLoop, sharedDesktop().notifications);
+    return *clock;
+}
+
+ActiveAlarms& sharedActiveAlarms() {
+    static auto* const alarms = new ActiveAlarms(sharedDesktop().defaults, alarmArchive(),
+                                                 sharedDesktop().runLoop, Clock::sharedClock());
+    return *alarms;
+}
+
+StoredAlarms& sharedStoredAlarms() {
+    static auto* const alarms =
+        new StoredAlarms(sharedDesktop().defaults, alarmArchive(), sharedDesktop().runLoop);
+    return *alarms;
+}
+
+SoundRepeat& sharedSoundRepeat() {
+    static auto* const repeat =
+        new SoundRepeat(sharedDesktop().runLoop, sharedDesktop().soundPlayer);
+    return *repeat;
+}
+
+AudioStorageController& AudioStorageController::sharedController() {
+    static auto* const controller = [] {
+        Desktop& desktop = sharedDesktop();
+        return new AudioStorageController(desktop.folders, SoundSources::installed(desktop.bundle),
+                                          desktop.soundPlayer, desktop.workspace);
+    }();
+    return *controller;
+}
+
+AlarmMenuController& AlarmMenuController::mainMenuController() {
+    static auto* const controller = [] {
+        Desktop& desktop = sharedDesktop();
+        bfApp& application = bfApp::sharedApplication();
+        return new AlarmMenuController({
+            .runLoop = desktop.runLoop,
+            .notifications = desktop.notifications,
+            .clock = Clock::sharedClock(),
+            .storedAlarms = sharedStoredAlarms(),
+            .statusItem = desktop.statusItem,
+            .appearance = desktop.appearance,
+            .bundle = desktop.bundle,
+            .player = desktop.soundPlayer,
+            .repeat = sharedSoundRepeat(),
+            .isSystemSound =
+                [](const QString& path) {
+                    return AudioStorageController::sharedController().isSystemSound(path);
+                },
+            .presetSoundPath = [] { return AudioStorageController::sharedController().pingPath(); },
+            .openPrefs = {},
+            .showGoogleHelp = [&application] { application.showGoogleHelp(); },
+            .terminate = [&application] { application.terminate(); },
+        });
+    }();
+    return *controller;
+}
+
+} // namespace dorvane

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/bfApp.h"
+
+#include "app/Desktop.h"
+#include "app/SharedInstances.h"
+#include "core/ActiveAlarms.h"
+#include "core/NotificationNames.h"
+#include "menubar/AlarmMenuController.h"
+#include "platform/linux/LaunchRequest.h"
+#include "platform/Log.h"
+
+#include <QSessionManager>
+#include <QSysInfo>
+#include <QUrl>
+
+namespace dorvane {
+
+bfApp::bfApp(int& argc, char** argv) : QApplication(argc, argv) {
+    setApplicationName(QStringLiteral("Dorvane"));
+    setDesktopFileName(QStringLiteral("com.brackenfold.Dorvane"));
+    setQuitOnLastWindowClosed(false);
+}
+
+bfApp::~bfApp() = default;
+
+bfApp& bfApp::sharedApplication() {
+    return *static_cast<bfApp*>(instance());
+}
+
+void bfApp::finishLaunching() {
+    Desktop& desktop = sharedDesktop();
+    watchForTheEnd();
+    desktop.powerMonitor.setPoweredOn([&desktop] { desktop.notifications.post(wakeNotification); });
+
+    AlarmMenuController& controller = AlarmMenuController::mainMenuController();
+    ouputRunningInfo(desktop.bundle);
+    restoreActiveAlarms();
+    controller.updateStatusView();
+}
+
+void bfApp::watchForTheEnd() {
+    m_signals.emplace([this] { terminate(); });
+    // The session may end without another word, or be kept after all.
+    connect(
+        this, &QGuiApplication::commitDataRequest, this, [this] { storeActiveAlarms(); },
+        Qt::DirectConnection);
+    connect(
+        this, &QGuiApplication::saveStateRequest, this,
+        [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); },
+        Qt::DirectConnection);
+}
+
+void bfApp::terminate() {
+    if (m_isTerminating)
+        return;
+    m_isTerminating = true;
+    storeActiveAlarms();
+    quit();
+}
+
+void bfApp::open(const LaunchRequest&) {
+    AlarmMenuController::mainMenuController().openMenu();
+}
+
+void bfApp::storeActiveAlarms() {
+    sharedActiveAlarms().storeActiveAlarms();
+}
+
+void bfApp::restoreActiveAlarms() {
+    sharedActiveAlarms().restoreActiveAlarms(AlarmMenuController::mainMenuController());
+}
+
+void bfApp::showGoogleHelp() {
+    const Desktop& desktop = sharedDesktop();
+    // A relative address is a file of the bundle.
+    const QUrl manual(desktop.bundle.infoString(QStringLiteral("BFManualURL")));
+    if (manual.isEmpty())
+        return;
+    const QUrl base = QUrl::fromLocalFile(desktop.bundle.bundlePath() + QLatin1Char('/'));
+    sharedDesktop().workspace.openUrl(base.resolved(manual));
+}
+
+QString bfApp::ouputRunningInfo(const Bundle& bundle) {
+    const QString name = bundle.infoString(QStringLiteral("CFBundleExecutable"));
+    const QString system = QStringLiteral("%1 (%2)").arg(QSysInfo::prettyProductName(),
+                                                         QSysInfo::currentCpuArchitecture());
+    qCInfo(logApp).noquote() << QStringLiteral("%1 v%2 is running on %3")
+                                    .arg(name, bundle.infoString(QStringLiteral("CFBundleVersion")),
+                                         system);
+    return name;
+}
+
+} // namespace dorvane

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/linux/UnixSignals.h"
+
+#include <QApplication>
+
+#include <optional>
+
+namespace dorvane {
+
+class Bundle;
+struct LaunchRequest;
+
+// The application: what happens, in which order, when it starts and when it quits. Main thread
+// only; one object, which main() makes.
+class bfApp final : public QApplication {
+    Q_OBJECT
+
+public:
+    bfApp(int& argc, char** argv);
+    ~bfApp() override;
+
+    [[nodiscard]] static bfApp& sharedApplication();
+
+    // The launch sequence. Nothing in it stops the launch; what fails is logged.
+    void finishLaunching();
+
+    // The quit sequence; ends the main loop with status 0. A second call does nothing more.
+    void terminate();
+
+    // What a further launch of the program asks for: opens the menu.
+    void open(const LaunchRequest& request);
+
+    void storeActiveAlarms();
+    void restoreActiveAlarms();
+
+    // Opens the manual.
+    void showGoogleHelp();
+
+    // Writes what runs on what to the log; returns the program's name.
+    QString ouputRunningInfo(const Bundle& bundle);
+
+private:
+    void watchForTheEnd();
+
+    std::optional<UnixSignals> m_signals;
+    bool m_isTerminating = false;
+};
+
+} // namespace dorvane

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/bfApp.h"
+#include "app/CommandLine.h"
+#include "platform/linux/LaunchRequest.h"
+#include "platform/linux/SingleInstance.h"
+#include "platform/linux/XdgFolders.h"
+
+#include <QDBusConnection>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+using namespace dorvane;
+
+QStringList commandLine(int argc, char** argv) {
+    QStringList list;
+    for (int i = 1; i < argc; ++i)
+        list << QString::fromLocal8Bit(argv[i]);
+    return list;
+}
+
+// What the other instance's answer means for this one.
+int statusOf(SingleInstance::Standing standing) {
+    if (standing == SingleInstance::Standing::Answered)
+        return EXIT_SUCCESS;
+    std::fputs("dorvane: Dorvane runs already but does not answer\n", stderr);
+    return EXIT_FAILURE;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QStringList arguments = commandLine(argc, argv);
+    if (const auto status = answerCommandLine(arguments))
+        return *status;
+
+    SingleInstance instance(QDBusConnection::sessionBus(),
+                            SingleInstance::lockFolder(xdgFolders().caches));
+    const auto standing = instance.claim(LaunchRequest{.action = {}, .uris = arguments});
+    if (standing != SingleInstance::Standing::First)
+        return statusOf(standing);
+
+    bfApp application(argc, argv);
+    application.finishLaunching();
+    instance.setRequested([&](const LaunchRequest& request) { application.open(request); });
+    const int status = bfApp::exec();
+    // What had to be done in order is done. The sound engine's threads, which nobody waits for,
+    // must not meet an application that is being taken apart.
+    std::fflush(nullptr);
+    std::_Exit(status);
+}

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "menubar/AlarmMenuController.h"
+
+#include "core/AlarmContext.h"
+#include "core/Clock.h"
+#include "core/NotificationNames.h"
+#include "core/Rearm.h"
+#include "core/StoredAlarms.h"
+#include "firing/SnoozeWindowController.h"
+#include "platform/Appearance.h"
+#include "platform/Bundle.h"
+#include "platform/StatusItem.h"
+
+namespace dorvane {
+
+AlarmMenuController::AlarmMenuController(Surroundings surroundings)
+    : m_surroundings(std::move(surroundings))
+    , m_ourMenu(m_surroundings.runLoop)
+    , m_statusView(m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
+                   m_surroundings.statusItem)
+    , m_menuConstructor(m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
+                        {.storedAlarms = [this] { return m_surroundings.storedAlarms.alarms(); },
+                         .breaksRun = {}},
+                        menuCommands())
+    , m_ringer({.runLoop = m_surroundings.runLoop,
+                .player = m_surroundings.player,
+                .repeat = m_surroundings.repeat,
+                .icon = m_statusView,
+                .place = m_statusView,
+                .windowDelegate = *this,
+                .isSystemSound = m_surroundings.isSystemSound}) {
+    m_menuConstructor.setObjectMenu(&m_ourMenu);
+    m_statusView.setAlarmMenu(&m_ourMenu);
+    m_surroundings.statusItem.setExportedMenu(&m_menuConstructor.exportedMenu());
+    m_surroundings.appearance.setChanged([this] { darkModeChanged(); });
+    darkModeChanged();
+    m_menuObservation = m_surroundings.notifications.addObserver(
+        mainMenuWillAppearNotification, [this](const void*) { m_menuConstructor.constructMenu(); });
+}
+
+AlarmMenuController::~AlarmMenuController() {
+    m_surroundings.appearance.setChanged({});
+    for (const AlarmPtr& alarm : m_surroundings.clock.allAlarms())
+        alarm->setDelegate(nullptr);
+}
+
+MenuCommands AlarmMenuController::menuCommands() {
+    const auto onAlarm = [this](void (AlarmMenuController::*command)(const AlarmPtr&)) {
+        return [this, command](const AlarmPtr& alarm) { (this->*command)(alarm); };
+    };
+    return {.createAlarm = {},
+            .createPreAlarm = [this](int minutes) { createPreAlarm(minutes); },
+            .editAlarm = {},
+            .clearFromMenu = onAlarm(&AlarmMenuController::clearFromMenu),
+            .saveFromMenu = onAlarm(&AlarmMenuController::saveFromMenu),
+            .deleteAlarm = onAlarm(&AlarmMenuController::deleteAlarm),
+            .setAlarm = onAlarm(&AlarmMenuController::setAlarm),
+            .createRespito = {},
+            .startRespito = {},
+            .stopRespito = {},
+            .openPrefs = m_surroundings.openPrefs,
+            .showGoogleHelp = m_surroundings.showGoogleHelp,
+            .terminate = m_surroundings.terminate};
+}
+
+void AlarmMenuController::darkModeChanged() {
+    m_statusView.setBackgroundImage(m_surroundings.bundle.resourcePath(
+        m_surroundings.appearance.isDark() ? QStringLiteral("images/ClockIconWhite.svg")
+                                           : QStringLiteral("images/ClockIcon.svg")));
+}
+
+void AlarmMenuController::createPreAlarm(int minutes) {
+    AlarmSetPreController(m_surroundings.runLoop, m_surroundings.storedAlarms,
+                          m_surroundings.presetSoundPath(), *this)
+        .setDefault(minutes);
+}
+
+void AlarmMenuController::acceptedPreAlarm(AlarmSetPreController&, const AlarmPtr& alarm) {
+    scheduleAlarm(alarm);
+}
+
+void AlarmMenuController::setAlarm(const AlarmPtr& alarm) {
+    scheduleAlarm(alarm);
+}
+
+void AlarmMenuController::scheduleAlarm(const AlarmPtr& alarm) {
+    alarm->setDelegate(this);
+    m_surroundings.clock.insertAlarm(alarm);
+}
+
+void AlarmMenuController::removeAlarm(const AlarmPtr& alarm) {
+    m_surroundings.clock.removeAlarm(alarm);
+}
+
+void AlarmMenuController::unscheduleAlarm(const AlarmPtr& alarm) {
+    const QDateTime now = m_surroundings.runLoop.now();
+    const RearmDecision decision = rearmAfterRinging(*alarm, now, weekdayName(now.date()));
+    applyRearm(decision, *alarm);
+    if (decision.outcome == RearmDecision::Outcome::Remove) {
+        removeAlarm(alarm);
+        return;
+    }
+    if (decision.outcome == RearmDecision::Outcome::NextWeekday)
+        m_surroundings.storedAlarms.updateAlarmList(alarm);
+    m_surroundings.clock.alarmDidChange();
+}
+
+// Its window and the flashing stay: clearing from the menu ends the alarm, not the call for
+// attention. That is meant; Delete ends both.
+void AlarmMenuController::clearFromMenu(const AlarmPtr& alarm) {
+    m_ringer.deactivateAlarm(alarm);
+    removeAlarm(alarm);
+}
+
+void AlarmMenuController::saveFromMenu(const AlarmPtr& alarm) {
+    if (alarm->isExisInActiveAlarmList())
+        return;
+    alarm->setIsExisInActiveAlarmList(true);
+    m_surroundings.storedAlarms.updateAlarmList(alarm);
+    m_surroundings.notifications.post(mainMenuWillAppearNotification, this);
+}
+
+void AlarmMenuController::deleteAlarm(const AlarmPtr& alarm) {
+    if (!alarm->isActive()) {
+        m_surroundings.storedAlarms.removeAlarm(alarm->title());
+        return;
+    }
+    if (alarm->context())
+        alarm->context()->close();
+    m_ringer.deactivateAlarm(alarm);
+    removeAlarm(alarm);
+    m_statusView.stopFlashing();
+}
+
+void AlarmMenuController::alarmTriggered(const AlarmPtr& alarm) {
+    m_ringer.activateAlarm(alarm);
+}
+
+void AlarmMenuController::snoozeWindowDidSnooze(SnoozeWindowController& window) {
+    const AlarmPtr alarm = window.windowAlarm();
+    m_ringer.deactivateAlarm(alarm);
+    alarm->snooze(qint32(alarm->snoozeTime()));
+    m_surroundings.clock.alarmDidChange();
+    m_statusView.stopFlashing();
+    window.close();
+}
+
+void AlarmMenuController::snoozeWindowDidClear(SnoozeWindowController& window) {
+    const AlarmPtr alarm = window.windowAlarm();
+    m_ringer.deactivateAlarm(alarm);
+    unscheduleAlarm(alarm);
+    m_statusView.stopFlashing();
+    window.close();
+}
+
+void AlarmMenuController::updateStatusView() {
+    m_statusView.stopFlashing();
+    m_statusView.updateStatusView();
+}
+
+} // namespace dorvane

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/AlarmDelegate.h"
+#include "editor/AlarmSetPreController.h"
+#include "firing/AlarmRinger.h"
+#include "firing/SnoozeWindowControllerDelegate.h"
+#include "menubar/MainMenuConstructor.h"
+#include "menubar/StatusMenu.h"
+#include "menubar/StatusView.h"
+#include "platform/NotificationCenter.h"
+
+#include <functional>
+
+namespace dorvane {
+
+class Appearance;
+class Bundle;
+class Clock;
+class StatusItem;
+class StoredAlarms;
+
+// Joins the status area to the rest: answers the menu, is the delegate of every alarm, of the
+// snooze windows and of the presets, and carries out what becomes of an alarm after it rang. Main
+// thread only.
+class AlarmMenuController final : public AlarmDelegate,
+                                  public AlarmPresetDelegate,
+                                  public SnoozeWindowControllerDelegate {
+public:
+    // What it joins; all of it must outlive the controller.
+    struct Surroundings {
+        RunLoop& runLoop;
+        NotificationCenter& notifications;
+        Clock& clock;
+        StoredAlarms& storedAlarms;
+        StatusItem& statusItem;
+        Appearance& appearance;
+        const Bundle& bundle;
+        SoundPlayer& player;
+        SoundRepeat& repeat;
+        // See AlarmRinger.
+        std::function<bool(const QString& path)> isSystemSound;
+        // The full path of the sound that quick alarms play.
+        std::function<QString()> presetSoundPath;
+        // Commands of the menu that are not about alarms; an empty one shows its entry disabled.
+        std::function<void()> openPrefs;
+        std::function<void()> showGoogleHelp;
+        std::function<void()> terminate;
+    };
+
+    // Shows the icon with its menu.
+    explicit AlarmMenuController(Surroundings surroundings);
+    ~AlarmMenuController() override;
+    AlarmMenuController(const AlarmMenuController&) = delete;
+    AlarmMenuController& operator=(const AlarmMenuController&) = delete;
+
+    // The one instance of the application.
+    static AlarmMenuController& mainMenuController();
+
+    // Starts a quick alarm.
+    void createPreAlarm(int minutes);
+    // Starts a stored alarm.
+    void setAlarm(const AlarmPtr& alarm);
+    // Ends an alarm without answering its window.
+    void clearFromMenu(const AlarmPtr& alarm);
+    // Puts a running alarm into the library, once.
+    void saveFromMenu(const AlarmPtr& alarm);
+    // Deletes a stored alarm from the library, or ends a running one with its window.
+    void deleteAlarm(const AlarmPtr& alarm);
+
+    void scheduleAlarm(const AlarmPtr& alarm);
+    // After it rang: removes it or moves it on to its next occurrence.
+    void unscheduleAlarm(const AlarmPtr& alarm);
+    void removeAlarm(const AlarmPtr& alarm);
+
+    // Stops the flashing and shows the nearest alarm.
+    void updateStatusView();
+
+    // Opens the menu as a click on the icon does.
+    void openMenu() { m_statusView.mouseDown(); }
+
+    void alarmTriggered(const AlarmPtr& alarm) override;
+    void acceptedPreAlarm(AlarmSetPreController& controller, const AlarmPtr& alarm) override;
+    void snoozeWindowDidSnooze(SnoozeWindowController& window) override;
+    void snoozeWindowDidClear(SnoozeWindowController& window) override;
+
+private:
+    [[nodiscard]] MenuCommands menuCommands();
+    void darkModeChanged();
+
+    Surroundings m_surroundings;
+    StatusMenu m_ourMenu;
+    StatusView m_statusView;
+    MainMenuConstructor m_menuConstructor;
+    AlarmRinger m_ringer;
+    NotificationCenter::Observation m_menuObservation;
+};
+
+} // namespace dorvane
