@@ -19,7 +19,7 @@ SoundRepeat::~SoundRepeat() = default;
 
 void SoundRepeat::playSoundAtPath(const QString& path, int times) {
     if (m_plays.size() >= mostAtOnce) {
-        qCInfo(logFiring).noquote() << "enough sounds play already; left out" << path;
+        qCDebug(logFiring).noquote() << "enough sounds play already; left out" << path;
         return;
     }
     const auto play = m_plays.emplace(m_plays.end());
