@@ -52,11 +52,6 @@ double SinkCapture::now() const {
     return static_cast<double>(m_samples.size()) / rate;
 }
 
-std::size_t SinkCapture::bytes() const {
-    const std::lock_guard lock(m_lock);
-    return m_samples.size() * sizeof(float);
-}
-
 std::vector<SinkCapture::Burst> SinkCapture::bursts(double from, double gap) const {
     const std::vector<float> heard = samples(from, now());
     std::vector<Burst> found;

@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <deque>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -29,9 +28,6 @@ public:
     // Now, in seconds; behind the truth by some 5 ms.
     [[nodiscard]] double now() const;
 
-    // What has been recorded so far takes this much memory.
-    [[nodiscard]] std::size_t bytes() const;
-
     // A stretch of sound, in seconds.
     struct Burst {
         double begin = 0;
@@ -54,7 +50,7 @@ private:
 
     pa_simple* m_server;
     mutable std::mutex m_lock;
-    std::deque<float> m_samples;
+    std::vector<float> m_samples;
     std::atomic<bool> m_ended{false};
     std::thread m_thread;
 };
