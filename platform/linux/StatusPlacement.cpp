@@ -107,10 +107,15 @@ QPoint hangingPlace(const QRect& icon, QSize window, const ScreenArea& screen) {
 
 QPoint floatingPlace(std::optional<QPoint> wanted, QSize window, const QList<ScreenArea>& screens) {
     if (wanted) {
-        const QPoint centre = QRect(*wanted, window).center();
-        for (const ScreenArea& screen : screens)
-            if (screen.full.contains(centre))
-                return pulledInside(*wanted, window, screen.available);
+        const auto visible = [&](const ScreenArea& screen) {
+            const QRect part = screen.full.intersected(QRect(*wanted, window));
+            return part.width() * part.height();
+        };
+        const auto most = std::max_element(
+            screens.begin(), screens.end(),
+            [&](const auto& one, const auto& other) { return visible(one) < visible(other); });
+        if (visible(*most) > 0)
+            return pulledInside(*wanted, window, most->available);
     }
     const QRect& free = screens.first().available;
     const QPoint corner(free.right() + 1 - window.width() - floatingMargin,

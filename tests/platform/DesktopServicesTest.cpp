@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/DesktopWorkspace.h"
+#include "platform/linux/LogindPowerMonitor.h"
+#include "platform/linux/PortalAppearance.h"
+#include "platform/linux/UnixSignals.h"
+#include "tests/support/BusTest.h"
+
+#include <QApplication>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDesktopServices>
+#include <QFile>
+#include <QTest>
+#include <QUrl>
+
+#include <csignal>
+#include <utility>
+
+using namespace dorvane;
+using dorvane::testing::BusTest;
+
+namespace {
+
+// Lets everything arrive that was sent before.
+void settle() {
+    QTest::qWait(100);
+}
+
+class LogindTest : public BusTest {};
+
+TEST_F(LogindTest, tellsOfWakingUpAndNotOfFallingAsleep) {
+    ASSERT_TRUE(m_theirs.registerService(QStringLiteral("org.freedesktop.login1")));
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_bus.address().toUtf8());
+    LogindPowerMonitor monitor;
+    int woken = 0;
+    monitor.setPoweredOn([&] { ++woken; });
+    settle();
+    const auto announce = [&](bool goingToSleep) {
+        m_theirs.send(QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/login1"),
+                                                 QStringLiteral("org.freedesktop.login1.Manager"),
+                                                 QStringLiteral("PrepareForSleep"))
+                      << goingToSleep);
+        settle();
+    };
+    announce(true);
+    EXPECT_EQ(woken, 0);
+    announce(false);
+    EXPECT_EQ(woken, 1);
+}
+
+// The settings portal of a desktop. Answers are wrapped in two variants, as real portals do.
+class FakePortal : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    explicit FakePortal(QDBusConnection bus) : m_bus(std::move(bus)) {
+        m_bus.registerObject(path(), this, QDBusConnection::ExportAllContents);
+        EXPECT_TRUE(m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+    }
+
+    void change(const QString& key, uint value) {
+        Q_EMIT SettingChanged(QStringLiteral("org.freedesktop.appearance"), key,
+                              QDBusVariant(value));
+    }
+
+public Q_SLOTS:
+    QDBusVariant Read(const QString&, const QString&) {
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(1U)));
+    }
+
+Q_SIGNALS:
+    void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+private:
+    static QString path() { return QStringLiteral("/org/freedesktop/portal/desktop"); }
+    QDBusConnection m_bus;
+};
+
+class AppearanceTest : public BusTest {
+protected:
+    ~AppearanceTest() override { QApplication::setPalette(m_palette); }
+
+    static void setPaletteDark(bool dark) {
+        QApplication::setPalette(dark ? QPalette(QColor(40, 40, 40)) : QPalette(Qt::lightGray));
+    }
+
+    // What `appearance` says, preceded by how often it has told of a change since.
+    QString state(const PortalAppearance& appearance) {
+        settle();
+        return QStringLiteral("%1 %2")
+            .arg(std::exchange(m_changes, 0))
+            .arg(appearance.isDark() ? QStringLiteral("dark") : QStringLiteral("light"));
+    }
+
+    int m_changes = 0;
+
+private:
+    QPalette m_palette = QApplication::palette();
+};
+
+TEST_F(AppearanceTest, followsThePortalAndWithoutAPreferenceThePalette) {
+    const auto scheme = QStringLiteral("color-scheme");
+    setPaletteDark(false);
+    FakePortal portal(m_theirs);
+    PortalAppearance appearance(m_ours);
+    appearance.setChanged([this] { ++m_changes; });
+    EXPECT_FALSE(appearance.isDark()) << "nothing waits for the portal";
+    EXPECT_EQ(state(appearance), QStringLiteral("1 dark"));
+    portal.change(QStringLiteral("contrast"), 0);
+    EXPECT_EQ(state(appearance), QStringLiteral("0 dark"));
+    portal.change(scheme, 2);
+    EXPECT_EQ(state(appearance), QStringLiteral("1 light"));
+    setPaletteDark(true);
+    EXPECT_EQ(state(appearance), QStringLiteral("0 light")) << "the user prefers light";
+    portal.change(scheme, 0);
+    EXPECT_EQ(state(appearance), QStringLiteral("1 dark"));
+}
+
+TEST_F(AppearanceTest, followsThePaletteWithoutAPortal) {
+    setPaletteDark(true);
+    PortalAppearance appearance(m_ours);
+    appearance.setChanged([this] { ++m_changes; });
+    EXPECT_EQ(state(appearance), QStringLiteral("0 dark"));
+    setPaletteDark(false);
+    EXPECT_EQ(state(appearance), QStringLiteral("1 light"));
+}
+
+// A file manager, which takes or refuses what it is asked to show.
+class FakeFileManager : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+
+public:
+    QStringList shown;
+
+public Q_SLOTS:
+    void ShowItems(const QStringList& uris, const QString&) { shown << uris; }
+};
+
+// Stands in for the programs that open addresses.
+class FakeOpener : public QObject {
+    Q_OBJECT
+
+public:
+    QStringList opened;
+
+public Q_SLOTS:
+    void open(const QUrl& url) { opened << url.toString(); }
+};
+
+class WorkspaceTest : public BusTest {};
+
+TEST_F(WorkspaceTest, revealsInTheFileManagerOrElseOpensTheFolder) {
+    FakeOpener opener;
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), &opener, "open");
+    FakeFileManager manager;
+    m_theirs.registerObject(QStringLiteral("/org/freedesktop/FileManager1"), &manager,
+                            QDBusConnection::ExportAllSlots);
+    ASSERT_TRUE(m_theirs.registerService(QStringLiteral("org.freedesktop.FileManager1")));
+    DesktopWorkspace workspace(m_ours);
+    workspace.reveal(QStringLiteral("/some place/100% ü.mp3"));
+    settle();
+    EXPECT_EQ(manager.shown,
+              QStringList{QStringLiteral("file:///some%20place/100%25%20%C3%BC.mp3")});
+    EXPECT_EQ(opener.opened, QStringList());
+
+    ASSERT_TRUE(m_theirs.unregisterService(QStringLiteral("org.freedesktop.FileManager1")));
+    workspace.reveal(QStringLiteral("/some place/song.mp3"));
+    settle();
+    DesktopWorkspace(QDBusConnection(QStringLiteral("none"))).reveal(QStringLiteral("/other/song"));
+    EXPECT_EQ(opener.opened,
+              (QStringList{QStringLiteral("file:///some place"), QStringLiteral("file:///other")}));
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+}
+
+TEST_F(WorkspaceTest, goesByContentWhereTheNameDoesNotTell) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("sound"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray("RIFF\x24\0\0\0WAVEfmt ", 16));
+    file.close();
+    const DesktopWorkspace workspace(m_ours);
+    EXPECT_EQ(workspace.typeOfFile(path), QStringLiteral("audio/x-wav"));
+    EXPECT_EQ(workspace.typeOfFile(folder.filePath(QStringLiteral("gone.wav"))), QString());
+}
+
+TEST(UnixSignalsTest, arriveFromTheLoopAndIgnoredOnesStayIgnored) {
+    std::signal(SIGHUP, SIG_IGN);
+    int arrived = 0;
+    {
+        const UnixSignals signals([&] { ++arrived; });
+        for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+            std::raise(signal);
+        EXPECT_EQ(arrived, 0);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return arrived == 2; }));
+        settle();
+        EXPECT_EQ(arrived, 2);
+    }
+    EXPECT_EQ(std::signal(SIGTERM, SIG_DFL), SIG_DFL);
+    EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
+}
+
+} // namespace
+
+#include "DesktopServicesTest.moc"

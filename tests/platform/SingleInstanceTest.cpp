@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/SingleInstance.h"
+
+#include "platform/linux/LaunchRequest.h"
+#include "tests/support/BusTest.h"
+
+#include <QDBusMessage>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTest>
+
+#include <future>
+
+using namespace dorvane;
+using dorvane::testing::BusTest;
+using Standing = SingleInstance::Standing;
+
+namespace {
+
+const LaunchRequest plain;
+const LaunchRequest action{QStringLiteral("new-alarm"), {}};
+const LaunchRequest open{QString(), {QStringLiteral("dorvane:a%20b"), QStringLiteral("dorvane:ü")}};
+
+// Whether the instances meet on a bus.
+class SingleInstanceTest : public BusTest, public ::testing::WithParamInterface<bool> {
+protected:
+    [[nodiscard]] QDBusConnection bus() {
+        return GetParam() ? m_bus.join() : QDBusConnection(QStringLiteral("none"));
+    }
+
+    // A second launch, whose process would wait meanwhile; this one runs its loop if it `answers`.
+    Standing launch(const LaunchRequest& request, bool answers = true) {
+        auto standing = std::async(std::launch::async, [&, connection = bus()] {
+            return SingleInstance(connection, m_folder.path()).claim(request);
+        });
+        const auto ended = [&] {
+            return standing.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+        };
+        EXPECT_TRUE(!answers || QTest::qWaitFor(ended));
+        return standing.get();
+    }
+
+    QTemporaryDir m_folder;
+};
+
+TEST_P(SingleInstanceTest, laterLaunchesHandOverWhatTheyWereAskedFor) {
+    SingleInstance first(bus(), m_folder.path());
+    ASSERT_EQ(first.claim(plain), Standing::First);
+    QList<LaunchRequest> requests;
+    first.setRequested([&](const LaunchRequest& request) { requests << request; });
+    for (const LaunchRequest& request : {plain, action, open})
+        EXPECT_EQ(launch(request), Standing::Answered);
+    EXPECT_EQ(requests, (QList<LaunchRequest>{plain, action, open}));
+}
+
+TEST_P(SingleInstanceTest, aHangingInstanceIsGivenUpAfterTwoSeconds) {
+    SingleInstance first(bus(), m_folder.path());
+    ASSERT_EQ(first.claim(plain), Standing::First);
+    first.setRequested([](const LaunchRequest&) {});
+    QElapsedTimer waited;
+    waited.start();
+    EXPECT_EQ(launch(plain, false), Standing::Unanswered);
+    EXPECT_GE(waited.elapsed(), 1900);
+    EXPECT_LT(waited.elapsed(), 3000);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, SingleInstanceTest, ::testing::Bool(),
+                         [](const auto& way) { return way.param ? "bus" : "lock"; });
+
+TEST(InstanceLockTest, aCrashedInstanceLeavesNothingInTheWay) {
+    const QTemporaryDir folder;
+    for (const char* suffix : {".lock", ".socket"}) { // what it left behind, no longer locked
+        QFile file(folder.filePath(QStringLiteral("com.brackenfold.Dorvane")) +
+                   QLatin1String(suffix));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    InstanceLock lock(folder.path());
+    EXPECT_TRUE(lock.acquire());
+    InstanceLock second(folder.path());
+    EXPECT_FALSE(second.acquire());
+}
+
+} // namespace

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/StatusPlacement.h"
+
+#include "platform/linux/IconPicture.h"
+
+#include <QIcon>
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+using namespace dorvane;
+
+namespace {
+
+// A second screen to the left, so that nothing relies on an origin at zero.
+const QRect full(-1280, 0, 1280, 800);
+const ScreenArea topPanel{full, full.adjusted(0, 30, 0, 0)};
+const ScreenArea bottomPanel{full, full.adjusted(0, 0, 0, -30)};
+const ScreenArea leftPanel{full, full.adjusted(40, 0, 0, 0)};
+const ScreenArea rightPanel{full, full.adjusted(0, 0, -40, 0)};
+const ScreenArea topAndDock{full, full.adjusted(0, 30, 0, -60)};
+const ScreenArea bare{full, full};
+
+TEST(StatusPlacementTest, windowsHangFromTheIconAwayFromThePanel) {
+    constexpr QSize window(200, 80);
+    const struct {
+        const char* name;
+        QRect icon;
+        ScreenArea screen;
+        QPoint place;
+    } cases[] = {
+        {"below a panel at the top", {-400, 4, 22, 22}, topPanel, {-400, 30}},
+        {"not beyond the right edge", {-30, 4, 22, 22}, topPanel, {-200, 30}},
+        {"above a panel at the bottom", {-400, 774, 22, 22}, bottomPanel, {-400, 690}},
+        {"beside a panel on the left", {-1271, 700, 22, 22}, leftPanel, {-1240, 700}},
+        {"not beyond the lower edge", {-1271, 770, 22, 22}, leftPanel, {-1240, 720}},
+        {"beside a panel on the right", {-31, 300, 22, 22}, rightPanel, {-240, 300}},
+        {"a panel that reserves no place", {-30, 776, 22, 22}, bare, {-200, 696}},
+        {"a clock floating in the lower half", {-700, 500, 54, 54}, topPanel, {-700, 420}},
+        {"icon unknown, panel at the top", {}, topPanel, {-200, 30}},
+        {"icon unknown, panel at the bottom", {}, bottomPanel, {-200, 690}},
+        {"icon unknown, panel on the left", {}, leftPanel, {-1240, 720}},
+        {"icon unknown, panel on the right", {}, rightPanel, {-240, 720}},
+        {"icon unknown, a dock below too", {}, topAndDock, {-200, 30}},
+        {"icon unknown, no panel", {}, bare, {-200, 0}},
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(hangingPlace(each.icon, window, each.screen), each.place) << each.name;
+    EXPECT_EQ(hangingPlace({-400, 4, 22, 22}, {3000, 2000}, topPanel), QPoint(-1280, 30))
+        << "a window that is too large shows its beginning";
+}
+
+TEST(StatusPlacementTest, aClickTellsWhereTheIconIsOnlyWhereAPanelCanBe) {
+    const struct {
+        const char* name;
+        QPoint click;
+        ScreenArea screen;
+        QRect icon;
+    } cases[] = {
+        {"across a panel at the top", {-100, 3}, topPanel, {-111, 0, 22, 30}},
+        {"across a panel at the bottom", {-100, 799}, bottomPanel, {-111, 770, 22, 30}},
+        {"across a panel on the left", {-1250, 400}, leftPanel, {-1280, 389, 40, 22}},
+        {"at the very corner", {-1, 0}, topPanel, {-12, 0, 12, 30}},
+        {"chosen with the keyboard, the pointer elsewhere", {-600, 400}, topPanel, {}},
+        {"a panel that hides itself", {-600, 790}, bare, {-611, 779, 22, 21}},
+        {"the middle of a bare screen", {-600, 400}, bare, {}},
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(iconAroundClick(each.click, each.screen), each.icon) << each.name;
+}
+
+TEST(StatusPlacementTest, theFloatingClockIsAlwaysWithinReach) {
+    const QRect other(0, 0, 1000, 600);
+    const struct {
+        const char* name;
+        std::optional<QPoint> wanted;
+        QPoint place;
+    } cases[] = {
+        {"top right of the first screen at first", std::nullopt, {-66, 42}},
+        {"where it was dragged to", QPoint(100, 200), {100, 200}},
+        {"out from under the panel", QPoint(-500, 2), {-500, 30}},
+        {"half over the edge", QPoint(970, 580), {946, 546}},
+        {"on a screen that is gone", QPoint(2500, 300), {-66, 42}},
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(floatingPlace(each.wanted, {54, 54}, {topPanel, {other, other}}), each.place)
+            << each.name;
+}
+
+QIcon disc(QColor small, QColor large) {
+    QIcon icon;
+    for (const auto& [size, colour] : {std::pair(22, small), std::pair(44, large)}) {
+        QPixmap pixmap(size, size);
+        pixmap.fill(colour);
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
+TEST(IconPictureTest, isEqualWhenBothSizesLookTheSame) {
+    const IconPicture picture(disc(Qt::red, Qt::blue));
+    EXPECT_EQ(picture, IconPicture(disc(Qt::red, Qt::blue)));
+    EXPECT_NE(picture, IconPicture(disc(Qt::green, Qt::blue)));
+    EXPECT_NE(picture, IconPicture(disc(Qt::red, Qt::green)));
+    EXPECT_NE(picture, IconPicture());
+}
+
+} // namespace
