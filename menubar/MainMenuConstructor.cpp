@@ -77,12 +77,13 @@ void MainMenuConstructor::constructMenu() {
     updateExportedMenuSoon();
     // An open menu stays as it was when it opened: nothing moves under the hand that chooses, and
     // no row goes while it handles an event. The next press builds it again.
-    if (!m_objectMenu || m_objectMenu->isVisible())
+    const StatusMenu* menu = m_objectMenu;
+    if (!menu || menu->isVisible())
         return;
     const MainMenuState current = state(instantOf(m_runLoop.now()));
     m_objectRows->show(mainMenuEntries(current));
     // The rows of the running alarms follow their heading, in the order of the list.
-    const QList<QAction*> items = m_objectMenu->actions();
+    const QList<QAction*> items = menu->actions();
     for (std::size_t i = 0; i < current.alarms.size(); ++i)
         current.alarms[i]->setMenuItem(items[qsizetype(i) + 1]);
 }

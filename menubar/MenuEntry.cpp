@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MenuEntry.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace dorvane {
@@ -44,7 +45,8 @@ std::vector<MenuEntry> exportedEntries(std::vector<MenuEntry> entries) {
         action.title = QStringLiteral("Set");
         action.command = std::exchange(entry.command, {});
         action.alarm = entry.alarm;
-        entry.children.insert(entry.children.begin(), std::move(action));
+        entry.children.push_back(std::move(action));
+        std::rotate(entry.children.begin(), entry.children.end() - 1, entry.children.end());
     }
     return entries;
 }
