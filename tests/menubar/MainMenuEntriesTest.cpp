@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MainMenuEntries.h"
 
+#include "tests/menubar/MenuAlarms.h"
 #include "tests/menubar/RecordedCommands.h"
 #include "tests/support/VirtualRunLoop.h"
 
@@ -8,7 +9,6 @@
 
 using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -16,12 +16,6 @@ const QDateTime tuesday({2026, 11, 24}, {10, 0});
 
 class MainMenuEntriesTest : public ::testing::Test {
 protected:
-    [[nodiscard]] AlarmPtr dated(const QTime& time, const char* title) const {
-        const AlarmPtr alarm =
-            Alarm::initWithTime(m_loop, {tuesday.date(), time}, QLatin1String(title));
-        alarm->setIsTimeWithDate(true);
-        return alarm;
-    }
     [[nodiscard]] AlarmPtr timerDueIn(int seconds) const {
         const AlarmPtr alarm = Alarm::initWithTime(m_loop, tuesday.addSecs(seconds), {});
         alarm->setSelRowNo(Alarm::Weekly); // due to the second
@@ -94,13 +88,16 @@ TEST_F(MainMenuEntriesTest, nothingRunsAndNothingIsStored) {
     EXPECT_EQ(outlineOf(mainMenuEntries(state)), "Active alarms:\nNo Alarms\n" + rest);
     state.noAlarmString = QStringLiteral("All quiet");
     EXPECT_EQ(outlineOf(mainMenuEntries(state)), "Active alarms:\nAll quiet\n" + rest);
+    state.storedAlarms.emplace(); // a store that cannot be read
+    EXPECT_NE(outlineOf(mainMenuEntries(state)).find("\n--\n--\nInactive alarms:\n--\n"),
+              std::string::npos);
 }
 
 TEST_F(MainMenuEntriesTest, runningAndStoredAlarms) {
-    MainMenuState state = stateWith({dated({18, 5}, "Tea & cake"), timerDueIn(600)});
-    const AlarmPtr stored = dated({7, 30}, "Up");
-    stored->setIsExisInActiveAlarmList(true);
-    state.storedAlarms = {{dated({9, 0}, "not listed"), stored}};
+    MainMenuState state =
+        stateWith({datedAlarm(m_loop, {18, 5}, QStringLiteral("Tea & cake")), timerDueIn(600)});
+    state.storedAlarms = {{datedAlarm(m_loop, {9, 0}, QStringLiteral("not listed")),
+                           storedAlarm(m_loop, {7, 30}, QStringLiteral("Up"))}};
     state.breaksRun = true;
     EXPECT_EQ(outlineOf(mainMenuEntries(state)), std::string(R"(Active alarms:
 Tue, 18:05 [Tea & cake]
@@ -127,24 +124,6 @@ Help... = showGoogleHelp
 Quit = terminate)");
 }
 
-TEST_F(MainMenuEntriesTest, anUnreadableStoreStillHasItsHeading) {
-    MainMenuState state = stateWith({});
-    state.storedAlarms.emplace();
-    EXPECT_TRUE(QString::fromStdString(outlineOf(mainMenuEntries(state)))
-                    .contains(QStringLiteral("\n--\n--\nInactive alarms:\n--\n")));
-}
-
-TEST_F(MainMenuEntriesTest, aPanelGetsTheActionOfAParentAsItsFirstChild) {
-    MainMenuState state = stateWith({});
-    const AlarmPtr stored = dated({7, 30}, "Up");
-    stored->setIsExisInActiveAlarmList(true);
-    state.storedAlarms = {{stored}};
-    const std::vector<MenuEntry> entries = exportedEntries(mainMenuEntries(state));
-    EXPECT_TRUE(QString::fromStdString(outlineOf(entries))
-                    .contains(QStringLiteral("\nTue, 7:30 [Up]\n  Set = setAlarm Up\n"
-                                             "  Edit... = editAlarm Up\n  Delete")));
-}
-
 TEST_F(MainMenuEntriesTest, countdownOfATimer) {
     struct Case {
         int seconds;
@@ -166,32 +145,6 @@ TEST_F(MainMenuEntriesTest, countdownOfATimer) {
         state.locale = QLocale(QLocale::English, QLocale::UnitedStates);
         EXPECT_EQ(mainMenuEntries(state)[1].title, QLatin1String(c.twelveHours)) << c.seconds;
     }
-}
-
-// Sampled each second, no text may change between the moments that are promised.
-TEST_F(MainMenuEntriesTest, nextTextChangeMissesNothing) {
-    const AlarmPtr fromNow = Alarm::create(m_loop); // due an hour from whenever one looks
-    fromNow->setRingWithinUnits(1);
-    const std::vector<AlarmPtr> alarms = {timerDueIn(137), timerDueIn(200), fromNow,
-                                          dated({18, 5}, "Tea")};
-    const auto stateAt = [&](const QDateTime& moment) {
-        MainMenuState state = stateWith(alarms);
-        state.now = instantOf(moment) + 1ms;
-        return state;
-    };
-    MainMenuState state = stateAt(tuesday);
-    std::string shown = outlineOf(mainMenuEntries(state));
-    int looks = 0;
-    for (int second = 1; second <= 300; ++second) {
-        m_loop.advance(1s);
-        if (m_loop.now() == nextTextChange(state)) {
-            state = stateAt(m_loop.now());
-            shown = outlineOf(mainMenuEntries(state));
-            ++looks;
-        }
-        ASSERT_EQ(outlineOf(mainMenuEntries(stateAt(m_loop.now()))), shown) << second;
-    }
-    EXPECT_EQ(looks, 3 * 5) << "each minute: two countdowns and the whole minute";
 }
 
 } // namespace

@@ -3,9 +3,6 @@
 
 #include "tests/support/LogCapture.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
@@ -56,35 +53,26 @@ TEST(StatusPicture, wedgeCoversTheMinutesBeforeTheAlarmAndTwoDegreesMoreAtEither
     }
 }
 
-TEST(StatusPicture, wedgeIsWhiteBesideAWhiteClockAndOnAHighlight) {
-    const QTemporaryDir folder;
-    const auto ring = [&](const char* colour) {
-        QFile file(folder.filePath(QLatin1String(colour) + QStringLiteral(".svg")));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 22 22'><circle cx='11' "
-                   "cy='11' r='8' fill='none' stroke-width='2' stroke='");
-        file.write(colour);
-        file.write("'/></svg>");
-        return file.fileName();
-    };
-    const auto wedgeLightness = [](const QIcon& icon, QIcon::Mode mode, int size) {
-        const QImage image = icon.pixmap(QSize(size, size), mode).toImage();
+TEST(StatusPicture, wedgeTakesTheSideOfTheClockAndIsWhiteOnAHighlight) {
+    const QString images = QStringLiteral(DORVANE_IMAGES);
+    const auto wedgeLightness = [](const StatusPicture& picture, QIcon::Mode mode, int size) {
+        const QImage image = picture.icon({30, 60}).pixmap(QSize(size, size), mode).toImage();
         EXPECT_EQ(image.width(), size);
+        EXPECT_EQ(at(image, 90, 8).alpha(), 255) << "the ring";
         return at(image, 0, 3).lightness();
     };
     StatusPicture picture;
     for (const int size : {22, 44}) {
-        picture.setBackgroundImage(ring("black"));
-        EXPECT_EQ(wedgeLightness(picture.icon({30, 60}), QIcon::Normal, size), 0);
-        EXPECT_EQ(wedgeLightness(picture.icon({30, 60}), QIcon::Selected, size), 255);
-        picture.setBackgroundImage(ring("white"));
-        EXPECT_EQ(wedgeLightness(picture.icon({30, 60}), QIcon::Normal, size), 255);
-        EXPECT_EQ(at(picture.icon({}).pixmap(size).toImage(), 90, 8).lightness(), 255);
+        picture.setBackgroundImage(images + QStringLiteral("/ClockIcon.svg"));
+        EXPECT_EQ(wedgeLightness(picture, QIcon::Normal, size), 0);
+        EXPECT_EQ(wedgeLightness(picture, QIcon::Selected, size), 255);
+        picture.setBackgroundImage(images + QStringLiteral("/ClockIconWhite.svg"));
+        EXPECT_EQ(wedgeLightness(picture, QIcon::Normal, size), 255);
     }
 
     const dorvane::testing::LogCapture capture;
-    picture.setBackgroundImage(folder.filePath(QStringLiteral("none.svg")));
-    EXPECT_EQ(wedgeLightness(picture.icon({30, 60}), QIcon::Normal, 22), 0);
+    picture.setBackgroundImage(images + QStringLiteral("/none.svg"));
+    EXPECT_EQ(at(picture.image({30, 60}, 22), 0, 3).lightness(), 0) << "the wedge alone";
     EXPECT_TRUE(capture.messages().join(u'\n').contains(QStringLiteral("none.svg")));
 }
 
