@@ -42,14 +42,14 @@ void Clock::insertAlarm(const AlarmPtr& alarm) {
     insertAlarmAtIndex(alarm, 0);
 }
 
-void Clock::insertAlarmAtIndex(const AlarmPtr& alarm, int index) {
+void Clock::insertAlarmAtIndex(AlarmPtr alarm, int index) {
     alarm->setRunTime(alarm->selRowNo() == Alarm::Weekly ? alarm->time() : m_runLoop.now());
     std::erase(m_alarms, alarm);
-    m_alarms.insert(m_alarms.begin() + index, alarm);
+    m_alarms.insert(m_alarms.begin() + index, std::move(alarm));
     announceChange();
 }
 
-void Clock::removeAlarm(const AlarmPtr& alarm) {
+void Clock::removeAlarm(AlarmPtr alarm) { // NOLINT(performance-unnecessary-value-param)
     if (std::erase(m_alarms, alarm) > 0)
         announceChange();
 }

@@ -21,11 +21,12 @@ public:
     // Puts the alarm at the front. Its run time starts afresh: at its own due time for a weekday
     // alarm, now for every other kind. An alarm that is in the list already is moved.
     void insertAlarm(const AlarmPtr& alarm);
-    // The same at an index of 0 to the count of the other alarms; does not touch isActive.
-    void insertAlarmAtIndex(const AlarmPtr& alarm, int index);
+    // The same at an index of 0 to the count of the other alarms; does not touch isActive. By
+    // value, here and below, since the pointer given may be the one in the list.
+    void insertAlarmAtIndex(AlarmPtr alarm, int index);
 
     // An alarm that is not in the list is ignored.
-    void removeAlarm(const AlarmPtr& alarm);
+    void removeAlarm(AlarmPtr alarm);
 
     // Puts `replacement` in the place of `old` without touching its dates. False, and nothing
     // happens, when `old` is not in the list.

@@ -112,6 +112,9 @@ TEST_F(ClockTest, insertingStartsATimerAfreshAndMovesItToTheFront) {
     tea->snooze(3);
     m_clock.insertAlarm(tea);
     EXPECT_EQ(titles(), "tea|egg");
+    m_clock.insertAlarm(m_clock.allAlarms().back()); // the very pointer in the list
+    EXPECT_EQ(titles(), "egg|tea");
+    m_clock.insertAlarm(tea);
     EXPECT_EQ(tea->time(), at("2026-11-21 08:14:00"));
     EXPECT_TRUE(tea->isActive());
 
