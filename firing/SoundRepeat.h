@@ -27,11 +27,13 @@ private:
         RunLoop::Milliseconds firstStart{0};
         int count = 0;
         int done = 0;
+        bool isSettled = false; // whether firstStart is when the first play was really heard
         RunLoopTimer timer;
     };
     using Plays = std::list<Play>;
 
     void playAgain(Plays::iterator play);
+    [[nodiscard]] bool settle(Plays::iterator play);
     void drop(Plays::iterator play);
 
     RunLoop& m_runLoop;

@@ -37,6 +37,14 @@ TEST_F(SoundRepeatTest, startsThreeTimesOneDurationApartAndThenLetsGo) {
     EXPECT_TRUE(m_player.sounds().empty());
 }
 
+TEST_F(SoundRepeatTest, aLateFirstPlayIsHeardToItsEndAndMovesTheOthersAlong) {
+    m_player.setFile(file, {.duration = 1s, .startDelay = 30ms});
+    m_repeat.playSoundAtPath(file, 3);
+    m_loop.advance(10s);
+    EXPECT_THAT(m_trace.events(), ElementsAre("0 a play", "1030 a finished", "1030 a play",
+                                              "2030 a finished", "2030 a play", "3030 a finished"));
+}
+
 TEST_F(SoundRepeatTest, unplayableFilesAreLetGoAndTheNextOneTriesAgain) {
     m_player.setFile(QStringLiteral("bad"), {.isPlayable = false});
     m_repeat.playSoundAtPath(QStringLiteral("bad"), 3);

@@ -2,6 +2,7 @@
 #include "tests/support/FakeSoundPlayer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace dorvane::testing {
 
@@ -27,6 +28,7 @@ FakeSound::FakeSound(FakeSoundPlayer& player, QString path, FakeSoundPlayer::Fil
     : m_player(player)
     , m_path(std::move(path))
     , m_file(file)
+    , m_startDelay(file.startDelay)
     , m_self(std::make_shared<FakeSound*>(this)) {
     m_player.m_sounds.push_back(this);
     m_loading = m_player.m_loop.scheduleOnce(
@@ -136,10 +138,11 @@ void FakeSound::loaded() {
 
 void FakeSound::run() {
     using std::chrono::ceil;
-    m_runningSince = m_player.m_loop.uptime();
+    const RunLoop::Milliseconds delay = std::exchange(m_startDelay, {});
+    m_runningSince = m_player.m_loop.uptime() + delay;
     const auto left = ceil<RunLoop::Milliseconds>(m_file.duration - m_position);
     m_running = m_player.m_loop.scheduleOnce(
-        left, [this] { end(true); }, RunLoopMode::Common);
+        delay + left, [this] { end(true); }, RunLoopMode::Common);
 }
 
 void FakeSound::hold() {

@@ -39,6 +39,7 @@ public:
         Sound::Seconds duration{1.0};
         RunLoop::Milliseconds loadDelay{0};
         bool isPlayable = true;
+        RunLoop::Milliseconds startDelay{0}; // before the first play is heard
     };
 
     FakeSoundPlayer(RunLoop& loop, Trace& trace) : m_loop(loop), m_trace(trace) {}
@@ -110,6 +111,7 @@ private:
     FakeSoundPlayer& m_player;
     const QString m_path;
     const FakeSoundPlayer::File m_file;
+    RunLoop::Milliseconds m_startDelay;
     bool m_isLoaded = false;
     bool m_isPlaying = false;
     bool m_isPaused = false;
