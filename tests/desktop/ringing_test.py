@@ -51,7 +51,8 @@ class RingingTest(DesktopTest):
             {"System sound", "Own sound"},
         )
         self.wait_for_plays(recording, self.ping, 3)
-        self.assertEqual(len(recording.starts_of(read_aiff(chirp))), 1)
+        # It still plays: its first second is what has been heard whole.
+        self.assertEqual(len(recording.starts_of(read_aiff(chirp)[:RATE])), 1)
 
         own = next(window for window in windows if "Own sound" in window.texts)
         self.click_button(own, "Clear")

@@ -52,6 +52,8 @@ class SoundServer:
             "PULSE_SERVER": self.address,
             "PULSE_RUNTIME_PATH": str(state),
             "PULSE_STATE_PATH": str(state),
+            # On a bus it would claim a name that a second server cannot have.
+            "DBUS_SESSION_BUS_ADDRESS": "disabled:",
         }
         self._name = name
         script = folder / f"{name}.pa"
