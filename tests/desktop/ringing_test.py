@@ -41,8 +41,10 @@ class RingingTest(DesktopTest):
         recording = self.record()
         due = self.due_in(3)
         chirp = self.file_sound(seconds=20)
+        # They come back in reverse, so the alert sound is first; each new sound would stop a file
+        # that plays, but nothing stops an alert sound.
         self.user.set_running_alarms(
-            Alarm("System sound", due, self.system_sound), Alarm("Own sound", due, str(chirp))
+            Alarm("Own sound", due, str(chirp)), Alarm("System sound", due, self.system_sound)
         )
         program, _ = self.start_in_panel()
         windows = self.wait_for_ringing(program, count=2, seconds=6)

@@ -8,6 +8,8 @@ from glob import glob
 from pathlib import Path
 from typing import Any, Mapping
 
+from gi.repository import GLib
+
 from .bus import Bus
 from .picture import Rect
 from .processes import Processes, find_program, wait_for
@@ -114,17 +116,18 @@ class XfcePanel(Panel):
         return [find_program("xfce4-panel"), "--disable-wm-check"]
 
     def is_ready(self) -> bool:
-        return self._connection.owner(_WATCHER) is not None and bool(
-            self._property("IsStatusNotifierHostRegistered")
-        )
+        return bool(self._property("IsStatusNotifierHostRegistered"))
 
     def icon_count(self) -> int:
-        if self._connection.owner(_WATCHER) is None:
-            return 0
-        return len(self._property("RegisteredStatusNotifierItems"))
+        return len(self._property("RegisteredStatusNotifierItems") or [])
 
     def _property(self, name: str) -> Any:
-        return self._connection.property(_WATCHER, "/StatusNotifierWatcher", f"{_WATCHER}.{name}")
+        """None while there is no watcher, or while it goes."""
+        path = "/StatusNotifierWatcher"
+        try:
+            return self._connection.property(_WATCHER, path, f"{_WATCHER}.{name}")
+        except GLib.Error:
+            return None
 
 
 class Tint2(Panel):
