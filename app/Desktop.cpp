@@ -14,6 +14,7 @@ Desktop::Desktop()
     , defaults(folders.configuration + QStringLiteral("/Dorvane/com.brackenfold.Dorvane.plist"),
                propertyLists, runLoop)
     , soundPlayer(runLoop, bundle.modulePath(QStringLiteral("dorvane_sound.so")))
+    , speech(runLoop, soundPlayer, bundle.modulePath(QStringLiteral("dorvane_speech.so")))
     , workspace(QDBusConnection::sessionBus())
     , appearance(QDBusConnection::sessionBus())
     , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {}

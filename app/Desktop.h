@@ -6,6 +6,7 @@
 #include "platform/linux/LibplistFormat.h"
 #include "platform/linux/LogindPowerMonitor.h"
 #include "platform/linux/ModuleSoundPlayer.h"
+#include "platform/linux/ModuleSpeechService.h"
 #include "platform/linux/PortalAppearance.h"
 #include "platform/linux/PropertyListDefaults.h"
 #include "platform/linux/QtRunLoop.h"
@@ -27,6 +28,7 @@ struct Desktop {
     UserFolders folders;
     PropertyListDefaults defaults;
     ModuleSoundPlayer soundPlayer;
+    ModuleSpeechService speech;
     DesktopWorkspace workspace;
     LogindPowerMonitor powerMonitor;
     PortalAppearance appearance;

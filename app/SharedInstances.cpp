@@ -77,6 +77,7 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
             .bundle = desktop.bundle,
             .player = desktop.soundPlayer,
             .repeat = sharedSoundRepeat(),
+            .speech = desktop.speech,
             .isSystemSound =
                 [](const QString& path) {
                     return AudioStorageController::sharedController().isSystemSound(path);

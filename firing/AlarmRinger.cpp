@@ -4,15 +4,20 @@
 #include "firing/FlashingIcon.h"
 #include "firing/SnoozeWindowController.h"
 #include "firing/SoundRepeat.h"
+#include "firing/TextSpeaker.h"
 
 namespace dorvane {
 
 using namespace std::chrono_literals;
 
 AlarmRinger::AlarmRinger(Surroundings surroundings)
-    : m_surroundings(std::move(surroundings)), m_self(std::make_shared<AlarmRinger*>(this)) {}
+    : m_surroundings(std::move(surroundings)), m_self(std::make_shared<AlarmRinger*>(this)) {
+    m_surroundings.textSpeaker.setDelegate(this);
+}
 
-AlarmRinger::~AlarmRinger() = default;
+AlarmRinger::~AlarmRinger() {
+    m_surroundings.textSpeaker.setDelegate(nullptr);
+}
 
 void AlarmRinger::activateAlarm(const AlarmPtr& alarm) {
     alarm->setIsTriggered(true);
@@ -39,8 +44,19 @@ void AlarmRinger::ringNext() {
 void AlarmRinger::ring(const AlarmPtr& alarm) {
     alarm->setContext(SnoozeWindowController::showCloseTo(
         m_surroundings.place, m_surroundings.runLoop, m_surroundings.windowDelegate, alarm));
-    soundAlarm(alarm);
+    if (alarm->isSpeakAlarmName() && !alarm->voiceName().isEmpty()) {
+        m_surroundings.textSpeaker.setContext(alarm);
+        m_surroundings.textSpeaker.speakText(alarm->title(), alarm->voiceName());
+    } else {
+        soundAlarm(alarm);
+    }
     m_surroundings.icon.startFlashing();
+}
+
+// An alarm that was snoozed or cleared while its title was being spoken does not sound.
+void AlarmRinger::textSpeakerFinishedSpeakingText(TextSpeaker& speaker) {
+    if (const AlarmPtr alarm = speaker.context(); alarm->isTriggered())
+        soundAlarm(alarm);
 }
 
 void AlarmRinger::soundAlarm(const AlarmPtr& alarm) {

@@ -3,6 +3,7 @@
 
 #include "core/Alarm.h"
 #include "firing/FadingSound.h"
+#include "firing/TextSpeakerDelegate.h"
 #include "platform/RunLoop.h"
 #include "platform/Sound.h"
 
@@ -15,16 +16,19 @@ namespace dorvane {
 class FlashingIcon;
 class SnoozeWindowControllerDelegate;
 class SoundRepeat;
+class TextSpeaker;
 class WindowPlace;
 
-// Makes an alarm ring: its window, its sound, the flashing icon. Main thread only.
-class AlarmRinger {
+// Makes an alarm ring: its window, its spoken title, its sound, the flashing icon. Main thread
+// only.
+class AlarmRinger final : private TextSpeakerDelegate {
 public:
     // What ringing reaches; all of it must outlive the ringer.
     struct Surroundings {
         RunLoop& runLoop;
         SoundPlayer& player;
         SoundRepeat& repeat;
+        TextSpeaker& textSpeaker;
         FlashingIcon& icon;
         const WindowPlace& place;
         SnoozeWindowControllerDelegate& windowDelegate;
@@ -32,11 +36,14 @@ public:
         std::function<bool(const QString& path)> isSystemSound;
     };
 
+    // Becomes the delegate of the text speaker.
     explicit AlarmRinger(Surroundings surroundings);
-    ~AlarmRinger();
+    ~AlarmRinger() override;
 
     // Marks the alarm triggered and rings it within the next turns of the loop: of many alarms that
-    // are due in the same second each gets a turn, so that the program stays responsive.
+    // are due in the same second each gets a turn, so that the program stays responsive. An alarm
+    // that speaks its title sounds only after that, and only if it still rings then; where its
+    // voice is not installed, it stays silent.
     void activateAlarm(const AlarmPtr& alarm);
 
     // Starts the alarm's sound, if it plays one, in place of the one that plays now. An alert sound
@@ -50,6 +57,7 @@ public:
 private:
     void ringNext();
     void ring(const AlarmPtr& alarm);
+    void textSpeakerFinishedSpeakingText(TextSpeaker& speaker) override;
     void releaseFinished(const FadingSound* finished);
 
     Surroundings m_surroundings;

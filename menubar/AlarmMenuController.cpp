@@ -22,9 +22,11 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
                         {.storedAlarms = [this] { return m_surroundings.storedAlarms.alarms(); },
                          .breaksRun = {}},
                         menuCommands())
+    , m_textSpeaker(m_surroundings.speech)
     , m_ringer({.runLoop = m_surroundings.runLoop,
                 .player = m_surroundings.player,
                 .repeat = m_surroundings.repeat,
+                .textSpeaker = m_textSpeaker,
                 .icon = m_statusView,
                 .place = m_statusView,
                 .windowDelegate = *this,

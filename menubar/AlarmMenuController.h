@@ -5,6 +5,7 @@
 #include "editor/AlarmSetPreController.h"
 #include "firing/AlarmRinger.h"
 #include "firing/SnoozeWindowControllerDelegate.h"
+#include "firing/TextSpeaker.h"
 #include "menubar/MainMenuConstructor.h"
 #include "menubar/StatusMenu.h"
 #include "menubar/StatusView.h"
@@ -17,6 +18,7 @@ namespace dorvane {
 class Appearance;
 class Bundle;
 class Clock;
+class SpeechService;
 class StatusItem;
 class StoredAlarms;
 
@@ -38,6 +40,7 @@ public:
         const Bundle& bundle;
         SoundPlayer& player;
         SoundRepeat& repeat;
+        SpeechService& speech;
         // See AlarmRinger.
         std::function<bool(const QString& path)> isSystemSound;
         // The full path of the sound that quick alarms play.
@@ -92,6 +95,7 @@ private:
     StatusMenu m_ourMenu;
     StatusView m_statusView;
     MainMenuConstructor m_menuConstructor;
+    TextSpeaker m_textSpeaker;
     AlarmRinger m_ringer;
     NotificationCenter::Observation m_menuObservation;
 };

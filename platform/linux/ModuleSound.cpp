@@ -31,25 +31,27 @@ private:
     std::weak_ptr<ModuleSound*> m_sound;
 };
 
-ModuleSound::ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, const QString& path)
+ModuleSound::ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, const QString& name,
+                         Contents contents)
     : m_loop(loop), m_loader(std::move(loader)), m_self(std::make_shared<ModuleSound*>(this)) {
-    load(path);
+    load(name, std::move(contents));
 }
 
 ModuleSound::~ModuleSound() = default;
 
-void ModuleSound::load(const QString& path) {
+void ModuleSound::load(const QString& name, Contents contents) {
     // Jobs refer to the loader plainly: it waits for them, so they must not keep it alive.
-    m_loader->run([&loader = *m_loader, path, reply = Reply(*this)] {
+    m_loader->run([&loader = *m_loader, name, contents = std::move(contents),
+                   reply = Reply(*this)] {
         if (reply.isUnwanted())
             return;
         QString error;
-        const QByteArray file = SoundLoader::contents(path, error);
+        const QByteArray file = contents(error);
         const SoundModule* module = file.isEmpty() ? nullptr : loader.load(error);
         const Decoder decoder = module ? module->decoder(file, Seconds(0), error) : nullptr;
         if (!decoder) {
             qCWarning(logPlatform).noquote()
-                << "cannot play" << path + QStringLiteral(":") << error;
+                << "cannot play" << name + QStringLiteral(":") << error;
             reply.post([](ModuleSound& sound) { sound.loaded(Load::Failed, Seconds(0)); });
             return;
         }

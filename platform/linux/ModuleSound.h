@@ -18,15 +18,20 @@ class SoundDecoder;
 class SoundLoader;
 class SoundVoice;
 
-// A sound whose file is read on a loading thread and played by the sound module. This class is the
-// main thread's side: it keeps what the user of the sound sees, and never waits.
+// A sound whose contents are read on a loading thread and played by the sound module. This class is
+// the main thread's side: it keeps what the user of the sound sees, and never waits.
 //
 // A play needs a decoder that stands at the right position. One at the beginning is kept in
 // reserve, so that a repeated play starts without delay; for any other position one is made on a
 // loading thread, because a seek in a long file takes long.
 class ModuleSound final : public Sound {
 public:
-    ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, const QString& path);
+    // Gives a file's contents on a loading thread; null with the reason in `error`.
+    using Contents = std::function<QByteArray(QString& error)>;
+
+    // The name stands for the sound in the log.
+    ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, const QString& name,
+                Contents contents);
     ~ModuleSound() override;
 
     bool play() override;
@@ -47,7 +52,7 @@ private:
     enum class Load { Running, Done, Failed };
     using Decoder = std::shared_ptr<SoundDecoder>;
 
-    void load(const QString& path);
+    void load(const QString& name, Contents contents);
     void opened(const QByteArray& file, Decoder atBeginning);
     void loaded(Load result, Seconds duration);
     void start();

@@ -14,7 +14,14 @@ ModuleSoundPlayer::ModuleSoundPlayer(RunLoop& loop, const QString& modulePath)
 ModuleSoundPlayer::~ModuleSoundPlayer() = default;
 
 std::unique_ptr<Sound> ModuleSoundPlayer::soundWithContentsOfFile(const QString& path) {
-    return std::make_unique<ModuleSound>(m_loop, m_loader, path);
+    return std::make_unique<ModuleSound>(m_loop, m_loader, path, [path](QString& error) {
+        return SoundLoader::contents(path, error);
+    });
+}
+
+std::unique_ptr<Sound> ModuleSoundPlayer::soundWithData(const QByteArray& file,
+                                                        const QString& name) {
+    return std::make_unique<ModuleSound>(m_loop, m_loader, name, [file](QString&) { return file; });
 }
 
 QStringList ModuleSoundPlayer::soundUnfilteredTypes() const {

@@ -4,6 +4,7 @@
 #include "platform/RunLoop.h"
 #include "platform/Sound.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <memory>
@@ -21,6 +22,9 @@ public:
     ~ModuleSoundPlayer() override;
 
     [[nodiscard]] std::unique_ptr<Sound> soundWithContentsOfFile(const QString& path) override;
+
+    // The same of a file that is held in memory already; the name stands for it in the log.
+    [[nodiscard]] std::unique_ptr<Sound> soundWithData(const QByteArray& file, const QString& name);
 
     // Every type that is known, less those that the installed libraries turn out to lack once they
     // are loaded: listing sound files must not bring them in.

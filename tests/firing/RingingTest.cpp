@@ -5,9 +5,12 @@
 #include "firing/SnoozeWindowController.h"
 #include "firing/SnoozeWindowControllerDelegate.h"
 #include "firing/SoundRepeat.h"
+#include "firing/TextSpeaker.h"
 #include "firing/WindowPlace.h"
 #include "tests/support/Dates.h"
 #include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/FakeSpeechService.h"
+#include "tests/support/LogCapture.h"
 #include "tests/support/VirtualRunLoop.h"
 
 #include <QApplication>
@@ -61,6 +64,13 @@ protected:
         return alarm;
     }
 
+    AlarmPtr speakingAlarm(const char* title, const char* voice, const char* path) {
+        const AlarmPtr speaking = alarm(title, path);
+        speaking->setIsSpeakAlarmName(true);
+        speaking->setVoiceName(QString::fromLatin1(voice));
+        return speaking;
+    }
+
     static QList<QWidget*> windows() {
         QList<QWidget*> visible;
         for (QWidget* widget : QApplication::topLevelWidgets())
@@ -74,7 +84,9 @@ protected:
     Trace m_trace{m_loop};
     FakeSoundPlayer m_player{m_loop, m_trace};
     SoundRepeat m_repeat{m_loop, m_player};
-    AlarmRinger m_ringer{{m_loop, m_player, m_repeat, *this, *this, *this,
+    FakeSpeechService m_speech{m_loop, m_trace};
+    TextSpeaker m_speaker{m_speech};
+    AlarmRinger m_ringer{{m_loop, m_player, m_repeat, m_speaker, *this, *this, *this,
                           [](const QString& path) { return path == QStringLiteral("ping"); }}};
     std::vector<AlarmPtr> m_alarms;
 };
@@ -115,6 +127,39 @@ TEST_F(RingingTest, fadeOptionCutsALongSoundAtTwentySeconds) {
     m_loop.advance(2ms);
     EXPECT_EQ(m_trace.events().back(), "20000 long stop");
     EXPECT_TRUE(m_player.sounds().empty());
+}
+
+TEST_F(RingingTest, spokenTitleComesBeforeTheSoundOfAnAlarmThatStillRings) {
+    m_player.setFile(QStringLiteral("song"), {.duration = 2s});
+    const AlarmPtr snoozed = speakingAlarm("tea", "Zoe", "song");
+    m_ringer.activateAlarm(snoozed);
+    m_loop.advance(500ms);
+    m_ringer.deactivateAlarm(snoozed);
+    // Announcements overlap, and each alarm sounds after its own.
+    m_ringer.activateAlarm(speakingAlarm("cake", "Tom & Tim", "song"));
+    m_loop.advance(400ms);
+    m_ringer.activateAlarm(speakingAlarm("nap", "Anna", "ping"));
+    m_ringer.activateAlarm(speakingAlarm("no voice chosen", "", "rain"));
+    m_loop.advance(1500ms);
+    EXPECT_THAT(m_trace.events(),
+                ElementsAre("0 flash", "0 Zoe says tea", "500 Tom & Tim says cake", "500 flash",
+                            "900 Anna says nap", "900 flash", "900 rain play", "900 flash",
+                            "1000 Zoe said tea", "1500 Tom & Tim said cake", "1500 rain stop",
+                            "1500 song play", "1900 Anna said nap", "1900 song stop",
+                            "1900 ping play"));
+}
+
+TEST_F(RingingTest, alarmWithAVoiceThatIsNotInstalledIsSilentAndCanStillBeAnswered) {
+    const LogCapture log;
+    const AlarmPtr tea = speakingAlarm("tea", "Gone", "ping");
+    m_ringer.activateAlarm(tea);
+    m_loop.advance(10s);
+    EXPECT_EQ(windows().size(), 1);
+    EXPECT_TRUE(tea->isTriggered());
+    m_ringer.deactivateAlarm(tea);
+    EXPECT_THAT(m_trace.events(), ElementsAre("0 flash"));
+    EXPECT_TRUE(log.messages().contains(
+        QStringLiteral("dorvane.firing: cannot speak: the voice Gone is not installed")));
 }
 
 TEST_F(RingingTest, silentAndUnplayableAlarmsStillGetTheirWindowAndTheFlashing) {

@@ -14,6 +14,7 @@
 #include "tests/menubar/MenuAlarms.h"
 #include "tests/support/Dates.h"
 #include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/FakeSpeechService.h"
 #include "tests/support/FakeStatusItem.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/VirtualRunLoop.h"
@@ -94,6 +95,7 @@ protected:
     Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
     FakeSoundPlayer m_player{m_loop, m_trace};
     SoundRepeat m_repeat{m_loop, m_player};
+    FakeSpeechService m_speech{m_loop, m_trace};
     AlarmMenuController m_controller{
         {.runLoop = m_loop,
          .notifications = m_notifications,
@@ -104,6 +106,7 @@ protected:
          .bundle = m_bundle,
          .player = m_player,
          .repeat = m_repeat,
+         .speech = m_speech,
          .isSystemSound = [](const QString& path) { return path == QStringLiteral("ping"); },
          .presetSoundPath = [] { return QStringLiteral("ping"); },
          .openPrefs = {},

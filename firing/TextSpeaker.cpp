@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "firing/TextSpeaker.h"
+
+#include "firing/LongMenuStyle.h"
+#include "firing/MenuTypeAhead.h"
+#include "firing/TextSpeakerDelegate.h"
+#include "firing/VoiceMenuTarget.h"
+#include "platform/Log.h"
+#include "platform/SpeechService.h"
+
+#include <QMenu>
+
+#include <utility>
+
+namespace dorvane {
+
+TextSpeaker::TextSpeaker(SpeechService& service)
+    : m_service(service), m_self(std::make_shared<TextSpeaker*>(this)) {}
+
+TextSpeaker::~TextSpeaker() = default;
+
+QStringList TextSpeaker::voiceNames() const {
+    return m_service.voiceNames();
+}
+
+void TextSpeaker::fillMenuWithVoices(QMenu* menu) {
+    whenVoicesKnown([menu = QPointer(menu)](TextSpeaker& self) {
+        if (menu)
+            self.addVoices(*menu);
+    });
+}
+
+void TextSpeaker::addVoices(QMenu& menu) {
+    if (!dynamic_cast<LongMenuStyle*>(menu.style())) {
+        const auto style = new LongMenuStyle;
+        style->setParent(&menu);
+        menu.setStyle(style);
+        new MenuTypeAhead(menu);
+    }
+    const QList<QAction*> present = menu.actions();
+    for (QAction* item : present.mid(1)) {
+        menu.removeAction(item);
+        item->deleteLater();
+    }
+    QList<QAction*> items;
+    for (const QString& name : voiceNames()) {
+        QString title = name;
+        title.replace(QLatin1Char('&'), QStringLiteral("&&"));
+        const auto item = new QAction(title, &menu);
+        item->setData(name);
+        if (m_target)
+            QObject::connect(item, &QAction::triggered, item,
+                             [target = m_target, item] { target->voiceSelected(*item); });
+        items << item;
+    }
+    menu.addActions(items);
+}
+
+void TextSpeaker::speakText(const QString& text, int voiceNumber) {
+    whenVoicesKnown([text, voiceNumber, context = m_context](TextSpeaker& self) {
+        self.speak(text, voiceNumber, context);
+    });
+}
+
+void TextSpeaker::speakText(const QString& text, const QString& voiceName) {
+    whenVoicesKnown([text, voiceName, context = m_context](TextSpeaker& self) {
+        const auto position = self.voiceNames().indexOf(voiceName);
+        if (position < 0)
+            qCWarning(logFiring).noquote()
+                << "cannot speak: the voice" << voiceName << "is not installed";
+        self.speak(text, static_cast<int>(position) + 1, context);
+    });
+}
+
+void TextSpeaker::speak(const QString& text, int voiceNumber, const AlarmPtr& context) {
+    m_service.speak(text, voiceNumber, [self = std::weak_ptr(m_self), context] {
+        TextSpeaker* const* const speaker = self.lock().get();
+        if (speaker)
+            (*speaker)->finished(context);
+    });
+}
+
+void TextSpeaker::finished(const AlarmPtr& context) {
+    if (!m_delegate)
+        return;
+    const std::weak_ptr<TextSpeaker*> self = m_self;
+    AlarmPtr next = std::exchange(m_context, context);
+    m_delegate->textSpeakerFinishedSpeakingText(*this);
+    if (!self.expired())
+        m_context = std::move(next);
+}
+
+void TextSpeaker::whenVoicesKnown(std::function<void(TextSpeaker&)> callback) {
+    m_service.whenVoicesKnown([self = std::weak_ptr(m_self), callback = std::move(callback)] {
+        TextSpeaker* const* const speaker = self.lock().get();
+        if (speaker)
+            callback(**speaker);
+    });
+}
+
+} // namespace dorvane

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Alarm.h"
+
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+class QMenu;
+
+namespace dorvane {
+
+class SpeechService;
+class TextSpeakerDelegate;
+class VoiceMenuTarget;
+
+// Speaks texts in a voice of the user's choice and lists the voices in a menu. Main thread only.
+class TextSpeaker {
+public:
+    // The service must outlive the speaker.
+    explicit TextSpeaker(SpeechService& service);
+    ~TextSpeaker();
+    TextSpeaker(const TextSpeaker&) = delete;
+    TextSpeaker& operator=(const TextSpeaker&) = delete;
+
+    // Told of a chosen voice by the menus that were filled since it was set; not owned.
+    [[nodiscard]] VoiceMenuTarget* target() const { return m_target; }
+    void setTarget(VoiceMenuTarget* target) { m_target = target; }
+
+    // Told when a text has been spoken; not owned.
+    [[nodiscard]] TextSpeakerDelegate* delegate() const { return m_delegate; }
+    void setDelegate(TextSpeakerDelegate* delegate) { m_delegate = delegate; }
+
+    // The alarm whose title the next text is. Texts may overlap: while the delegate hears of the
+    // end of one, this is what was set when that one began.
+    [[nodiscard]] const AlarmPtr& context() const { return m_context; }
+    void setContext(AlarmPtr context) { m_context = std::move(context); }
+
+    // In the order of the voices' numbers, which begin with 1. Empty until fillMenuWithVoices() or
+    // speakText() has had the voices listed, which takes a moment.
+    [[nodiscard]] QStringList voiceNames() const;
+
+    // Leaves the first item of the menu alone and puts one for each voice behind it, now or as
+    // soon as the voices are known; nothing else stays. The items' data are the voices' names.
+    void fillMenuWithVoices(QMenu* menu);
+
+    // Starts speaking and returns. With a voice that is not there nothing is spoken, and the
+    // delegate hears nothing; a missing name is logged.
+    void speakText(const QString& text, int voiceNumber);
+    void speakText(const QString& text, const QString& voiceName);
+
+private:
+    void speak(const QString& text, int voiceNumber, const AlarmPtr& context);
+    void finished(const AlarmPtr& context);
+    void addVoices(QMenu& menu);
+    void whenVoicesKnown(std::function<void(TextSpeaker&)> callback);
+
+    SpeechService& m_service;
+    VoiceMenuTarget* m_target = nullptr;
+    TextSpeakerDelegate* m_delegate = nullptr;
+    AlarmPtr m_context;
+    std::shared_ptr<TextSpeaker*> m_self; // what the service's callbacks hold weakly
+};
+
+} // namespace dorvane

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/linux/speech/SpeechModule.h"
+#include "platform/RunLoop.h"
+#include "platform/SpeechService.h"
+
+#include <QThreadPool>
+
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace dorvane {
+
+class ModuleSoundPlayer;
+class Sound;
+
+// Speech by a synthesiser in a module, which the first question about voices brings into the
+// process. Texts are rendered one after the other on a thread of its own and played by the sound
+// engine, several at a time where they overlap. The run loop and the player must outlive it.
+class ModuleSpeechService final : public SpeechService {
+public:
+    ModuleSpeechService(RunLoop& loop, ModuleSoundPlayer& player, QString modulePath);
+    // Ends the rendering that runs and waits for that; what is being spoken falls silent.
+    ~ModuleSpeechService() override;
+
+    [[nodiscard]] QStringList voiceNames() const override;
+    void whenVoicesKnown(std::function<void()> callback) override;
+    void speak(const QString& text, int voice, std::function<void()> done) override;
+
+private:
+    using Done = std::function<void()>;
+
+    // What is being heard.
+    struct Announcement {
+        std::unique_ptr<Sound> sound;
+        Done done;
+    };
+
+    // Worker thread.
+    [[nodiscard]] std::vector<SpeechVoice> loadVoices(QString& error);
+
+    // Main thread.
+    void post(std::function<void(ModuleSpeechService&)> answer) const;
+    void setVoices(std::vector<SpeechVoice> voices);
+    void play(const QByteArray& wave, Done done);
+    void finish(std::uint64_t number);
+
+    RunLoop& m_loop;
+    ModuleSoundPlayer& m_player;
+    const QString m_modulePath;
+    std::vector<SpeechVoice> m_voices;
+    std::vector<std::function<void()>> m_waiting; // for the voices; not empty while they load
+    std::map<std::uint64_t, Announcement> m_announcements;
+    std::uint64_t m_nextNumber = 1;
+    std::atomic<bool> m_ending{false};
+    std::unique_ptr<SpeechModule> m_module; // worker thread
+    std::shared_ptr<ModuleSpeechService*> m_self;
+    QThreadPool m_worker; // one thread; last, so that nothing of the above goes before its jobs
+};
+
+} // namespace dorvane

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "firing/TextSpeaker.h"
+
+#include "firing/VoiceMenuTarget.h"
+#include "tests/support/Dates.h"
+#include "tests/support/FakeSpeechService.h"
+#include "tests/support/VirtualRunLoop.h"
+
+#include <QMenu>
+#include <QScreen>
+#include <QtTest/QTest>
+
+#include <gmock/gmock.h>
+
+using namespace dorvane;
+using namespace dorvane::testing;
+using ::testing::ElementsAre;
+
+namespace {
+
+class TextSpeakerTest : public ::testing::Test, protected VoiceMenuTarget {
+protected:
+    TextSpeakerTest() {
+        m_speaker.setTarget(this);
+        m_menu.addAction(QStringLiteral("Select Voice"));
+    }
+    void voiceSelected(const QAction& item) override {
+        m_trace.add(item.data().toString() + QStringLiteral(" selected"));
+    }
+
+    VirtualRunLoop m_loop{at("2026-11-24 07:30")};
+    Trace m_trace{m_loop};
+    FakeSpeechService m_speech{m_loop, m_trace};
+    TextSpeaker m_speaker{m_speech};
+    QMenu m_menu;
+};
+
+TEST_F(TextSpeakerTest, menuKeepsItsFaceAndHoldsEachVoiceOnce) {
+    m_speaker.fillMenuWithVoices(&m_menu);
+    m_loop.runPending();
+    m_speaker.fillMenuWithVoices(&m_menu);
+    QStringList titles;
+    for (const QAction* item : m_menu.actions())
+        titles << item->text();
+    EXPECT_EQ(titles, (QStringList{QStringLiteral("Select Voice"), QStringLiteral("Anna"),
+                                   QStringLiteral("Tom && Tim"), QStringLiteral("Zoe")}));
+    m_menu.actions().at(2)->trigger();
+    m_speaker.speakText(QStringLiteral("tea"), 2);
+    m_speaker.speakText(QStringLiteral("none"), 0);
+    m_speaker.speakText(QStringLiteral("none"), 4);
+    EXPECT_THAT(m_trace.events(), ElementsAre("0 Tom & Tim selected", "0 Tom & Tim says tea"));
+}
+
+TEST_F(TextSpeakerTest, menuOfManyVoicesFitsTheScreenAndIsSearchedByTyping) {
+    m_speech.voices.clear();
+    for (int i = 0; i < 130; ++i)
+        m_speech.voices << QStringLiteral("Voice %1").arg(i);
+    m_speech.voices << QStringLiteral("Welsh") << QStringLiteral("Western Armenian");
+    m_speaker.fillMenuWithVoices(&m_menu);
+    m_loop.runPending();
+    m_menu.popup({});
+    EXPECT_LE(m_menu.height(), m_menu.screen()->size().height());
+    EXPECT_LT(m_menu.width(), 200) << "one column";
+    QTest::keyClicks(&m_menu, QStringLiteral("wes"));
+    QTest::keyClick(&m_menu, Qt::Key_Return);
+    EXPECT_THAT(m_trace.events(), ElementsAre("0 Western Armenian selected"));
+}
+
+TEST_F(TextSpeakerTest, menuAndSpeakerMayBeGoneBeforeTheVoicesAreKnown) {
+    auto menu = std::make_unique<QMenu>();
+    auto speaker = std::make_unique<TextSpeaker>(m_speech);
+    m_speaker.fillMenuWithVoices(menu.get());
+    speaker->fillMenuWithVoices(&m_menu);
+    speaker->speakText(QStringLiteral("tea"), 1);
+    menu.reset();
+    speaker.reset();
+    m_loop.runPending();
+    EXPECT_EQ(m_menu.actions().size(), 1);
+    EXPECT_TRUE(m_trace.events().empty());
+}
+
+} // namespace
