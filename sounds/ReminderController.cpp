@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sounds/ReminderController.h"
+
+#include "platform/AudioRecorder.h"
+#include "platform/Bundle.h"
+#include "platform/Log.h"
+#include "platform/Sound.h"
+#include "platform/Workspace.h"
+#include "sounds/ReminderFileName.h"
+#include "sounds/ReminderStrings.h"
+#include "ui_ReminderController.h"
+
+#include <QCloseEvent>
+#include <QShortcut>
+#include <QSignalBlocker>
+
+#include <algorithm>
+#include <utility>
+
+namespace dorvane {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr RunLoop::Milliseconds longestRecording = 10s;
+constexpr RunLoop::Milliseconds tickInterval = 50ms;
+
+// The pictures are round; so is what shows the focus.
+QString roundButton(int iconSize) {
+    return QStringLiteral("QToolButton { border: 2px solid transparent; border-radius: %1px; }"
+                          "QToolButton:focus { border-color: palette(highlight); }")
+        .arg(iconSize / 2 + 2);
+}
+
+class ReminderWindow final : public QWidget {
+public:
+    explicit ReminderWindow(std::function<void()> willClose) : m_willClose(std::move(willClose)) {}
+
+protected:
+    void closeEvent(QCloseEvent*) override { m_willClose(); }
+
+private:
+    std::function<void()> m_willClose;
+};
+
+} // namespace
+
+std::shared_ptr<ReminderController> ReminderController::create(Surroundings surroundings) {
+    return std::shared_ptr<ReminderController>(new ReminderController(std::move(surroundings)));
+}
+
+ReminderController::ReminderController(Surroundings surroundings)
+    : m_surroundings(std::move(surroundings))
+    , m_form(std::make_unique<Ui::ReminderController>())
+    , m_window(std::make_unique<ReminderWindow>([this] { windowWillClose(); })) {
+    m_form->setupUi(m_window.get());
+    awakeFromNib();
+}
+
+ReminderController::~ReminderController() = default;
+
+void ReminderController::awakeFromNib() {
+    const QIcon soundImage(m_surroundings.bundle.resourcePath(QStringLiteral("images/sound.svg")));
+    m_reminderStrings = std::make_unique<ReminderStrings>(
+        ReminderStrings::Surroundings{m_surroundings.runLoop, m_surroundings.notificationCenter,
+                                      m_surroundings.user, m_surroundings.isSound, soundImage});
+    m_reminderStrings->attachToComboBox(m_form->comboBox);
+    m_reminderChanged = m_surroundings.notificationCenter.addObserver(
+        reminderChangedNotification, [this](auto) { updatePlayButton(); }, m_reminderStrings.get());
+    for (QToolButton* round : {m_form->recordButton, m_form->playButton})
+        round->setStyleSheet(roundButton(round->iconSize().width()));
+    connectControls();
+    exitRecording();
+    updateRecordButton();
+    updatePlayButton();
+}
+
+void ReminderController::connectControls() {
+    QWidget* const window = m_window.get();
+    const Ui::ReminderController& form = *m_form;
+    QObject::connect(form.reminderTitle, &QLineEdit::textChanged, window,
+                     [this] { updateRecordButton(); });
+    QObject::connect(form.reminderTitle, &QLineEdit::returnPressed, form.recordButton,
+                     &QAbstractButton::click);
+    QObject::connect(form.recordButton, &QAbstractButton::toggled, window,
+                     [this](bool on) { startRecording(on); });
+    const auto connectClick = [window, this](const QAbstractButton* button,
+                                             void (ReminderController::*action)()) {
+        QObject::connect(button, &QAbstractButton::clicked, window,
+                         [this, action] { (this->*action)(); });
+    };
+    connectClick(form.stopButton, &ReminderController::stopRecording);
+    connectClick(form.playButton, &ReminderController::playSound);
+    connectClick(form.deleteButton, &ReminderController::deleteSound);
+    connectClick(form.folderButton, &ReminderController::soundFolderPushed);
+    connectClick(form.okButton, &ReminderController::acceptReminder);
+    QObject::connect(form.cancelButton, &QAbstractButton::clicked, window,
+                     [this] { stopRecordingAndSave(false); });
+    const auto escape = new QShortcut(Qt::Key_Escape, window);
+    QObject::connect(escape, &QShortcut::activated, window, [this] {
+        if (m_recordTimer)
+            stopRecordingAndSave(false);
+        else
+            m_window->close();
+    });
+}
+
+void ReminderController::runWithAlarm(const AlarmPtr& alarm) {
+    if (!m_window->isVisible()) {
+        m_reminderStrings->setCurrentSoundPath(QString());
+        updatePlayButton();
+    }
+    if (alarm && !alarm->title().isEmpty())
+        m_reminderStrings->setCurrentStringValue(alarm->title());
+    m_self = shared_from_this();
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
+}
+
+QString ReminderController::reminderString() const {
+    return m_reminderStrings->currentStringValue();
+}
+
+QString ReminderController::soundPath() const {
+    return m_reminderStrings->currentSoundPath();
+}
+
+void ReminderController::startRecording(bool on) {
+    if (!on) {
+        stopRecording();
+        return;
+    }
+    stopPlaying();
+    const QString title = m_form->reminderTitle->text();
+    const QString path = ReminderStrings::soundDirectory(m_surroundings.user) + QLatin1Char('/') +
+                         reminderFileName(title) + QStringLiteral(".aiff");
+    const auto finished = [weak = weak_from_this(), title, path](const auto& error) {
+        if (const auto self = weak.lock())
+            self->recordingFinished(title, path, error);
+    };
+    if (!m_surroundings.recorder.record(path, finished)) {
+        qCWarning(logSounds) << "cannot record: another recording is running";
+        exitRecording();
+        return;
+    }
+    m_recordingSince = m_surroundings.runLoop.uptime();
+    m_recordTimer = m_surroundings.runLoop.scheduleRepeating(
+        tickInterval, [this] { timerTick(); }, RunLoopMode::Common);
+    prepareForRecording();
+}
+
+void ReminderController::prepareForRecording() {
+    for (QWidget* idle :
+         std::initializer_list<QWidget*>{m_form->playButton, m_form->deleteButton, m_form->okButton,
+                                         m_form->comboBox, m_form->reminderTitle})
+        idle->setEnabled(false);
+    m_form->stopButton->setEnabled(true);
+    m_form->cancelButton->setEnabled(true);
+    m_form->messageLabel->clear();
+    setImage(*m_form->recordButton, "StopRedButton", QStringLiteral("Stop recording"));
+    m_form->recordButton->setFocus(); // the title, where Return may have been pressed, is disabled
+    showProgress(0ms);
+}
+
+void ReminderController::exitRecording() {
+    m_recordTimer.cancel();
+    for (QWidget* idle :
+         std::initializer_list<QWidget*>{m_form->okButton, m_form->comboBox, m_form->reminderTitle})
+        idle->setEnabled(true);
+    m_form->stopButton->setEnabled(false);
+    m_form->cancelButton->setEnabled(false);
+    const QSignalBlocker silent(m_form->recordButton);
+    m_form->recordButton->setChecked(false);
+    setImage(*m_form->recordButton, "RecordButton", QStringLiteral("Record"));
+    m_form->levelMeter->reset();
+    showProgress(0ms);
+    updatePlayButton();
+}
+
+// The level and the time come from the same clock as the limit, so that a late tick is no longer
+// recording.
+void ReminderController::timerTick() {
+    const auto elapsed = m_surroundings.runLoop.uptime() - m_recordingSince;
+    m_form->levelMeter->setLevel(m_surroundings.recorder.takeLevel());
+    showProgress(elapsed);
+    if (elapsed >= longestRecording)
+        stopRecording();
+}
+
+void ReminderController::showProgress(RunLoop::Milliseconds elapsed) {
+    elapsed = std::min(elapsed, longestRecording);
+    m_form->progressIndicator->setValue(static_cast<int>(elapsed.count()));
+    m_form->timeLabel->setText(QStringLiteral("%1 s of %2 s")
+                                   .arg(static_cast<double>(elapsed.count()) / 1000, 0, 'f', 1)
+                                   .arg(longestRecording.count() / 1000));
+}
+
+void ReminderController::stopRecording() {
+    stopRecordingAndSave(true);
+}
+
+void ReminderController::stopRecordingAndSave(bool save) {
+    if (!m_recordTimer)
+        return;
+    m_recordTimer.cancel();
+    if (save) {
+        m_surroundings.recorder.stop(); // recordingFinished() follows
+        return;
+    }
+    m_surroundings.recorder.cancel();
+    exitRecording();
+}
+
+void ReminderController::recordingFinished(const QString& title, const QString& path,
+                                           const std::optional<AudioError>& error) {
+    exitRecording();
+    if (error) {
+        qCWarning(logSounds).noquote() << "cannot record:" << error->domain << "-" << error->reason;
+        m_form->messageLabel->setText(
+            QStringLiteral("The recording failed: %1.").arg(error->reason));
+        return;
+    }
+    m_reminderStrings->addReminderString(title, path);
+    updatePlayButton();
+}
+
+void ReminderController::playSound() {
+    if (m_playingSound) {
+        m_playingSound->stop(); // soundDidFinishPlaying() follows
+        return;
+    }
+    const QString path = soundPath();
+    if (path.isEmpty())
+        return;
+    qCInfo(logSounds).noquote() << "playingSound" << path;
+    m_playingSound = m_surroundings.player.soundWithContentsOfFile(path);
+    m_playingSound->setFinished([this](bool) { soundDidFinishPlaying(); });
+    m_form->playFeedback->setText(QStringLiteral("Playing…"));
+    setImage(*m_form->playButton, "StopRedButton", QStringLiteral("Stop playing"));
+    if (!m_playingSound->play())
+        stopPlaying();
+}
+
+void ReminderController::soundDidFinishPlaying() {
+    // The sound goes later: this is its own callback.
+    m_surroundings.runLoop.defer([sound = std::shared_ptr(std::move(m_playingSound))] {});
+    stopPlaying();
+}
+
+void ReminderController::stopPlaying() {
+    m_playingSound.reset();
+    m_form->playFeedback->clear();
+    setImage(*m_form->playButton, "PlayBlueButton", QStringLiteral("Play"));
+}
+
+void ReminderController::deleteSound() {
+    m_reminderStrings->removeCurrentSound();
+    updatePlayButton();
+}
+
+void ReminderController::soundFolderPushed() {
+    m_surroundings.workspace.reveal(ReminderStrings::soundDirectory(m_surroundings.user));
+}
+
+void ReminderController::acceptReminder() {
+    m_window->close();
+}
+
+void ReminderController::updateRecordButton() {
+    m_form->recordButton->setEnabled(!m_form->reminderTitle->text().isEmpty());
+}
+
+void ReminderController::updatePlayButton() {
+    stopPlaying();
+    const bool canPlay = !soundPath().isEmpty() && !m_recordTimer;
+    m_form->playButton->setEnabled(canPlay);
+    m_form->deleteButton->setEnabled(canPlay);
+}
+
+void ReminderController::windowWillClose() {
+    stopRecordingAndSave(false);
+    stopPlaying();
+    // The window's own event is still running.
+    m_surroundings.runLoop.defer([self = std::move(m_self)] {});
+}
+
+void ReminderController::setImage(QAbstractButton& button, const char* name,
+                                  const QString& action) const {
+    button.setIcon(QIcon(m_surroundings.bundle.resourcePath(
+        QStringLiteral("images/%1.svg").arg(QLatin1String(name)))));
+    button.setAccessibleName(action);
+    button.setToolTip(action);
+}
+
+} // namespace dorvane

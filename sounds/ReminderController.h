@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Alarm.h"
+#include "platform/AudioError.h"
+#include "platform/NotificationCenter.h"
+#include "platform/RunLoop.h"
+#include "platform/UserFolders.h"
+
+#include <QIcon>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QAbstractButton;
+class QWidget;
+
+namespace Ui {
+class ReminderController;
+}
+
+namespace dorvane {
+
+class AudioRecorder;
+class Bundle;
+class ReminderStrings;
+class Sound;
+class SoundPlayer;
+class Workspace;
+
+// The window in which the user names a reminder, records up to ten seconds of sound for it, and
+// plays, chooses or deletes earlier recordings. Shown, it keeps itself alive until it is closed;
+// a recording that runs then is discarded. Main thread only.
+class ReminderController final : public std::enable_shared_from_this<ReminderController> {
+public:
+    // What the window works with; all of it must outlive the window.
+    struct Surroundings {
+        RunLoop& runLoop;
+        NotificationCenter& notificationCenter;
+        AudioRecorder& recorder;
+        SoundPlayer& player;
+        Workspace& workspace;
+        const Bundle& bundle;
+        UserFolders user;
+        // Whether the file can be played.
+        std::function<bool(const QString& path)> isSound;
+    };
+
+    [[nodiscard]] static std::shared_ptr<ReminderController> create(Surroundings surroundings);
+    ~ReminderController();
+    ReminderController(const ReminderController&) = delete;
+    ReminderController& operator=(const ReminderController&) = delete;
+
+    // Shows the window, or brings it to the front. With an alarm, its recording is chosen.
+    void show() { runWithAlarm(nullptr); }
+    void runWithAlarm(const AlarmPtr& alarm);
+
+    // What is chosen; empty when nothing is.
+    [[nodiscard]] QString reminderString() const;
+    [[nodiscard]] QString soundPath() const;
+
+    // The actions of the controls.
+    void startRecording(bool on);
+    void stopRecording();
+    void playSound();
+    void deleteSound();
+    void soundFolderPushed();
+    void acceptReminder();
+
+private:
+    explicit ReminderController(Surroundings surroundings);
+
+    void awakeFromNib();
+    void connectControls();
+    void prepareForRecording();
+    void exitRecording();
+    void stopRecordingAndSave(bool save);
+    void recordingFinished(const QString& title, const QString& path,
+                           const std::optional<AudioError>& error);
+    void timerTick();
+    void showProgress(RunLoop::Milliseconds elapsed);
+    void soundDidFinishPlaying();
+    void stopPlaying();
+    void updateRecordButton();
+    void updatePlayButton();
+    void windowWillClose();
+    void setImage(QAbstractButton& button, const char* name, const QString& action) const;
+
+    const Surroundings m_surroundings;
+    const std::unique_ptr<Ui::ReminderController> m_form;
+    std::unique_ptr<QWidget> m_window;
+    std::unique_ptr<ReminderStrings> m_reminderStrings;
+    NotificationCenter::Observation m_reminderChanged;
+    RunLoopTimer m_recordTimer; // set while recording
+    RunLoop::Milliseconds m_recordingSince{0};
+    std::unique_ptr<Sound> m_playingSound;
+    std::shared_ptr<ReminderController> m_self; // while the window is shown
+};
+
+} // namespace dorvane

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/UserFolders.h"
+#include "sounds/StringContainer.h"
+
+#include <QIcon>
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace dorvane {
+
+class NotificationCenter;
+class ReminderComboBox;
+class RunLoop;
+
+// Posted, with the list as the sender, in the turn of the loop after another recording was chosen.
+inline const QString reminderChangedNotification = QStringLiteral("ReminderChangedNotification");
+
+// The recordings behind a combo box: what lies in the recordings folder, in the order of the file
+// system, until a recording is added: that one stands first then, and at most fifteen are kept.
+// Main thread only.
+class ReminderStrings {
+public:
+    struct Surroundings {
+        RunLoop& runLoop;
+        NotificationCenter& notificationCenter;
+        UserFolders user;
+        // Whether the file can be played.
+        std::function<bool(const QString& path)> isSound;
+        QIcon soundImage;
+    };
+
+    // The run loop and the centre must outlive the list.
+    explicit ReminderStrings(Surroundings surroundings);
+    ~ReminderStrings();
+    ReminderStrings(const ReminderStrings&) = delete;
+    ReminderStrings& operator=(const ReminderStrings&) = delete;
+
+    // The folder of the recordings, which is made if it is not there; a failure is logged.
+    [[nodiscard]] static QString soundDirectory(const UserFolders& user);
+
+    // Shows the list in the combo box, from now on and in no other; not owned.
+    void attachToComboBox(ReminderComboBox* comboBox);
+
+    // Reads the folder again. What is chosen stays chosen if it is still there.
+    void refreshContent();
+
+    // Puts the recording first and chooses it. The file of the sixteenth entry is deleted.
+    void addReminderString(const QString& text, const QString& path);
+
+    // Deletes the chosen recording's file and chooses, in the next turn of the loop, the one
+    // before.
+    void removeCurrentSound();
+
+    // Of the chosen recording; empty when none is chosen.
+    [[nodiscard]] QString currentStringValue() const;
+    [[nodiscard]] QString currentSoundPath() const;
+    [[nodiscard]] QString soundPathAtIndex(int index) const;
+
+    // Chooses the first such recording, or none.
+    void setCurrentStringValue(const QString& text);
+    void setCurrentSoundPath(const QString& path);
+
+private:
+    void reloadData();
+    void selectFirst(const std::function<bool(const StringContainer&)>& matches);
+    void select(int index);
+    void finishSoundRemoving(int index);
+    void reclaimSound(const QString& path);
+    void comboBoxSelectionDidChange();
+    void postReminderChangedNotificationWithDelay();
+    void defer(std::function<void(ReminderStrings&)> work);
+
+    const Surroundings m_surroundings;
+    const QString m_folder;
+    std::vector<StringContainer> m_stringContainers;
+    QPointer<ReminderComboBox> m_comboBox;
+    std::shared_ptr<ReminderStrings*> m_self; // what deferred calls hold weakly
+};
+
+} // namespace dorvane
