@@ -64,7 +64,7 @@ FloatingClock::FloatingClock(std::optional<QPoint> wanted, std::function<void(QP
     setFocusPolicy(Qt::NoFocus);
     setWindowTitle(QApplication::applicationDisplayName());
     setAccessibleName(QApplication::applicationDisplayName());
-    resize(sizeHint());
+    setFixedSize(sizeHint()); // also keeps tiling desktops from giving it half the screen
     if (!m_translucent)
         setMask(plateShape(rect()).toFillPolygon().toPolygon());
 
