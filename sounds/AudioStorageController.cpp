@@ -3,6 +3,7 @@
 
 #include "platform/Log.h"
 #include "sounds/FileManager.h"
+#include "sounds/ReminderFileName.h"
 #include "sounds/SoundsLoader.h"
 
 #include <QDir>
@@ -13,12 +14,13 @@ namespace dorvane {
 
 namespace {
 
-// The name without extension, safe from what a menu would take for a mnemonic or for the column of
-// shortcuts.
-[[nodiscard]] QString menuTitle(const QString& path) {
-    return QFileInfo(path)
-        .completeBaseName()
-        .replace(QLatin1Char('&'), QStringLiteral("&&"))
+[[nodiscard]] QString baseName(const QString& path) {
+    return QFileInfo(path).completeBaseName();
+}
+
+// Safe from what a menu would take for a mnemonic or for the column of shortcuts.
+[[nodiscard]] QString menuText(QString text) {
+    return text.replace(QLatin1Char('&'), QStringLiteral("&&"))
         .replace(QLatin1Char('\t'), QLatin1Char(' '));
 }
 
@@ -137,7 +139,7 @@ void AudioStorageController::fillMenu(QMenu& menu, const QStringList& paths,
     QList<QAction*> items;
     items.reserve(paths.size());
     for (const QString& path : paths) {
-        auto* item = new QAction(menuTitle(path), &menu);
+        auto* item = new QAction(menuText(baseName(path)), &menu);
         item->setData(path);
         QObject::connect(item, &QAction::triggered, item, [action, path] { action(path); });
         items << item;
@@ -162,6 +164,8 @@ void AudioStorageController::fillMenuWithiMovieSounds(QMenu& menu,
 void AudioStorageController::fillMenuWithReminderSounds(QMenu& menu,
                                                         const SoundAction& action) const {
     fillMenu(menu, reminders(), action);
+    for (QAction* item : menu.actions())
+        item->setText(menuText(reminderText(baseName(item->data().toString()))));
 }
 
 } // namespace dorvane

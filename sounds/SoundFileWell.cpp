@@ -58,10 +58,10 @@ SoundFileWell::SoundFileWell(AudioStorageController& library, NotificationCenter
 }
 
 void SoundFileWell::dragEnterEvent(QDragEnterEvent* event) {
-    if (!isAcceptable(*event->mimeData()))
+    if (!(event->possibleActions() & Qt::CopyAction) || !isAcceptable(*event->mimeData()))
         return;
     setDragging(true);
-    event->setDropAction(Qt::CopyAction); // whatever was offered, the source keeps its file
+    event->setDropAction(Qt::CopyAction); // whatever was proposed, the source keeps its file
     event->accept();
 }
 

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Bundle.h"
+#include "platform/Workspace.h"
+#include "sounds/AudioStorageController.h"
+#include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/VirtualRunLoop.h"
+
+#include <QDir>
+#include <QFile>
+#include <QMimeDatabase>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace dorvane::testing {
+
+// Finds out what a file is as the desktop does.
+class MimeWorkspace final : public Workspace {
+public:
+    void openUrl(const QUrl&) override {}
+    void reveal(const QString&) override {}
+    [[nodiscard]] QString typeOfFile(const QString& path) const override {
+        return QMimeDatabase().mimeTypeForFile(path).name();
+    }
+};
+
+// A home and the sources of a sound library in a temporary folder. What a folder holds is written
+// and read as "name=contents", sorted by name.
+class SoundLibraryFixture : public ::testing::Test {
+protected:
+    SoundLibraryFixture() {
+        sources.systemSounds = path("system");
+        sources.themeSounds = {path("theme"), path("other theme")};
+        sources.userSounds = path("delivered");
+        sources.iMovieResources = path("imovie");
+        sources.iLifeEffects = path("imovie/ilife");
+        sources.iMovieEffects = path("imovie/effects");
+    }
+
+    [[nodiscard]] QString path(const char* relative) const {
+        return dir.path() + QLatin1Char('/') + QString::fromUtf8(relative);
+    }
+
+    static void write(const QString& file, const QByteArray& contents) {
+        QDir().mkpath(QFileInfo(file).path());
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(contents);
+    }
+
+    void fill(const QString& folder, const QStringList& files) {
+        QDir().mkpath(folder);
+        for (const QString& file : files) {
+            const auto mark = file.indexOf(QLatin1Char('='));
+            write(folder + QLatin1Char('/') + file.left(mark), file.mid(mark + 1).toUtf8());
+        }
+    }
+
+    [[nodiscard]] static QStringList held(const QString& folder) {
+        QStringList files;
+        const auto everything = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+        for (const QFileInfo& entry : QDir(folder).entryInfoList(everything, QDir::Name)) {
+            QFile file(entry.filePath());
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly) || entry.isDir());
+            files << entry.fileName() + QLatin1Char('=') + QString::fromUtf8(file.readAll());
+        }
+        return files;
+    }
+
+    // Until the loading thread has brought the folder to this.
+    static void waitUntilHeld(const QString& folder, const QStringList& files) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return held(folder) == files; }, 10'000))
+            << qPrintable(held(folder).join(QLatin1Char('\n')));
+    }
+
+    QTemporaryDir dir;
+    UserFolders user{dir.path(), path("cache"), path("config"), path("data")};
+    const SoundFolders folders{user};
+    SoundSources sources;
+    VirtualRunLoop loop{QDateTime(QDate(2026, 5, 4), QTime(12, 0))};
+    Trace trace{loop};
+    FakeSoundPlayer player{loop, trace};
+    MimeWorkspace workspace;
+};
+
+} // namespace dorvane::testing

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sounds/SoundsLoader.h"
+
+#include "tests/sounds/SoundLibraryFixture.h"
+
+namespace dorvane::testing {
+namespace {
+
+class SoundsLoaderTest : public SoundLibraryFixture {
+protected:
+    SoundsLoaderTest() {
+        for (const QString& folder : {folders.sounds, folders.rings, folders.iMovie})
+            QDir().mkpath(folder);
+    }
+
+    const SoundFileTypes types{player, workspace};
+    const SoundsLoader loader{folders, sources, types};
+};
+
+TEST_F(SoundsLoaderTest, CopiesTheSystemsSoundsThatAreMissing) {
+    fill(path("system"), {u"Ping.aiff=ping"_qs, u"Readme=text"_qs});
+    fill(path("theme"), {u"bell.oga=bell"_qs, u"Ping.aiff=other"_qs, u"index.theme=text"_qs});
+    fill(path("other theme"), {u"bell.oga=other"_qs, u"end.oga=end"_qs});
+    QFile::link(u"bell.oga"_qs, path("theme/link.oga"));
+    QFile::link(u"nowhere.oga"_qs, path("theme/broken.oga"));
+    const QStringList filled = {u"Ping.aiff=ping"_qs, u"Readme=text"_qs, u"bell.oga=bell"_qs,
+                                u"end.oga=end"_qs, u"link.oga=bell"_qs};
+
+    loader.refreshSystemSounds();
+    EXPECT_EQ(held(folders.rings), filled);
+    EXPECT_FALSE(QFileInfo(folders.rings + u"/link.oga"_qs).isSymLink());
+    loader.refreshSystemSounds();
+    EXPECT_EQ(held(folders.rings), filled);
+
+    // Deleted and emptied ones come back; changed ones, and those of the user, stay.
+    QFile::remove(folders.rings + u"/bell.oga"_qs);
+    fill(folders.rings, {u"Ping.aiff=mine"_qs, u"end.oga="_qs, u"own.mp3=own"_qs});
+    loader.refreshSystemSounds();
+    EXPECT_EQ(held(folders.rings),
+              (QStringList{u"Ping.aiff=mine"_qs, u"Readme=text"_qs, u"bell.oga=bell"_qs,
+                           u"end.oga=end"_qs, u"link.oga=bell"_qs, u"own.mp3=own"_qs}));
+}
+
+TEST_F(SoundsLoaderTest, FlattensTheDeliveredSounds) {
+    const QString watch = u"Alarm_Long_Digital_Watch.mp3=watch"_qs;
+    fill(path("delivered"), {u"Dawn.ogg=dawn"_qs, u"Mine.ogg=theirs"_qs, watch});
+    fill(path("delivered/Birds/Small"), {u"Wren.ogg=wren"_qs});
+    fill(folders.sounds, {u"Mine.ogg=mine"_qs});
+
+    const QStringList without = {u"Dawn.ogg=dawn"_qs, u"Mine.ogg=mine"_qs, u"Wren.ogg=wren"_qs};
+    const QStringList with = QStringList(watch) + without;
+    for (const QStringList& expected : {with, without, with}) {
+        loader.refreshUserSounds();
+        EXPECT_EQ(held(folders.sounds), expected);
+    }
+}
+
+TEST_F(SoundsLoaderTest, FeedsOneFolderFromBothSetsOfEffects) {
+    fill(path("imovie/ilife/Animals"), {u"Boing.caf=ilife"_qs});
+    fill(path("imovie/effects"), {u"Boing.caf=imovie"_qs, u"Zap.caf=imovie"_qs});
+    loader.LoadSoundsThread({});
+    EXPECT_EQ(held(folders.iMovie), (QStringList{u"Boing.caf=ilife"_qs, u"Zap.caf=imovie"_qs}));
+}
+
+} // namespace
+} // namespace dorvane::testing
