@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/AlarmBuilding.h"
+
+#include "core/LocalTime.h"
+#include "core/NextOccurrence.h"
+#include "editor/AlarmForm.h"
+#include "editor/IntervalRule.h"
+#include "platform/RunLoop.h"
+
+namespace dorvane {
+
+QDateTime fullDateWithTimeFrom(QTime time, QDate date) {
+    return localMoment(date, QTime(time.hour(), time.minute()));
+}
+
+QDateTime timeOf(const AlarmForm& form, const QDateTime& now, const QString& todaysName) {
+    switch (form.row) {
+    case Alarm::Dated:
+        return fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker);
+    case Alarm::Weekly:
+        return firstWeekdayDate(form.weekdays,
+                                fullDateWithTimeFrom(form.atAlarmTimePicker, now.date()), now,
+                                todaysName);
+    case Alarm::Relative:
+        break;
+    }
+    return {};
+}
+
+AlarmPtr alarmBuiltFrom(const AlarmForm& form, const RunLoop& runLoop, const Alarm* editingOne,
+                        const QString& todaysName) {
+    AlarmPtr alarm =
+        Alarm::initWithTime(runLoop, timeOf(form, runLoop.now(), todaysName), form.title);
+    alarm->setSnoozeTime(form.snoozeTime);
+    alarm->setIsTimeWithDate(form.row == Alarm::Dated);
+    alarm->setIsMinuteUnits(form.isMinuteUnits);
+    alarm->setRingWithinUnits(intervalValue(form.interval));
+    alarm->setSoundPath(form.soundPath);
+    alarm->setIsPlaySound(form.isPlaySound);
+    alarm->setIsSpeakAlarmName(form.isSpeakAlarmName);
+    alarm->setShouldFadeIn(form.shouldFadeIn);
+    alarm->setVoiceName(form.voiceName);
+    alarm->setShouldRepeat(form.shouldRepeat);
+    alarm->setShouldUseEveryDay(form.shouldUseEveryDay);
+    alarm->setSelRowNo(form.row);
+    if (editingOne)
+        alarm->setRunTime(editingOne->runTime());
+    if (form.row == Alarm::Weekly) {
+        alarm->setShouldUseForever(form.shouldUseForever);
+        alarm->setWeekdays(form.weekdays);
+        alarm->setRunTime(alarm->time());
+    }
+    return alarm;
+}
+
+} // namespace dorvane

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Alarm.h"
+
+#include <QDateTime>
+#include <QString>
+
+namespace dorvane {
+
+struct AlarmForm;
+
+// The moment at the hour and minute of the time on the date, with no seconds; see localMoment()
+// for the nights on which clocks are set.
+[[nodiscard]] QDateTime fullDateWithTimeFrom(QTime time, QDate date);
+
+// When the alarm in the form is due: nothing for a relative alarm, which works from its interval.
+// `todaysName` is the name of today's weekday in the user's language, see weekdayNamed().
+[[nodiscard]] QDateTime timeOf(const AlarmForm& form, const QDateTime& now,
+                               const QString& todaysName);
+
+// A new alarm as the form says. An alarm that is being edited, which may be null, hands on the
+// moment that it counts from.
+[[nodiscard]] AlarmPtr alarmBuiltFrom(const AlarmForm& form, const RunLoop& runLoop,
+                                      const Alarm* editingOne, const QString& todaysName);
+
+} // namespace dorvane

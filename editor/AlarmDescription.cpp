@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/AlarmDescription.h"
+
+#include "editor/AlarmForm.h"
+#include "editor/IntervalRule.h"
+
+#include <array>
+
+namespace dorvane {
+
+namespace {
+
+QString intervalPiece(const AlarmForm& form) {
+    return (form.shouldRepeat ? QStringLiteral("Every ") : QStringLiteral("In ")) +
+           QString::number(intervalValue(form.interval)) +
+           (form.isMinuteUnits ? QStringLiteral(" minute(s)") : QStringLiteral(" hour(s)"));
+}
+
+// The date is the time picker's own and not that of the date picker. That is meant: the two are
+// set together when an alarm is loaded and by the calendar sheet.
+QString datedPiece(const AlarmForm& form, const QLocale& locale) {
+    return locale.toString(QDateTime(form.atTimePickerDate, form.atTimePicker, Qt::UTC),
+                           QStringLiteral("'On' MMM dd 'at' HH:mm"));
+}
+
+// "On every Monday Friday " when days are ticked, nothing else.
+QString daysPiece(const AlarmForm& form) {
+    static constexpr std::array names{"Monday ", "Tuesday ",  "Wednesday ", "Thursday ",
+                                      "Friday ", "Saturday ", "Sunday "};
+    if (form.weekdays.isEmpty())
+        return {};
+    QString piece = form.shouldUseForever ? QStringLiteral("On every ") : QStringLiteral("On ");
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (form.weekdays.contains(Weekday(int(Weekday::Monday) + int(i))))
+            piece += QLatin1String(names[i]);
+    return piece;
+}
+
+// A twenty-four-hour clock with the AM/PM mark after it; meant, as is the capital "At" after the
+// days.
+QString weeklyPiece(const AlarmForm& form, const QLocale& locale) {
+    return daysPiece(form) + QStringLiteral("At ") +
+           locale.toString(form.atAlarmTimePicker, QStringLiteral("HH:mm Ap"));
+}
+
+QString whenPiece(const AlarmForm& form, const QLocale& locale) {
+    switch (form.row) {
+    case Alarm::Dated:
+        return datedPiece(form, locale);
+    case Alarm::Weekly:
+        return weeklyPiece(form, locale);
+    case Alarm::Relative:
+        break;
+    }
+    return intervalPiece(form);
+}
+
+QString actionPiece(const AlarmForm& form) {
+    const bool sounds = form.isPlaySound && !form.soundPath.isEmpty();
+    const bool speaks = form.isSpeakAlarmName && !form.voiceName.isEmpty();
+    if (!sounds && !speaks)
+        return QStringLiteral("will be activated");
+    QString piece;
+    if (speaks)
+        piece = QStringLiteral("will be spoken by voice '") + form.voiceName + QLatin1Char('\'');
+    if (!sounds)
+        return piece;
+    const QString sound = QLatin1Char('\'') + soundName(form.soundPath) + QLatin1Char('\'');
+    piece += speaks ? QStringLiteral(" and sound ") + sound + QStringLiteral(" will be played")
+                    : QStringLiteral("will be played with sound ") + sound;
+    return form.shouldFadeIn ? piece + QStringLiteral(" fading in") : piece;
+}
+
+} // namespace
+
+QString manageDescriptionLabel(const AlarmForm& form, const QLocale& locale) {
+    return whenPiece(form, locale) + QStringLiteral(" alarm '") + form.title +
+           QStringLiteral("' ") + actionPiece(form) + QLatin1Char('.');
+}
+
+} // namespace dorvane

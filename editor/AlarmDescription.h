@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QLocale>
+#include <QString>
+
+namespace dorvane {
+
+struct AlarmForm;
+
+// The sentence at the bottom of the editor: what the alarm in the form will do. English; the names
+// of months and the AM/PM mark are the locale's.
+[[nodiscard]] QString manageDescriptionLabel(const AlarmForm& form,
+                                             const QLocale& locale = QLocale::system());
+
+} // namespace dorvane

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Alarm.h"
+
+#include <QDate>
+#include <QString>
+#include <QTime>
+
+namespace dorvane {
+
+// What the controls of the alarm editor say: a plain value, on which everything is decided. Dates
+// and times are those of the clock on the wall.
+struct AlarmForm {
+    QString title;
+    // The chosen row of the three.
+    Alarm::Kind row = Alarm::Relative;
+
+    // Row 0. The interval is kept as it was typed.
+    QString interval;
+    bool isMinuteUnits = true;
+    bool shouldRepeat = false;
+
+    // Row 1. The picker of the time keeps a date of its own, which the user does not see: it is
+    // set when an alarm is loaded and by the calendar sheet, and not by the picker of the date.
+    QTime atTimePicker;
+    QDate atTimePickerDate;
+    QDate atDatePicker;
+    bool shouldUseEveryDay = false;
+
+    // Row 2.
+    QTime atAlarmTimePicker;
+    WeekdaySet weekdays;
+    bool shouldUseForever = false;
+
+    // Minutes; 0 when no length is selected.
+    qint64 snoozeTime = 0;
+
+    // Full path; empty for none.
+    bool isPlaySound = false;
+    QString soundPath;
+    bool shouldFadeIn = false;
+
+    // Empty for none.
+    bool isSpeakAlarmName = false;
+    QString voiceName;
+};
+
+// How long after now the earliest moment lies that a new alarm can be set to.
+inline constexpr int secondsToEarliest = 60;
+
+// The form of a new alarm. `shortestSnooze` is the first of the snooze lengths.
+[[nodiscard]] AlarmForm newAlarmForm(const QDateTime& now, qint64 shortestSnooze);
+
+// The form for an alarm. What the alarm's kind does not use stays as it is in `form`.
+[[nodiscard]] AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form);
+
+// The name by which a sound is shown: its file name without the extension.
+[[nodiscard]] QString soundName(const QString& soundPath);
+
+} // namespace dorvane

@@ -1,0 +1,308 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/AlarmSetController.h"
+
+#include "core/StoredAlarms.h"
+#include "core/Weekday.h"
+#include "editor/AlarmBuilding.h"
+#include "editor/AlarmDescription.h"
+#include "editor/AlarmEditorDelegate.h"
+#include "editor/DialogButtons.h"
+#include "editor/EarliestTime.h"
+#include "editor/FormValidation.h"
+#include "editor/GraphicalDateWindow.h"
+#include "editor/GraphicalTimeWindow.h"
+#include "editor/SoundChoice.h"
+#include "editor/VoiceChoice.h"
+#include "platform/Bundle.h"
+#include "platform/RunLoop.h"
+#include "ui_AlarmSetController.h"
+
+#include <QLocale>
+#include <QMessageBox>
+#include <QSignalBlocker>
+
+#include <algorithm>
+
+namespace dorvane {
+
+namespace {
+
+std::unique_ptr<Ui::AlarmSetController> controlsIn(QDialog* window) {
+    auto controls = std::make_unique<Ui::AlarmSetController>();
+    controls->setupUi(window);
+    return controls;
+}
+
+// The locale's short date with the year in full: alarms can be set beyond this century.
+QString dateFormat(const QLocale& locale) {
+    QString format = locale.dateFormat(QLocale::ShortFormat);
+    if (!format.contains(QStringLiteral("yyyy")))
+        format.replace(QStringLiteral("yy"), QStringLiteral("yyyy"));
+    return format;
+}
+
+} // namespace
+
+AlarmSetController::AlarmSetController(AlarmEditorServices services)
+    : QDialog(nullptr, Qt::Window)
+    , m_services(std::move(services))
+    , m_controls(controlsIn(this))
+    , m_formControls(*m_controls)
+    , m_sound(new SoundChoice(m_services, *m_controls, this))
+    , m_voice(new VoiceChoice(m_services.voices, *m_controls, this))
+    , m_graphicalDateWindow(new GraphicalDateWindow(this))
+    , m_graphicalTimeWindow(new GraphicalTimeWindow(this)) {
+    setUpControls();
+    wireWhen();
+    wireAction();
+    wireLibrary();
+}
+
+AlarmSetController::~AlarmSetController() = default;
+
+void AlarmSetController::setUpControls() {
+    const auto icon = [this](const QString& file) {
+        return QIcon(m_services.bundle.resourcePath(QStringLiteral("images/") + file));
+    };
+    m_controls->calendarButton->setIcon(icon(QStringLiteral("Calendar.svg")));
+    m_controls->alarmButton->setIcon(icon(QStringLiteral("Clock.svg")));
+    m_controls->playButton->setIcon(icon(QStringLiteral("PlayBlueButton.svg")));
+    m_controls->atDatePicker->setDisplayFormat(dateFormat(QLocale::system()));
+    // A date alone is no moment: no night on which clocks are set may refuse it.
+    m_controls->atDatePicker->setTimeSpec(Qt::UTC);
+
+    addAcceptAndCancel(*m_controls->buttonBox, QStringLiteral("&Set"));
+}
+
+void AlarmSetController::wireWhen() {
+    const auto describe = [this] { manageDescriptionLabel(); };
+    connect(m_controls->alarmTimeRadio, &QButtonGroup::idClicked, this,
+            [this] { changed(&FormEnabling::alarmTimeRadioChanged); });
+    connect(m_controls->everyDayCheck, &QCheckBox::clicked, this,
+            [this] { changed(&FormEnabling::everyDayCheckChanged); });
+    for (QCheckBox* box : m_formControls.dayBoxes())
+        connect(box, &QCheckBox::clicked, this, [this] { actDaysCheckBoxSelected(); });
+    connect(m_controls->foreverCheck, &QCheckBox::clicked, this, describe);
+    connect(m_controls->repeatCheck, &QCheckBox::clicked, this, describe);
+    connect(m_controls->inTimeField, &QLineEdit::textEdited, this, describe);
+    connect(m_controls->inTimeTypePopUp, &QComboBox::activated, this, describe);
+    connect(m_controls->atDatePicker, &QDateEdit::dateChanged, this, [this] {
+        boundPickers();
+        manageDescriptionLabel();
+    });
+    for (TimePicker* picker : {m_controls->atTimePicker, m_controls->atAlarmTimePicker})
+        connect(picker, &TimePicker::chosenTimeChanged, this, describe);
+    connect(m_controls->calendarButton, &QPushButton::clicked, this,
+            [this] { calendarButtonPushed(); });
+    connect(m_controls->alarmButton, &QPushButton::clicked, this, [this] { alarmButtonPushed(); });
+    connect(m_graphicalDateWindow, &QDialog::accepted, this, [this] { graphicalDateSelected(); });
+    connect(m_graphicalTimeWindow, &QDialog::accepted, this, [this] { graphicalTimeSelected(); });
+}
+
+void AlarmSetController::wireAction() {
+    connect(m_controls->playSoundCheck, &QCheckBox::clicked, this,
+            [this] { changed(&FormEnabling::playSoundCheckChanged); });
+    connect(m_controls->shouldFadeInCheck, &QCheckBox::clicked, this,
+            [this] { manageDescriptionLabel(); });
+    connect(m_controls->speakNameCheck, &QCheckBox::clicked, this,
+            [this] { changed(&FormEnabling::speakNameCheckChanged); });
+    connect(m_sound, &SoundChoice::soundPathChanged, this,
+            [this] { changed(&FormEnabling::soundPathChanged); });
+    connect(m_voice, &VoiceChoice::voiceNameChanged, this, [this] { manageDescriptionLabel(); });
+
+    PullDownPopUp* sounds = m_controls->selectSoundButton;
+    PullDownPopUp* voices = m_controls->voiceNamePopUp;
+    for (PullDownPopUp* popUp : {sounds, voices})
+        connect(popUp, &PullDownPopUp::menuWillOpen, m_sound, &SoundChoice::rebuildMenu);
+    connect(voices, &PullDownPopUp::menuWillOpen, m_voice, &VoiceChoice::fillMenu);
+}
+
+void AlarmSetController::wireLibrary() {
+    connect(m_controls->titleBox, &TitleBox::titlePicked, this,
+            &AlarmSetController::comboBoxSelectionDidChange);
+    // A typed title is no stored entry, even if it reads the same.
+    connect(m_controls->titleBox, &TitleBox::titleTyped, this, [this] {
+        m_controls->removeAlarmButton->setEnabled(false);
+        manageDescriptionLabel();
+    });
+    connect(m_controls->removeAlarmButton, &QPushButton::clicked, this,
+            [this] { removeAlarmButtonPushed(); });
+    connect(m_controls->buttonBox, &QDialogButtonBox::accepted, this,
+            [this] { setButtonPushed(); });
+    connect(m_controls->buttonBox, &QDialogButtonBox::rejected, this, [this] { reject(); });
+}
+
+void AlarmSetController::changed(void (FormEnabling::*effect)(const AlarmForm&)) {
+    manageDescriptionLabel();
+    (m_enabling.*effect)(m_form);
+    m_formControls.apply(m_enabling);
+}
+
+void AlarmSetController::manageDescriptionLabel() {
+    m_formControls.readInto(m_form);
+    m_form.soundPath = m_sound->soundPath();
+    m_form.voiceName = m_voice->voiceName();
+    m_controls->descriptionLabel->setText(dorvane::manageDescriptionLabel(m_form));
+}
+
+// -- Opening and filling ------------------------------------------------------------------------
+
+void AlarmSetController::showWithAlarm(const AlarmPtr& alarm) {
+    m_editingOne = alarm;
+    reloadTitles();
+    setAlarm(nullptr);
+    if (alarm) {
+        m_datedEarliest = m_weeklyEarliest = std::nullopt;
+        setAlarm(alarm.get());
+    }
+    const int index = alarm ? m_controls->titleBox->findText(
+                                  alarm->title(), Qt::MatchExactly | Qt::MatchCaseSensitive)
+                            : -1;
+    m_controls->titleBox->select(index);
+    m_controls->removeAlarmButton->setEnabled(index >= 0);
+    setWindowTitle(alarm ? QStringLiteral("Edit Alarm") : QStringLiteral("New Alarm"));
+    m_controls->titleBox->setFocus();
+    show();
+    raise();
+    activateWindow();
+}
+
+void AlarmSetController::setAlarm(const Alarm* alarm) {
+    m_formControls.readInto(m_form);
+    const QDateTime now = m_services.runLoop.now();
+    m_form =
+        alarm ? formFilledFrom(*alarm, m_form) : newAlarmForm(now, m_formControls.shortestSnooze());
+    if (!alarm)
+        m_datedEarliest = m_weeklyEarliest = now.addSecs(secondsToEarliest);
+    if (m_datedEarliest)
+        m_form.atTimePickerDate = std::max(m_form.atTimePickerDate, m_datedEarliest->date());
+    if (!m_form.weekdays.isEmpty())
+        m_weeklyEarliest.reset();
+
+    m_formControls.show(m_form);
+    m_sound->setSoundPath(m_form.soundPath);
+    m_voice->setVoiceName(m_form.voiceName);
+    boundPickers();
+    m_enabling.alarmTimeRadioChanged(m_form);
+    m_enabling.everyDayCheckChanged(m_form);
+    m_enabling.playSoundCheckChanged(m_form);
+    m_enabling.speakNameCheckChanged(m_form);
+    m_formControls.apply(m_enabling);
+    manageDescriptionLabel();
+}
+
+// -- The pickers --------------------------------------------------------------------------------
+
+void AlarmSetController::boundPickers() {
+    {
+        const QSignalBlocker blocker(m_controls->atDatePicker);
+        if (m_datedEarliest)
+            m_controls->atDatePicker->setMinimumDate(m_datedEarliest->date());
+        else
+            m_controls->atDatePicker->clearMinimumDate();
+    }
+    m_controls->atTimePicker->setEarliest(
+        earliestTimeOn(m_controls->atDatePicker->date(), m_datedEarliest));
+    m_controls->atAlarmTimePicker->setEarliest(
+        earliestTimeOn(m_services.runLoop.now().date(), m_weeklyEarliest));
+}
+
+// With no day ticked the alarm rings today, and so must not be set to a time that is past.
+void AlarmSetController::actDaysCheckBoxSelected() {
+    m_formControls.readInto(m_form);
+    m_weeklyEarliest.reset();
+    if (m_form.weekdays.isEmpty())
+        m_weeklyEarliest = m_services.runLoop.now().addSecs(secondsToEarliest);
+    boundPickers();
+    changed(&FormEnabling::actDaysCheckBoxSelected);
+}
+
+void AlarmSetController::calendarButtonPushed() {
+    m_formControls.readInto(m_form);
+    m_graphicalDateWindow->run(fullDateWithTimeFrom(m_form.atTimePicker, m_form.atDatePicker),
+                               m_services.runLoop.now().addSecs(secondsToEarliest));
+}
+
+void AlarmSetController::graphicalDateSelected() {
+    m_form.atTimePickerDate = m_graphicalDateWindow->date();
+    m_controls->atDatePicker->setDate(m_graphicalDateWindow->date());
+    m_controls->atTimePicker->setChosenTime(m_graphicalDateWindow->time());
+    manageDescriptionLabel();
+}
+
+void AlarmSetController::alarmButtonPushed() {
+    m_graphicalTimeWindow->run(m_controls->atAlarmTimePicker->chosenTime());
+}
+
+void AlarmSetController::graphicalTimeSelected() {
+    m_controls->atAlarmTimePicker->setChosenTime(m_graphicalTimeWindow->time());
+    manageDescriptionLabel();
+}
+
+// -- The library --------------------------------------------------------------------------------
+
+void AlarmSetController::reloadTitles() {
+    m_controls->titleBox->setTitles(
+        alarmTitles(m_services.storedAlarms.alarms().value_or(std::vector<AlarmPtr>())));
+}
+
+// What is stored may have changed since the list was loaded: the title is what counts.
+void AlarmSetController::comboBoxSelectionDidChange(int index) {
+    const QString title = m_controls->titleBox->itemText(index);
+    const auto stored = m_services.storedAlarms.alarms().value_or(std::vector<AlarmPtr>());
+    const auto found = std::find_if(stored.begin(), stored.end(),
+                                    [&](const AlarmPtr& alarm) { return alarm->title() == title; });
+    if (found == stored.end())
+        return reloadTitles();
+    setAlarm(found->get());
+    m_controls->titleBox->select(index);
+    m_controls->removeAlarmButton->setEnabled(true);
+}
+
+void AlarmSetController::removeAlarmButtonPushed() {
+    const int index = m_controls->titleBox->selectedIndex();
+    if (index < 0)
+        return;
+    m_services.storedAlarms.removeAlarm(m_controls->titleBox->itemText(index));
+    reloadTitles();
+    if (const int left = m_controls->titleBox->count(); left > 0)
+        return comboBoxSelectionDidChange(std::min(index, left - 1));
+    setAlarm(nullptr);
+    m_controls->removeAlarmButton->setEnabled(false);
+}
+
+// -- Setting the alarm --------------------------------------------------------------------------
+
+void AlarmSetController::setButtonPushed() {
+    manageDescriptionLabel();
+    const FormFaults faults = faultsOf(m_form);
+    if (faults.field == FormFaults::Field::Title)
+        m_controls->titleBox->setFocus();
+    if (faults.field == FormFaults::Field::Interval)
+        m_controls->inTimeField->setFocus();
+    if (!faults.message.isEmpty())
+        return showFaults(faults.message);
+    const AlarmPtr alarm = saveCurrentAlarm();
+    if (m_delegate)
+        m_delegate->acceptedAlarm(*this, alarm);
+    accept();
+}
+
+void AlarmSetController::showFaults(const QString& message) {
+    const auto alert = new QMessageBox(QMessageBox::Warning, QStringLiteral("Dorvane"),
+                                       QStringLiteral("Dorvane"), QMessageBox::NoButton, this);
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setInformativeText(message);
+    alert->addButton(QStringLiteral("Continue"), QMessageBox::AcceptRole);
+    alert->open();
+}
+
+AlarmPtr AlarmSetController::saveCurrentAlarm() {
+    AlarmPtr alarm = alarmBuiltFrom(m_form, m_services.runLoop, m_editingOne.get(),
+                                    weekdayName(m_services.runLoop.now().date()));
+    m_services.storedAlarms.put(*alarm);
+    reloadTitles();
+    return alarm;
+}
+
+} // namespace dorvane

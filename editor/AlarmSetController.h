@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "editor/AlarmEditorServices.h"
+#include "editor/AlarmForm.h"
+#include "editor/AlarmFormControls.h"
+#include "editor/FormEnabling.h"
+
+#include <QDialog>
+
+#include <memory>
+#include <optional>
+
+namespace Ui {
+class AlarmSetController;
+}
+
+namespace dorvane {
+
+class AlarmEditorDelegate;
+class GraphicalDateWindow;
+class GraphicalTimeWindow;
+class SoundChoice;
+class VoiceChoice;
+
+// The window in which an alarm is made or changed, and in which stored alarms are reused and
+// deleted. Setting an alarm stores a copy of it under its title, hands it to the delegate and
+// closes the window, which can be opened again. Main thread only.
+class AlarmSetController final : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit AlarmSetController(AlarmEditorServices services);
+    ~AlarmSetController() override;
+
+    // Not owned; must outlive the editor, and must not destroy it while it is told of an alarm.
+    void setDelegate(AlarmEditorDelegate* delegate) { m_delegate = delegate; }
+
+    // Opens the window for the alarm, or for a new one when there is none, in front of all others.
+    void showWithAlarm(const AlarmPtr& alarm);
+
+    // The alarm that the window was opened for; null for a new one.
+    [[nodiscard]] const AlarmPtr& editingOne() const { return m_editingOne; }
+
+private:
+    void setUpControls();
+    void wireWhen();
+    void wireAction();
+    void wireLibrary();
+
+    // What a control that was touched changes: its share of what is enabled, and the sentence.
+    void changed(void (FormEnabling::*effect)(const AlarmForm&));
+    void manageDescriptionLabel();
+
+    void setAlarm(const Alarm* alarm);
+    void boundPickers();
+    void actDaysCheckBoxSelected();
+    void calendarButtonPushed();
+    void graphicalDateSelected();
+    void alarmButtonPushed();
+    void graphicalTimeSelected();
+
+    void reloadTitles();
+    void comboBoxSelectionDidChange(int index);
+    void removeAlarmButtonPushed();
+
+    void setButtonPushed();
+    void showFaults(const QString& message);
+    AlarmPtr saveCurrentAlarm();
+
+    const AlarmEditorServices m_services;
+    std::unique_ptr<Ui::AlarmSetController> m_controls;
+    AlarmFormControls m_formControls;
+    SoundChoice* m_sound;
+    VoiceChoice* m_voice;
+    AlarmForm m_form;
+    FormEnabling m_enabling;
+    // Nothing before these moments can be chosen: for a date, and for today's time on weekdays.
+    std::optional<QDateTime> m_datedEarliest;
+    std::optional<QDateTime> m_weeklyEarliest;
+
+    AlarmPtr m_editingOne;
+    AlarmEditorDelegate* m_delegate = nullptr;
+    GraphicalDateWindow* m_graphicalDateWindow;
+    GraphicalTimeWindow* m_graphicalTimeWindow;
+};
+
+} // namespace dorvane

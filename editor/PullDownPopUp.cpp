@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/PullDownPopUp.h"
+
+#include <QMenu>
+
+namespace dorvane {
+
+PullDownPopUp::PullDownPopUp(QWidget* parent) : QComboBox(parent), m_menu(new QMenu(this)) {
+    m_menu->addAction(QString());
+    addItem(QString());
+    setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    setMinimumContentsLength(12);
+}
+
+void PullDownPopUp::setFace(const QString& text, bool isMissing) {
+    QString escaped = text;
+    m_menu->actions().constFirst()->setText(
+        escaped.replace(QLatin1Char('&'), QStringLiteral("&&")));
+    setItemText(0, text);
+    setPalette(QPalette());
+    if (!isMissing)
+        return;
+    QPalette greyed;
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
+        greyed.setColor(group, QPalette::ButtonText,
+                        palette().color(QPalette::Disabled, QPalette::ButtonText));
+    setPalette(greyed);
+}
+
+void PullDownPopUp::showPopup() {
+    Q_EMIT menuWillOpen();
+    m_menu->actions().constFirst()->setVisible(false);
+    m_menu->setMinimumWidth(width());
+    m_menu->popup(mapToGlobal(rect().bottomLeft()));
+}
+
+} // namespace dorvane

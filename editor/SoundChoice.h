@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "editor/AlarmEditorServices.h"
+#include "editor/SoundPreview.h"
+#include "platform/NotificationCenter.h"
+#include "sounds/AlarmSoundMenuContructor.h"
+#include "sounds/SoundMenuTarget.h"
+
+#include <QObject>
+#include <QString>
+
+namespace Ui {
+class AlarmSetController;
+}
+
+namespace dorvane {
+
+// The sound rows of the alarm editor: which sound is chosen, hearing it, and adding files to those
+// that can be chosen. Belongs to the editor's window.
+class SoundChoice final : public QObject, private SoundMenuTarget {
+    Q_OBJECT
+
+public:
+    // The controls must be those of the window.
+    SoundChoice(const AlarmEditorServices& services, Ui::AlarmSetController& controls,
+                QWidget* window);
+    ~SoundChoice() override;
+
+    // Full path; empty for none.
+    [[nodiscard]] const QString& soundPath() const { return m_soundPath; }
+    // Shows the sound's name, greyed when the file is gone. Does not emit soundPathChanged().
+    void setSoundPath(const QString& path);
+
+    // To be called before a menu of the window opens: lists the sounds that are there.
+    void rebuildMenu();
+
+Q_SIGNALS:
+    // By the user.
+    void soundPathChanged();
+
+private:
+    void addWell();
+    void soundSelected(const QString& path) override;
+    void manageReminders() override;
+    void playButtonPushed();
+    void chooseAudioFile();
+    void soundWellClicked();
+
+    const AlarmEditorServices& m_services;
+    Ui::AlarmSetController& m_controls;
+    QWidget* m_window;
+    QString m_soundPath;
+    AlarmSoundMenuContructor m_asmc;
+    SoundPreview m_preview;
+    NotificationCenter::Observation m_wellClicks;
+};
+
+} // namespace dorvane

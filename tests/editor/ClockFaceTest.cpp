@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/ClockFace.h"
+
+#include "editor/ClockFacePainter.h"
+#include "editor/ClockHands.h"
+
+#include <QtTest/QTest>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+using namespace dorvane;
+
+namespace {
+
+TEST(ClockHandsTest, movesByTheShorterWay) {
+    struct Case {
+        QTime from;
+        ClockHand hand;
+        double angle;
+        QTime to;
+    };
+    const Case cases[] = {
+        {{7, 30}, ClockHand::Minute, 90, {7, 15}}, {{7, 30}, ClockHand::Minute, 88, {7, 15}},
+        {{7, 58}, ClockHand::Minute, 12, {8, 2}},  {{8, 2}, ClockHand::Minute, 348, {7, 58}},
+        {{23, 59}, ClockHand::Minute, 0, {0, 0}},  {{0, 0}, ClockHand::Minute, 354, {23, 59}},
+        {{7, 30}, ClockHand::Hour, 255, {8, 30}},  {{11, 0}, ClockHand::Hour, 0, {12, 0}},
+        {{12, 0}, ClockHand::Hour, 330, {11, 0}},  {{23, 45}, ClockHand::Hour, 22.5, {0, 45}},
+        {{7, 30}, ClockHand::None, 90, {7, 30}},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(timeWithHandAt(c.from, c.hand, c.angle), c.to)
+            << qPrintable(c.from.toString()) << " to " << c.angle;
+}
+
+TEST(ClockHandsTest, areTakenWhereTheyAre) {
+    EXPECT_EQ(handAt(pointAt(85, 0.3), {3, 0}), ClockHand::Hour);
+    EXPECT_EQ(handAt(pointAt(85, 0.6), {3, 0}), ClockHand::Minute); // beyond the hour hand
+    EXPECT_EQ(handAt(pointAt(10, 0.3), {3, 0}), ClockHand::Minute);
+    EXPECT_EQ(handAt(pointAt(85, 1.1), {3, 0}), ClockHand::None);
+    for (double angle = 0; angle < 360; angle += 7)
+        EXPECT_NEAR(angleOf(pointAt(angle, 0.5)), angle, 1e-9);
+    for (QTime time(0, 0); time < QTime(11, 59); time = time.addSecs(60))
+        for (const double angle : {handsAt(time).hour, handsAt(time).minute})
+            EXPECT_GT(angleBetween(angleOf(clockFaceMark(time).center()), angle), 35)
+                << qPrintable(time.toString());
+}
+
+TEST(ClockFaceTest, isSetByHandsKeysAndWheel) {
+    ClockFace face;
+    face.resize(206, 206);
+    face.setTime(QTime(10, 0));
+    int reports = 0;
+    QObject::connect(&face, &ClockFace::timeChanged, &face, [&reports] { ++reports; });
+    const auto place = [&face](double angle, double radius) {
+        const QPointF middle = QRectF(face.rect()).center();
+        return (middle + pointAt(angle, radius) * clockFaceRadius(face.size())).toPoint();
+    };
+    QTest::mousePress(&face, Qt::LeftButton, {}, place(0, 0.6));
+    QTest::mouseMove(&face, place(60, 0.6));
+    QMouseEvent drag(QEvent::MouseMove, place(90, 0.6), QPointF(), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QCoreApplication::sendEvent(&face, &drag);
+    QTest::mouseRelease(&face, Qt::LeftButton, {}, place(90, 0.6));
+    EXPECT_EQ(face.time(), QTime(10, 15));
+
+    QTest::mouseClick(&face, Qt::LeftButton, {}, place(180, 0.37)); // the mark
+    EXPECT_EQ(face.time(), QTime(22, 15));
+    QTest::keyClick(&face, Qt::Key_A);
+    QTest::keyClick(&face, Qt::Key_A);
+    QTest::keyClick(&face, Qt::Key_PageDown);
+    QTest::keyClick(&face, Qt::Key_Up, Qt::ShiftModifier);
+    QTest::keyClick(&face, Qt::Key_Right);
+    EXPECT_EQ(face.time(), QTime(10, 16));
+
+    const int before = reports;
+    for (int i = 0; i < 4; ++i) { // half notches of a fine wheel
+        QWheelEvent wheel(QPointF(5, 5), QPointF(5, 5), {}, {0, -60}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&face, &wheel);
+    }
+    EXPECT_EQ(face.time(), QTime(10, 14));
+    EXPECT_EQ(reports, before + 2);
+}
+
+} // namespace

@@ -1,0 +1,337 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/AlarmBuilding.h"
+#include "editor/AlarmDescription.h"
+#include "editor/AlarmForm.h"
+#include "editor/FormEnabling.h"
+#include "editor/FormValidation.h"
+#include "editor/IntervalRule.h"
+#include "editor/SoundPreview.h"
+#include "tests/support/Dates.h"
+#include "tests/support/VirtualRunLoop.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace dorvane {
+
+namespace {
+
+using testing::at;
+using testing::text;
+using testing::VirtualRunLoop;
+
+constexpr qint64 largest = std::numeric_limits<qint64>::max();
+
+TEST(IntervalRule, TakesPlainDigitsThatAreWorthMoreThanZero) {
+    struct Case {
+        QString text;
+        bool isValid;
+        bool canBecome;
+        qint64 value;
+    };
+    const Case cases[] = {
+        {u"1"_qs, true, true, 1},
+        {u"007"_qs, true, true, 7},
+        {u"9999999"_qs, true, true, 9999999},
+        {u"9223372036854775807"_qs, true, true, largest},
+        {u"9223372036854775808"_qs, true, true, largest},
+        {QString(10000, u'9'), true, true, largest},
+        {QString(), false, true, 0},
+        {u"0"_qs, false, true, 0},
+        {u"000"_qs, false, true, 0},
+        {u"12a"_qs, false, false, 12},
+        {u"-5"_qs, false, false, 0},
+        {u"+5"_qs, false, false, 0},
+        {u" 5"_qs, false, false, 0},
+        {u"5\n"_qs, false, false, 5},
+        {u"1.5"_qs, false, false, 1},
+        {u"1,000"_qs, false, false, 1},
+        {u"٣"_qs, false, false, 0},  // three, in Arabic digits
+        {u"５"_qs, false, false, 0}, // a five as wide as Chinese characters
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(qPrintable(c.text.left(30)));
+        EXPECT_EQ(isValidInterval(c.text), c.isValid);
+        EXPECT_EQ(canBecomeInterval(c.text), c.canBecome);
+        EXPECT_EQ(intervalValue(c.text), c.value);
+    }
+}
+
+AlarmForm tea(Alarm::Kind row) {
+    AlarmForm form;
+    form.row = row;
+    form.title = u"Tea"_qs;
+    form.interval = u"5"_qs;
+    form.atTimePicker = QTime(18, 30);
+    form.atTimePickerDate = form.atDatePicker = QDate(2026, 11, 15);
+    form.atAlarmTimePicker = QTime(7, 30);
+    form.snoozeTime = 9;
+    form.soundPath = u"/rings/Ping.aiff"_qs;
+    form.voiceName = u"Alex"_qs;
+    return form;
+}
+
+TEST(Description, SaysWhatTheFormSays) {
+    struct Case {
+        const char* sentence;
+        Alarm::Kind row;
+        void (*change)(AlarmForm&);
+    };
+    const Case cases[] = {
+        {"In 5 minute(s) alarm 'Tea' will be played with sound 'Ping' fading in.", Alarm::Relative,
+         [](AlarmForm& f) { f.isPlaySound = f.shouldFadeIn = true; }},
+        {"Every 2 hour(s) alarm 'Tea' will be spoken by voice 'Alex' and sound 'Ping' will be "
+         "played.",
+         Alarm::Relative,
+         [](AlarmForm& f) {
+             f.interval = u"2"_qs;
+             f.isMinuteUnits = false;
+             f.shouldRepeat = f.isPlaySound = f.isSpeakAlarmName = true;
+         }},
+        {"On every Monday Friday At 07:30 AM alarm 'Tea' will be activated.", Alarm::Weekly,
+         [](AlarmForm& f) {
+             f.weekdays = {Weekday::Monday, Weekday::Friday};
+             f.shouldUseForever = true;
+         }},
+        {"On Sunday At 19:05 PM alarm 'Tea' will be activated.", Alarm::Weekly,
+         [](AlarmForm& f) {
+             f.weekdays = {Weekday::Sunday};
+             f.atAlarmTimePicker = QTime(19, 5);
+         }},
+        {"At 00:00 AM alarm 'Tea' will be activated.", Alarm::Weekly,
+         [](AlarmForm& f) {
+             f.shouldUseForever = true;
+             f.atAlarmTimePicker = QTime(0, 0);
+         }},
+        {"On Nov 15 at 18:30 alarm 'Tea' will be spoken by voice 'Alex'.", Alarm::Dated,
+         [](AlarmForm& f) { f.isSpeakAlarmName = true; }},
+        // The date picker alone does not change the date of the sentence.
+        {"On Nov 15 at 18:30 alarm 'Tea' will be activated.", Alarm::Dated,
+         [](AlarmForm& f) { f.atDatePicker = QDate(2126, 12, 24); }},
+        // A night on which 02:30 does not exist in Berlin.
+        {"On Mar 29 at 02:30 alarm 'Tea' will be activated.", Alarm::Dated,
+         [](AlarmForm& f) {
+             f.atTimePickerDate = QDate(2026, 3, 29);
+             f.atTimePicker = QTime(2, 30);
+         }},
+        {"In 0 minute(s) alarm '' will be activated.", Alarm::Relative,
+         [](AlarmForm& f) {
+             f.title.clear();
+             f.interval.clear();
+             f.isPlaySound = f.isSpeakAlarmName = f.shouldFadeIn = true;
+             f.soundPath.clear();
+             f.voiceName.clear();
+         }},
+        {"In 5 minute(s) alarm 'Tea' will be spoken by voice 'Alex' and sound 'a.b' will be "
+         "played fading in.",
+         Alarm::Relative,
+         [](AlarmForm& f) {
+             f.isPlaySound = f.isSpeakAlarmName = f.shouldFadeIn = true;
+             f.soundPath = u"/x.y/a.b.ogg"_qs;
+         }},
+        {"In 5 minute(s) alarm '%1 \"<b>' %n'' will be activated.", Alarm::Relative,
+         [](AlarmForm& f) { f.title = u"%1 \"<b>' %n'"_qs; }},
+    };
+    for (const Case& c : cases) {
+        AlarmForm form = tea(c.row);
+        c.change(form);
+        EXPECT_EQ(manageDescriptionLabel(form, QLocale(u"en_US"_qs)).toStdString(), c.sentence);
+    }
+}
+
+TEST(Validation, CollectsWhatIsMissingAndGoesToTheLastField) {
+    AlarmForm form = tea(Alarm::Relative);
+    EXPECT_TRUE(faultsOf(form).message.isEmpty());
+    for (const QString& refused : {QString(), u"0"_qs, u"12a"_qs}) {
+        form.interval = refused;
+        EXPECT_EQ(faultsOf(form).message, u"Alarm time is not set.\n"_qs);
+        EXPECT_EQ(faultsOf(form).field, FormFaults::Field::Interval);
+    }
+
+    form.isPlaySound = form.isSpeakAlarmName = true;
+    EXPECT_EQ(faultsOf(form).message, u"Alarm time is not set.\n"_qs);
+    form.title.clear();
+    form.soundPath.clear();
+    form.voiceName.clear();
+    EXPECT_EQ(faultsOf(form).message, u"Title must not be empty.\n"
+                                      "Alarm time is not set.\n"
+                                      "Please select sound to play.\n"
+                                      "Please select voice to speak with.\n"_qs);
+    EXPECT_EQ(faultsOf(form).field, FormFaults::Field::Interval);
+
+    form.row = Alarm::Dated;
+    form.isPlaySound = form.isSpeakAlarmName = false;
+    EXPECT_EQ(faultsOf(form).message, u"Title must not be empty.\n"_qs);
+    EXPECT_EQ(faultsOf(form).field, FormFaults::Field::Title);
+}
+
+TEST(Enabling, FollowsTheRowAndWhatWasTouchedLast) {
+    AlarmForm form = tea(Alarm::Relative);
+    FormEnabling enabling;
+    enabling.alarmTimeRadioChanged(form);
+    EXPECT_EQ(enabling, FormEnabling{.interval = true});
+    enabling.everyDayCheckChanged(form);
+    EXPECT_EQ(enabling, FormEnabling{.interval = true});
+
+    form.row = Alarm::Dated;
+    enabling.alarmTimeRadioChanged(form);
+    EXPECT_EQ(enabling, (FormEnabling{.atTimePicker = true, .date = true}));
+    form.shouldUseEveryDay = true;
+    enabling.everyDayCheckChanged(form);
+    EXPECT_EQ(enabling, FormEnabling{.atTimePicker = true});
+    enabling.alarmTimeRadioChanged(form); // does not look at the every-day box
+    EXPECT_EQ(enabling, (FormEnabling{.atTimePicker = true, .date = true}));
+
+    form.row = Alarm::Weekly;
+    enabling.alarmTimeRadioChanged(form);
+    EXPECT_EQ(enabling, FormEnabling{.weekly = true});
+    form.shouldUseEveryDay = false;
+    enabling.everyDayCheckChanged(form); // lets the date be used, to no effect
+    EXPECT_EQ(enabling, (FormEnabling{.date = true, .weekly = true}));
+    form.weekdays = {Weekday::Friday};
+    enabling.actDaysCheckBoxSelected(form);
+    EXPECT_TRUE(enabling.foreverCheck);
+    enabling.alarmTimeRadioChanged(form);
+    EXPECT_EQ(enabling, (FormEnabling{.weekly = true, .foreverCheck = true}));
+}
+
+TEST(Enabling, FollowsTheBoxesOfSoundAndVoice) {
+    AlarmForm form = tea(Alarm::Relative);
+    FormEnabling enabling;
+    enabling.soundPathChanged(form);
+    EXPECT_TRUE(enabling.playButton);
+    enabling.playSoundCheckChanged(form);
+    EXPECT_EQ(enabling, FormEnabling{});
+
+    form.isPlaySound = form.isSpeakAlarmName = true;
+    form.soundPath.clear();
+    enabling.playSoundCheckChanged(form);
+    enabling.speakNameCheckChanged(form);
+    EXPECT_EQ(enabling,
+              (FormEnabling{
+                  .selectSoundButton = true, .shouldFadeInCheck = true, .voiceNamePopUp = true}));
+}
+
+// A Wednesday.
+const QDateTime wednesday = at("2026-11-18 08:00:20");
+
+TEST(Building, FindsTheMoment) {
+    struct Case {
+        const char* what;
+        const char* expected;
+        void (*change)(AlarmForm&);
+        QString todaysName = u"Wednesday"_qs;
+    };
+    const Case cases[] = {
+        {"relative alarms have none", "none", [](AlarmForm& f) { f.row = Alarm::Relative; }},
+        {"date of one picker, time of the other", "2126-12-24T18:30:00+01:00",
+         [](AlarmForm& f) {
+             f.row = Alarm::Dated;
+             f.atDatePicker = QDate(2126, 12, 24);
+         }},
+        {"a time that the night skips", "2026-03-29T03:30:00+02:00",
+         [](AlarmForm& f) {
+             f.row = Alarm::Dated;
+             f.atDatePicker = QDate(2026, 3, 29);
+             f.atTimePicker = QTime(2, 30);
+         }},
+        {"no day ticked: today, also when past", "2026-11-18T07:30:00+01:00", [](AlarmForm&) {}},
+        {"today ticked and ahead", "2026-11-18T09:00:00+01:00",
+         [](AlarmForm& f) {
+             f.weekdays = {Weekday::Wednesday};
+             f.atAlarmTimePicker = QTime(9, 0);
+         }},
+        {"today ticked and past", "2026-11-20T07:30:00+01:00",
+         [](AlarmForm& f) {
+             f.weekdays = {Weekday::Wednesday, Weekday::Friday};
+         }},
+        {"only today ticked and past: a week", "2026-11-25T07:30:00+01:00",
+         [](AlarmForm& f) { f.weekdays = {Weekday::Wednesday}; }},
+        {"today not ticked", "2026-11-23T07:30:00+01:00",
+         [](AlarmForm& f) { f.weekdays = {Weekday::Monday}; }},
+        {"a language in which today has another name", "2026-11-18T07:30:00+01:00",
+         [](AlarmForm& f) { f.weekdays = {Weekday::Monday}; }, u"Mittwoch"_qs},
+    };
+    for (const Case& c : cases) {
+        AlarmForm form = tea(Alarm::Weekly);
+        c.change(form);
+        EXPECT_EQ(text(timeOf(form, wednesday, c.todaysName)), c.expected) << c.what;
+    }
+}
+
+TEST(Building, HandsOverEverySettingOfEachKind) {
+    VirtualRunLoop loop(wednesday);
+    AlarmForm form = tea(Alarm::Relative);
+    form.isMinuteUnits = false;
+    form.shouldRepeat = form.isPlaySound = form.shouldFadeIn = form.isSpeakAlarmName = true;
+    form.weekdays = {Weekday::Monday, Weekday::Sunday};
+    form.shouldUseForever = true;
+
+    AlarmPtr alarm = alarmBuiltFrom(form, loop, nullptr, u"Wednesday"_qs);
+    EXPECT_EQ(alarm->title(), u"Tea"_qs);
+    EXPECT_EQ(alarm->selRowNo(), 0);
+    EXPECT_EQ(alarm->ringWithinUnits(), 5);
+    EXPECT_EQ(alarm->snoozeTime(), 9);
+    EXPECT_FALSE(alarm->isMinuteUnits() || alarm->isTimeWithDate() || alarm->shouldUseEveryDay());
+    EXPECT_TRUE(alarm->shouldRepeat() && alarm->isPlaySound() && alarm->shouldFadeIn() &&
+                alarm->isSpeakAlarmName());
+    EXPECT_EQ(alarm->soundPath(), u"/rings/Ping.aiff"_qs);
+    EXPECT_EQ(alarm->voiceName(), u"Alex"_qs);
+    EXPECT_FALSE(alarm->storedTime().isValid() || alarm->storedRunTime().isValid());
+    EXPECT_TRUE(alarm->weekdays().isEmpty() && !alarm->shouldUseForever());
+
+    const AlarmPtr running = Alarm::create(loop);
+    running->setRunTime(at("2026-11-18 07:00"));
+    form.row = Alarm::Dated;
+    alarm = alarmBuiltFrom(form, loop, running.get(), u"Wednesday"_qs);
+    EXPECT_TRUE(alarm->isTimeWithDate());
+    EXPECT_EQ(text(alarm->time()), "2026-11-15T18:30:00+01:00");
+    EXPECT_EQ(alarm->storedRunTime(), running->storedRunTime());
+
+    form.row = Alarm::Weekly;
+    alarm = alarmBuiltFrom(form, loop, running.get(), u"Wednesday"_qs);
+    EXPECT_FALSE(alarm->isTimeWithDate());
+    EXPECT_EQ(alarm->weekdays(), form.weekdays);
+    EXPECT_TRUE(alarm->shouldUseForever());
+    EXPECT_EQ(text(alarm->time()), "2026-11-22T07:30:00+01:00");
+    EXPECT_EQ(alarm->storedRunTime(), alarm->time());
+}
+
+TEST(Filling, IsUndoneByBuilding) {
+    VirtualRunLoop loop(wednesday);
+    for (const Alarm::Kind row : {Alarm::Relative, Alarm::Dated, Alarm::Weekly}) {
+        AlarmForm form = tea(row);
+        form.weekdays = {Weekday::Wednesday};
+        const AlarmPtr alarm = alarmBuiltFrom(form, loop, nullptr, u"Wednesday"_qs);
+        const AlarmForm filled = formFilledFrom(*alarm, newAlarmForm(wednesday, 1));
+        const AlarmPtr again = alarmBuiltFrom(filled, loop, nullptr, u"Wednesday"_qs);
+        EXPECT_EQ(text(again->time()), text(alarm->time())) << row;
+        EXPECT_EQ(manageDescriptionLabel(filled), manageDescriptionLabel(form));
+    }
+}
+
+TEST(Filling, StandsDamagedRecords) {
+    VirtualRunLoop loop(wednesday);
+    const AlarmForm blank = newAlarmForm(at("2026-11-18 23:59:30"), 1);
+    EXPECT_EQ(blank.atDatePicker, QDate(2026, 11, 19));
+    EXPECT_EQ(blank.atTimePicker, QTime(0, 0));
+
+    const AlarmPtr alarm = Alarm::create(loop);
+    alarm->setSelRowNo(-1);
+    EXPECT_EQ(formFilledFrom(*alarm, blank).row, Alarm::Relative);
+    alarm->setSelRowNo(77);
+    const AlarmForm form = formFilledFrom(*alarm, blank);
+    EXPECT_EQ(form.row, Alarm::Weekly);
+    EXPECT_EQ(form.atAlarmTimePicker, blank.atAlarmTimePicker); // it has no time
+}
+
+TEST(Preview, CountsTheVolumeBy255AndTellsItBy256) {
+    EXPECT_FLOAT_EQ(previewVolume(128), 128.0F / 255.0F);
+    EXPECT_EQ(previewVolumeToolTip(128), u"Using volume  50%"_qs);
+    EXPECT_EQ(previewVolumeToolTip(255), u"Using volume 100%"_qs);
+    EXPECT_EQ(previewVolumeToolTip(0), u"Using volume   0%"_qs);
+}
+
+} // namespace
+
+} // namespace dorvane
