@@ -7,29 +7,31 @@ namespace dorvane {
 
 namespace {
 
-constexpr const char* help = R"(Usage: dorvane [option]
+constexpr const char* help = R"(Usage: dorvane [option] [address]
 
 An alarm clock and one-click timers behind a clock icon in the status area.
 While it runs, a second start opens its menu.
 
 Options:
-  --help     shows this text and ends
-  --version  shows the version and ends
+  -h, --help     shows this text and ends
+  -v, --version  shows the version and ends
+
+An address such as dorvane:create-alarm opens the alarm editor.
 )";
 
 } // namespace
 
 std::optional<int> answerCommandLine(const QStringList& arguments) {
     for (const QString& argument : arguments) {
-        if (argument == QStringLiteral("--version")) {
+        if (argument == QStringLiteral("--version") || argument == QStringLiteral("-v")) {
             std::puts("Dorvane " DORVANE_VERSION);
             return 0;
         }
-        if (argument == QStringLiteral("--help")) {
+        if (argument == QStringLiteral("--help") || argument == QStringLiteral("-h")) {
             std::fputs(help, stdout);
             return 0;
         }
-        if (argument.startsWith(QLatin1String("--"))) {
+        if (argument.startsWith(QLatin1Char('-'))) {
             std::fprintf(stderr, "dorvane: unknown option %s; see --help\n", qPrintable(argument));
             return 2;
         }

@@ -15,6 +15,7 @@ Desktop::Desktop()
                propertyLists, runLoop)
     , soundPlayer(runLoop, bundle.modulePath(QStringLiteral("dorvane_sound.so")))
     , speech(runLoop, soundPlayer, bundle.modulePath(QStringLiteral("dorvane_speech.so")))
+    , recorder(runLoop, bundle.modulePath(QStringLiteral("dorvane_recording.so")))
     , workspace(QDBusConnection::sessionBus())
     , appearance(QDBusConnection::sessionBus())
     , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {}

@@ -5,6 +5,7 @@
 #include "platform/linux/DesktopWorkspace.h"
 #include "platform/linux/LibplistFormat.h"
 #include "platform/linux/LogindPowerMonitor.h"
+#include "platform/linux/ModuleAudioRecorder.h"
 #include "platform/linux/ModuleSoundPlayer.h"
 #include "platform/linux/ModuleSpeechService.h"
 #include "platform/linux/PortalAppearance.h"
@@ -29,6 +30,7 @@ struct Desktop {
     PropertyListDefaults defaults;
     ModuleSoundPlayer soundPlayer;
     ModuleSpeechService speech;
+    ModuleAudioRecorder recorder;
     DesktopWorkspace workspace;
     LogindPowerMonitor powerMonitor;
     PortalAppearance appearance;

@@ -7,9 +7,12 @@
 #include "core/AlarmArchive.h"
 #include "core/Clock.h"
 #include "core/StoredAlarms.h"
+#include "editor/AlarmSetController.h"
+#include "editor/SpokenVoices.h"
 #include "firing/SoundRepeat.h"
 #include "menubar/AlarmMenuController.h"
 #include "sounds/AudioStorageController.h"
+#include "sounds/ReminderController.h"
 
 // Every instance of which there is one: made on first use, on the main thread, and never destroyed,
 // so that no order of destruction has to be right.
@@ -22,6 +25,44 @@ const AlarmArchive& alarmArchive() {
     static const auto* const archive =
         new AlarmArchive(sharedDesktop().propertyLists, sharedDesktop().runLoop);
     return *archive;
+}
+
+VoiceService& editorVoices() {
+    static auto* const voices = new SpokenVoices(sharedDesktop().speech);
+    return *voices;
+}
+
+void openReminders() {
+    Desktop& desktop = sharedDesktop();
+    ReminderController::create(
+        {.runLoop = desktop.runLoop,
+         .notificationCenter = desktop.notifications,
+         .recorder = desktop.recorder,
+         .player = desktop.soundPlayer,
+         .workspace = desktop.workspace,
+         .bundle = desktop.bundle,
+         .user = desktop.folders,
+         .isSound =
+             [](const QString& path) {
+                 return AudioStorageController::sharedController().soundFileTypes().isSound(path);
+             }})
+        ->show();
+}
+
+std::unique_ptr<AlarmSetController> makeEditor() {
+    Desktop& desktop = sharedDesktop();
+    return std::make_unique<AlarmSetController>(
+        AlarmEditorServices{.runLoop = desktop.runLoop,
+                            .bundle = desktop.bundle,
+                            .storedAlarms = sharedStoredAlarms(),
+                            .soundPlayer = desktop.soundPlayer,
+                            .soundRepeat = sharedSoundRepeat(),
+                            .audioStorage = AudioStorageController::sharedController(),
+                            .voices = editorVoices(),
+                            .workspace = desktop.workspace,
+                            .notificationCenter = desktop.notifications,
+                            .propertyLists = desktop.propertyLists,
+                            .openReminders = openReminders});
 }
 
 } // namespace
@@ -82,6 +123,7 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
                 [](const QString& path) {
                     return AudioStorageController::sharedController().isSystemSound(path);
                 },
+            .makeEditor = makeEditor,
             .presetSoundPath = [] { return AudioStorageController::sharedController().pingPath(); },
             .openPrefs = {},
             .showGoogleHelp = [&application] { application.showGoogleHelp(); },

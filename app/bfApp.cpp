@@ -58,8 +58,14 @@ void bfApp::terminate() {
     quit();
 }
 
-void bfApp::open(const LaunchRequest&) {
-    AlarmMenuController::mainMenuController().openMenu();
+void bfApp::open(const LaunchRequest& request) {
+    AlarmMenuController& controller = AlarmMenuController::mainMenuController();
+    const bool createsAlarm = request.action == QStringLiteral("create-alarm") ||
+                              request.uris.contains(QStringLiteral("dorvane:create-alarm"));
+    if (createsAlarm)
+        controller.createAlarm();
+    else
+        controller.openMenu();
 }
 
 void bfApp::storeActiveAlarms() {

@@ -29,7 +29,7 @@ public:
     // The quit sequence; ends the main loop with status 0. A second call does nothing more.
     void terminate();
 
-    // What a further launch of the program asks for: opens the menu.
+    // What a further launch of the program asks for: an editor, or else the menu.
     void open(const LaunchRequest& request);
 
     void storeActiveAlarms();

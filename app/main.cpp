@@ -38,13 +38,16 @@ int main(int argc, char** argv) {
 
     SingleInstance instance(QDBusConnection::sessionBus(),
                             SingleInstance::lockFolder(xdgFolders().caches));
-    const auto standing = instance.claim(LaunchRequest{.action = {}, .uris = arguments});
+    const LaunchRequest request{.action = {}, .uris = arguments};
+    const auto standing = instance.claim(request);
     if (standing != SingleInstance::Standing::First)
         return statusOf(standing);
 
     bfApp application(argc, argv);
     application.finishLaunching();
-    instance.setRequested([&](const LaunchRequest& request) { application.open(request); });
+    instance.setRequested([&](const LaunchRequest& further) { application.open(further); });
+    if (!request.uris.isEmpty())
+        application.open(request);
     const int status = bfApp::exec();
     // What had to be done in order is done. The sound engine's threads, which nobody waits for,
     // must not meet an application that is being taken apart.

@@ -6,10 +6,13 @@
 #include "core/NotificationNames.h"
 #include "core/Rearm.h"
 #include "core/StoredAlarms.h"
+#include "editor/AlarmSetController.h"
 #include "firing/SnoozeWindowController.h"
 #include "platform/Appearance.h"
 #include "platform/Bundle.h"
 #include "platform/StatusItem.h"
+
+#include <algorithm>
 
 namespace dorvane {
 
@@ -50,9 +53,9 @@ MenuCommands AlarmMenuController::menuCommands() {
     const auto onAlarm = [this](void (AlarmMenuController::*command)(const AlarmPtr&)) {
         return [this, command](const AlarmPtr& alarm) { (this->*command)(alarm); };
     };
-    return {.createAlarm = {},
+    return {.createAlarm = [this] { createAlarm(); },
             .createPreAlarm = [this](int minutes) { createPreAlarm(minutes); },
-            .editAlarm = {},
+            .editAlarm = onAlarm(&AlarmMenuController::editAlarm),
             .clearFromMenu = onAlarm(&AlarmMenuController::clearFromMenu),
             .saveFromMenu = onAlarm(&AlarmMenuController::saveFromMenu),
             .deleteAlarm = onAlarm(&AlarmMenuController::deleteAlarm),
@@ -69,6 +72,49 @@ void AlarmMenuController::darkModeChanged() {
     m_statusView.setBackgroundImage(m_surroundings.bundle.resourcePath(
         m_surroundings.appearance.isDark() ? QStringLiteral("images/ClockIconWhite.svg")
                                            : QStringLiteral("images/ClockIcon.svg")));
+}
+
+void AlarmMenuController::createAlarm() {
+    showEditor(nullptr);
+}
+
+void AlarmMenuController::editAlarm(const AlarmPtr& alarm) {
+    showEditor(alarm);
+}
+
+void AlarmMenuController::showEditor(const AlarmPtr& alarm) {
+    AlarmSetController* const editor = m_editors.emplace_back(m_surroundings.makeEditor()).get();
+    editor->setDelegate(this);
+    QObject::connect(editor, &QDialog::finished, editor, [this, editor] { editorClosed(editor); });
+    editor->showWithAlarm(alarm);
+}
+
+void AlarmMenuController::editorClosed(const AlarmSetController* editor) {
+    const auto found = std::find_if(m_editors.begin(), m_editors.end(),
+                                    [&](const auto& open) { return open.get() == editor; });
+    found->release()->deleteLater(); // it is what called
+    m_editors.erase(found);
+    // It may have changed the library.
+    m_surroundings.clock.alarmDidChange();
+}
+
+void AlarmMenuController::acceptedAlarm(AlarmSetController& editor, const AlarmPtr& alarm) {
+    if (editor.editingOne())
+        takeEdited(editor.editingOne(), alarm);
+    else
+        m_surroundings.clock.insertAlarm(alarm);
+    alarm->setDelegate(this);
+}
+
+// A running alarm goes on as the new one, from where it was; a stored one stays stored only.
+void AlarmMenuController::takeEdited(const AlarmPtr& old, const AlarmPtr& alarm) {
+    if (!old->isActive())
+        return;
+    if (alarm->selRowNo() == Alarm::Weekly)
+        alarm->setRunTime(alarm->time());
+    alarm->setIsActive(true); // or deleting it would look for it in the library
+    if (!m_surroundings.clock.replaceAlarm(old, alarm))
+        m_surroundings.clock.insertAlarm(alarm); // it rang its last while it was being edited
 }
 
 void AlarmMenuController::createPreAlarm(int minutes) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/AlarmDelegate.h"
+#include "editor/AlarmEditorDelegate.h"
 #include "editor/AlarmSetPreController.h"
 #include "firing/AlarmRinger.h"
 #include "firing/SnoozeWindowControllerDelegate.h"
@@ -12,9 +13,12 @@
 #include "platform/NotificationCenter.h"
 
 #include <functional>
+#include <memory>
+#include <vector>
 
 namespace dorvane {
 
+class AlarmSetController;
 class Appearance;
 class Bundle;
 class Clock;
@@ -26,6 +30,7 @@ class StoredAlarms;
 // snooze windows and of the presets, and carries out what becomes of an alarm after it rang. Main
 // thread only.
 class AlarmMenuController final : public AlarmDelegate,
+                                  public AlarmEditorDelegate,
                                   public AlarmPresetDelegate,
                                   public SnoozeWindowControllerDelegate {
 public:
@@ -43,6 +48,8 @@ public:
         SpeechService& speech;
         // See AlarmRinger.
         std::function<bool(const QString& path)> isSystemSound;
+        // Makes an editor window, not shown yet.
+        std::function<std::unique_ptr<AlarmSetController>()> makeEditor;
         // The full path of the sound that quick alarms play.
         std::function<QString()> presetSoundPath;
         // Commands of the menu that are not about alarms; an empty one shows its entry disabled.
@@ -60,6 +67,10 @@ public:
     // The one instance of the application.
     static AlarmMenuController& mainMenuController();
 
+    // Opens an editor for a new alarm.
+    void createAlarm();
+    // Opens an editor for a running or a stored alarm.
+    void editAlarm(const AlarmPtr& alarm);
     // Starts a quick alarm.
     void createPreAlarm(int minutes);
     // Starts a stored alarm.
@@ -83,6 +94,7 @@ public:
     void openMenu() { m_statusView.mouseDown(); }
 
     void alarmTriggered(const AlarmPtr& alarm) override;
+    void acceptedAlarm(AlarmSetController& editor, const AlarmPtr& alarm) override;
     void acceptedPreAlarm(AlarmSetPreController& controller, const AlarmPtr& alarm) override;
     void snoozeWindowDidSnooze(SnoozeWindowController& window) override;
     void snoozeWindowDidClear(SnoozeWindowController& window) override;
@@ -90,6 +102,9 @@ public:
 private:
     [[nodiscard]] MenuCommands menuCommands();
     void darkModeChanged();
+    void showEditor(const AlarmPtr& alarm);
+    void editorClosed(const AlarmSetController* editor);
+    void takeEdited(const AlarmPtr& old, const AlarmPtr& alarm);
 
     Surroundings m_surroundings;
     StatusMenu m_ourMenu;
@@ -97,6 +112,7 @@ private:
     MainMenuConstructor m_menuConstructor;
     TextSpeaker m_textSpeaker;
     AlarmRinger m_ringer;
+    std::vector<std::unique_ptr<AlarmSetController>> m_editors;
     NotificationCenter::Observation m_menuObservation;
 };
 

@@ -108,6 +108,7 @@ protected:
          .repeat = m_repeat,
          .speech = m_speech,
          .isSystemSound = [](const QString& path) { return path == QStringLiteral("ping"); },
+         .makeEditor = {},
          .presetSoundPath = [] { return QStringLiteral("ping"); },
          .openPrefs = {},
          .showGoogleHelp = {},
