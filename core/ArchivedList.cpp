@@ -23,7 +23,12 @@ std::optional<std::vector<AlarmPtr>> ArchivedList::load() {
 }
 
 void ArchivedList::save(const std::vector<AlarmPtr>& alarms) {
-    m_defaults.setValue(m_key, m_archive.archivedData(alarms));
+    const QByteArray data = m_archive.archivedData(alarms);
+    if (data.isEmpty()) { // out of memory: the list that is stored is better than none
+        qCWarning(logCore).noquote() << m_key << "cannot be archived and stays as it is";
+        return;
+    }
+    m_defaults.setValue(m_key, data);
     m_defaults.synchronize();
 }
 
