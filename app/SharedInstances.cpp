@@ -14,6 +14,8 @@
 #include "sounds/AudioStorageController.h"
 #include "sounds/ReminderController.h"
 
+#include <QIcon>
+
 // Every instance of which there is one: made on first use, on the main thread, and never destroyed,
 // so that no order of destruction has to be right.
 
@@ -49,7 +51,15 @@ void openReminders() {
         ->show();
 }
 
+// With the first window that has a frame, so that a start does not pay for it.
+void showWindowIcon() {
+    if (bfApp::windowIcon().isNull())
+        bfApp::setWindowIcon(
+            QIcon(sharedDesktop().bundle.resourcePath(QStringLiteral("Dorvane.svg"))));
+}
+
 std::unique_ptr<AlarmSetController> makeEditor() {
+    showWindowIcon();
     Desktop& desktop = sharedDesktop();
     return std::make_unique<AlarmSetController>(
         AlarmEditorServices{.runLoop = desktop.runLoop,
