@@ -32,37 +32,26 @@ TEST(AlarmTest, dueTimeOfEachKind) {
         int snooze;
         const char* expected;
     };
+    // clang-format off
     const Case cases[] = {
-        {"dated, seconds cut", 1, true, false, 0, "2026-11-24 07:00:45", nullptr, 0,
-         "2026-11-24T07:00:00+01:00"},
-        {"dated, snoozed", 1, true, false, 0, "2026-11-24 07:00:45", nullptr, 10,
-         "2026-11-24T07:10:00+01:00"},
-        {"dated over midnight", 1, true, false, 0, "2026-12-31 23:55", nullptr, 9,
-         "2027-01-01T00:04:00+01:00"},
-        {"dated, whatever the kind", 0, true, true, 5, "2026-11-24 07:00", nullptr, 0,
-         "2026-11-24T07:00:00+01:00"},
-        {"weekly, seconds kept", 2, false, false, 0, "2026-11-24 07:00:45", nullptr, 0,
-         "2026-11-24T07:00:45+01:00"},
-        {"unknown kind as weekly", 3, false, true, 5, "2026-11-24 07:00:45", nullptr, 0,
-         "2026-11-24T07:00:45+01:00"},
-        {"minutes", 0, false, true, 75, nullptr, "2026-11-24 09:00:30", 0,
-         "2026-11-24T10:15:30+01:00"},
-        {"hours", 0, false, false, 36, nullptr, "2026-11-24 09:00:30", 0,
-         "2026-11-25T21:00:30+01:00"},
+        {"dated, seconds cut", 1, true, false, 0, "2026-11-24 07:00:45", nullptr, 0, "2026-11-24T07:00:00+01:00"},
+        {"dated, snoozed", 1, true, false, 0, "2026-11-24 07:00:45", nullptr, 10, "2026-11-24T07:10:00+01:00"},
+        {"dated over midnight", 1, true, false, 0, "2026-12-31 23:55", nullptr, 9, "2027-01-01T00:04:00+01:00"},
+        {"dated, whatever the kind", 0, true, true, 5, "2026-11-24 07:00", nullptr, 0, "2026-11-24T07:00:00+01:00"},
+        {"weekly, seconds kept", 2, false, false, 0, "2026-11-24 07:00:45", nullptr, 0, "2026-11-24T07:00:45+01:00"},
+        {"unknown kind as weekly", 3, false, true, 5, "2026-11-24 07:00:45", nullptr, 0, "2026-11-24T07:00:45+01:00"},
+        {"minutes", 0, false, true, 75, nullptr, "2026-11-24 09:00:30", 0, "2026-11-24T10:15:30+01:00"},
+        {"hours", 0, false, false, 36, nullptr, "2026-11-24 09:00:30", 0, "2026-11-25T21:00:30+01:00"},
         {"never started", 0, false, true, 10, nullptr, nullptr, 0, "2026-11-21T08:10:00+01:00"},
-        {"stored time of a relative one is not read", 0, false, true, 10, "2020-01-01 00:00",
-         nullptr, 0, "2026-11-21T08:10:00+01:00"},
+        {"stored time of a relative one is not read", 0, false, true, 10, "2020-01-01 00:00", nullptr, 0, "2026-11-21T08:10:00+01:00"},
         {"no time", 1, true, false, 0, nullptr, nullptr, 0, "none"},
-        {"ten million hours are bounded", 0, false, false, 9'999'999'999, nullptr,
-         "2026-11-24 09:00", 0, "2227-04-25T10:00:00+02:00"},
+        {"ten million hours are bounded", 0, false, false, 9'999'999'999, nullptr, "2026-11-24 09:00", 0, "2227-04-25T10:00:00+02:00"},
         // A timer counts minutes that pass, on the nights when clocks are set as well.
-        {"into the missing hour", 0, false, true, 90, nullptr, "2026-03-29 01:30", 0,
-         "2026-03-29T04:00:00+02:00"},
-        {"into the doubled hour", 0, false, true, 90, nullptr, "2026-10-25 01:45", 0,
-         "2026-10-25T02:15:00+01:00"},
-        {"snooze across the missing hour", 1, true, false, 0, "2026-03-29 01:55", nullptr, 10,
-         "2026-03-29T03:05:00+02:00"},
+        {"into the missing hour", 0, false, true, 90, nullptr, "2026-03-29 01:30", 0, "2026-03-29T04:00:00+02:00"},
+        {"into the doubled hour", 0, false, true, 90, nullptr, "2026-10-25 01:45", 0, "2026-10-25T02:15:00+01:00"},
+        {"snooze across the missing hour", 1, true, false, 0, "2026-03-29 01:55", nullptr, 10, "2026-03-29T03:05:00+02:00"},
     };
+    // clang-format on
     for (const Case& c : cases) {
         VirtualRunLoop loop(at("2026-11-21 08:00"));
         const AlarmPtr alarm = Alarm::create(loop);
