@@ -17,6 +17,7 @@ Desktop::Desktop()
     , speech(runLoop, soundPlayer, bundle.modulePath(QStringLiteral("dorvane_speech.so")))
     , recorder(runLoop, bundle.modulePath(QStringLiteral("dorvane_recording.so")))
     , workspace(QDBusConnection::sessionBus())
+    , urlSchemes(folders)
     , appearance(QDBusConnection::sessionBus())
     , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {}
 

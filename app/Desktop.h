@@ -12,6 +12,7 @@
 #include "platform/linux/PropertyListDefaults.h"
 #include "platform/linux/QtRunLoop.h"
 #include "platform/linux/TrayStatusItem.h"
+#include "platform/linux/XdgUrlSchemes.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UserFolders.h"
 
@@ -32,6 +33,7 @@ struct Desktop {
     ModuleSpeechService speech;
     ModuleAudioRecorder recorder;
     DesktopWorkspace workspace;
+    XdgUrlSchemes urlSchemes;
     LogindPowerMonitor powerMonitor;
     PortalAppearance appearance;
     TrayStatusItem statusItem;

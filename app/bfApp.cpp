@@ -15,6 +15,8 @@
 
 namespace dorvane {
 
+using namespace std::chrono_literals;
+
 bfApp::bfApp(int& argc, char** argv) : QApplication(argc, argv) {
     setApplicationName(QStringLiteral("Dorvane"));
     setDesktopFileName(QStringLiteral("com.brackenfold.Dorvane"));
@@ -33,7 +35,11 @@ void bfApp::finishLaunching() {
     desktop.powerMonitor.setPoweredOn([&desktop] { desktop.notifications.post(wakeNotification); });
 
     AlarmMenuController& controller = AlarmMenuController::mainMenuController();
+    desktop.defaults.registerDefaults({{QStringLiteral("NSApplicationCrashOnExceptions"), true}});
     ouputRunningInfo(desktop.bundle);
+    // It starts programs of the desktop, which a start must not be slower for.
+    m_schemeCheck = desktop.runLoop.scheduleOnce(
+        2s, [this, &desktop] { checkEditorAssignments(desktop.bundle); }, RunLoopMode::Default);
     restoreActiveAlarms();
     controller.updateStatusView();
 }
@@ -94,6 +100,27 @@ QString bfApp::ouputRunningInfo(const Bundle& bundle) {
                                     .arg(name, bundle.infoString(QStringLiteral("CFBundleVersion")),
                                          system);
     return name;
+}
+
+void bfApp::checkEditorAssignments(const Bundle& bundle) {
+    const QVariantList types =
+        bundle.infoDictionary().value(QStringLiteral("CFBundleURLTypes")).toList();
+    const QVariant schemes = types.value(0).toMap().value(QStringLiteral("CFBundleURLSchemes"));
+    if (!schemes.isValid()) {
+        qCWarning(logApp, "Error - plist no setup correctly for schema--  add CFBundleURLTypes / "
+                          "CFBundleURLSchemes keys");
+        return;
+    }
+    UrlSchemes& handlers = sharedDesktop().urlSchemes;
+    const QString bundlePath = bundle.bundlePath();
+    for (const QString& scheme : schemes.toStringList())
+        handlers.applicationForScheme(
+            scheme, [&handlers, scheme, bundlePath](const UrlSchemes::Handler& handler) {
+                if (handler.status != 0)
+                    qCInfo(logApp, "error %d, %s// schema", handler.status, qPrintable(scheme));
+                if (handler.status != 0 || handler.bundlePath != bundlePath)
+                    handlers.registerBundle(bundlePath, scheme);
+            });
 }
 
 } // namespace dorvane

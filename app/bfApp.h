@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/linux/UnixSignals.h"
+#include "platform/RunLoop.h"
 
 #include <QApplication>
 
@@ -41,10 +42,14 @@ public:
     // Writes what runs on what to the log; returns the program's name.
     QString ouputRunningInfo(const Bundle& bundle);
 
+    // Makes this program the one that opens addresses of its own schemes, where it is not yet.
+    void checkEditorAssignments(const Bundle& bundle);
+
 private:
     void watchForTheEnd();
 
     std::optional<UnixSignals> m_signals;
+    RunLoopTimer m_schemeCheck;
     bool m_isTerminating = false;
 };
 

@@ -124,6 +124,9 @@ void SnoozeWindowController::close() {
     if (!m_window)
         return;
     m_window->hide();
+    // The alarm and its window hold each other: the alarm lets go here.
+    if (m_windowAlarm->context().get() == this)
+        m_windowAlarm->setContext(nullptr);
     // A button of the window may be what called: the window goes when it has returned.
     m_window.release()->deleteLater();
     m_runLoop.defer([self = std::move(m_self)] {});

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/UrlSchemes.h"
+#include "platform/UserFolders.h"
+
+#include <QObject>
+
+namespace dorvane {
+
+// The handlers of x-scheme-handler/… types, asked and set through xdg-mime.
+class XdgUrlSchemes final : public UrlSchemes {
+public:
+    explicit XdgUrlSchemes(const UserFolders& folders);
+
+    void applicationForScheme(const QString& scheme,
+                              std::function<void(const Handler&)> answer) override;
+
+    // Through a desktop file of its own that no menu shows.
+    void registerBundle(const QString& bundlePath, const QString& scheme) override;
+
+private:
+    QString m_applicationsFolder;
+    QObject m_context;
+};
+
+} // namespace dorvane
