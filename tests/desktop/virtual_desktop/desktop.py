@@ -114,6 +114,9 @@ class VirtualDesktop:
     def start_in_panel(self, user: User, **env: str) -> tuple[Program, Rect]:
         """Starts Dorvane and finds its icon, by what appears in the panel."""
         area = self.panel.AREA
+        # The panel takes a moment to drop the icon of a program that has just ended.
+        wait_for("the old icon to go", lambda: self.panel.icon_count() == 0)
+        time.sleep(0.3)
         before = self.screen.picture()
         program = self.start(user, **env)
         self.panel.wait_for_icon()
