@@ -64,10 +64,14 @@ protected:
                                    .arg(frequency)
                                    .arg(rate)
                                    .arg(seconds);
-        const QStringList arguments =
-            QStringList{QStringLiteral("-v"),    QStringLiteral("error"), QStringLiteral("-f"),
-                        QStringLiteral("lavfi"), QStringLiteral("-i"),    source} +
-            codec + QStringList{path};
+        const QStringList arguments = QStringList{QStringLiteral("-nostdin"),
+                                                  QStringLiteral("-v"),
+                                                  QStringLiteral("error"),
+                                                  QStringLiteral("-f"),
+                                                  QStringLiteral("lavfi"),
+                                                  QStringLiteral("-i"),
+                                                  source} +
+                                      codec + QStringList{path};
         EXPECT_EQ(QProcess::execute(QStringLiteral("ffmpeg"), arguments), 0) << qPrintable(name);
         return path;
     }
