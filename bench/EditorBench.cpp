@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What opening the editor costs with a large library, and its sound menu with thousands of files.
+
+#include "tests/editor/EditorFixture.h"
+#include "tests/support/Dates.h"
+
+#include <QApplication>
+#include <QFile>
+
+#include <benchmark/benchmark.h>
+
+using namespace dorvane;
+using namespace dorvane::testing;
+
+namespace {
+
+void openEditor(benchmark::State& state) {
+    EditorFixture fixture(at("2026-11-21 08:00"));
+    std::vector<AlarmPtr> alarms;
+    for (int i = 0; i < int(state.range(0)); ++i)
+        alarms.push_back(Alarm::initWithTime(fixture.loop, fixture.loop.now().addSecs(60 * i),
+                                             QStringLiteral("Alarm number %1").arg(i)));
+    fixture.defaults.setValue(QStringLiteral("StoredAlarmsKey"),
+                              fixture.archive.archivedData(alarms));
+    for (auto _ : state) {
+        AlarmSetController editor(fixture.services());
+        editor.showWithAlarm(nullptr);
+        QApplication::processEvents();
+    }
+}
+
+void soundMenu(benchmark::State& state) {
+    EditorFixture fixture(at("2026-11-21 08:00"));
+    const QString folder = fixture.storage.storedSoundsPath() + QStringLiteral("Sounds/");
+    for (int i = 0; i < int(state.range(0)); ++i) {
+        QFile file(folder + QStringLiteral("Sound number %1.mp3").arg(i));
+        if (!file.open(QIODevice::WriteOnly))
+            state.SkipWithError("cannot write a sound file");
+    }
+    QMenu menu;
+    for (auto _ : state) {
+        fixture.storage.fillMenuWithAddedSounds(menu, [](const QString&) {});
+        benchmark::DoNotOptimize(menu.sizeHint());
+    }
+}
+
+BENCHMARK(openEditor)->Arg(500)->Unit(benchmark::kMillisecond);
+BENCHMARK(soundMenu)->Arg(5000)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
