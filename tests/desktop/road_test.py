@@ -83,7 +83,7 @@ class RoadTest(DesktopTest):
         self.click_button(window, "Snooze")
         self.wait_until_quiet(program)
 
-        again = alarm.due + 60
+        again = int(alarm.due) + 60  # due times lie on whole seconds
         self.sleep_until(again - 2)
         self.assertEqual(self.ringing(program), [], "rings again too early")
         window = self.wait_for_ringing(program)[0]
