@@ -116,8 +116,7 @@ class VirtualDesktop:
         area = self.panel.AREA
         # The panel takes a moment to drop the icon of a program that has just ended.
         wait_for("the old icon to go", lambda: self.panel.icon_count() == 0)
-        time.sleep(0.3)
-        before = self.screen.picture()
+        before = self._settled_picture()
         program = self.start(user, **env)
         self.panel.wait_for_icon()
         icon = wait_for(
@@ -125,6 +124,16 @@ class VirtualDesktop:
             lambda: changed_rect(before, self.screen.picture(), area),
         )
         return program, icon
+
+    def _settled_picture(self) -> Picture:
+        """The screen once the panel has stopped changing."""
+        picture = self.screen.picture()
+        for _ in range(20):
+            time.sleep(0.3)
+            before, picture = picture, self.screen.picture()
+            if changed_rect(before, picture, self.panel.AREA) is None:
+                break
+        return picture
 
     def open_menu(self, icon: Rect) -> Menu:
         """Clicks the icon."""
