@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Desktop.h"
 
-#include "platform/linux/MainBundle.h"
-#include "platform/linux/XdgFolders.h"
+#include "platform/linux/folders/MainBundle.h"
+#include "platform/linux/folders/XdgFolders.h"
 
 #include <QDBusConnection>
 

@@ -6,7 +6,7 @@
 #include "core/ActiveAlarms.h"
 #include "core/NotificationNames.h"
 #include "menubar/AlarmMenuController.h"
-#include "platform/linux/LaunchRequest.h"
+#include "platform/linux/session/LaunchRequest.h"
 #include "platform/Log.h"
 
 #include <QSessionManager>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/linux/UnixSignals.h"
+#include "platform/linux/session/UnixSignals.h"
 #include "platform/RunLoop.h"
 
 #include <QApplication>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/bfApp.h"
 #include "app/CommandLine.h"
-#include "platform/linux/LaunchRequest.h"
-#include "platform/linux/SingleInstance.h"
-#include "platform/linux/XdgFolders.h"
+#include "platform/linux/folders/XdgFolders.h"
+#include "platform/linux/session/LaunchRequest.h"
+#include "platform/linux/session/SingleInstance.h"
 
 #include <QDBusConnection>
 

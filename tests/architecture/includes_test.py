@@ -3,7 +3,8 @@
 """Reads the #include lines for what the linker cannot see.
 
 A folder uses only what its arrow reaches, only app/ names concrete platform classes, core/ stays
-on Qt Core, and time comes from the run loop alone.
+on Qt Core, what becomes a loadable module is included by nobody else and includes nothing that the
+program links, and time comes from the run loop alone.
 """
 
 from __future__ import annotations
@@ -27,6 +28,9 @@ ARROWS = {
     "platform/linux": {"platform"},
 }
 FOLDERS = [*ARROWS, "app"]
+MODULE = re.compile(r"platform/linux/\w+/module/")
+# What the program and a module agree on, all of it without code.
+MODULE_FACE = re.compile(r"platform/linux/\w+/\w+(Module|Types)\.h$")
 
 # Qt's own headers that a folder on Qt Core alone may use are those that Qt Core installs.
 QT_CORE = Path("/usr/include/x86_64-linux-gnu/qt6/QtCore")
@@ -35,7 +39,7 @@ CLOCKS = re.compile(
     r"currentTime\(\)\s*\.|QTime::currentTime|currentMSecsSinceEpoch|currentSecsSinceEpoch|"
     r"system_clock::now|steady_clock::now|\bgettimeofday\b|\bstd::time\("
 )
-CLOCK_OWNER = "platform/linux/QtRunLoop"
+CLOCK_OWNER = "platform/linux/session/QtRunLoop"
 
 
 def reach(folder: str) -> set[str]:
@@ -54,6 +58,14 @@ def folder_of(path: str) -> str | None:
     return None
 
 
+def crosses_a_module(name: str, include: str) -> bool:
+    """Whether a module and what the program links meet elsewhere than in the module's face."""
+    own, other = MODULE.match(name), MODULE.match(include)
+    if other:
+        return not own or own[0] != other[0]
+    return bool(own) and include.startswith("platform/linux/") and not MODULE_FACE.match(include)
+
+
 def faults_of(file: Path) -> list[str]:
     name = str(file.relative_to(ROOT))
     folder = folder_of(name)
@@ -64,6 +76,8 @@ def faults_of(file: Path) -> list[str]:
             target = folder_of(match[1])
             if target and folder != "app" and target not in reach(folder):
                 faults.append(f"{name}:{line}: {folder} may not use {match[1]}")
+            if crosses_a_module(name, match[1]):
+                faults.append(f"{name}:{line}: {match[1]} lies beyond the module's border")
         if match := re.match(r"#include <(Q\w+)>", include):
             on_core = folder in ("core", "platform")
             if on_core and QT_CORE.is_dir() and not (QT_CORE / match[1]).exists():
@@ -75,10 +89,10 @@ def faults_of(file: Path) -> list[str]:
 
 
 def main() -> int:
-    files = [f for folder in FOLDERS for f in (ROOT / folder).glob("*.*")
+    tops = {folder.split("/")[0] for folder in FOLDERS}
+    files = [f for top in sorted(tops) for f in (ROOT / top).rglob("*.*")
              if f.suffix in (".cpp", ".h")]
-    files += (ROOT / "platform/linux/sound").glob("*.*")
-    faults = [fault for file in files if file.suffix in (".cpp", ".h") for fault in faults_of(file)]
+    faults = [fault for file in files for fault in faults_of(file)]
     print("\n".join(faults))
     print(f"{len(files)} files, {len(faults)} faults")
     return 1 if faults or not files else 0

@@ -3,7 +3,7 @@
 #include "core/AlarmDelegate.h"
 #include "core/Clock.h"
 #include "core/StoredAlarms.h"
-#include "platform/linux/LibplistFormat.h"
+#include "platform/linux/preferences/LibplistFormat.h"
 #include "tests/support/Dates.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/MemoryDefaults.h"

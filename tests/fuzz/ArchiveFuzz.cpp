@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/AlarmArchive.h"
-#include "platform/linux/LibplistFormat.h"
+#include "platform/linux/preferences/LibplistFormat.h"
 #include "tests/fuzz/FuzzSupport.h"
 #include "tests/support/VirtualRunLoop.h"
 

@@ -10,7 +10,7 @@
 #include "firing/SoundRepeat.h"
 #include "platform/Appearance.h"
 #include "platform/Bundle.h"
-#include "platform/linux/LibplistFormat.h"
+#include "platform/linux/preferences/LibplistFormat.h"
 #include "tests/menubar/MenuAlarms.h"
 #include "tests/support/Dates.h"
 #include "tests/support/FakeSoundPlayer.h"

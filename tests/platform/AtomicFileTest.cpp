@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/AtomicFile.h"
+#include "platform/linux/preferences/AtomicFile.h"
 
 #include <QDir>
 #include <QFile>

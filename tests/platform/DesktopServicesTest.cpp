@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/DesktopWorkspace.h"
-#include "platform/linux/LogindPowerMonitor.h"
-#include "platform/linux/PortalAppearance.h"
-#include "platform/linux/UnixSignals.h"
+#include "platform/linux/desktop/DesktopWorkspace.h"
+#include "platform/linux/desktop/PortalAppearance.h"
+#include "platform/linux/session/LogindPowerMonitor.h"
+#include "platform/linux/session/UnixSignals.h"
 #include "tests/support/BusTest.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/LibplistFormat.h"
-#include "platform/linux/MainBundle.h"
-#include "platform/linux/XdgFolders.h"
+#include "platform/linux/folders/MainBundle.h"
+#include "platform/linux/folders/XdgFolders.h"
+#include "platform/linux/preferences/LibplistFormat.h"
 #include "tests/support/LogCapture.h"
 
 #include <QCoreApplication>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/LibplistFormat.h"
+#include "platform/linux/preferences/LibplistFormat.h"
 
 #include <QDateTime>
 #include <QTimeZone>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/PropertyListDefaults.h"
+#include "platform/linux/preferences/PropertyListDefaults.h"
 
-#include "platform/linux/LibplistFormat.h"
+#include "platform/linux/preferences/LibplistFormat.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/VirtualRunLoop.h"
 

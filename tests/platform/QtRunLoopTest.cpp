@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/QtRunLoop.h"
+#include "platform/linux/session/QtRunLoop.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

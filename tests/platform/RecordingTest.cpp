@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/ModuleAudioRecorder.h"
-#include "platform/linux/QtRunLoop.h"
+#include "platform/linux/recording/ModuleAudioRecorder.h"
+#include "platform/linux/session/QtRunLoop.h"
 #include "tests/support/LoopWait.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/SingleInstance.h"
+#include "platform/linux/session/SingleInstance.h"
 
-#include "platform/linux/LaunchRequest.h"
+#include "platform/linux/session/LaunchRequest.h"
 #include "tests/support/BusTest.h"
 
 #include <QDBusMessage>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/linux/ModuleSoundPlayer.h"
-#include "platform/linux/QtRunLoop.h"
+#include "platform/linux/session/QtRunLoop.h"
+#include "platform/linux/sound/ModuleSoundPlayer.h"
 #include "tests/support/SinkCapture.h"
 
 #include <QCoreApplication>

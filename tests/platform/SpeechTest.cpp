@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/ModuleSoundPlayer.h"
-#include "platform/linux/ModuleSpeechService.h"
-#include "platform/linux/QtRunLoop.h"
+#include "platform/linux/session/QtRunLoop.h"
+#include "platform/linux/sound/ModuleSoundPlayer.h"
+#include "platform/linux/speech/ModuleSpeechService.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/LoopWait.h"
 #include "tests/support/SinkCapture.h"

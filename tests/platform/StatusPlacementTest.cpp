@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/StatusPlacement.h"
+#include "platform/linux/tray/StatusPlacement.h"
 
-#include "platform/linux/IconPicture.h"
+#include "platform/linux/tray/IconPicture.h"
 
 #include <QIcon>
 #include <QPainter>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/TrayStatusItem.h"
+#include "platform/linux/tray/TrayStatusItem.h"
 
-#include "platform/linux/NotifierHostWatcher.h"
+#include "platform/linux/tray/NotifierHostWatcher.h"
 #include "tests/support/BusTest.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/VirtualRunLoop.h"

@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/ModuleSound.h"
+
+#include "platform/linux/sound/SoundLoader.h"
+#include "platform/linux/sound/SoundModule.h"
+#include "platform/Log.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace dorvane {
+
+// Brings an answer from another thread to the sound, if it is still there by then.
+class ModuleSound::Reply {
+public:
+    explicit Reply(const ModuleSound& sound) : m_loop(sound.m_loop), m_sound(sound.m_self) {}
+
+    [[nodiscard]] bool isUnwanted() const { return m_sound.expired(); }
+
+    void post(std::function<void(ModuleSound&)> answer) const {
+        m_loop.post([sound = m_sound, answer = std::move(answer)] {
+            // Not kept alive meanwhile: whoever looks must see that an answer destroyed it.
+            ModuleSound* const* const alive = sound.lock().get();
+            if (alive)
+                answer(**alive);
+        });
+    }
+
+private:
+    RunLoop& m_loop;
+    std::weak_ptr<ModuleSound*> m_sound;
+};
+
+ModuleSound::ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, const QString& name,
+                         Contents contents)
+    : m_loop(loop), m_loader(std::move(loader)), m_self(std::make_shared<ModuleSound*>(this)) {
+    load(name, std::move(contents));
+}
+
+ModuleSound::~ModuleSound() = default;
+
+void ModuleSound::load(const QString& name, Contents contents) {
+    // Jobs refer to the loader plainly: it waits for them, so they must not keep it alive.
+    m_loader->run([&loader = *m_loader, name, contents = std::move(contents),
+                   reply = Reply(*this)] {
+        if (reply.isUnwanted())
+            return;
+        QString error;
+        const QByteArray file = contents(error);
+        const SoundModule* module = file.isEmpty() ? nullptr : loader.load(error);
+        const Decoder decoder = module ? module->decoder(file, Seconds(0), error) : nullptr;
+        if (!decoder) {
+            qCWarning(logPlatform).noquote()
+                << "cannot play" << name + QStringLiteral(":") << error;
+            reply.post([](ModuleSound& sound) { sound.loaded(Load::Failed, Seconds(0)); });
+            return;
+        }
+        // The sound may start now; how long it is may take a while to find out.
+        reply.post([file, decoder](ModuleSound& sound) { sound.opened(file, decoder); });
+        const Seconds duration = module->duration(file, [&reply] { return reply.isUnwanted(); });
+        reply.post([duration](ModuleSound& sound) { sound.loaded(Load::Done, duration); });
+    });
+}
+
+void ModuleSound::opened(const QByteArray& file, Decoder atBeginning) {
+    m_file = file;
+    m_reserve = std::move(atBeginning);
+    if (m_playing)
+        start();
+}
+
+void ModuleSound::loaded(Load result, Seconds duration) {
+    m_load = result;
+    m_duration = duration;
+    if (result == Load::Failed && m_playing) {
+        end();
+        postFinished();
+    }
+    const std::weak_ptr<ModuleSound*> self = m_self;
+    const auto callbacks = std::exchange(m_whenLoaded, {});
+    for (const auto& callback : callbacks) {
+        if (self.expired()) // the one before destroyed the sound
+            return;
+        callback();
+    }
+}
+
+bool ModuleSound::play() {
+    if (m_playing || m_load == Load::Failed)
+        return false;
+    m_playing = true;
+    m_asked = m_loop.uptime();
+    start();
+    return true;
+}
+
+// Gets the play going from m_position as soon as the file has been read.
+void ModuleSound::start() {
+    const std::uint64_t number = ++m_playNumber;
+    if (m_file.isEmpty())
+        return;
+    if (m_position == Seconds(0) && m_reserve) {
+        begin(std::exchange(m_reserve, nullptr));
+        return;
+    }
+    requestDecoder(m_position, [number](ModuleSound& sound, Decoder decoder) {
+        if (number != sound.m_playNumber)
+            return;
+        if (decoder)
+            sound.begin(std::move(decoder));
+        else
+            sound.voiceFinished(number, false);
+    });
+}
+
+void ModuleSound::requestDecoder(Seconds at, std::function<void(ModuleSound&, Decoder)> receive) {
+    m_loader->run([module = m_loader->module(), file = m_file, at, receive = std::move(receive),
+                   reply = Reply(*this)] {
+        if (reply.isUnwanted())
+            return;
+        QString error;
+        Decoder decoder = module->decoder(file, at, error);
+        if (!decoder)
+            qCWarning(logPlatform).noquote() << "cannot go on with a sound:" << error;
+        reply.post([receive, decoder](ModuleSound& sound) { receive(sound, decoder); });
+    });
+}
+
+void ModuleSound::begin(Decoder decoder) {
+    const std::uint64_t number = ++m_playNumber;
+    const auto finished = [number, reply = Reply(*this)](bool completed) {
+        reply.post(
+            [number, completed](ModuleSound& sound) { sound.voiceFinished(number, completed); });
+    };
+    const Seconds waited = m_loop.uptime() - m_asked;
+    m_voice = m_loader->module()->play(std::move(decoder), {m_volume, m_paused, waited, finished});
+    if (m_reserve)
+        return;
+    requestDecoder(Seconds(0), [](ModuleSound& sound, Decoder atBeginning) {
+        sound.m_reserve = std::move(atBeginning);
+    });
+}
+
+void ModuleSound::voiceFinished(std::uint64_t playNumber, bool completed) {
+    if (playNumber != m_playNumber)
+        return;
+    end();
+    if (const auto callback = m_finished) // a copy: the callback may destroy the sound
+        callback(completed);
+}
+
+void ModuleSound::stop() {
+    m_position = Seconds(0);
+    if (!m_playing)
+        return;
+    end();
+    postFinished();
+}
+
+void ModuleSound::end() {
+    ++m_playNumber;
+    m_playing = false;
+    m_paused = false;
+    m_position = Seconds(0);
+    m_voice.reset();
+}
+
+void ModuleSound::postFinished() {
+    Reply(*this).post([](ModuleSound& sound) {
+        if (const auto callback = sound.m_finished)
+            callback(false);
+    });
+}
+
+void ModuleSound::setPaused(bool paused) {
+    if (!m_playing)
+        return;
+    m_paused = paused;
+    if (m_voice)
+        m_voice->setPaused(paused);
+}
+
+Sound::Seconds ModuleSound::currentTime() const {
+    if (!m_voice)
+        return m_position;
+    const Seconds heard = m_voice->position();
+    return m_load == Load::Done ? std::min(heard, m_duration) : heard;
+}
+
+void ModuleSound::setCurrentTime(Seconds position) {
+    m_position = std::max(position, Seconds(0));
+    if (m_load == Load::Done)
+        m_position = std::min(m_position, m_duration);
+    if (!m_playing)
+        return;
+    m_voice.reset();
+    m_asked = m_loop.uptime();
+    start();
+}
+
+void ModuleSound::setVolume(float volume) {
+    m_volume = std::clamp(volume, 0.0F, 1.0F);
+    if (m_voice)
+        m_voice->setVolume(m_volume);
+}
+
+void ModuleSound::whenLoaded(std::function<void()> callback) {
+    if (m_load == Load::Running)
+        m_whenLoaded.push_back(std::move(callback));
+    else
+        callback();
+}
+
+void ModuleSound::setFinished(std::function<void(bool)> callback) {
+    m_finished = std::move(callback);
+}
+
+} // namespace dorvane

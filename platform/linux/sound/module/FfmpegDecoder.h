@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/linux/sound/module/MemoryInput.h"
+#include "platform/linux/sound/SoundModule.h"
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <vector>
+
+struct AVCodecContext;
+struct AVFormatContext;
+struct AVFrame;
+struct AVPacket;
+struct AVStream;
+struct SwrContext;
+
+namespace dorvane {
+
+// Decodes the best audio stream of a file that is held in memory. Damaged parts are left out, a
+// file that was cut off ends early.
+class FfmpegDecoder final : public SoundDecoder {
+public:
+    // Null with the reason in `error` when the file is of no type that can be played, or not one
+    // sample of it can be decoded.
+    [[nodiscard]] static std::shared_ptr<FfmpegDecoder> open(const QByteArray& file,
+                                                             Sound::Seconds at, QString& error);
+
+    ~FfmpegDecoder() override;
+    FfmpegDecoder(const FfmpegDecoder&) = delete;
+    FfmpegDecoder& operator=(const FfmpegDecoder&) = delete;
+
+    [[nodiscard]] Sound::Seconds start() const override { return m_start; }
+    [[nodiscard]] std::size_t read(float* out, std::size_t frames) override;
+
+    // What the container says; zero when it does not, unreliable when it had to guess.
+    [[nodiscard]] Sound::Seconds statedDuration() const;
+    [[nodiscard]] bool durationIsGuessed() const;
+
+    // These use the decoder up. Counted from the first frame on, decoding everything; or from the
+    // packets, which is some twenty times faster and a frame or two off.
+    [[nodiscard]] Sound::Seconds countSamples(const std::function<bool()>& cancelled);
+    [[nodiscard]] Sound::Seconds countPackets(const std::function<bool()>& cancelled);
+
+    // Whether the installed FFmpeg has them.
+    [[nodiscard]] static bool supports(const char* demuxer, const char* decoder);
+
+private:
+    explicit FfmpegDecoder(const QByteArray& file);
+
+    [[nodiscard]] bool openContainer(QString& error);
+    [[nodiscard]] bool openCodec(QString& error);
+    void seek(Sound::Seconds at);
+    [[nodiscard]] bool nextPacket();
+    [[nodiscard]] bool nextFrame();
+    void convertFrame();
+    void convert(const AVFrame* frame);
+    [[nodiscard]] bool frameFitsResampler() const;
+    [[nodiscard]] bool setUpResampler();
+    [[nodiscard]] bool endsWhereStated() const;
+
+    MemoryInput m_input;
+    AVFormatContext* m_container = nullptr;
+    AVStream* m_stream = nullptr;
+    AVCodecContext* m_codec = nullptr;
+    AVPacket* m_packet = nullptr;
+    AVFrame* m_frame = nullptr;
+    SwrContext* m_resampler = nullptr;
+    bool m_frameWaits = false; // m_frame was decoded and not converted yet
+    bool m_inputEnded = false;
+    bool m_ended = false;
+
+    std::int64_t m_firstTimestamp = 0; // what the file calls the beginning of the sound
+    Sound::Seconds m_start{0};
+    bool m_seeking = false;   // the next frame tells where the file was entered
+    std::size_t m_toDrop = 0; // samples
+    std::size_t m_toGive = std::numeric_limits<std::size_t>::max(); // samples up to the end
+    std::vector<float> m_converted;
+    std::size_t m_convertedUsed = 0; // samples of m_converted already given away
+};
+
+} // namespace dorvane

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/module/FfmpegDecoder.h"
+#include "platform/linux/sound/module/PulseOutput.h"
+
+extern "C" {
+#include <libavutil/log.h>
+}
+
+namespace dorvane {
+
+namespace {
+
+// A sound up to this length is decoded whole to learn its exact length.
+constexpr Sound::Seconds countedLength(60);
+
+class FfmpegPulseModule final : public SoundModule {
+public:
+    FfmpegPulseModule() {
+        // What matters of a damaged file is said by the caller, once and with its name.
+        av_log_set_level(AV_LOG_QUIET);
+    }
+
+    [[nodiscard]] std::shared_ptr<SoundDecoder> decoder(const QByteArray& file, Sound::Seconds at,
+                                                        QString& error) const override {
+        return FfmpegDecoder::open(file, at, error);
+    }
+
+    [[nodiscard]] Sound::Seconds duration(const QByteArray& file,
+                                          const std::function<bool()>& cancelled) const override {
+        QString error;
+        const auto decoder = FfmpegDecoder::open(file, Sound::Seconds(0), error);
+        if (!decoder)
+            return Sound::Seconds(0);
+        const Sound::Seconds stated = decoder->statedDuration();
+        if (stated <= countedLength)
+            return decoder->countSamples(cancelled);
+        return decoder->durationIsGuessed() ? decoder->countPackets(cancelled) : stated;
+    }
+
+    [[nodiscard]] std::unique_ptr<SoundVoice> play(std::shared_ptr<SoundDecoder> decoder,
+                                                   SoundVoiceStart start) override {
+        return m_output.play(std::move(decoder), std::move(start));
+    }
+
+    [[nodiscard]] bool supports(const char* demuxer, const char* decoder) const override {
+        return FfmpegDecoder::supports(demuxer, decoder);
+    }
+
+private:
+    PulseOutput m_output;
+};
+
+} // namespace
+
+} // namespace dorvane
+
+extern "C" Q_DECL_EXPORT dorvane::SoundModule* dorvaneSoundModule() {
+    return new dorvane::FfmpegPulseModule;
+}
