@@ -9,6 +9,10 @@
 #include <memory>
 #include <vector>
 
+extern "C" {
+#include <libavutil/channel_layout.h>
+}
+
 struct AVCodecContext;
 struct AVFormatContext;
 struct AVFrame;
@@ -67,6 +71,13 @@ private:
     AVPacket* m_packet = nullptr;
     AVFrame* m_frame = nullptr;
     SwrContext* m_resampler = nullptr;
+    // What the resampler was made for. A frame that is like the one before goes the same way:
+    // a resampler that begins anew is heard.
+    struct {
+        int rate = 0;
+        int format = -1;
+        AVChannelLayout layout{};
+    } m_resampled;
     bool m_frameWaits = false; // m_frame was decoded and not converted yet
     bool m_inputEnded = false;
     bool m_ended = false;
@@ -76,6 +87,8 @@ private:
     bool m_seeking = false;   // the next frame tells where the file was entered
     std::size_t m_toDrop = 0; // samples
     std::size_t m_toGive = std::numeric_limits<std::size_t>::max(); // samples up to the end
+    Sound::Seconds m_decoded{0};                                    // what went into the resampler,
+    std::size_t m_made = 0;                                         // and the samples that came out
     std::vector<float> m_converted;
     std::size_t m_convertedUsed = 0; // samples of m_converted already given away
 };

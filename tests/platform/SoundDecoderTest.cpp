@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/SoundLoader.h"
+#include "platform/linux/sound/SoundModule.h"
+#include "tests/support/Purity.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace dorvane;
+using dorvane::testing::purity;
+
+namespace {
+
+constexpr double frequency = 3000;
+
+struct Case {
+    const char* name;
+    const char* codec;
+    int rate;
+    const char* layout = "stereo";
+    int channels = 2;
+};
+
+// Every kind of lossless file, and every rate with one of them.
+const Case cases[] = {
+    {.name = "a.wav", .codec = "pcm_s16le", .rate = 44100, .layout = "mono", .channels = 1},
+    {.name = "b.wav", .codec = "pcm_s16le", .rate = 22050},
+    {.name = "c.wav", .codec = "pcm_s24le", .rate = 44100},
+    {.name = "d.wav", .codec = "pcm_f32le", .rate = 48000},
+    {.name = "e.wav", .codec = "pcm_s16le", .rate = 44100, .layout = "5.1", .channels = 6},
+    {.name = "f.aiff", .codec = "pcm_s16be", .rate = 44100},
+    {.name = "g.aiff", .codec = "pcm_s16be", .rate = 8000, .layout = "mono", .channels = 1},
+    {.name = "h.caf", .codec = "pcm_s16be", .rate = 11025},
+    {.name = "i.flac", .codec = "flac", .rate = 96000},
+    {.name = "j.flac", .codec = "flac", .rate = 44100, .layout = "5.1", .channels = 6},
+    {.name = "k.m4a", .codec = "alac", .rate = 32000, .layout = "mono", .channels = 1},
+    {.name = "l.wav", .codec = "pcm_s16le", .rate = 192000},
+    {.name = "m.wav", .codec = "pcm_s24le", .rate = 88200, .layout = "mono", .channels = 1},
+    {.name = "n.wav", .codec = "pcm_s16le", .rate = 8000},
+};
+
+QString tone(const QTemporaryDir& folder, const Case& c, int frames) {
+    const QString path = folder.filePath(QLatin1String(c.name));
+    const QString wave = QStringLiteral("0.9*sin(2*PI*%1*t)").arg(frequency);
+    const QString source =
+        QStringLiteral("aevalsrc=exprs=%1:c=%2:s=%3,atrim=end_sample=%4")
+            .arg(QStringList(c.channels, wave).join(u'|'), QLatin1String(c.layout))
+            .arg(c.rate)
+            .arg(frames);
+    EXPECT_EQ(
+        QProcess::execute(QStringLiteral("ffmpeg"),
+                          {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-f"),
+                           QStringLiteral("lavfi"), QStringLiteral("-i"), source,
+                           QStringLiteral("-c:a"), QLatin1String(c.codec), path}),
+        0);
+    return path;
+}
+
+// A level alone does not tell: a tone that is broken up is as loud as a whole one.
+TEST(SoundDecoderTest, losslessSoundsStayPureToneForToneAndFrameForFrame) {
+    const QTemporaryDir folder;
+    SoundLoader loader(QStringLiteral(DORVANE_SOUND_MODULE));
+    QString error;
+    const SoundModule* module = loader.load(error);
+    ASSERT_TRUE(module) << qPrintable(error);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.name) + ' ' + std::to_string(c.rate));
+        const int frames = c.rate + 7;
+        const auto wanted = static_cast<std::size_t>(std::llround(frames * 48000.0 / c.rate));
+        const QByteArray file = SoundLoader::contents(tone(folder, c, frames), error);
+        const auto decoder = module->decoder(file, Sound::Seconds(0), error);
+        if (!decoder) {
+            ADD_FAILURE() << qPrintable(error);
+            continue;
+        }
+        std::vector<float> sound(2 * (wanted + 100));
+        EXPECT_EQ(decoder->read(sound.data(), wanted + 100), wanted);
+        for (const std::size_t channel : {0U, 1U}) {
+            std::vector<float> side;
+            for (std::size_t i = 2000; i + 2000 < wanted; ++i) // the ends of a tone are no tone
+                side.push_back(sound[2 * i + channel]);
+            EXPECT_GT(purity(side, frequency), 90) << channel;
+            EXPECT_NEAR(*std::max_element(side.begin(), side.end()), 0.9, 0.01) << channel;
+        }
+    }
+}
+
+} // namespace
