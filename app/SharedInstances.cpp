@@ -8,7 +8,6 @@
 #include "core/Clock.h"
 #include "core/StoredAlarms.h"
 #include "editor/AlarmSetController.h"
-#include "editor/SpokenVoices.h"
 #include "firing/SoundRepeat.h"
 #include "menubar/AlarmMenuController.h"
 #include "sounds/AudioStorageController.h"
@@ -27,11 +26,6 @@ const AlarmArchive& alarmArchive() {
     static const auto* const archive =
         new AlarmArchive(sharedDesktop().propertyLists, sharedDesktop().runLoop);
     return *archive;
-}
-
-VoiceService& editorVoices() {
-    static auto* const voices = new SpokenVoices(sharedDesktop().speech);
-    return *voices;
 }
 
 void openReminders() {
@@ -68,7 +62,7 @@ std::unique_ptr<AlarmSetController> makeEditor() {
                             .soundPlayer = desktop.soundPlayer,
                             .soundRepeat = sharedSoundRepeat(),
                             .audioStorage = AudioStorageController::sharedController(),
-                            .voices = editorVoices(),
+                            .speech = desktop.speech,
                             .workspace = desktop.workspace,
                             .notificationCenter = desktop.notifications,
                             .propertyLists = desktop.propertyLists,

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QMenu>
 
 #include <benchmark/benchmark.h>
 

@@ -5,7 +5,6 @@
 #include "core/NextOccurrence.h"
 #include "editor/AlarmForm.h"
 #include "editor/IntervalRule.h"
-#include "platform/RunLoop.h"
 
 namespace dorvane {
 
@@ -27,10 +26,9 @@ QDateTime timeOf(const AlarmForm& form, const QDateTime& now, const QString& tod
     return {};
 }
 
-AlarmPtr alarmBuiltFrom(const AlarmForm& form, const RunLoop& runLoop, const Alarm* editingOne,
-                        const QString& todaysName) {
-    AlarmPtr alarm =
-        Alarm::initWithTime(runLoop, timeOf(form, runLoop.now(), todaysName), form.title);
+AlarmPtr alarmBuiltFrom(const AlarmForm& form, const RunLoop& runLoop, const QDateTime& now,
+                        const QString& todaysName, const Alarm* editingOne) {
+    AlarmPtr alarm = Alarm::initWithTime(runLoop, timeOf(form, now, todaysName), form.title);
     alarm->setSnoozeTime(form.snoozeTime);
     alarm->setIsTimeWithDate(form.row == Alarm::Dated);
     alarm->setIsMinuteUnits(form.isMinuteUnits);
@@ -44,7 +42,7 @@ AlarmPtr alarmBuiltFrom(const AlarmForm& form, const RunLoop& runLoop, const Ala
     alarm->setShouldUseEveryDay(form.shouldUseEveryDay);
     alarm->setSelRowNo(form.row);
     if (editingOne)
-        alarm->setRunTime(editingOne->runTime());
+        alarm->setRunTime(editingOne->selRowNo() == form.row ? editingOne->runTime() : now);
     if (form.row == Alarm::Weekly) {
         alarm->setShouldUseForever(form.shouldUseForever);
         alarm->setWeekdays(form.weekdays);

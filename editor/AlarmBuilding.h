@@ -19,9 +19,10 @@ struct AlarmForm;
 [[nodiscard]] QDateTime timeOf(const AlarmForm& form, const QDateTime& now,
                                const QString& todaysName);
 
-// A new alarm as the form says. An alarm that is being edited, which may be null, hands on the
-// moment that it counts from.
+// A new alarm as the form says, set at `now`. An alarm of the same kind that is being edited, which
+// may be null, hands on the moment that it counts from; one of another kind counts from now.
 [[nodiscard]] AlarmPtr alarmBuiltFrom(const AlarmForm& form, const RunLoop& runLoop,
-                                      const Alarm* editingOne, const QString& todaysName);
+                                      const QDateTime& now, const QString& todaysName,
+                                      const Alarm* editingOne);
 
 } // namespace dorvane

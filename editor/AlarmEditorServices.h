@@ -12,8 +12,8 @@ class PropertyListFormat;
 class RunLoop;
 class SoundPlayer;
 class SoundRepeat;
+class SpeechService;
 class StoredAlarms;
-class VoiceService;
 class Workspace;
 
 // What the alarm editor works with; all of it must outlive the editor.
@@ -24,7 +24,7 @@ struct AlarmEditorServices {
     SoundPlayer& soundPlayer;
     SoundRepeat& soundRepeat;
     AudioStorageController& audioStorage;
-    VoiceService& voices;
+    SpeechService& speech;
     Workspace& workspace;
     NotificationCenter& notificationCenter;
     const PropertyListFormat& propertyLists;

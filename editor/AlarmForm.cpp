@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/AlarmForm.h"
 
+#include "editor/IntervalRule.h"
+
 #include <QFileInfo>
 
 #include <algorithm>
@@ -66,6 +68,54 @@ AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form) {
     form.voiceName = alarm.voiceName();
     form.isSpeakAlarmName = alarm.isSpeakAlarmName();
     return form;
+}
+
+FormFaults faultsOf(const AlarmForm& form) {
+    FormFaults faults;
+    if (form.title.isEmpty()) {
+        faults.message += QStringLiteral("Title must not be empty.\n");
+        faults.field = FormFaults::Field::Title;
+    }
+    // What the field refuses while it is edited is no time either.
+    if (form.row == Alarm::Relative && !isValidInterval(form.interval)) {
+        faults.message += QStringLiteral("Alarm time is not set.\n");
+        faults.field = FormFaults::Field::Interval;
+    }
+    if (form.isPlaySound && form.soundPath.isEmpty())
+        faults.message += QStringLiteral("Please select sound to play.\n");
+    if (form.isSpeakAlarmName && form.voiceName.isEmpty())
+        faults.message += QStringLiteral("Please select voice to speak with.\n");
+    return faults;
+}
+
+void FormEnabling::alarmTimeRadioChanged(const AlarmForm& form) {
+    interval = form.row == Alarm::Relative;
+    atTimePicker = date = form.row == Alarm::Dated;
+    weekly = form.row == Alarm::Weekly;
+    foreverCheck = weekly && !form.weekdays.isEmpty();
+}
+
+// Does not tell a weekday alarm from a dated one, so that the date can be used there although it
+// decides nothing. That is meant.
+void FormEnabling::everyDayCheckChanged(const AlarmForm& form) {
+    date = !form.shouldUseEveryDay && form.row != Alarm::Relative;
+}
+
+void FormEnabling::actDaysCheckBoxSelected(const AlarmForm& form) {
+    foreverCheck = !form.weekdays.isEmpty();
+}
+
+void FormEnabling::soundPathChanged(const AlarmForm& form) {
+    playButton = !form.soundPath.isEmpty();
+}
+
+void FormEnabling::playSoundCheckChanged(const AlarmForm& form) {
+    selectSoundButton = shouldFadeInCheck = form.isPlaySound;
+    playButton = form.isPlaySound && !form.soundPath.isEmpty();
+}
+
+void FormEnabling::speakNameCheckChanged(const AlarmForm& form) {
+    voiceNamePopUp = form.isSpeakAlarmName;
 }
 
 QString soundName(const QString& soundPath) {

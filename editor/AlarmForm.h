@@ -55,6 +55,37 @@ inline constexpr int secondsToEarliest = 60;
 // The form for an alarm. What the alarm's kind does not use stays as it is in `form`.
 [[nodiscard]] AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form);
 
+// What is wrong with a form: the lines to show, each with its line break, and the field to go to.
+struct FormFaults {
+    enum class Field { None, Title, Interval };
+
+    QString message; // empty for a form that is right
+    Field field = Field::None;
+};
+
+[[nodiscard]] FormFaults faultsOf(const AlarmForm& form);
+
+// Which controls of the editor can be used. Each handler of a control changes its share of this
+// and leaves the rest as it was, so that what is enabled depends on what was touched last.
+struct FormEnabling {
+    bool interval = false;     // inTimeField, inTimeTypePopUp, repeatCheck
+    bool atTimePicker = false; //
+    bool date = false;         // calendarButton, atDatePicker
+    bool weekly = false;       // alarmButton, atAlarmTimePicker, the weekday boxes
+    bool foreverCheck = false;
+    bool selectSoundButton = false;
+    bool playButton = false; // with the volume of the preview
+    bool shouldFadeInCheck = false;
+    bool voiceNamePopUp = false;
+
+    void alarmTimeRadioChanged(const AlarmForm& form);
+    void everyDayCheckChanged(const AlarmForm& form);
+    void actDaysCheckBoxSelected(const AlarmForm& form);
+    void soundPathChanged(const AlarmForm& form);
+    void playSoundCheckChanged(const AlarmForm& form);
+    void speakNameCheckChanged(const AlarmForm& form);
+};
+
 // The name by which a sound is shown: its file name without the extension.
 [[nodiscard]] QString soundName(const QString& soundPath);
 

@@ -2,7 +2,6 @@
 #include "editor/AlarmFormControls.h"
 
 #include "editor/AlarmForm.h"
-#include "editor/FormEnabling.h"
 #include "ui_AlarmSetController.h"
 
 #include <QSignalBlocker>

@@ -7,10 +7,8 @@
 #include "editor/AlarmDescription.h"
 #include "editor/AlarmEditorDelegate.h"
 #include "editor/DialogButtons.h"
-#include "editor/EarliestTime.h"
-#include "editor/FormValidation.h"
-#include "editor/GraphicalDateWindow.h"
-#include "editor/GraphicalTimeWindow.h"
+#include "editor/sheets/GraphicalDateWindow.h"
+#include "editor/sheets/GraphicalTimeWindow.h"
 #include "editor/SoundChoice.h"
 #include "editor/VoiceChoice.h"
 #include "platform/Bundle.h"
@@ -49,7 +47,7 @@ AlarmSetController::AlarmSetController(AlarmEditorServices services)
     , m_controls(controlsIn(this))
     , m_formControls(*m_controls)
     , m_sound(new SoundChoice(m_services, *m_controls, this))
-    , m_voice(new VoiceChoice(m_services.voices, *m_controls, this))
+    , m_voice(new VoiceChoice(m_services.speech, *m_controls, this))
     , m_graphicalDateWindow(new GraphicalDateWindow(this))
     , m_graphicalTimeWindow(new GraphicalTimeWindow(this)) {
     setUpControls();
@@ -87,7 +85,7 @@ void AlarmSetController::wireWhen() {
     connect(m_controls->inTimeField, &QLineEdit::textEdited, this, describe);
     connect(m_controls->inTimeTypePopUp, &QComboBox::activated, this, describe);
     connect(m_controls->atDatePicker, &QDateEdit::dateChanged, this, [this] {
-        boundPickers();
+        boundPickers(m_services.runLoop.now());
         manageDescriptionLabel();
     });
     for (TimePicker* picker : {m_controls->atTimePicker, m_controls->atAlarmTimePicker})
@@ -110,11 +108,8 @@ void AlarmSetController::wireAction() {
             [this] { changed(&FormEnabling::soundPathChanged); });
     connect(m_voice, &VoiceChoice::voiceNameChanged, this, [this] { manageDescriptionLabel(); });
 
-    PullDownPopUp* sounds = m_controls->selectSoundButton;
-    PullDownPopUp* voices = m_controls->voiceNamePopUp;
-    for (PullDownPopUp* popUp : {sounds, voices})
+    for (PullDownPopUp* popUp : {m_controls->selectSoundButton, m_controls->voiceNamePopUp})
         connect(popUp, &PullDownPopUp::menuWillOpen, m_sound, &SoundChoice::rebuildMenu);
-    connect(voices, &PullDownPopUp::menuWillOpen, m_voice, &VoiceChoice::fillMenu);
 }
 
 void AlarmSetController::wireLibrary() {
@@ -149,6 +144,7 @@ void AlarmSetController::manageDescriptionLabel() {
 
 void AlarmSetController::showWithAlarm(const AlarmPtr& alarm) {
     m_editingOne = alarm;
+    m_voice->askForVoices();
     reloadTitles();
     setAlarm(nullptr);
     if (alarm) {
@@ -182,7 +178,7 @@ void AlarmSetController::setAlarm(const Alarm* alarm) {
     m_formControls.show(m_form);
     m_sound->setSoundPath(m_form.soundPath);
     m_voice->setVoiceName(m_form.voiceName);
-    boundPickers();
+    boundPickers(now);
     m_enabling.alarmTimeRadioChanged(m_form);
     m_enabling.everyDayCheckChanged(m_form);
     m_enabling.playSoundCheckChanged(m_form);
@@ -193,7 +189,7 @@ void AlarmSetController::setAlarm(const Alarm* alarm) {
 
 // -- The pickers --------------------------------------------------------------------------------
 
-void AlarmSetController::boundPickers() {
+void AlarmSetController::boundPickers(const QDateTime& now) {
     {
         const QSignalBlocker blocker(m_controls->atDatePicker);
         if (m_datedEarliest)
@@ -201,19 +197,18 @@ void AlarmSetController::boundPickers() {
         else
             m_controls->atDatePicker->clearMinimumDate();
     }
-    m_controls->atTimePicker->setEarliest(
-        earliestTimeOn(m_controls->atDatePicker->date(), m_datedEarliest));
-    m_controls->atAlarmTimePicker->setEarliest(
-        earliestTimeOn(m_services.runLoop.now().date(), m_weeklyEarliest));
+    m_controls->atTimePicker->setEarliestOn(m_controls->atDatePicker->date(), m_datedEarliest);
+    m_controls->atAlarmTimePicker->setEarliestOn(now.date(), m_weeklyEarliest);
 }
 
 // With no day ticked the alarm rings today, and so must not be set to a time that is past.
 void AlarmSetController::actDaysCheckBoxSelected() {
     m_formControls.readInto(m_form);
     m_weeklyEarliest.reset();
+    const QDateTime now = m_services.runLoop.now();
     if (m_form.weekdays.isEmpty())
-        m_weeklyEarliest = m_services.runLoop.now().addSecs(secondsToEarliest);
-    boundPickers();
+        m_weeklyEarliest = now.addSecs(secondsToEarliest);
+    boundPickers(now);
     changed(&FormEnabling::actDaysCheckBoxSelected);
 }
 
@@ -298,8 +293,9 @@ void AlarmSetController::showFaults(const QString& message) {
 }
 
 AlarmPtr AlarmSetController::saveCurrentAlarm() {
-    AlarmPtr alarm = alarmBuiltFrom(m_form, m_services.runLoop, m_editingOne.get(),
-                                    weekdayName(m_services.runLoop.now().date()));
+    const QDateTime now = m_services.runLoop.now();
+    AlarmPtr alarm = alarmBuiltFrom(m_form, m_services.runLoop, now, weekdayName(now.date()),
+                                    m_editingOne.get());
     m_services.storedAlarms.put(*alarm);
     reloadTitles();
     return alarm;

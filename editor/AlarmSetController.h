@@ -4,7 +4,6 @@
 #include "editor/AlarmEditorServices.h"
 #include "editor/AlarmForm.h"
 #include "editor/AlarmFormControls.h"
-#include "editor/FormEnabling.h"
 
 #include <QDialog>
 
@@ -53,7 +52,7 @@ private:
     void manageDescriptionLabel();
 
     void setAlarm(const Alarm* alarm);
-    void boundPickers();
+    void boundPickers(const QDateTime& now);
     void actDaysCheckBoxSelected();
     void calendarButtonPushed();
     void graphicalDateSelected();

@@ -2,6 +2,9 @@
 #include "editor/PullDownPopUp.h"
 
 #include <QMenu>
+#include <QPointer>
+
+#include <utility>
 
 namespace dorvane {
 
@@ -27,8 +30,24 @@ void PullDownPopUp::setFace(const QString& text, bool isMissing) {
     setPalette(greyed);
 }
 
+void PullDownPopUp::setFill(std::function<void(std::function<void()>)> fill) {
+    m_fill = std::move(fill);
+}
+
 void PullDownPopUp::showPopup() {
     Q_EMIT menuWillOpen();
+    if (!m_fill)
+        return openMenu();
+    if (std::exchange(m_isFilling, true))
+        return;
+    m_fill([self = QPointer(this)] {
+        if (self && std::exchange(self->m_isFilling, false) && self->isVisible() &&
+            self->isEnabled())
+            self->openMenu();
+    });
+}
+
+void PullDownPopUp::openMenu() {
     m_menu->actions().constFirst()->setVisible(false);
     m_menu->setMinimumWidth(width());
     m_menu->popup(mapToGlobal(rect().bottomLeft()));

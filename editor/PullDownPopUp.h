@@ -3,6 +3,8 @@
 
 #include <QComboBox>
 
+#include <functional>
+
 class QMenu;
 
 namespace dorvane {
@@ -18,6 +20,11 @@ public:
 
     [[nodiscard]] QMenu& menu() { return *m_menu; }
 
+    // For a menu whose entries are not at hand: brings it up to date and then calls `filled`, at
+    // once or later. The menu opens only then, so that it has the height and the place of all that
+    // is in it.
+    void setFill(std::function<void(std::function<void()> filled)> fill);
+
     // Shows the text; `isMissing` greys it for something that cannot be found any more.
     void setFace(const QString& text, bool isMissing = false);
 
@@ -28,7 +35,11 @@ Q_SIGNALS:
     void menuWillOpen();
 
 private:
+    void openMenu();
+
     QMenu* m_menu;
+    std::function<void(std::function<void()> filled)> m_fill;
+    bool m_isFilling = false;
 };
 
 } // namespace dorvane

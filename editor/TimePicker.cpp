@@ -31,10 +31,13 @@ void TimePicker::setChosenTime(QTime time) {
     settle();
 }
 
-void TimePicker::setEarliest(std::optional<QTime> earliest) {
-    if (m_earliest == earliest)
+void TimePicker::setEarliestOn(QDate date, const std::optional<QDateTime>& earliest) {
+    std::optional<QTime> bound;
+    if (earliest && earliest->date() == date)
+        bound = QTime(earliest->time().hour(), earliest->time().minute());
+    if (bound == m_earliest)
         return;
-    m_earliest = earliest;
+    m_earliest = bound;
     settle();
     Q_EMIT chosenTimeChanged();
 }

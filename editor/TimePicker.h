@@ -20,7 +20,9 @@ public:
     [[nodiscard]] QTime chosenTime() const;
     void setChosenTime(QTime time);
 
-    void setEarliest(std::optional<QTime> earliest);
+    // For a time on a date, where nothing may lie before `earliest`: it bounds the times of its own
+    // day only.
+    void setEarliestOn(QDate date, const std::optional<QDateTime>& earliest);
 
     void stepBy(int steps) override;
 

@@ -1,17 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/VoiceChoice.h"
 
-#include "editor/VoiceService.h"
+#include "platform/SpeechService.h"
 #include "ui_AlarmSetController.h"
 
 #include <QMenu>
+#include <QPointer>
 
 namespace dorvane {
 
-VoiceChoice::VoiceChoice(VoiceService& voices, Ui::AlarmSetController& controls, QObject* parent)
-    : QObject(parent), m_voices(voices), m_controls(controls) {
-    connect(&controls.voiceNamePopUp->menu(), &QMenu::triggered, this,
-            [this](const QAction* item) { voiceSelected(item->data().toString()); });
+VoiceChoice::VoiceChoice(SpeechService& speech, Ui::AlarmSetController& controls, QObject* parent)
+    : QObject(parent), m_speech(speech), m_textSpeaker(speech), m_controls(controls) {
+    m_textSpeaker.setTarget(this);
+    controls.voiceNamePopUp->setFill(
+        [this](const std::function<void()>& filled) { fillMenu(filled); });
+}
+
+void VoiceChoice::askForVoices() {
+    m_speech.whenVoicesKnown([] {});
 }
 
 void VoiceChoice::setVoiceName(const QString& name) {
@@ -19,18 +25,30 @@ void VoiceChoice::setVoiceName(const QString& name) {
     m_controls.voiceNamePopUp->setFace(name.isEmpty() ? QStringLiteral("Select Voice") : name);
 }
 
-void VoiceChoice::fillMenu() {
-    m_voices.fillMenuWithVoices(m_controls.voiceNamePopUp->menu());
+void VoiceChoice::fillMenu(const std::function<void()>& filled) {
+    m_speech.whenVoicesKnown([self = QPointer(this), filled] {
+        if (!self)
+            return;
+        QMenu& menu = self->m_controls.voiceNamePopUp->menu();
+        if (self->m_speech.voiceNames().isEmpty()) {
+            if (menu.actions().size() == 1)
+                menu.addAction(QStringLiteral("No voices installed"))->setEnabled(false);
+        } else {
+            self->m_textSpeaker.fillMenuWithVoices(&menu);
+        }
+        filled();
+    });
 }
 
-void VoiceChoice::voiceSelected(const QString& name) {
+void VoiceChoice::voiceSelected(const QAction& item) {
+    const QString name = item.data().toString();
     if (!name.isEmpty()) {
         setVoiceName(name);
         Q_EMIT voiceNameChanged();
     }
     const QString title = m_controls.titleBox->title();
-    m_voices.speakText(title.isEmpty() ? QStringLiteral("Name alarm please!") : title,
-                       int(m_voices.voiceNames().indexOf(name)) + 1);
+    m_textSpeaker.speakText(title.isEmpty() ? QStringLiteral("Name alarm please!") : title,
+                            int(m_textSpeaker.voiceNames().indexOf(name)) + 1);
 }
 
 } // namespace dorvane

@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "firing/TextSpeaker.h"
+#include "firing/VoiceMenuTarget.h"
+
 #include <QObject>
 #include <QString>
+
+#include <functional>
 
 namespace Ui {
 class AlarmSetController;
@@ -10,32 +15,32 @@ class AlarmSetController;
 
 namespace dorvane {
 
-class VoiceService;
-
 // The voice row of the alarm editor: which voice is chosen, and a sample of it.
-class VoiceChoice final : public QObject {
+class VoiceChoice final : public QObject, private VoiceMenuTarget {
     Q_OBJECT
 
 public:
-    // The controls are those of the window that is the parent.
-    VoiceChoice(VoiceService& voices, Ui::AlarmSetController& controls, QObject* parent);
+    // The controls are those of the window that is the parent; the service must outlive it.
+    VoiceChoice(SpeechService& speech, Ui::AlarmSetController& controls, QObject* parent);
+
+    // Has the voices listed, so that they are there when the menu is opened.
+    void askForVoices();
 
     // Empty for none.
     [[nodiscard]] const QString& voiceName() const { return m_voiceName; }
     // Does not emit voiceNameChanged().
     void setVoiceName(const QString& name);
 
-    // To be called before the voice menu opens: lists the voices that are there.
-    void fillMenu();
-
 Q_SIGNALS:
     // By the user.
     void voiceNameChanged();
 
 private:
-    void voiceSelected(const QString& name);
+    void fillMenu(const std::function<void()>& filled);
+    void voiceSelected(const QAction& item) override;
 
-    VoiceService& m_voices;
+    SpeechService& m_speech;
+    TextSpeaker m_textSpeaker; // of its own: a sample announces no alarm
     Ui::AlarmSetController& m_controls;
     QString m_voiceName;
 };

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/ClockFace.h"
+#include "editor/sheets/ClockFace.h"
 
-#include "editor/ClockFacePainter.h"
-#include "editor/ClockHands.h"
+#include "editor/sheets/ClockFacePainter.h"
+#include "editor/sheets/ClockHands.h"
 
 #include <QtTest/QTest>
 #include <QWheelEvent>

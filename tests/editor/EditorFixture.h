@@ -5,7 +5,6 @@
 #include "core/StoredAlarms.h"
 #include "editor/AlarmEditorDelegate.h"
 #include "editor/AlarmSetController.h"
-#include "editor/VoiceService.h"
 #include "firing/SoundRepeat.h"
 #include "platform/Bundle.h"
 #include "platform/linux/preferences/LibplistFormat.h"
@@ -14,39 +13,16 @@
 #include "platform/Workspace.h"
 #include "sounds/AudioStorageController.h"
 #include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/FakeSpeechService.h"
 #include "tests/support/Trace.h"
 #include "tests/support/VirtualRunLoop.h"
 
-#include <QMenu>
 #include <QTemporaryDir>
 
 #include <functional>
 #include <vector>
 
 namespace dorvane::testing {
-
-// Voices that only note in the trace what they were asked to say.
-class FakeVoices final : public VoiceService {
-public:
-    explicit FakeVoices(Trace& trace) : m_trace(trace) {}
-
-    [[nodiscard]] QStringList voiceNames() const override {
-        return {QStringLiteral("Alex"), QStringLiteral("Vera")};
-    }
-    void fillMenuWithVoices(QMenu& menu) override {
-        const QList<QAction*> items = menu.actions();
-        for (QAction* item : items.mid(1))
-            menu.removeAction(item);
-        for (const QString& name : voiceNames())
-            menu.addAction(name)->setData(name);
-    }
-    void speakText(const QString& text, int voiceNumber) override {
-        m_trace.add(QStringLiteral("voice %1 says %2").arg(QString::number(voiceNumber), text));
-    }
-
-private:
-    Trace& m_trace;
-};
 
 class FakeWorkspace final : public Workspace {
 public:
@@ -69,7 +45,7 @@ public:
         , trace(loop)
         , player(loop, trace)
         , repeat(loop, player)
-        , voices(trace)
+        , speech(loop, trace)
         , workspace(trace)
         , bundle(QStringLiteral(DORVANE_TEST_BUNDLE), {})
         , defaults(folder.filePath(QStringLiteral("defaults.plist")), format, loop)
@@ -88,7 +64,7 @@ public:
                 player,
                 repeat,
                 storage,
-                voices,
+                speech,
                 workspace,
                 notifications,
                 format,
@@ -122,7 +98,7 @@ public:
     Trace trace;
     FakeSoundPlayer player;
     SoundRepeat repeat;
-    FakeVoices voices;
+    FakeSpeechService speech;
     FakeWorkspace workspace;
     NotificationCenter notifications;
     Bundle bundle;

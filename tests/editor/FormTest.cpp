@@ -2,8 +2,6 @@
 #include "editor/AlarmBuilding.h"
 #include "editor/AlarmDescription.h"
 #include "editor/AlarmForm.h"
-#include "editor/FormEnabling.h"
-#include "editor/FormValidation.h"
 #include "editor/IntervalRule.h"
 #include "editor/SoundPreview.h"
 #include "tests/support/Dates.h"
@@ -165,53 +163,6 @@ TEST(Validation, CollectsWhatIsMissingAndGoesToTheLastField) {
     EXPECT_EQ(faultsOf(form).field, FormFaults::Field::Title);
 }
 
-TEST(Enabling, FollowsTheRowAndWhatWasTouchedLast) {
-    AlarmForm form = tea(Alarm::Relative);
-    FormEnabling enabling;
-    enabling.alarmTimeRadioChanged(form);
-    EXPECT_EQ(enabling, FormEnabling{.interval = true});
-    enabling.everyDayCheckChanged(form);
-    EXPECT_EQ(enabling, FormEnabling{.interval = true});
-
-    form.row = Alarm::Dated;
-    enabling.alarmTimeRadioChanged(form);
-    EXPECT_EQ(enabling, (FormEnabling{.atTimePicker = true, .date = true}));
-    form.shouldUseEveryDay = true;
-    enabling.everyDayCheckChanged(form);
-    EXPECT_EQ(enabling, FormEnabling{.atTimePicker = true});
-    enabling.alarmTimeRadioChanged(form); // does not look at the every-day box
-    EXPECT_EQ(enabling, (FormEnabling{.atTimePicker = true, .date = true}));
-
-    form.row = Alarm::Weekly;
-    enabling.alarmTimeRadioChanged(form);
-    EXPECT_EQ(enabling, FormEnabling{.weekly = true});
-    form.shouldUseEveryDay = false;
-    enabling.everyDayCheckChanged(form); // lets the date be used, to no effect
-    EXPECT_EQ(enabling, (FormEnabling{.date = true, .weekly = true}));
-    form.weekdays = {Weekday::Friday};
-    enabling.actDaysCheckBoxSelected(form);
-    EXPECT_TRUE(enabling.foreverCheck);
-    enabling.alarmTimeRadioChanged(form);
-    EXPECT_EQ(enabling, (FormEnabling{.weekly = true, .foreverCheck = true}));
-}
-
-TEST(Enabling, FollowsTheBoxesOfSoundAndVoice) {
-    AlarmForm form = tea(Alarm::Relative);
-    FormEnabling enabling;
-    enabling.soundPathChanged(form);
-    EXPECT_TRUE(enabling.playButton);
-    enabling.playSoundCheckChanged(form);
-    EXPECT_EQ(enabling, FormEnabling{});
-
-    form.isPlaySound = form.isSpeakAlarmName = true;
-    form.soundPath.clear();
-    enabling.playSoundCheckChanged(form);
-    enabling.speakNameCheckChanged(form);
-    EXPECT_EQ(enabling,
-              (FormEnabling{
-                  .selectSoundButton = true, .shouldFadeInCheck = true, .voiceNamePopUp = true}));
-}
-
 // A Wednesday.
 const QDateTime wednesday = at("2026-11-18 08:00:20");
 
@@ -267,7 +218,7 @@ TEST(Building, HandsOverEverySettingOfEachKind) {
     form.weekdays = {Weekday::Monday, Weekday::Sunday};
     form.shouldUseForever = true;
 
-    AlarmPtr alarm = alarmBuiltFrom(form, loop, nullptr, u"Wednesday"_qs);
+    AlarmPtr alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, nullptr);
     EXPECT_EQ(alarm->title(), u"Tea"_qs);
     EXPECT_EQ(alarm->selRowNo(), 0);
     EXPECT_EQ(alarm->ringWithinUnits(), 5);
@@ -282,19 +233,25 @@ TEST(Building, HandsOverEverySettingOfEachKind) {
 
     const AlarmPtr running = Alarm::create(loop);
     running->setRunTime(at("2026-11-18 07:00"));
+    alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, running.get());
+    EXPECT_EQ(alarm->storedRunTime(), running->storedRunTime()); // goes on as it was
     form.row = Alarm::Dated;
-    alarm = alarmBuiltFrom(form, loop, running.get(), u"Wednesday"_qs);
+    alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, running.get());
     EXPECT_TRUE(alarm->isTimeWithDate());
     EXPECT_EQ(text(alarm->time()), "2026-11-15T18:30:00+01:00");
-    EXPECT_EQ(alarm->storedRunTime(), running->storedRunTime());
 
     form.row = Alarm::Weekly;
-    alarm = alarmBuiltFrom(form, loop, running.get(), u"Wednesday"_qs);
+    alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, running.get());
     EXPECT_FALSE(alarm->isTimeWithDate());
     EXPECT_EQ(alarm->weekdays(), form.weekdays);
     EXPECT_TRUE(alarm->shouldUseForever());
     EXPECT_EQ(text(alarm->time()), "2026-11-22T07:30:00+01:00");
     EXPECT_EQ(alarm->storedRunTime(), alarm->time());
+
+    running->setSelRowNo(Alarm::Weekly); // what was of another kind counts from now
+    form.row = Alarm::Relative;
+    alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, running.get());
+    EXPECT_EQ(alarm->storedRunTime(), wednesday);
 }
 
 TEST(Filling, IsUndoneByBuilding) {
@@ -302,9 +259,9 @@ TEST(Filling, IsUndoneByBuilding) {
     for (const Alarm::Kind row : {Alarm::Relative, Alarm::Dated, Alarm::Weekly}) {
         AlarmForm form = tea(row);
         form.weekdays = {Weekday::Wednesday};
-        const AlarmPtr alarm = alarmBuiltFrom(form, loop, nullptr, u"Wednesday"_qs);
+        const AlarmPtr alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, nullptr);
         const AlarmForm filled = formFilledFrom(*alarm, newAlarmForm(wednesday, 1));
-        const AlarmPtr again = alarmBuiltFrom(filled, loop, nullptr, u"Wednesday"_qs);
+        const AlarmPtr again = alarmBuiltFrom(filled, loop, wednesday, u"Wednesday"_qs, nullptr);
         EXPECT_EQ(text(again->time()), text(alarm->time())) << row;
         EXPECT_EQ(manageDescriptionLabel(filled), manageDescriptionLabel(form));
     }

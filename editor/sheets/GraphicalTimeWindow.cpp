@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/GraphicalTimeWindow.h"
+#include "editor/sheets/GraphicalTimeWindow.h"
 
 #include "editor/DialogButtons.h"
 #include "ui_GraphicalTimeWindow.h"

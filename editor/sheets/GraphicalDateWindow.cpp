@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/GraphicalDateWindow.h"
+#include "editor/sheets/GraphicalDateWindow.h"
 
 #include "editor/DialogButtons.h"
-#include "editor/EarliestTime.h"
 #include "ui_GraphicalDateWindow.h"
 
 #include <QTextCharFormat>
@@ -60,7 +59,7 @@ QTime GraphicalDateWindow::time() const {
 }
 
 void GraphicalDateWindow::boundTime() {
-    m_controls->graphicalTimePicker->setEarliest(earliestTimeOn(date(), m_earliest));
+    m_controls->graphicalTimePicker->setEarliestOn(date(), m_earliest);
 }
 
 } // namespace dorvane

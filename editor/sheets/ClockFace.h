@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "editor/ClockHands.h"
+#include "editor/sheets/ClockHands.h"
 
 #include <QTime>
 #include <QWidget>

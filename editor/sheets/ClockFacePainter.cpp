@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/ClockFacePainter.h"
+#include "editor/sheets/ClockFacePainter.h"
 
 #include <QPainter>
 

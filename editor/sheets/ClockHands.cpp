@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/ClockHands.h"
+#include "editor/sheets/ClockHands.h"
 
 #include <cmath>
 #include <numbers>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/ClockFace.h"
+#include "editor/sheets/ClockFace.h"
 
-#include "editor/ClockFacePainter.h"
+#include "editor/sheets/ClockFacePainter.h"
 
 #include <QKeyEvent>
 #include <QLocale>

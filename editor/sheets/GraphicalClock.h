@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QTime>
+#include <QDateTime>
 #include <QWidget>
 
 #include <optional>
@@ -21,8 +21,9 @@ public:
     [[nodiscard]] QTime time() const;
     void setTime(QTime time);
 
-    // A time before the earliest one is brought up to it, once the hand is let go of.
-    void setEarliest(std::optional<QTime> earliest);
+    // On its day, a time before the earliest moment is brought up to it, once the hand is let go
+    // of.
+    void setEarliestOn(QDate date, const std::optional<QDateTime>& earliest);
 
 private:
     void followField();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/GraphicalClock.h"
+#include "editor/sheets/GraphicalClock.h"
 
-#include "editor/ClockFace.h"
+#include "editor/sheets/ClockFace.h"
 #include "editor/TimePicker.h"
 
 #include <QVBoxLayout>
@@ -37,8 +37,8 @@ void GraphicalClock::setTime(QTime time) {
     followField();
 }
 
-void GraphicalClock::setEarliest(std::optional<QTime> earliest) {
-    m_field->setEarliest(earliest);
+void GraphicalClock::setEarliestOn(QDate date, const std::optional<QDateTime>& earliest) {
+    m_field->setEarliestOn(date, earliest);
 }
 
 void GraphicalClock::followField() {
