@@ -3,7 +3,7 @@
 
 #include "editor/DescriptionLabel.h"
 #include "editor/IntervalField.h"
-#include "editor/PullDownPopUp.h"
+#include "sounds/PullDownPopUp.h"
 #include "editor/TimePicker.h"
 #include "editor/TitleBox.h"
 #include "sounds/SoundFileWell.h"

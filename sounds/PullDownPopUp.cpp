@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/PullDownPopUp.h"
+#include "sounds/PullDownPopUp.h"
 
 #include <QMenu>
 #include <QPointer>
