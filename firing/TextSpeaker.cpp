@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "firing/TextSpeaker.h"
 
-#include "firing/LongMenuStyle.h"
 #include "firing/MenuTypeAhead.h"
 #include "firing/TextSpeakerDelegate.h"
 #include "firing/VoiceMenuTarget.h"
 #include "platform/Log.h"
 #include "platform/SpeechService.h"
+#include "sounds/LongMenuStyle.h"
+#include "sounds/MenuText.h"
 
 #include <QMenu>
 
@@ -44,9 +45,7 @@ void TextSpeaker::addVoices(QMenu& menu) {
     }
     QList<QAction*> items;
     for (const QString& name : voiceNames()) {
-        QString title = name;
-        title.replace(QLatin1Char('&'), QStringLiteral("&&"));
-        const auto item = new QAction(title, &menu);
+        const auto item = new QAction(menuText(name), &menu);
         item->setData(name);
         if (m_target)
             QObject::connect(item, &QAction::triggered, item,

@@ -5,6 +5,7 @@
 #include "core/NotificationNames.h"
 #include "menubar/StatusMenu.h"
 #include "menubar/WholeSecond.h"
+#include "sounds/MenuText.h"
 
 #include <QApplication>
 
@@ -19,7 +20,7 @@ namespace {
 MenuRows::Kind ownKind() {
     return {
         [](QMenu& parent) -> QMenu* { return new StatusMenu(static_cast<StatusMenu&>(parent)); },
-        [](const MenuItemExtras& item) { return withoutMnemonics(item.spokenText()); }};
+        [](const MenuItemExtras& item) { return menuText(item.spokenText()); }};
 }
 
 MenuRows::Kind exportedKind() {

@@ -43,10 +43,6 @@ QString subtitlePart(const QString& subtitle, double widest,
     return wholeCharacters(part, fitting) + QStringLiteral("...");
 }
 
-QString withoutMnemonics(QString title) {
-    return title.replace(u'&', QStringLiteral("&&"));
-}
-
 MenuItemExtras::MenuItemExtras(RunLoop& runLoop, QObject* parent) : QAction(parent) {
     connect(this, &QAction::triggered, this, [this, &runLoop] {
         if (m_command)

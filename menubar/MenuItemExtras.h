@@ -26,9 +26,6 @@ struct MenuTitleFonts {
 [[nodiscard]] QString subtitlePart(const QString& subtitle, double widest,
                                    const std::function<double(const QString&)>& width);
 
-// A title for Qt's menus, in which an ampersand marks a key and two stand for one.
-[[nodiscard]] QString withoutMnemonics(QString title);
-
 // A menu item with a title in two sizes of type, and a command. Its text(), which screen readers
 // and panels use, is the menu's to set.
 class MenuItemExtras final : public QAction {

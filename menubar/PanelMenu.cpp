@@ -2,6 +2,7 @@
 #include "menubar/PanelMenu.h"
 
 #include "menubar/MenuItemExtras.h"
+#include "sounds/MenuText.h"
 
 #include <QStyleOptionMenuItem>
 
@@ -22,7 +23,7 @@ QString PanelMenu::busText(QString title) {
 void PanelMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
     QMenu::initStyleOption(option, action);
     if (const auto* item = dynamic_cast<const MenuItemExtras*>(action))
-        option->text = withoutMnemonics(item->title() + item->subtitlePart());
+        option->text = menuText(item->title() + item->subtitlePart());
 }
 
 } // namespace dorvane

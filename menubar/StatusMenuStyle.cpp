@@ -58,7 +58,7 @@ void drawSeparator(const QStyleOptionMenuItem& item, QPainter& painter) {
 } // namespace
 
 StatusMenuStyle::StatusMenuStyle(MenuTitleFonts fonts)
-    : QProxyStyle(QStringLiteral("Fusion")), m_fonts(std::move(fonts)) {}
+    : LongMenuStyle(QStringLiteral("Fusion")), m_fonts(std::move(fonts)) {}
 
 int StatusMenuStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                                  const QWidget* widget) const {
@@ -74,10 +74,8 @@ int StatusMenuStyle::styleHint(StyleHint hint, const QStyleOption* option, const
         return 0;
     case SH_Menu_AllowActiveAndDisabled: // headings are skipped
         return 0;
-    case SH_Menu_Scrollable: // rather than in columns, when it is higher than the screen
-        return 1;
     default:
-        return QProxyStyle::styleHint(hint, option, widget, returnData);
+        return LongMenuStyle::styleHint(hint, option, widget, returnData);
     }
 }
 

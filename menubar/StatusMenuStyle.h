@@ -2,8 +2,7 @@
 #pragma once
 
 #include "menubar/MenuItemExtras.h"
-
-#include <QProxyStyle>
+#include "sounds/LongMenuStyle.h"
 
 class QStyleOptionMenuItem;
 
@@ -11,7 +10,7 @@ namespace dorvane {
 
 // Draws menu items with a title in two sizes, and separators and headings that can be seen on dark
 // and on light menus. All else is Fusion's.
-class StatusMenuStyle final : public QProxyStyle {
+class StatusMenuStyle final : public LongMenuStyle {
 public:
     // Stands in the text of a menu item's option between the title and the subtitle.
     static constexpr QChar titleSeparator = u'\u001f';

@@ -2,24 +2,14 @@
 #include "sounds/AlarmSoundMenuContructor.h"
 
 #include "sounds/AudioStorageController.h"
+#include "sounds/LongMenuStyle.h"
 #include "sounds/SoundMenuTarget.h"
 
 #include <QMenu>
-#include <QProxyStyle>
 
 namespace dorvane {
 
 namespace {
-
-// A long menu of the desktop's styles goes on in further columns, soon beyond the screen's edge;
-// a library of sounds is better scrolled through.
-class ScrollingMenuStyle final : public QProxyStyle {
-public:
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* data) const override {
-        return hint == SH_Menu_Scrollable ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
-    }
-};
 
 void removeEverything(QMenu& menu) {
     menu.clear();
@@ -32,7 +22,7 @@ void removeEverything(QMenu& menu) {
 } // namespace
 
 AlarmSoundMenuContructor::AlarmSoundMenuContructor(const AudioStorageController& library)
-    : m_library(library), m_scrolling(std::make_unique<ScrollingMenuStyle>()) {}
+    : m_library(library), m_scrolling(std::make_unique<LongMenuStyle>()) {}
 
 AlarmSoundMenuContructor::~AlarmSoundMenuContructor() = default;
 

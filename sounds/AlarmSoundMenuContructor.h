@@ -25,9 +25,6 @@ public:
     AlarmSoundMenuContructor(const AlarmSoundMenuContructor&) = delete;
     AlarmSoundMenuContructor& operator=(const AlarmSoundMenuContructor&) = delete;
 
-    // The one instance of the application.
-    static AlarmSoundMenuContructor& sharedConstructor();
-
     // The menu to fill; not owned.
     [[nodiscard]] QMenu* objectMenu() const;
     void setObjectMenu(QMenu* menu);

@@ -3,6 +3,7 @@
 
 #include "platform/Log.h"
 #include "sounds/FileManager.h"
+#include "sounds/MenuText.h"
 #include "sounds/ReminderFileName.h"
 #include "sounds/SoundsLoader.h"
 
@@ -16,12 +17,6 @@ namespace {
 
 [[nodiscard]] QString baseName(const QString& path) {
     return QFileInfo(path).completeBaseName();
-}
-
-// Safe from what a menu would take for a mnemonic or for the column of shortcuts.
-[[nodiscard]] QString menuText(QString text) {
-    return text.replace(QLatin1Char('&'), QStringLiteral("&&"))
-        .replace(QLatin1Char('\t'), QLatin1Char(' '));
 }
 
 // The path of a file on this machine; empty for any other address. Music libraries write

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sounds/PullDownPopUp.h"
 
+#include "sounds/MenuText.h"
+
 #include <QMenu>
 #include <QPointer>
 
@@ -16,9 +18,7 @@ PullDownPopUp::PullDownPopUp(QWidget* parent) : QComboBox(parent), m_menu(new QM
 }
 
 void PullDownPopUp::setFace(const QString& text, bool isMissing) {
-    QString escaped = text;
-    m_menu->actions().constFirst()->setText(
-        escaped.replace(QLatin1Char('&'), QStringLiteral("&&")));
+    m_menu->actions().constFirst()->setText(menuText(text));
     setItemText(0, text);
     setPalette(QPalette());
     if (!isMissing)
