@@ -8,6 +8,8 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,14 +17,31 @@ using namespace dorvane;
 
 namespace {
 
+QByteArray contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+}
+
+QString watched;    // the file that is being replaced
+QStringList synced; // what was synced, and how the watched file began at that moment
+
+} // namespace
+
+// In the place of the system's, for the whole test program.
+extern "C" int fsync(int descriptor) {
+    struct stat status {};
+    ::fstat(descriptor, &status);
+    if (!watched.isEmpty())
+        synced << (S_ISDIR(status.st_mode) ? QStringLiteral("folder ") : QStringLiteral("file ")) +
+                      QString::fromLatin1(contents(watched).first(1));
+    return int(::syscall(SYS_fsync, descriptor));
+}
+
+namespace {
+
 class AtomicFileTest : public ::testing::Test {
 protected:
     AtomicFileTest() : m_path(m_folder.filePath(QStringLiteral("file"))) {}
-
-    [[nodiscard]] static QByteArray contents(const QString& path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
-    }
 
     // Does `act` in a process of its own and tells how that ended, as waitpid() does.
     template<typename Act>
@@ -52,6 +71,14 @@ protected:
     const QByteArray m_old = QByteArray(100'000, 'o');
     const QByteArray m_new = QByteArray(200'000, 'n');
 };
+
+TEST_F(AtomicFileTest, isOnTheDiskBeforeItTakesTheOldOnesPlaceAndSoIsItsNameAfterwards) {
+    ASSERT_FALSE(writeFileAtomically(m_path, m_old));
+    watched = m_path;
+    EXPECT_FALSE(writeFileAtomically(m_path, m_new));
+    watched.clear();
+    EXPECT_EQ(synced, (QStringList{QStringLiteral("file o"), QStringLiteral("folder n")}));
+}
 
 TEST_F(AtomicFileTest, fullDiskLeavesTheOldFileAndNoRubbish) {
     ASSERT_FALSE(writeFileAtomically(m_path, m_old));

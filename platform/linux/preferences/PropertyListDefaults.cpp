@@ -15,8 +15,11 @@ namespace dorvane {
 
 PropertyListDefaults::PropertyListDefaults(const QString& path, const PropertyListFormat& format,
                                            const RunLoop& runLoop)
-    : m_path(pathBehindLinks(path)), m_format(format), m_runLoop(runLoop) {
-    if (!readIfChanged())
+    : m_path(pathBehindLinks(path))
+    , m_format(format)
+    , m_runLoop(runLoop)
+    , m_wasUnread(!readIfChanged()) {
+    if (m_wasUnread)
         qCWarning(logPlatform) << "preferences are kept in memory only:" << m_path;
 }
 
@@ -45,8 +48,9 @@ bool PropertyListDefaults::synchronize() {
         return false;
     const QVariantMap values = merged();
     const bool isInFile = m_stamp && values == m_stored;
-    if (!isInFile && !write(values))
+    if (!isInFile && !(copyUnread() && write(values)))
         return false;
+    m_wasUnread = false;
     m_stored = values;
     m_changes.clear();
     return true;
@@ -98,11 +102,7 @@ bool PropertyListDefaults::readIfChanged() {
 }
 
 bool PropertyListDefaults::putAside() {
-    const QString dated = m_path + QStringLiteral(".damaged-") +
-                          m_runLoop.now().toString(QStringLiteral("yyyy-MM-ddTHH-mm-ss"));
-    QString name = dated;
-    for (int i = 2; QFileInfo::exists(name); ++i)
-        name = QStringLiteral("%1-%2").arg(dated).arg(i);
+    const QString name = newName("damaged");
     QFile file(m_path);
     if (!file.rename(name)) {
         qCWarning(logPlatform) << "cannot put aside damaged preferences" << m_path
@@ -111,6 +111,35 @@ bool PropertyListDefaults::putAside() {
     }
     qCWarning(logPlatform) << "damaged preferences were put aside as" << name;
     return true;
+}
+
+// True when there is nothing that would be lost.
+bool PropertyListDefaults::copyUnread() {
+    if (!m_wasUnread || !m_stamp)
+        return true;
+    const QString name = newName("unread");
+    QFile file(m_path);
+    std::optional<QString> error = QStringLiteral("cannot read");
+    if (file.open(QIODevice::ReadOnly))
+        error = writeFileAtomically(name, file.readAll());
+    if (error) {
+        qCWarning(logPlatform) << "cannot copy preferences" << m_path << *error;
+        return false;
+    }
+    qCWarning(logPlatform) << "preferences that could not be read at the start were copied to"
+                           << name;
+    return true;
+}
+
+// Beside the file, telling why and when it was made.
+QString PropertyListDefaults::newName(const char* reason) const {
+    const QString dated = QStringLiteral("%1.%2-%3")
+                              .arg(m_path, QLatin1String(reason),
+                                   m_runLoop.now().toString(QStringLiteral("yyyy-MM-ddTHH-mm-ss")));
+    QString name = dated;
+    for (int i = 2; QFileInfo::exists(name); ++i)
+        name = QStringLiteral("%1-%2").arg(dated).arg(i);
+    return name;
 }
 
 bool PropertyListDefaults::write(const QVariantMap& values) {

@@ -18,7 +18,8 @@ class RunLoop;
 //
 // A damaged file is put aside under a new name beside it, never overwritten. A file that cannot be
 // read, or not be put aside, is left alone: the preferences then live in memory only, and every
-// synchronize() looks whether that has changed.
+// synchronize() looks whether that has changed. What such a file then turns out to hold was decided
+// without: it is copied under a new name before it is written over.
 class PropertyListDefaults final : public UserDefaults {
 public:
     // `path` is the full path of the file, which need not exist, nor its folder. The format and the
@@ -46,6 +47,8 @@ private:
     [[nodiscard]] std::optional<Stamp> stampOfFile() const;
     [[nodiscard]] bool readIfChanged();
     [[nodiscard]] bool putAside();
+    [[nodiscard]] bool copyUnread();
+    [[nodiscard]] QString newName(const char* reason) const;
     [[nodiscard]] QVariantMap merged() const;
     [[nodiscard]] bool write(const QVariantMap& values);
 
@@ -56,6 +59,7 @@ private:
     QMap<QString, QVariant> m_changes; // not written yet; an invalid value is a removed key
     QVariantMap m_registered;
     std::optional<Stamp> m_stamp; // of the file that m_stored was read from; none: there is no file
+    bool m_wasUnread;             // the file was there at the start and could not be read
 };
 
 } // namespace dorvane
