@@ -89,7 +89,7 @@ ActiveAlarms& sharedActiveAlarms() {
 
 StoredAlarms& sharedStoredAlarms() {
     static auto* const alarms =
-        new StoredAlarms(sharedDesktop().defaults, alarmArchive(), sharedDesktop().runLoop);
+        new StoredAlarms(sharedDesktop().defaults, alarmArchive(), sharedDesktop().notifications);
     return *alarms;
 }
 

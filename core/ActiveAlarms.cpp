@@ -9,7 +9,7 @@ namespace dorvane {
 ActiveAlarms::ActiveAlarms(UserDefaults& defaults, const AlarmArchive& archive,
                            const RunLoop& runLoop, Clock& clock)
     // Preferences of earlier versions use this spelling.
-    : m_list(QStringLiteral("AcitveAlarmsStoredKey"), defaults, archive, runLoop)
+    : m_list(QStringLiteral("AcitveAlarmsStoredKey"), defaults, archive)
     , m_runLoop(runLoop)
     , m_clock(clock) {}
 

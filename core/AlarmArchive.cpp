@@ -7,69 +7,102 @@
 
 #include <QHash>
 
+#include <type_traits>
+#include <vector>
+
 namespace dorvane {
 
 namespace {
 
 constexpr QLatin1String alarmClass("Alarm");
 
-// Existing preferences hold these keys, so they keep their spelling. A 32-bit snooze time is what
-// the record has always had; the field is wider.
+using Object = KeyedUnarchiver::Object;
 
-void encode(const Alarm& alarm, KeyedArchiver& coder) {
-    coder.encodeObject(alarm.title(), QStringLiteral("title"));
-    coder.encodeObject(alarm.storedTime(), QStringLiteral("time"));
-    coder.encodeBool(alarm.isTimeWithDate(), QStringLiteral("isTimeWithDate"));
-    coder.encodeInteger(alarm.ringWithinUnits(), QStringLiteral("ringWithinUnits"));
-    coder.encodeBool(alarm.isMinuteUnits(), QStringLiteral("isMinuteUnits"));
-    coder.encodeObject(alarm.storedRunTime(), QStringLiteral("runTime"));
-    coder.encodeInt(static_cast<qint32>(alarm.snoozeTime()), QStringLiteral("snoozeTime"));
-    coder.encodeObject(alarm.soundPath(), QStringLiteral("soundPath"));
-    coder.encodeBool(alarm.isPlaySound(), QStringLiteral("isPlaySound"));
-    coder.encodeBool(alarm.shouldFadeIn(), QStringLiteral("shouldFadeIn"));
-    coder.encodeBool(alarm.isExisInActiveAlarmList(), QStringLiteral("isExisInActiveAlarmList"));
-    coder.encodeBool(alarm.isDefaultAlarm(), QStringLiteral("isDefaultAlarm"));
-    coder.encodeBool(alarm.isSpeakAlarmName(), QStringLiteral("isSpeakAlarmName"));
-    coder.encodeObject(alarm.voiceName(), QStringLiteral("voiceName"));
-    coder.encodeBool(alarm.shouldRepeat(), QStringLiteral("shouldRepeat"));
-    coder.encodeBool(alarm.shouldUseEveryDay(), QStringLiteral("shouldUseEveryDay"));
-    coder.encodeInteger(alarm.selRowNo(), QStringLiteral("selRowNo"));
-    coder.encodeBool(alarm.isRunOnMon(), QStringLiteral("RunOnMonday"));
-    coder.encodeBool(alarm.isRunOnTue(), QStringLiteral("RunOnTuesday"));
-    coder.encodeBool(alarm.isRunOnWed(), QStringLiteral("RunOnWednesday"));
-    coder.encodeBool(alarm.isRunOnThu(), QStringLiteral("RunOnThursday"));
-    coder.encodeBool(alarm.isRunOnFri(), QStringLiteral("RunOnFriday"));
-    coder.encodeBool(alarm.isRunOnSat(), QStringLiteral("RunOnSaturday"));
-    coder.encodeBool(alarm.isRunOnSun(), QStringLiteral("RunOnSunday"));
-    coder.encodeBool(alarm.shouldUseForever(), QStringLiteral("ShouldUseForever"));
+// One value of the record: the key that existing preferences know it by, how it is written and how
+// it is read.
+struct Field {
+    QString key;
+    void (*encode)(const Alarm& alarm, KeyedArchiver& coder, const QString& key);
+    void (*decode)(Alarm& alarm, const Object& coder, const QString& key);
+};
+
+template<typename Value>
+void encode(KeyedArchiver& coder, const Value& value, const QString& key) {
+    if constexpr (std::is_same_v<Value, bool>)
+        coder.encodeBool(value, key);
+    else if constexpr (std::is_same_v<Value, qint64>)
+        coder.encodeInteger(value, key);
+    else
+        coder.encodeObject(value, key);
 }
 
-void decode(Alarm& alarm, const KeyedUnarchiver::Object& coder) {
-    alarm.setTitle(coder.decodeString(QStringLiteral("title")));
-    alarm.setTime(coder.decodeDate(QStringLiteral("time")));
-    alarm.setIsTimeWithDate(coder.decodeBool(QStringLiteral("isTimeWithDate")));
-    alarm.setRingWithinUnits(coder.decodeInteger(QStringLiteral("ringWithinUnits")));
-    alarm.setIsMinuteUnits(coder.decodeBool(QStringLiteral("isMinuteUnits")));
-    alarm.setRunTime(coder.decodeDate(QStringLiteral("runTime")));
-    alarm.setSnoozeTime(coder.decodeInt(QStringLiteral("snoozeTime")));
-    alarm.setSoundPath(coder.decodeString(QStringLiteral("soundPath")));
-    alarm.setIsPlaySound(coder.decodeBool(QStringLiteral("isPlaySound")));
-    alarm.setShouldFadeIn(coder.decodeBool(QStringLiteral("shouldFadeIn")));
-    alarm.setIsExisInActiveAlarmList(coder.decodeBool(QStringLiteral("isExisInActiveAlarmList")));
-    alarm.setIsDefaultAlarm(coder.decodeBool(QStringLiteral("isDefaultAlarm")));
-    alarm.setIsSpeakAlarmName(coder.decodeBool(QStringLiteral("isSpeakAlarmName")));
-    alarm.setVoiceName(coder.decodeString(QStringLiteral("voiceName")));
-    alarm.setShouldRepeat(coder.decodeBool(QStringLiteral("shouldRepeat")));
-    alarm.setShouldUseEveryDay(coder.decodeBool(QStringLiteral("shouldUseEveryDay")));
-    alarm.setSelRowNo(coder.decodeInteger(QStringLiteral("selRowNo")));
-    alarm.setIsRunOnMon(coder.decodeBool(QStringLiteral("RunOnMonday")));
-    alarm.setIsRunOnTue(coder.decodeBool(QStringLiteral("RunOnTuesday")));
-    alarm.setIsRunOnWed(coder.decodeBool(QStringLiteral("RunOnWednesday")));
-    alarm.setIsRunOnThu(coder.decodeBool(QStringLiteral("RunOnThursday")));
-    alarm.setIsRunOnFri(coder.decodeBool(QStringLiteral("RunOnFriday")));
-    alarm.setIsRunOnSat(coder.decodeBool(QStringLiteral("RunOnSaturday")));
-    alarm.setIsRunOnSun(coder.decodeBool(QStringLiteral("RunOnSunday")));
-    alarm.setShouldUseForever(coder.decodeBool(QStringLiteral("ShouldUseForever")));
+template<typename Value>
+Value decode(const Object& coder, const QString& key) {
+    if constexpr (std::is_same_v<Value, bool>)
+        return coder.decodeBool(key);
+    else if constexpr (std::is_same_v<Value, qint64>)
+        return coder.decodeInteger(key);
+    else if constexpr (std::is_same_v<Value, QDateTime>)
+        return coder.decodeDate(key);
+    else
+        return coder.decodeString(key);
+}
+
+template<auto get, auto set>
+Field field(const QString& key) {
+    using Value = std::remove_cvref_t<std::invoke_result_t<decltype(get), const Alarm&>>;
+    return {key,
+            [](const Alarm& alarm, KeyedArchiver& coder, const QString& name) {
+                encode<Value>(coder, (alarm.*get)(), name);
+            },
+            [](Alarm& alarm, const Object& coder, const QString& name) {
+                (alarm.*set)(decode<Value>(coder, name));
+            }};
+}
+
+// The record has always had a snooze time of 32 bits; the field is wider.
+Field snoozeTimeField() {
+    return {QStringLiteral("snoozeTime"),
+            [](const Alarm& alarm, KeyedArchiver& coder, const QString& key) {
+                coder.encodeInt(static_cast<qint32>(alarm.snoozeTime()), key);
+            },
+            [](Alarm& alarm, const Object& coder, const QString& key) {
+                alarm.setSnoozeTime(coder.decodeInt(key));
+            }};
+}
+
+// In the order in which the format's own archiver would write them.
+const std::vector<Field>& fields() {
+    using A = Alarm;
+    static const std::vector<Field> all{
+        field<&A::title, &A::setTitle>(QStringLiteral("title")),
+        field<&A::storedTime, &A::setTime>(QStringLiteral("time")),
+        field<&A::isTimeWithDate, &A::setIsTimeWithDate>(QStringLiteral("isTimeWithDate")),
+        field<&A::ringWithinUnits, &A::setRingWithinUnits>(QStringLiteral("ringWithinUnits")),
+        field<&A::isMinuteUnits, &A::setIsMinuteUnits>(QStringLiteral("isMinuteUnits")),
+        field<&A::storedRunTime, &A::setRunTime>(QStringLiteral("runTime")),
+        snoozeTimeField(),
+        field<&A::soundPath, &A::setSoundPath>(QStringLiteral("soundPath")),
+        field<&A::isPlaySound, &A::setIsPlaySound>(QStringLiteral("isPlaySound")),
+        field<&A::shouldFadeIn, &A::setShouldFadeIn>(QStringLiteral("shouldFadeIn")),
+        field<&A::isExisInActiveAlarmList, &A::setIsExisInActiveAlarmList>(
+            QStringLiteral("isExisInActiveAlarmList")),
+        field<&A::isDefaultAlarm, &A::setIsDefaultAlarm>(QStringLiteral("isDefaultAlarm")),
+        field<&A::isSpeakAlarmName, &A::setIsSpeakAlarmName>(QStringLiteral("isSpeakAlarmName")),
+        field<&A::voiceName, &A::setVoiceName>(QStringLiteral("voiceName")),
+        field<&A::shouldRepeat, &A::setShouldRepeat>(QStringLiteral("shouldRepeat")),
+        field<&A::shouldUseEveryDay, &A::setShouldUseEveryDay>(QStringLiteral("shouldUseEveryDay")),
+        field<&A::selRowNo, &A::setSelRowNo>(QStringLiteral("selRowNo")),
+        field<&A::isRunOnMon, &A::setIsRunOnMon>(QStringLiteral("RunOnMonday")),
+        field<&A::isRunOnTue, &A::setIsRunOnTue>(QStringLiteral("RunOnTuesday")),
+        field<&A::isRunOnWed, &A::setIsRunOnWed>(QStringLiteral("RunOnWednesday")),
+        field<&A::isRunOnThu, &A::setIsRunOnThu>(QStringLiteral("RunOnThursday")),
+        field<&A::isRunOnFri, &A::setIsRunOnFri>(QStringLiteral("RunOnFriday")),
+        field<&A::isRunOnSat, &A::setIsRunOnSat>(QStringLiteral("RunOnSaturday")),
+        field<&A::isRunOnSun, &A::setIsRunOnSun>(QStringLiteral("RunOnSunday")),
+        field<&A::shouldUseForever, &A::setShouldUseForever>(QStringLiteral("ShouldUseForever")),
+    };
+    return all;
 }
 
 } // namespace
@@ -83,7 +116,10 @@ QByteArray AlarmArchive::archivedData(const std::vector<AlarmPtr>& alarms) const
     for (const AlarmPtr& alarm : alarms)
         objects.push_back({.identity = alarm.get(),
                            .classes = {alarmClass, QStringLiteral("NSObject")},
-                           .encode = [&alarm](KeyedArchiver& coder) { encode(*alarm, coder); }});
+                           .encode = [&alarm](KeyedArchiver& coder) {
+                               for (const Field& field : fields())
+                                   field.encode(*alarm, coder, field.key);
+                           }});
     return m_format.binary(KeyedArchiver::archivedList(objects)).value_or(QByteArray());
 }
 
@@ -96,7 +132,8 @@ AlarmArchive::Unarchived AlarmArchive::unarchive(const QByteArray& data) const {
         AlarmPtr& alarm = decoded[object.identity()];
         if (!alarm) {
             alarm = Alarm::create(m_runLoop);
-            decode(*alarm, object);
+            for (const Field& field : fields())
+                field.decode(*alarm, object, field.key);
         }
         unarchived.alarms.push_back(alarm);
     }

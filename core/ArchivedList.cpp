@@ -2,23 +2,22 @@
 #include "core/ArchivedList.h"
 
 #include "platform/Log.h"
-#include "platform/RunLoop.h"
 #include "platform/UserDefaults.h"
 
 namespace dorvane {
 
-ArchivedList::ArchivedList(QString key, UserDefaults& defaults, const AlarmArchive& archive,
-                           const RunLoop& runLoop)
-    : m_key(std::move(key)), m_defaults(defaults), m_archive(archive), m_runLoop(runLoop) {}
+ArchivedList::ArchivedList(QString key, UserDefaults& defaults, const AlarmArchive& archive)
+    : m_key(std::move(key)), m_defaults(defaults), m_archive(archive) {}
 
 std::optional<std::vector<AlarmPtr>> ArchivedList::load() {
     const QVariant stored = m_defaults.value(m_key);
     if (!stored.isValid())
         return std::nullopt;
-    const QByteArray data = stored.toByteArray();
-    AlarmArchive::Unarchived read = m_archive.unarchive(data);
+    AlarmArchive::Unarchived read{.alarms = {}, .isComplete = false};
+    if (stored.typeId() == QMetaType::QByteArray)
+        read = m_archive.unarchive(stored.toByteArray());
     if (!read.isComplete)
-        keepUnreadable(data);
+        keepUnreadable(stored);
     return std::move(read.alarms);
 }
 
@@ -32,12 +31,20 @@ void ArchivedList::save(const std::vector<AlarmPtr>& alarms) {
     m_defaults.synchronize();
 }
 
-void ArchivedList::keepUnreadable(const QByteArray& data) {
-    const QString kept =
-        m_key + QStringLiteral(".damaged-") + m_runLoop.now().toString(Qt::ISODate);
-    qCWarning(logCore).noquote() << "not all of" << m_key << "can be read; the data is kept under"
+// The same value is met at every reading until somebody changes the list, and is kept once.
+void ArchivedList::keepUnreadable(const QVariant& value) {
+    QString kept;
+    for (int i = 1; kept.isEmpty(); ++i) {
+        const QString candidate = QStringLiteral("%1.damaged-%2").arg(m_key).arg(i);
+        const QVariant known = m_defaults.value(candidate);
+        if (known == value)
+            return;
+        if (!known.isValid())
+            kept = candidate;
+    }
+    qCWarning(logCore).noquote() << "not all of" << m_key << "can be read; it is kept under"
                                  << kept;
-    m_defaults.setValue(kept, data);
+    m_defaults.setValue(kept, value);
 }
 
 } // namespace dorvane

@@ -2,7 +2,6 @@
 #include "core/KeyedUnarchiver.h"
 
 #include "core/KeyedArchiveNames.h"
-#include "platform/Log.h"
 
 #include <cmath>
 #include <limits>
@@ -115,10 +114,8 @@ bool KeyedUnarchiver::isKindOf(const QVariantMap& record, const QString& classNa
 KeyedUnarchiver::List KeyedUnarchiver::decodeList(const QString& className) const {
     // Lists of all classes, mutable or not, keep their elements under the same key.
     const QVariant elements = root().value(archive::listObjects);
-    if (elements.typeId() != QMetaType::QVariantList) {
-        qCWarning(logCore) << "no archive of a list of" << className;
+    if (elements.typeId() != QMetaType::QVariantList)
         return {.objects = {}, .isComplete = false};
-    }
     List list;
     const QVariantList references = elements.toList();
     for (const QVariant& element : references) {
@@ -127,10 +124,7 @@ KeyedUnarchiver::List KeyedUnarchiver::decodeList(const QString& className) cons
             list.objects.push_back(
                 Object(m_objects, element.value<PropertyListUid>().value, record));
     }
-    const auto leftOut = references.size() - static_cast<qsizetype>(list.objects.size());
-    list.isComplete = leftOut == 0;
-    if (!list.isComplete)
-        qCWarning(logCore) << "left out" << leftOut << "archived objects that are no" << className;
+    list.isComplete = references.size() == static_cast<qsizetype>(list.objects.size());
     return list;
 }
 

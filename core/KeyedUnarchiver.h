@@ -48,8 +48,7 @@ public:
     };
 
     // The objects of the class `className`, or of a class that derives from it, in the list that is
-    // the archive's root object. The log tells what was left out. Where there is no such list, an
-    // empty, incomplete one.
+    // the archive's root object. Where there is no such list, an empty, incomplete one.
     [[nodiscard]] List decodeList(const QString& className) const;
 
 private:

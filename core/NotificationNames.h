@@ -11,6 +11,10 @@ inline const QString wakeNotification = QStringLiteral("Hollisward.Dorvane.Wake"
 // Posted by the clock when its list of running alarms, or an alarm in it, changed.
 inline const QString alarmsDidChangeNotification = QStringLiteral("DorvaneAlarmsDidChange");
 
+// Posted by the library of stored alarms when it changed.
+inline const QString storedAlarmsDidChangeNotification =
+    QStringLiteral("DorvaneStoredAlarmsDidChange");
+
 // Posted right before the main menu opens, and when what it shows has changed.
 inline const QString mainMenuWillAppearNotification = QStringLiteral("DorvaneMainMenuWillAppear");
 

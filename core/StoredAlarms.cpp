@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/StoredAlarms.h"
 
+#include "core/NotificationNames.h"
+#include "platform/NotificationCenter.h"
+
 #include <algorithm>
 
 namespace dorvane {
@@ -15,8 +18,9 @@ auto firstTitled(std::vector<AlarmPtr>& alarms, const QString& title) {
 } // namespace
 
 StoredAlarms::StoredAlarms(UserDefaults& defaults, const AlarmArchive& archive,
-                           const RunLoop& runLoop)
-    : m_list(QStringLiteral("StoredAlarmsKey"), defaults, archive, runLoop) {}
+                           NotificationCenter& notifications)
+    : m_list(QStringLiteral("StoredAlarmsKey"), defaults, archive)
+    , m_notifications(notifications) {}
 
 std::optional<std::vector<AlarmPtr>> StoredAlarms::alarms() {
     return m_list.load();
@@ -29,7 +33,7 @@ void StoredAlarms::put(const Alarm& alarm) {
         *found = alarm.copy();
     else
         stored.push_back(alarm.copy());
-    m_list.save(stored);
+    saveDefaultAlarms(stored);
 }
 
 void StoredAlarms::updateAlarmList(const AlarmPtr& alarm) {
@@ -38,7 +42,12 @@ void StoredAlarms::updateAlarmList(const AlarmPtr& alarm) {
     if (found == stored.end())
         return;
     *found = alarm;
-    m_list.save(stored);
+    saveDefaultAlarms(stored);
+}
+
+void StoredAlarms::updateInactiveAlarmList(const AlarmPtr& alarm) {
+    alarm->setIsExisInActiveAlarmList(true);
+    updateAlarmList(alarm);
 }
 
 void StoredAlarms::removeAlarm(const QString& title) {
@@ -47,11 +56,16 @@ void StoredAlarms::removeAlarm(const QString& title) {
     if (found == stored.end())
         return;
     stored.erase(found);
-    m_list.save(stored);
+    saveDefaultAlarms(stored);
 }
 
 std::vector<AlarmPtr> StoredAlarms::load() {
     return alarms().value_or(std::vector<AlarmPtr>());
+}
+
+void StoredAlarms::saveDefaultAlarms(const std::vector<AlarmPtr>& alarms) {
+    m_list.save(alarms);
+    m_notifications.post(storedAlarmsDidChangeNotification, this);
 }
 
 QStringList alarmTitles(const std::vector<AlarmPtr>& alarms) {

@@ -10,12 +10,16 @@
 
 namespace dorvane {
 
+class NotificationCenter;
+
 // The library of stored, reusable alarms: a list in which the title is the key. Every change is
 // made on what is stored at that moment and written at once, so that two windows that work on the
 // library do not undo each other's changes. Main thread only.
 class StoredAlarms {
 public:
-    StoredAlarms(UserDefaults& defaults, const AlarmArchive& archive, const RunLoop& runLoop);
+    // All of it must outlive the library, which announces each of its changes there.
+    StoredAlarms(UserDefaults& defaults, const AlarmArchive& archive,
+                 NotificationCenter& notifications);
 
     // What is stored, in the order of first saving; nothing when no library was ever stored.
     // Each call reads afresh and gives alarms of its own.
@@ -28,13 +32,18 @@ public:
     // not stored, nothing happens.
     void updateAlarmList(const AlarmPtr& alarm);
 
+    // Flags the alarm as one that the menu lists while it does not run, and does the same.
+    void updateInactiveAlarmList(const AlarmPtr& alarm);
+
     // Removes the first alarm of the title, if there is one.
     void removeAlarm(const QString& title);
 
 private:
     std::vector<AlarmPtr> load();
+    void saveDefaultAlarms(const std::vector<AlarmPtr>& alarms);
 
     ArchivedList m_list;
+    NotificationCenter& m_notifications;
 };
 
 // The titles of the alarms, in order.

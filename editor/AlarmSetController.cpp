@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/AlarmSetController.h"
 
+#include "core/NotificationNames.h"
 #include "core/StoredAlarms.h"
 #include "core/Weekday.h"
 #include "editor/AlarmBuilding.h"
@@ -125,6 +126,8 @@ void AlarmSetController::wireLibrary() {
     connect(m_controls->buttonBox, &QDialogButtonBox::accepted, this,
             [this] { setButtonPushed(); });
     connect(m_controls->buttonBox, &QDialogButtonBox::rejected, this, [this] { reject(); });
+    m_storedAlarmsObservation = m_services.notificationCenter.addObserver(
+        storedAlarmsDidChangeNotification, [this](const void*) { storedAlarmsDidChange(); });
 }
 
 void AlarmSetController::changed(void (FormEnabling::*effect)(const AlarmForm&)) {
@@ -239,6 +242,18 @@ void AlarmSetController::graphicalTimeSelected() {
 void AlarmSetController::reloadTitles() {
     m_controls->titleBox->setTitles(
         alarmTitles(m_services.storedAlarms.alarms().value_or(std::vector<AlarmPtr>())));
+}
+
+// The menu or another editor may have changed it: what is chosen stays so while it is stored.
+void AlarmSetController::storedAlarmsDidChange() {
+    TitleBox& box = *m_controls->titleBox;
+    const int chosen = box.selectedIndex();
+    const QString title = box.itemText(chosen);
+    reloadTitles();
+    const auto exactly = Qt::MatchExactly | Qt::MatchCaseSensitive;
+    const int index = chosen < 0 ? -1 : box.findText(title, exactly);
+    box.select(index);
+    m_controls->removeAlarmButton->setEnabled(index >= 0);
 }
 
 // What is stored may have changed since the list was loaded: the title is what counts.

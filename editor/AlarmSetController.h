@@ -4,6 +4,7 @@
 #include "editor/AlarmEditorServices.h"
 #include "editor/AlarmForm.h"
 #include "editor/AlarmFormControls.h"
+#include "platform/NotificationCenter.h"
 
 #include <QDialog>
 
@@ -60,6 +61,7 @@ private:
     void graphicalTimeSelected();
 
     void reloadTitles();
+    void storedAlarmsDidChange();
     void comboBoxSelectionDidChange(int index);
     void removeAlarmButtonPushed();
 
@@ -78,6 +80,7 @@ private:
     std::optional<QDateTime> m_datedEarliest;
     std::optional<QDateTime> m_weeklyEarliest;
 
+    NotificationCenter::Observation m_storedAlarmsObservation;
     AlarmPtr m_editingOne;
     AlarmEditorDelegate* m_delegate = nullptr;
     GraphicalDateWindow* m_graphicalDateWindow;

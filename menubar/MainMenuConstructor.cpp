@@ -44,6 +44,8 @@ MainMenuConstructor::MainMenuConstructor(RunLoop& runLoop, Clock& clock,
                      MenuTitleFonts::of(QApplication::font("QMenu")), exportedKind()) {
     m_alarmsObservation = notifications.addObserver(
         alarmsDidChangeNotification, [this](const void*) { updateExportedMenuSoon(); });
+    m_storedAlarmsObservation = notifications.addObserver(
+        storedAlarmsDidChangeNotification, [this](const void*) { updateExportedMenuSoon(); });
     QObject::connect(&m_exportedMenu, &QMenu::aboutToHide, &m_exportedMenu,
                      [this] { updateExportedMenuSoon(); });
     updateExportedMenu();

@@ -69,6 +69,7 @@ private:
     RunLoopTimer m_updateTimer;
     RunLoopTimer m_textTimer;
     NotificationCenter::Observation m_alarmsObservation;
+    NotificationCenter::Observation m_storedAlarmsObservation;
 };
 
 } // namespace dorvane

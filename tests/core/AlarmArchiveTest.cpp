@@ -2,13 +2,11 @@
 #include "core/AlarmArchive.h"
 
 #include "platform/linux/preferences/LibplistFormat.h"
-#include "tests/support/LogCapture.h"
 #include "tests/support/VirtualRunLoop.h"
 
 #include <gtest/gtest.h>
 
 using namespace dorvane;
-using dorvane::testing::LogCapture;
 using dorvane::testing::VirtualRunLoop;
 
 namespace {
@@ -127,13 +125,6 @@ TEST_F(AlarmArchiveTest, writesTheLayoutOfTheFormatsOwnArchiver) {
                QString());
 }
 
-TEST_F(AlarmArchiveTest, emptyListIsAnArchiveToo) {
-    const QByteArray data = m_archive.archivedData({});
-    const auto read = m_archive.unarchive(data);
-    EXPECT_TRUE(read.isComplete);
-    EXPECT_TRUE(read.alarms.empty());
-}
-
 // One value after the other, so that none can stand in for another.
 TEST_F(AlarmArchiveTest, everyFieldIsReadIntoItsOwnPlace) {
     const QVariantMap defaults = alarmRecord(3);
@@ -166,81 +157,39 @@ TEST_F(AlarmArchiveTest, everyFieldIsReadIntoItsOwnPlace) {
 
 TEST_F(AlarmArchiveTest, sameRecordTwiceIsTheSameAlarmTwice) {
     const AlarmPtr alarm = Alarm::create(m_runLoop);
-    const AlarmPtr twin = Alarm::create(m_runLoop);
-    const auto read = m_archive.unarchive(m_archive.archivedData({alarm, twin, alarm}));
+    const auto read =
+        m_archive.unarchive(m_archive.archivedData({alarm, Alarm::create(m_runLoop), alarm}));
     ASSERT_EQ(read.alarms.size(), 3U);
     EXPECT_EQ(read.alarms[0], read.alarms[2]);
     EXPECT_NE(read.alarms[0], read.alarms[1]);
 }
 
-// As a preferences file from the other desktop may hold it: immutable lists, mutable texts, dates
-// in each of their spellings, keys that are not there yet, classes that nobody knows.
-constexpr const char* foreignArchive = R"(<?xml version="1.0" encoding="UTF-8"?>
-<plist version="1.0"><dict>
-<key>$archiver</key><string>NSKeyedArchiver</string>
-<key>$version</key><integer>100000</integer>
-<key>$top</key><dict><key>root</key><dict><key>CF$UID</key><integer>1</integer></dict></dict>
-<key>$objects</key><array>
-<string>$null</string>
-<dict><key>$class</key><dict><key>CF$UID</key><integer>10</integer></dict>
-  <key>NS.objects</key><array>
-    <dict><key>CF$UID</key><integer>2</integer></dict>
-    <dict><key>CF$UID</key><integer>6</integer></dict>
-    <dict><key>CF$UID</key><integer>11</integer></dict></array></dict>
-<dict><key>$class</key><dict><key>CF$UID</key><integer>9</integer></dict>
-  <key>title</key><dict><key>CF$UID</key><integer>3</integer></dict>
-  <key>voiceName</key><dict><key>CF$UID</key><integer>13</integer></dict>
-  <key>time</key><dict><key>CF$UID</key><integer>7</integer></dict>
-  <key>runTime</key><dict><key>CF$UID</key><integer>5</integer></dict>
-  <key>RunOnTuesday</key><true/><key>RunOnSunday</key><integer>1</integer>
-  <key>selRowNo</key><integer>2</integer><key>snoozeTime</key><integer>9</integer></dict>
-<dict><key>$class</key><dict><key>CF$UID</key><integer>4</integer></dict>
-  <key>NS.string</key><string>Wecker</string></dict>
-<dict><key>$classes</key><array><string>NSMutableString</string><string>NSString</string>
-  <string>NSObject</string></array><key>$classname</key><string>NSMutableString</string></dict>
-<date>2026-11-21T06:30:00Z</date>
-<dict><key>$class</key><dict><key>CF$UID</key><integer>9</integer></dict>
-  <key>title</key><dict><key>CF$UID</key><integer>0</integer></dict>
-  <key>time</key><dict><key>CF$UID</key><integer>14</integer></dict></dict>
-<dict><key>$class</key><dict><key>CF$UID</key><integer>8</integer></dict>
-  <key>NS.time</key><real>0.5</real></dict>
-<dict><key>$classes</key><array><string>NSDate</string><string>NSObject</string></array>
-  <key>$classname</key><string>NSDate</string></dict>
-<dict><key>$classes</key><array><string>Alarm</string><string>NSObject</string></array>
-  <key>$classname</key><string>Alarm</string></dict>
-<dict><key>$classes</key><array><string>NSArray</string><string>NSObject</string></array>
-  <key>$classname</key><string>NSArray</string></dict>
-<dict><key>$class</key><dict><key>CF$UID</key><integer>12</integer></dict>
-  <key>title</key><dict><key>CF$UID</key><integer>3</integer></dict></dict>
-<dict><key>$classes</key><array><string>Sundial</string><string>NSObject</string></array>
-  <key>$classname</key><string>Sundial</string></dict>
-<dict><key>$class</key><dict><key>CF$UID</key><integer>4</integer></dict>
-  <key>NS.string</key><data>QW5uYQ==</data></dict>
-<dict><key>$class</key><dict><key>CF$UID</key><integer>8</integer></dict>
-  <key>NS.time</key><integer>60</integer></dict>
-</array></dict></plist>)";
-
-TEST_F(AlarmArchiveTest, readsAForeignArchive) {
-    const LogCapture log;
-    const auto read = m_archive.unarchive(foreignArchive);
-    EXPECT_EQ(log.messages().size(), 1) << "the class nobody knows";
-    EXPECT_FALSE(read.isComplete);
-    ASSERT_EQ(read.alarms.size(), 2U);
-
-    const Alarm& first = *read.alarms[0];
-    EXPECT_EQ(first.title(), QStringLiteral("Wecker"));
-    EXPECT_EQ(first.voiceName(), QStringLiteral("Anna"));
-    EXPECT_EQ(first.storedTime(), QDateTime(QDate(2001, 1, 1), QTime(0, 0, 0, 500), Qt::UTC));
-    EXPECT_EQ(first.storedRunTime(), QDateTime(QDate(2026, 11, 21), QTime(6, 30), Qt::UTC));
-    EXPECT_EQ(first.weekdays(), (WeekdaySet{Weekday::Tuesday, Weekday::Sunday}));
-    EXPECT_EQ(first.selRowNo(), Alarm::Weekly);
-    EXPECT_EQ(first.snoozeTime(), 9);
-    EXPECT_TRUE(first.soundPath().isNull());
-
-    const Alarm& second = *read.alarms[1];
-    EXPECT_TRUE(second.title().isNull());
-    EXPECT_EQ(second.storedTime(), QDateTime(QDate(2001, 1, 1), QTime(0, 1), Qt::UTC));
-    EXPECT_FALSE(second.storedRunTime().isValid());
+// As other programs spell the same: lists that cannot be changed, texts that can, texts as bytes,
+// dates as they stand or by whole seconds, numbers for flags, keys that are not there yet.
+TEST_F(AlarmArchiveTest, readsOtherSpellings) {
+    const QDateTime moment(QDate(2026, 11, 21), QTime(6, 30), Qt::UTC);
+    const auto read = unarchive(archive(
+        {null, listRecord(QVariantList{uid(2)}, 8),
+         QVariantMap{{QStringLiteral("$class"), uid(7)},
+                     {QStringLiteral("title"), uid(3)},
+                     {QStringLiteral("voiceName"), uid(4)},
+                     {QStringLiteral("time"), uid(5)},
+                     {QStringLiteral("runTime"), uid(6)},
+                     {QStringLiteral("selRowNo"), 2.0},
+                     {QStringLiteral("RunOnSunday"), qint64(1)}},
+         record(QStringLiteral("NS.string"), QStringLiteral("Wecker"), 9),
+         record(QStringLiteral("NS.string"), QByteArray("Anna"), 9), dateRecord(qint64(60), 10),
+         moment, alarmClass, classOf({QStringLiteral("NSArray"), object}),
+         classOf({QStringLiteral("NSMutableString"), QStringLiteral("NSString"), object}),
+         dateClass}));
+    EXPECT_TRUE(read.isComplete);
+    const AlarmPtr expected = Alarm::initWithTime(
+        m_runLoop, QDateTime(QDate(2001, 1, 1), QTime(0, 1), Qt::UTC), QStringLiteral("Wecker"));
+    expected->setVoiceName(QStringLiteral("Anna"));
+    expected->setRunTime(moment);
+    expected->setSelRowNo(Alarm::Weekly);
+    expected->setWeekdays({Weekday::Sunday});
+    expectSame(archived(read.alarms), archived({expected}), QString());
 }
 
 // The good alarm at index 2 is always there, titled "good"; what is wrong with the one at 3 must
@@ -273,7 +222,6 @@ TEST_F(AlarmArchiveTest, badEntryDoesNotTakeTheOthersAlong) {
         {"a flag that is a text", changed("isPlaySound", QStringLiteral("YES"))},
     };
     for (const auto& each : cases) {
-        const LogCapture log;
         const auto read =
             unarchive(archive({null, listRecord(QVariantList{uid(3), uid(2)}, 6),
                                alarmRecord(4, {{QStringLiteral("title"), uid(5)}}), each.entry,
@@ -306,14 +254,11 @@ TEST_F(AlarmArchiveTest, whatIsNoArchiveOfAListIsAnEmptyIncompleteList) {
         with("$top", QVariantMap{{QStringLiteral("root"), uid(3)}}),
         with("$top", QVariantMap{{QStringLiteral("x"), uid(1)}, {QStringLiteral("y"), uid(1)}}),
     };
-    for (const QVariant& tree : cases) {
-        const LogCapture log;
-        const auto read = unarchive(tree);
-        EXPECT_FALSE(read.isComplete) << m_format.binary(tree)->constData();
-        EXPECT_EQ(log.messages().size(), 1);
-    }
+    for (const QVariant& tree : cases)
+        EXPECT_FALSE(unarchive(tree).isComplete) << m_format.binary(tree)->constData();
     EXPECT_TRUE(unarchive(with("$top", QVariantMap{{QStringLiteral("$0"), uid(1)}})).isComplete)
         << "a single object at the top is the root under any key";
+    EXPECT_TRUE(m_archive.unarchive(m_archive.archivedData({})).isComplete) << "an empty list";
 }
 
 } // namespace

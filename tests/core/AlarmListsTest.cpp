@@ -2,6 +2,7 @@
 #include "core/ActiveAlarms.h"
 #include "core/AlarmDelegate.h"
 #include "core/Clock.h"
+#include "core/NotificationNames.h"
 #include "core/StoredAlarms.h"
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "tests/support/Dates.h"
@@ -36,7 +37,7 @@ protected:
         AlarmArchive archive{format, loop};
         Clock clock{loop, notifications};
         ActiveAlarms active{defaults, archive, loop, clock};
-        StoredAlarms library{defaults, archive, loop};
+        StoredAlarms library{defaults, archive, notifications};
         NoDelegate delegate;
 
         AlarmPtr start(const char* title, qint64 kind, const char* time, int minutes = 0) {
@@ -96,48 +97,57 @@ TEST_F(AlarmListsTest, aRunThatDidNotQuitInOrderLeavesTheListOfTheLastThatDid) {
     Run crashed(at("2026-11-23 07:00"), first.defaults.written());
     crashed.active.restoreActiveAlarms(crashed.delegate);
     crashed.start("lost", Alarm::Dated, "2026-11-26 07:00");
-
-    Run third(at("2026-11-23 08:00"), crashed.defaults.written());
-    third.active.restoreActiveAlarms(third.delegate);
-    EXPECT_EQ(third.running(), "kept 2026-11-25T07:00:00+01:00\n");
+    EXPECT_EQ(crashed.defaults.written(), first.defaults.written());
 }
 
-TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleInThePlaceOfTheFirst) {
+// Every change is on the disk and announced at once, and made on what another window stored.
+TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
     Run run(at("2026-11-23 06:00"));
     EXPECT_FALSE(run.library.alarms().has_value()) << "nothing was ever stored";
+    StoredAlarms other(run.defaults, run.archive, run.notifications);
     const AlarmPtr tea = run.start("tea", Alarm::Relative, nullptr, 3);
     const AlarmPtr egg = run.start("egg", Alarm::Relative, nullptr, 5);
+    std::string trace;
+    const auto announced =
+        run.notifications.addObserver(storedAlarmsDidChangeNotification, [&](const void*) {
+            Run reader(run.loop.now(), run.defaults.written());
+            const auto stored = reader.library.alarms();
+            for (const AlarmPtr& alarm : *stored)
+                trace += alarm->title().toStdString() + std::to_string(alarm->ringWithinUnits()) +
+                         (alarm->isExisInActiveAlarmList() ? "! " : " ");
+            trace += "| ";
+        });
     run.library.put(*tea);
     run.library.put(*egg);
     tea->setRingWithinUnits(4);
-    run.library.put(*tea);
-
-    StoredAlarms other(run.defaults, run.archive, run.loop); // a second window
+    other.put(*tea);
     other.removeAlarm(QStringLiteral("egg"));
-    other.removeAlarm(QStringLiteral("never there"));
-    egg->setRingWithinUnits(6);
-    run.library.updateAlarmList(egg); // not there any more
+    run.library.removeAlarm(QStringLiteral("egg")); // not there any more: nothing happens
+    run.library.updateAlarmList(egg);
     tea->setRingWithinUnits(7);
     run.library.updateAlarmList(tea);
-
-    Run next(at("2026-11-23 08:00"), run.defaults.written());
-    const auto stored = next.library.alarms();
-    ASSERT_TRUE(stored.has_value());
-    ASSERT_EQ(alarmTitles(*stored), QStringList{QStringLiteral("tea")});
-    EXPECT_EQ(stored->front()->ringWithinUnits(), 7);
-    EXPECT_FALSE(stored->front()->isActive());
+    run.library.updateInactiveAlarmList(tea);
+    EXPECT_EQ(trace, "tea3 | tea3 egg5 | tea4 egg5 | tea4 | tea7 | tea7! | ");
 }
 
-TEST_F(AlarmListsTest, dataThatCannotBeReadIsKeptBeforeItIsWrittenOver) {
-    const QByteArray data("not an archive");
-    Run run(at("2026-11-23 06:00"), {{QStringLiteral("AcitveAlarmsStoredKey"), data}});
+TEST_F(AlarmListsTest, whatCannotBeReadIsKeptOnceAndAsItWas) {
+    const QString key = QStringLiteral("StoredAlarmsKey");
+    Run run(at("2026-11-23 06:00"));
+    const QVariant values[] = {QByteArray("not an archive"), QByteArray("neither"),
+                               QStringLiteral("not even data"), QByteArray("neither")};
     const LogCapture log;
-    run.active.restoreActiveAlarms(run.delegate);
-    run.active.storeActiveAlarms();
-    EXPECT_EQ(run.defaults.written().value(
-                  QStringLiteral("AcitveAlarmsStoredKey.damaged-2026-11-23T06:00:00")),
-              data);
-    EXPECT_EQ(log.messages().filter(QStringLiteral("the data is kept")).size(), 1);
+    for (const QVariant& value : values) {
+        run.defaults.setValue(key, value);
+        for (int i = 0; i < 3; ++i)
+            EXPECT_TRUE(run.library.alarms()->empty());
+    }
+    run.library.put(*run.start("tea", Alarm::Relative, nullptr, 3));
+    QVariantMap kept = run.defaults.written();
+    kept.remove(key);
+    EXPECT_EQ(kept, (QVariantMap{{key + QStringLiteral(".damaged-1"), values[0]},
+                                 {key + QStringLiteral(".damaged-2"), values[1]},
+                                 {key + QStringLiteral(".damaged-3"), values[2]}}));
+    EXPECT_EQ(log.messages().size(), 3);
 }
 
 } // namespace

@@ -50,7 +50,7 @@ public:
         , bundle(QStringLiteral(DORVANE_TEST_BUNDLE), {})
         , defaults(folder.filePath(QStringLiteral("defaults.plist")), format, loop)
         , archive(format, loop)
-        , library(defaults, archive, loop)
+        , library(defaults, archive, notifications)
         , storage({folder.path(), folder.path(), folder.path(), folder.path()}, {}, player,
                   workspace)
         , editor(services()) {
