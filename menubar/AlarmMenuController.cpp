@@ -82,20 +82,38 @@ void AlarmMenuController::editAlarm(const AlarmPtr& alarm) {
     showEditor(alarm);
 }
 
+// One alarm has one editor at a time, or the last to be set would undo what the others changed.
 void AlarmMenuController::showEditor(const AlarmPtr& alarm) {
+    if (AlarmSetController* const open = alarm ? editorOf(*alarm) : nullptr) {
+        open->setWindowState(open->windowState() & ~Qt::WindowMinimized);
+        open->raise();
+        open->activateWindow();
+        return;
+    }
     AlarmSetController* const editor = m_editors.emplace_back(m_surroundings.makeEditor()).get();
     editor->setDelegate(this);
     QObject::connect(editor, &QDialog::finished, editor, [this, editor] { editorClosed(editor); });
     editor->showWithAlarm(alarm);
 }
 
+// Each building of the menu has records of its own for what is stored, where the title is the key.
+AlarmSetController* AlarmMenuController::editorOf(const Alarm& alarm) const {
+    const auto isEdited = [&alarm](const auto& editor) {
+        const Alarm* const editing = editor->editingOne().get();
+        return editing == &alarm || (editing && !editing->isActive() && !alarm.isActive() &&
+                                     editing->title() == alarm.title());
+    };
+    const auto found = std::find_if(m_editors.begin(), m_editors.end(), isEdited);
+    return found == m_editors.end() ? nullptr : found->get();
+}
+
 void AlarmMenuController::editorClosed(const AlarmSetController* editor) {
     const auto found = std::find_if(m_editors.begin(), m_editors.end(),
                                     [&](const auto& open) { return open.get() == editor; });
+    if (found == m_editors.end())
+        return;                      // it can be closed once more until it is deleted
     found->release()->deleteLater(); // it is what called
     m_editors.erase(found);
-    // It may have changed the library.
-    m_surroundings.clock.alarmDidChange();
 }
 
 void AlarmMenuController::acceptedAlarm(AlarmSetController& editor, const AlarmPtr& alarm) {
@@ -110,6 +128,8 @@ void AlarmMenuController::acceptedAlarm(AlarmSetController& editor, const AlarmP
 void AlarmMenuController::takeEdited(const AlarmPtr& old, const AlarmPtr& alarm) {
     if (!old->isActive())
         return;
+    if (old->isTriggered() || old->context())
+        endRinging(old); // or an answer to its window would undo what was set
     if (alarm->selRowNo() == Alarm::Weekly)
         alarm->setRunTime(alarm->time());
     alarm->setIsActive(true); // or deleting it would look for it in the library
@@ -163,8 +183,7 @@ void AlarmMenuController::clearFromMenu(const AlarmPtr& alarm) {
 void AlarmMenuController::saveFromMenu(const AlarmPtr& alarm) {
     if (alarm->isExisInActiveAlarmList())
         return;
-    alarm->setIsExisInActiveAlarmList(true);
-    m_surroundings.storedAlarms.updateAlarmList(alarm);
+    m_surroundings.storedAlarms.updateInactiveAlarmList(alarm);
     m_surroundings.notifications.post(mainMenuWillAppearNotification, this);
 }
 
@@ -173,10 +192,14 @@ void AlarmMenuController::deleteAlarm(const AlarmPtr& alarm) {
         m_surroundings.storedAlarms.removeAlarm(alarm->title());
         return;
     }
+    endRinging(alarm);
+    removeAlarm(alarm);
+}
+
+void AlarmMenuController::endRinging(const AlarmPtr& alarm) {
     if (alarm->context())
         alarm->context()->close();
     m_ringer.deactivateAlarm(alarm);
-    removeAlarm(alarm);
     m_statusView.stopFlashing();
 }
 

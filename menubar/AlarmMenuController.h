@@ -103,7 +103,9 @@ private:
     [[nodiscard]] MenuCommands menuCommands();
     void darkModeChanged();
     void showEditor(const AlarmPtr& alarm);
+    [[nodiscard]] AlarmSetController* editorOf(const Alarm& alarm) const;
     void editorClosed(const AlarmSetController* editor);
+    void endRinging(const AlarmPtr& alarm);
     void takeEdited(const AlarmPtr& old, const AlarmPtr& alarm);
 
     Surroundings m_surroundings;

@@ -1,25 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/AlarmMenuController.h"
 
-#include "core/AlarmArchive.h"
 #include "core/AlarmContext.h"
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
-#include "core/StoredAlarms.h"
 #include "firing/SnoozeWindowController.h"
-#include "firing/SoundRepeat.h"
 #include "platform/Appearance.h"
-#include "platform/Bundle.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "tests/editor/EditorFixture.h"
 #include "tests/menubar/MenuAlarms.h"
 #include "tests/support/Dates.h"
-#include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/FakeSpeechService.h"
 #include "tests/support/FakeStatusItem.h"
-#include "tests/support/MemoryDefaults.h"
-#include "tests/support/VirtualRunLoop.h"
 
 #include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
 
 #include <gmock/gmock.h>
 
@@ -36,19 +30,34 @@ public:
     void setChanged(std::function<void()>) override {}
 };
 
-// The whole front end on virtual time; only the panel, the sound and the disk are fakes.
-class AlarmMenuControllerTest : public ::testing::Test {
+// The whole front end on virtual time; only the panel and the sound are fakes. Alarms play their
+// titles, so that the trace tells what rings.
+class AlarmMenuControllerTest : public ::testing::Test, protected EditorFixture {
 protected:
+    AlarmMenuControllerTest() : EditorFixture(at("2026-11-23 08:00")) {} // a Monday
     ~AlarmMenuControllerTest() override {
         for (const AlarmPtr& alarm : std::vector(m_clock.allAlarms()))
             m_controller.deleteAlarm(alarm);
-        m_loop.runPending();
+        loop.runPending();
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    AlarmPtr schedule(const AlarmPtr& alarm, const char* title) {
+        alarm->setTitle(QString::fromLatin1(title));
+        alarm->setSnoozeTime(5);
+        alarm->setIsPlaySound(true);
+        alarm->setSoundPath(alarm->title());
+        library.put(*alarm);
+        m_controller.scheduleAlarm(alarm);
+        return alarm;
+    }
+    AlarmPtr dated(const char* title, int minute) {
+        return schedule(datedAlarm(loop, QTime(8, minute)), title);
     }
 
     // Triggers an entry of the panel's copy of the menu by the titles on the way to it.
     void choose(const QStringList& path) {
-        m_loop.advance(200ms);
+        loop.advance(200ms);
         QMenu* menu = m_item.exportedMenu;
         for (const QString& title : path)
             for (QAction* action : menu->actions())
@@ -56,122 +65,140 @@ protected:
                     action->menu() ? void(menu = action->menu()) : action->trigger();
                     break;
                 }
-        m_loop.runPending();
-    }
-
-    AlarmPtr weekly(const char* title, const char* time, WeekdaySet days, bool forever) {
-        const AlarmPtr alarm = Alarm::initWithTime(m_loop, at(time), QString::fromLatin1(title));
-        alarm->setSelRowNo(Alarm::Weekly);
-        alarm->setWeekdays(days);
-        alarm->setShouldUseForever(forever);
-        alarm->setSnoozeTime(5);
-        m_library.put(*alarm);
-        m_controller.scheduleAlarm(alarm);
-        return alarm;
+        loop.runPending();
     }
 
     static SnoozeWindowController& windowOf(const AlarmPtr& alarm) {
         return static_cast<SnoozeWindowController&>(*alarm->context());
     }
-
-    static int openWindows() {
-        int open = 0;
-        for (const QWidget* widget : QApplication::topLevelWidgets())
-            open += widget->objectName() == QStringLiteral("SnoozeWindowController") &&
-                    widget->isVisible();
-        return open;
+    template<typename Window = QWidget>
+    static QList<Window*> open(const char* name) {
+        QList<Window*> found;
+        for (QWidget* widget : QApplication::topLevelWidgets())
+            if (widget->objectName() == QLatin1String(name) && widget->isVisible())
+                found << static_cast<Window*>(widget);
+        return found;
+    }
+    static qsizetype openWindows() { return open("SnoozeWindowController").size(); }
+    static QList<AlarmSetController*> openEditors() {
+        return open<AlarmSetController>("AlarmSetController");
+    }
+    static void set(AlarmSetController& window) {
+        for (QPushButton* button : window.findChildren<QPushButton*>())
+            if (button->text() == QStringLiteral("&Set"))
+                button->click();
     }
 
-    VirtualRunLoop m_loop{at("2026-11-23 08:00")}; // a Monday
-    Trace m_trace{m_loop};
-    NotificationCenter m_notifications;
-    MemoryDefaults m_defaults;
-    LibplistFormat m_format;
-    AlarmArchive m_archive{m_format, m_loop};
-    StoredAlarms m_library{m_defaults, m_archive, m_loop};
-    Clock m_clock{m_loop, m_notifications};
+    // What began to sound, and when: "60000 tea".
+    std::vector<std::string> rings() const {
+        std::vector<std::string> found;
+        for (const std::string& event : trace.events())
+            if (event.ends_with(" play"))
+                found.push_back(event.substr(0, event.size() - 5));
+        return found;
+    }
+
+    Clock m_clock{loop, notifications};
     FakeStatusItem m_item;
     LightDesktop m_appearance;
-    Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
-    FakeSoundPlayer m_player{m_loop, m_trace};
-    SoundRepeat m_repeat{m_loop, m_player};
-    FakeSpeechService m_speech{m_loop, m_trace};
     AlarmMenuController m_controller{
-        {.runLoop = m_loop,
-         .notifications = m_notifications,
+        {.runLoop = loop,
+         .notifications = notifications,
          .clock = m_clock,
-         .storedAlarms = m_library,
+         .storedAlarms = library,
          .statusItem = m_item,
          .appearance = m_appearance,
-         .bundle = m_bundle,
-         .player = m_player,
-         .repeat = m_repeat,
-         .speech = m_speech,
-         .isSystemSound = [](const QString& path) { return path == QStringLiteral("ping"); },
-         .makeEditor = {},
+         .bundle = bundle,
+         .player = player,
+         .repeat = repeat,
+         .speech = speech,
+         .isSystemSound = [](const QString&) { return false; },
+         .makeEditor = [this] { return std::make_unique<AlarmSetController>(services()); },
          .presetSoundPath = [] { return QStringLiteral("ping"); },
          .openPrefs = {},
          .showGoogleHelp = {},
-         .terminate = [this] { m_trace.add(QStringLiteral("quit")); }}};
+         .terminate = {}}};
 };
 
 TEST_F(AlarmMenuControllerTest, aTimerFromTheMenuToTheSecondRingAndItsEnd) {
+    m_controller.createPreAlarm(45); // the library keeps the last one only
+    m_controller.clearFromMenu(m_clock.allAlarms().front());
     const QImage idle = m_item.shown();
     choose({QStringLiteral("Timer..."), QStringLiteral("1 min")});
     ASSERT_EQ(m_clock.allAlarms().size(), 1u);
     const AlarmPtr timer = m_clock.allAlarms().front();
-    m_loop.advance(200ms);
+    loop.advance(200ms);
     EXPECT_NE(m_item.shown(), idle) << "the wedge";
-    ASSERT_EQ(alarmTitles(*m_library.alarms()), QStringList{QStringLiteral("default")});
+    EXPECT_EQ(storedTitles(), QStringList{QStringLiteral("default")});
+    EXPECT_EQ(library.alarms()->front()->ringWithinUnits(), 1);
 
-    m_loop.advance(60s);
+    loop.advance(60s);
     EXPECT_EQ(openWindows(), 1);
     windowOf(timer).snoozeButtonPressed();
     EXPECT_EQ(openWindows(), 0);
-    EXPECT_EQ(timer->time(), at("2026-11-23 08:06"));
-    m_loop.advance(5min);
+    loop.advance(5min);
     EXPECT_EQ(openWindows(), 1);
-    windowOf(timer).clearButtonPressed();
-    m_loop.advance(5min);
+    loop.advance(5min); // unanswered
     EXPECT_TRUE(m_clock.allAlarms().empty());
     EXPECT_EQ(openWindows(), 0);
-    std::vector<std::string> plays;
-    for (const std::string& event : m_trace.events())
-        if (event.ends_with("ping play"))
-            plays.push_back(event);
     // The tick in the last second before the due time rings.
-    EXPECT_THAT(plays, ElementsAre("60000 ping play", "61000 ping play", "62000 ping play",
-                                   "360000 ping play", "361000 ping play", "362000 ping play"));
+    EXPECT_THAT(rings(), ElementsAre("60000 ping", "360000 ping"));
 }
 
-TEST_F(AlarmMenuControllerTest, aSecondTimerTakesTheLibrarysPlaceOfTheFirst) {
-    m_controller.createPreAlarm(45);
-    m_controller.createPreAlarm(2);
-    EXPECT_EQ(m_clock.allAlarms().size(), 2u);
-    ASSERT_EQ(m_library.alarms()->size(), 1u);
-    EXPECT_EQ(m_library.alarms()->front()->ringWithinUnits(), 2);
-}
-
-TEST_F(AlarmMenuControllerTest, aWeekdayAlarmMovesOnInTheClockAndInTheLibrary) {
-    const AlarmPtr alarm =
-        weekly("swim", "2026-11-23 08:01", {Weekday::Monday, Weekday::Wednesday}, false);
-    m_loop.advance(61s);
-    ASSERT_EQ(openWindows(), 1);
-    windowOf(alarm).clearButtonPressed();
-    EXPECT_EQ(alarm->time(), at("2026-11-25 08:01"));
-    EXPECT_EQ(alarm->weekdays(), WeekdaySet{Weekday::Wednesday});
-    EXPECT_EQ(m_library.alarms()->front()->time(), at("2026-11-25 08:01"));
-    EXPECT_EQ(m_clock.allAlarms().size(), 1u);
+TEST_F(AlarmMenuControllerTest, whatRepeatsRingsAgainAndWhatDoesNotIsGone) {
+    const auto relative = [this](bool repeats) {
+        const AlarmPtr alarm = timerAlarm(loop, 10);
+        alarm->setShouldRepeat(repeats);
+        return alarm;
+    };
+    const auto daily = [this](bool repeats) {
+        const AlarmPtr alarm = datedAlarm(loop, QTime(8, 10));
+        alarm->setSelRowNo(Alarm::Dated);
+        alarm->setShouldUseEveryDay(repeats);
+        return alarm;
+    };
+    const auto weekly = [this](WeekdaySet days, bool forever) {
+        const AlarmPtr alarm = Alarm::initWithTime(loop, at("2026-11-23 08:10"), {});
+        alarm->setSelRowNo(Alarm::Weekly);
+        alarm->setWeekdays(days);
+        alarm->setShouldUseForever(forever);
+        return alarm;
+    };
+    const struct {
+        const char* kind;
+        AlarmPtr alarm;
+        const char* next; // nothing: it is gone
+    } cases[] = {
+        {"once in ten minutes", relative(false), nullptr},
+        {"every ten minutes", relative(true), "2026-11-23 08:20"},
+        {"once on a date", daily(false), nullptr},
+        {"every day", daily(true), "2026-11-24 08:10"},
+        {"every week", weekly({Weekday::Monday}, true), "2026-11-30 08:10"},
+        {"once on a day", weekly({Weekday::Monday}, false), nullptr},
+        {"once on each of two days", weekly({Weekday::Monday, Weekday::Wednesday}, false),
+         "2026-11-25 08:10"},
+    };
+    for (const auto& each : cases)
+        schedule(each.alarm, each.kind);
+    loop.advance(10min);
+    EXPECT_EQ(rings().size(), std::size(cases));
+    for (const auto& each : cases) {
+        ASSERT_TRUE(each.alarm->isTriggered()) << each.kind;
+        windowOf(each.alarm).clearButtonPressed();
+        const auto& running = m_clock.allAlarms();
+        EXPECT_EQ(std::count(running.begin(), running.end(), each.alarm), each.next ? 1 : 0)
+            << each.kind;
+        EXPECT_EQ(each.alarm->time(), at(each.next ? each.next : "2026-11-23 08:10")) << each.kind;
+    }
+    const AlarmPtr stored = library.alarms()->back();
+    EXPECT_EQ(stored->time(), at("2026-11-25 08:10")) << "a weekday alarm moves on there as well";
+    EXPECT_EQ(stored->weekdays(), WeekdaySet{Weekday::Wednesday});
 }
 
 TEST_F(AlarmMenuControllerTest, clearInTheMenuLeavesTheWindowAndDeleteTakesItAlong) {
-    const AlarmPtr a = datedAlarm(m_loop, QTime(8, 1), QStringLiteral("a"));
-    const AlarmPtr b = datedAlarm(m_loop, QTime(8, 1), QStringLiteral("b"));
-    for (const AlarmPtr& alarm : {a, b}) {
-        alarm->setSnoozeTime(5);
-        m_controller.scheduleAlarm(alarm);
-    }
-    m_loop.advance(61s);
+    const AlarmPtr a = dated("a", 1);
+    const AlarmPtr b = dated("b", 1);
+    loop.advance(61s);
     EXPECT_EQ(openWindows(), 2);
     m_controller.clearFromMenu(a);
     EXPECT_EQ(openWindows(), 2);
@@ -181,37 +208,69 @@ TEST_F(AlarmMenuControllerTest, clearInTheMenuLeavesTheWindowAndDeleteTakesItAlo
     a->context()->close();
 }
 
+// The panel's copy follows the library by itself.
 TEST_F(AlarmMenuControllerTest, savingListsAnAlarmOnceAndDeletingItThereForgetsIt) {
-    const AlarmPtr tea = datedAlarm(m_loop, QTime(18, 0), QStringLiteral("tea"));
-    m_library.put(*tea);
-    m_controller.scheduleAlarm(tea);
+    const auto listed = [this] {
+        loop.advance(200ms);
+        QStringList texts;
+        for (const QAction* action : m_item.exportedMenu->actions())
+            texts << action->text();
+        return texts.mid(texts.indexOf(QStringLiteral("Inactive alarms:")) + 1)
+            .filter(QStringLiteral("tea"));
+    };
+    const AlarmPtr tea = dated("tea", 30);
+    EXPECT_EQ(listed().size(), 0);
     int rebuilt = 0;
-    const auto observation = m_notifications.addObserver(mainMenuWillAppearNotification,
-                                                         [&](const void*) { ++rebuilt; });
+    const auto observation =
+        notifications.addObserver(mainMenuWillAppearNotification, [&](const void*) { ++rebuilt; });
     m_controller.saveFromMenu(tea);
     m_controller.saveFromMenu(tea);
     EXPECT_EQ(rebuilt, 1);
-    const AlarmPtr stored = m_library.alarms()->front();
-    EXPECT_TRUE(stored->isExisInActiveAlarmList());
-
-    m_controller.setAlarm(stored); // starts the stored one again
-    EXPECT_EQ(m_clock.allAlarms().size(), 2u);
-    m_controller.deleteAlarm(m_library.alarms()->front());
-    EXPECT_TRUE(m_library.alarms()->empty());
+    EXPECT_EQ(listed().size(), 1);
+    m_controller.setAlarm(library.alarms()->front()); // starts the stored one again
+    m_controller.deleteAlarm(library.alarms()->front());
+    EXPECT_EQ(listed().size(), 0);
     EXPECT_EQ(m_clock.allAlarms().size(), 2u) << "running alarms stay";
 }
 
-TEST_F(AlarmMenuControllerTest, aHundredAlarmsOfOneSecondEachRing) {
-    for (int i = 0; i < 100; ++i) {
-        const AlarmPtr alarm = datedAlarm(m_loop, QTime(8, 1), QString::number(i));
-        alarm->setSnoozeTime(5);
-        m_controller.scheduleAlarm(alarm);
+TEST_F(AlarmMenuControllerTest, oneAlarmHasOneEditorWhichMayBeClosedTwice) {
+    const AlarmPtr tea = dated("tea", 30);
+    m_controller.editAlarm(tea);
+    m_controller.editAlarm(tea);
+    m_controller.editAlarm(library.alarms()->front()); // the stored one, read anew each time
+    m_controller.editAlarm(library.alarms()->front());
+    ASSERT_EQ(openEditors().size(), 2);
+    for (AlarmSetController* window : openEditors()) {
+        window->reject();
+        window->reject();
     }
-    m_loop.advance(61s);
-    EXPECT_EQ(openWindows(), 100);
-    m_loop.advance(6min);
-    EXPECT_EQ(openWindows(), 0) << "unanswered, each is cleared";
+    m_controller.editAlarm(tea);
+    EXPECT_EQ(openEditors().size(), 1);
+}
+
+TEST_F(AlarmMenuControllerTest, settingWhatRingsEndsItsRingingFirst) {
+    player.setFile(QStringLiteral("tea"), {.duration = 60s});
+    const AlarmPtr old = schedule(timerAlarm(loop, 1), "tea");
+    loop.advance(61s);
+    m_controller.editAlarm(old);
+    AlarmSetController& window = *openEditors().front();
+    window.findChild<QLineEdit*>(QStringLiteral("inTimeField"))->setText(QStringLiteral("3"));
+    set(window);
+    EXPECT_EQ(openWindows(), 0);
+    loop.advance(10min);
+    EXPECT_THAT(trace.events(), ElementsAre("60000 tea play", "61000 tea stop", "180000 tea play",
+                                            "240000 tea finished"));
+}
+
+TEST_F(AlarmMenuControllerTest, anAlarmThatRangItsLastWhileItWasEditedRunsAsItWasSet) {
+    const AlarmPtr old = schedule(timerAlarm(loop, 1), "tea");
+    m_controller.editAlarm(old);
+    loop.advance(61s);
+    windowOf(old).clearButtonPressed();
     EXPECT_TRUE(m_clock.allAlarms().empty());
+    set(*openEditors().front());
+    loop.advance(61s);
+    EXPECT_THAT(rings(), ElementsAre("60000 tea", "121000 tea"));
 }
 
 } // namespace
