@@ -42,9 +42,12 @@ SoundFileTypes::Verdict SoundFileTypes::verdictOnExtension(const QString& extens
     const auto known = m_otherExtensions.constFind(extension);
     if (known != m_otherExtensions.constEnd())
         return *known;
-    const bool isOfSomeType =
-        !QMimeDatabase().mimeTypesForFileName(QStringLiteral("x.") + extension).isEmpty();
-    const Verdict verdict = isOfSomeType ? Verdict::NoSound : Verdict::Unknown;
+    const QList<QMimeType> types =
+        QMimeDatabase().mimeTypesForFileName(QStringLiteral("x.") + extension);
+    Verdict verdict = types.isEmpty() ? Verdict::Unknown : Verdict::NoSound;
+    if (std::any_of(types.begin(), types.end(),
+                    [this](const QMimeType& type) { return isPlayableType(type.name()); }))
+        verdict = Verdict::Sound;
     m_otherExtensions.insert(extension, verdict);
     return verdict;
 }
@@ -60,8 +63,15 @@ bool SoundFileTypes::isPlayableType(const QString& name) const {
 }
 
 QString SoundFileTypes::nameFilter() const {
+    QSet<QString> extensions = m_extensions;
+    for (const QMimeType& type : QMimeDatabase().allMimeTypes()) {
+        if (!isPlayableType(type.name()))
+            continue;
+        for (const QString& extension : type.suffixes())
+            extensions.insert(extension.toLower());
+    }
     QStringList patterns;
-    for (const QString& extension : m_extensions)
+    for (const QString& extension : extensions)
         patterns << QStringLiteral("*.") + extension;
     patterns.sort();
     return QStringLiteral("Sound files (%1)").arg(patterns.join(QLatin1Char(' ')));

@@ -29,6 +29,7 @@ inline constexpr std::array soundTypes{
     SoundType{"audio/mp4", "m4a", "aac"},
     SoundType{"audio/x-m4a", "m4a", "aac"},
     SoundType{"audio/x-caf", "caf", "alac"},
+    SoundType{"audio/basic", "au", "pcm_mulaw"},
 };
 
 } // namespace dorvane
