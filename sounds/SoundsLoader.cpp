@@ -8,10 +8,24 @@
 #include <QDirIterator>
 
 #include <algorithm>
+#include <array>
 
 namespace dorvane {
 
 namespace {
+
+// The sounds of a desktop's theme that are worth an alarm, by their names in the sound naming
+// convention: what rings, calls or chimes. The rest are clicks and spoken tests of loudspeakers,
+// and several are links to one file.
+constexpr std::array themeSounds{
+    QLatin1String("alarm-clock-elapsed"),
+    QLatin1String("bell"),
+    QLatin1String("complete"),
+    QLatin1String("dialog-warning"),
+    QLatin1String("message-new-instant"),
+    QLatin1String("phone-incoming-call"),
+    QLatin1String("service-login"),
+};
 
 // The names in the folder, one level. An empty file does not count: it is what a power cut can
 // leave of a copy, and has to be copied again.
@@ -26,13 +40,21 @@ namespace {
     return names;
 }
 
-// Whether the folder holds exactly the files of `expected`, from name to a file like it.
-[[nodiscard]] bool folderHolds(const QString& folder, const QMap<QString, QString>& expected) {
-    const QStringList names = expected.keys();
-    return namesIn(folder) == QSet<QString>(names.begin(), names.end()) &&
-           std::all_of(names.begin(), names.end(), [&](const QString& name) {
-               return contentsEqual(folder + QLatin1Char('/') + name, expected[name]);
-           });
+// Whether the folder holds exactly files like these.
+[[nodiscard]] bool folderHolds(const QString& folder, const std::vector<QFileInfo>& expected) {
+    const auto isHeld = [&folder](const QFileInfo& file) {
+        return contentsEqual(folder + QLatin1Char('/') + file.fileName(), file.filePath());
+    };
+    return namesIn(folder).size() == qsizetype(expected.size()) &&
+           std::all_of(expected.begin(), expected.end(), isHeld);
+}
+
+[[nodiscard]] QFileInfoList filesIn(const QString& folder) {
+    return QDir(folder).entryInfoList(QDir::Files, QDir::Name);
+}
+
+[[nodiscard]] bool isWorthAnAlarm(const QString& name) {
+    return std::find(themeSounds.begin(), themeSounds.end(), name) != themeSounds.end();
 }
 
 } // namespace
@@ -48,13 +70,13 @@ void SoundsLoader::LoadSoundsThread(const std::stop_token& stop) const {
 }
 
 void SoundsLoader::refreshSystemSounds(const std::stop_token& stop) const {
-    const QMap<QString, QString> system = systemSounds();
+    const std::vector<QFileInfo> system = systemSounds();
     if (folderHolds(m_folders.rings, system))
         return;
     const QSet<QString> taken = namesIn(m_folders.rings);
-    for (auto sound = system.begin(); sound != system.end() && !stop.stop_requested(); ++sound) {
-        if (!taken.contains(sound.key()))
-            copyItem(sound.value(), m_folders.rings + QLatin1Char('/') + sound.key(), stop);
+    for (const QFileInfo& sound : system) {
+        if (!taken.contains(sound.fileName()) && !stop.stop_requested())
+            copyItem(sound.filePath(), m_folders.rings + QLatin1Char('/') + sound.fileName(), stop);
     }
 }
 
@@ -76,21 +98,21 @@ void SoundsLoader::refreshiMovieSounds(const std::stop_token& stop) const {
     copyTree(m_sources.iMovieEffects, m_folders.iMovie, namesIn(m_folders.iMovie), stop);
 }
 
-// From the name that a system sound has in the library to its file.
-QMap<QString, QString> SoundsLoader::systemSounds() const {
-    QMap<QString, QString> sounds;
-    QDirIterator own(m_sources.systemSounds, QDir::Files);
-    while (own.hasNext()) {
-        const QString path = own.next();
-        sounds.insert(own.fileName(), path);
-    }
-    // A theme's folder holds other files as well, and names that we have.
+// Dorvane's own first. Of a theme one file for each name: it may bring a sound in several formats,
+// and an earlier folder's hides a later one's.
+std::vector<QFileInfo> SoundsLoader::systemSounds() const {
+    std::vector<QFileInfo> sounds;
+    for (const QFileInfo& own : filesIn(m_sources.systemSounds))
+        sounds.push_back(own);
     for (const QString& folder : m_sources.themeSounds) {
-        QDirIterator theme(folder, QDir::Files);
-        while (theme.hasNext()) {
-            const QString path = theme.next();
-            if (!sounds.contains(theme.fileName()) && m_types.isSound(path))
-                sounds.insert(theme.fileName(), path);
+        for (const QFileInfo& file : filesIn(folder)) {
+            const auto isSame = [&file](const QFileInfo& other) {
+                return other.completeBaseName() == file.completeBaseName();
+            };
+            if (isWorthAnAlarm(file.completeBaseName()) &&
+                std::none_of(sounds.begin(), sounds.end(), isSame) &&
+                m_types.isSound(file.filePath()))
+                sounds.push_back(file);
         }
     }
     return sounds;

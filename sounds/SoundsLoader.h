@@ -4,10 +4,11 @@
 #include "sounds/SoundFolders.h"
 #include "sounds/SoundSources.h"
 
-#include <QMap>
+#include <QFileInfo>
 #include <QSet>
 
 #include <stop_token>
+#include <vector>
 
 namespace dorvane {
 
@@ -31,7 +32,7 @@ public:
     void refreshiMovieSounds(const std::stop_token& stop = {}) const;
 
 private:
-    [[nodiscard]] QMap<QString, QString> systemSounds() const;
+    [[nodiscard]] std::vector<QFileInfo> systemSounds() const;
     void copyTree(const QString& source, const QString& destination, const QSet<QString>& taken,
                   const std::stop_token& stop) const;
 

@@ -19,26 +19,28 @@ protected:
 
 TEST_F(SoundsLoaderTest, CopiesTheSystemsSoundsThatAreMissing) {
     fill(path("system"), {u"Ping.aiff=ping"_qs, u"Readme=text"_qs});
-    fill(path("theme"), {u"bell.oga=bell"_qs, u"Ping.aiff=other"_qs, u"index.theme=text"_qs});
-    fill(path("other theme"), {u"bell.oga=other"_qs, u"end.oga=end"_qs});
-    QFile::link(u"bell.oga"_qs, path("theme/link.oga"));
-    QFile::link(u"nowhere.oga"_qs, path("theme/broken.oga"));
+    // Only what is worth an alarm, and each once.
+    fill(path("theme"), {u"bell.oga=bell"_qs, u"bell.wav=twice"_qs, u"complete.txt=text"_qs,
+                         u"trash-empty.oga=bin"_qs, u"Ping.aiff=other"_qs});
+    fill(path("other theme"), {u"bell.ogg=other"_qs, u"complete.oga=end"_qs});
+    QFile::link(u"bell.oga"_qs, path("theme/service-login.oga"));
+    QFile::link(u"nowhere.oga"_qs, path("theme/dialog-warning.oga"));
     const QStringList filled = {u"Ping.aiff=ping"_qs, u"Readme=text"_qs, u"bell.oga=bell"_qs,
-                                u"end.oga=end"_qs, u"link.oga=bell"_qs};
+                                u"complete.oga=end"_qs, u"service-login.oga=bell"_qs};
 
     loader.refreshSystemSounds();
     EXPECT_EQ(held(folders.rings), filled);
-    EXPECT_FALSE(QFileInfo(folders.rings + u"/link.oga"_qs).isSymLink());
+    EXPECT_FALSE(QFileInfo(folders.rings + u"/service-login.oga"_qs).isSymLink());
     loader.refreshSystemSounds();
     EXPECT_EQ(held(folders.rings), filled);
 
     // Deleted and emptied ones come back; changed ones, and those of the user, stay.
     QFile::remove(folders.rings + u"/bell.oga"_qs);
-    fill(folders.rings, {u"Ping.aiff=mine"_qs, u"end.oga="_qs, u"own.mp3=own"_qs});
+    fill(folders.rings, {u"Ping.aiff=mine"_qs, u"complete.oga="_qs, u"own.mp3=own"_qs});
     loader.refreshSystemSounds();
-    EXPECT_EQ(held(folders.rings),
-              (QStringList{u"Ping.aiff=mine"_qs, u"Readme=text"_qs, u"bell.oga=bell"_qs,
-                           u"end.oga=end"_qs, u"link.oga=bell"_qs, u"own.mp3=own"_qs}));
+    EXPECT_EQ(held(folders.rings), (QStringList{u"Ping.aiff=mine"_qs, u"Readme=text"_qs,
+                                                u"bell.oga=bell"_qs, u"complete.oga=end"_qs,
+                                                u"own.mp3=own"_qs, u"service-login.oga=bell"_qs}));
 }
 
 TEST_F(SoundsLoaderTest, FlattensTheDeliveredSounds) {
