@@ -102,7 +102,8 @@ SoundRepeat& sharedSoundRepeat() {
 AudioStorageController& AudioStorageController::sharedController() {
     static auto* const controller = [] {
         Desktop& desktop = sharedDesktop();
-        return new AudioStorageController(desktop.folders, SoundSources::installed(desktop.bundle),
+        return new AudioStorageController(desktop.runLoop, desktop.folders,
+                                          SoundSources::installed(desktop.bundle),
                                           desktop.soundPlayer, desktop.workspace);
     }();
     return *controller;

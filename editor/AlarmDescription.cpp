@@ -3,6 +3,7 @@
 
 #include "editor/AlarmForm.h"
 #include "editor/IntervalRule.h"
+#include "sounds/SoundName.h"
 
 #include <array>
 

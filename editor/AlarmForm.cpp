@@ -3,8 +3,6 @@
 
 #include "editor/IntervalRule.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 
 namespace dorvane {
@@ -116,10 +114,6 @@ void FormEnabling::playSoundCheckChanged(const AlarmForm& form) {
 
 void FormEnabling::speakNameCheckChanged(const AlarmForm& form) {
     voiceNamePopUp = form.isSpeakAlarmName;
-}
-
-QString soundName(const QString& soundPath) {
-    return QFileInfo(soundPath).completeBaseName();
 }
 
 } // namespace dorvane

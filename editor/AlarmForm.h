@@ -86,7 +86,4 @@ struct FormEnabling {
     void speakNameCheckChanged(const AlarmForm& form);
 };
 
-// The name by which a sound is shown: its file name without the extension.
-[[nodiscard]] QString soundName(const QString& soundPath);
-
 } // namespace dorvane

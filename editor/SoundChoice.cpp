@@ -7,6 +7,7 @@
 #include "platform/Workspace.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/SoundFileWell.h"
+#include "sounds/SoundName.h"
 #include "ui_AlarmSetController.h"
 
 #include <QFileDialog>

@@ -2,9 +2,10 @@
 #include "sounds/AudioStorageController.h"
 
 #include "platform/Log.h"
+#include "platform/RunLoop.h"
 #include "sounds/FileManager.h"
 #include "sounds/MenuText.h"
-#include "sounds/ReminderFileName.h"
+#include "sounds/SoundName.h"
 #include "sounds/SoundsLoader.h"
 
 #include <QDir>
@@ -15,10 +16,6 @@ namespace dorvane {
 
 namespace {
 
-[[nodiscard]] QString baseName(const QString& path) {
-    return QFileInfo(path).completeBaseName();
-}
-
 // The path of a file on this machine; empty for any other address. Music libraries write
 // "file://localhost/...", which Qt would take for a share on another machine.
 [[nodiscard]] QString localPath(const QUrl& url) {
@@ -28,10 +25,10 @@ namespace {
 
 } // namespace
 
-AudioStorageController::AudioStorageController(const UserFolders& user, SoundSources sources,
-                                               const SoundPlayer& player,
+AudioStorageController::AudioStorageController(RunLoop& runLoop, const UserFolders& user,
+                                               SoundSources sources, const SoundPlayer& player,
                                                const Workspace& workspace)
-    : m_folders(user), m_types(player, workspace) {
+    : m_runLoop(runLoop), m_folders(user), m_types(player, workspace) {
     createFolders(sources);
     copyPing(sources);
     m_loading.run([loader = SoundsLoader(m_folders, std::move(sources), m_types)](
@@ -64,21 +61,31 @@ bool AudioStorageController::isSystemSound(const QString& path) const {
            !file.isHidden() && m_types.isSound(path);
 }
 
-void AudioStorageController::addAudioFilesWithURLs(const QList<QUrl>& urls) {
-    for (const QUrl& url : urls) {
-        const QString source = url.isLocalFile() ? localPath(url) : QString();
-        if (source.isEmpty()) {
-            qCInfo(logSounds) << "only local files can be added:" << url.toDisplayString();
-            continue;
-        }
-        // On the thread: the file may be large, or lie on a slow disk.
-        m_loading.run([this, source](const std::stop_token& stop) {
-            const QString name = QFileInfo(source).fileName();
-            if (copyItem(source, m_folders.sounds + QLatin1Char('/') + name, stop) &&
-                !m_types.isSound(source))
-                qCInfo(logSounds) << source << "was added, but cannot be played here";
-        });
+void AudioStorageController::addAudioFilesWithURLs(const QList<QUrl>& urls, const Report& report) {
+    // On the thread: the files may be large, or lie on a slow disk.
+    m_loading.run([this, urls, report](const std::stop_token& stop) {
+        std::vector<AddedSound> sounds;
+        for (const QUrl& url : urls)
+            sounds.push_back(add(url, stop));
+        if (report)
+            m_runLoop.post([report, sounds = std::move(sounds)] { report(sounds); });
+    });
+}
+
+AddedSound AudioStorageController::add(const QUrl& url, const std::stop_token& stop) const {
+    const QString source = url.isLocalFile() ? localPath(url) : QString();
+    AddedSound sound{QFileInfo(url.path()).completeBaseName(), {}};
+    if (source.isEmpty())
+        sound.problem = QStringLiteral("it is not a file on this computer");
+    else if (QFileInfo(source).isFile() && !m_types.isSound(source))
+        sound.problem = QStringLiteral("it is not a sound that can be played here");
+    if (!sound.problem.isEmpty()) {
+        qCInfo(logSounds) << "not added:" << url.toDisplayString() << sound.problem;
+        return sound;
     }
+    const QString name = QFileInfo(source).fileName();
+    sound.problem = copyItem(source, m_folders.sounds + QLatin1Char('/') + name, stop);
+    return sound;
 }
 
 QStringList AudioStorageController::rings() const {
@@ -134,7 +141,7 @@ void AudioStorageController::fillMenu(QMenu& menu, const QStringList& paths,
     QList<QAction*> items;
     items.reserve(paths.size());
     for (const QString& path : paths) {
-        auto* item = new QAction(menuText(baseName(path)), &menu);
+        auto* item = new QAction(menuText(soundName(path)), &menu);
         item->setData(path);
         QObject::connect(item, &QAction::triggered, item, [action, path] { action(path); });
         items << item;
@@ -159,8 +166,6 @@ void AudioStorageController::fillMenuWithiMovieSounds(QMenu& menu,
 void AudioStorageController::fillMenuWithReminderSounds(QMenu& menu,
                                                         const SoundAction& action) const {
     fillMenu(menu, reminders(), action);
-    for (QAction* item : menu.actions())
-        item->setText(menuText(reminderText(baseName(item->data().toString()))));
 }
 
 } // namespace dorvane

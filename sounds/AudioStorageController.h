@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "sounds/AddedSound.h"
 #include "sounds/LoadingThread.h"
 #include "sounds/SoundFileTypes.h"
 #include "sounds/SoundFolders.h"
@@ -11,10 +12,13 @@
 #include <QUrl>
 
 #include <functional>
+#include <vector>
 
 class QMenu;
 
 namespace dorvane {
+
+class RunLoop;
 
 // The sound library: folders below the user's caches that hold every sound an alarm can play. It is
 // nothing but those folders; every listing reads its folder afresh, in the order in which the file
@@ -25,9 +29,12 @@ public:
     // What choosing a sound in a menu calls.
     using SoundAction = std::function<void(const QString& path)>;
 
-    // Makes the folders and starts filling them. The workspace must outlive this.
-    AudioStorageController(const UserFolders& user, SoundSources sources, const SoundPlayer& player,
-                           const Workspace& workspace);
+    // Called on the main thread when all files of one call were dealt with, in their order.
+    using Report = std::function<void(const std::vector<AddedSound>& sounds)>;
+
+    // Makes the folders and starts filling them. The loop and the workspace must outlive this.
+    AudioStorageController(RunLoop& runLoop, const UserFolders& user, SoundSources sources,
+                           const SoundPlayer& player, const Workspace& workspace);
 
     // The one instance of the application.
     static AudioStorageController& sharedController();
@@ -43,9 +50,9 @@ public:
         return m_folders.rings + QStringLiteral("/Ping.aiff");
     }
 
-    // Copies local files among the user's sounds, each under its own name, and returns before that
-    // is done. A name that is there already keeps its file. Failures are logged.
-    void addAudioFilesWithURLs(const QList<QUrl>& urls);
+    // Copies local sound files among the user's sounds, each under its own name, and returns before
+    // that is done. A name that is there already keeps its file. Failures are logged.
+    void addAudioFilesWithURLs(const QList<QUrl>& urls, const Report& report = {});
 
     // The sound files of one group, as full paths.
     [[nodiscard]] QStringList rings() const;
@@ -71,8 +78,10 @@ public:
 private:
     void createFolders(const SoundSources& sources) const;
     void copyPing(const SoundSources& sources) const;
+    [[nodiscard]] AddedSound add(const QUrl& url, const std::stop_token& stop) const;
     [[nodiscard]] QStringList imovieExtras(const QStringList& listed) const;
 
+    RunLoop& m_runLoop;
     const SoundFolders m_folders;
     const SoundFileTypes m_types;
     LoadingThread m_loading; // last: its jobs use the others

@@ -34,7 +34,7 @@ constexpr qint64 blockSize = 64 * 1024;
     if (present.exists() && present.size() > 0)
         return QStringLiteral("the name is taken");
     if (!QFileInfo(from).isFile()) // reading from a pipe or a device might never end
-        return QStringLiteral("not a file");
+        return QStringLiteral("there is no such file");
     QFile source(from);
     if (!source.open(QIODevice::ReadOnly))
         return source.errorString();
@@ -59,15 +59,14 @@ constexpr qint64 blockSize = 64 * 1024;
 
 } // namespace
 
-bool copyItem(const QString& source, const QString& destination, const std::stop_token& stop) {
-    const QString problem = tryCopy(source, destination, stop);
-    if (problem.isEmpty()) {
+QString copyItem(const QString& source, const QString& destination, const std::stop_token& stop) {
+    QString problem = tryCopy(source, destination, stop);
+    if (problem.isEmpty())
         qCDebug(logSounds) << "copied" << source << "to" << destination;
-        return true;
-    }
-    qCInfo(logSounds).noquote() << "did not copy" << source << "to" << destination << ":"
-                                << problem;
-    return false;
+    else
+        qCInfo(logSounds).noquote()
+            << "did not copy" << source << "to" << destination << ":" << problem;
+    return problem;
 }
 
 bool contentsEqual(const QString& path, const QString& otherPath) {

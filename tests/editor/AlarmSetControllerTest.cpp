@@ -3,9 +3,9 @@
 
 #include "editor/DescriptionLabel.h"
 #include "editor/IntervalField.h"
-#include "sounds/PullDownPopUp.h"
 #include "editor/TimePicker.h"
 #include "editor/TitleBox.h"
+#include "sounds/PullDownPopUp.h"
 #include "sounds/SoundFileWell.h"
 #include "tests/editor/EditorFixture.h"
 #include "tests/support/Dates.h"

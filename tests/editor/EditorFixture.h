@@ -51,7 +51,7 @@ public:
         , defaults(folder.filePath(QStringLiteral("defaults.plist")), format, loop)
         , archive(format, loop)
         , library(defaults, archive, notifications)
-        , storage({folder.path(), folder.path(), folder.path(), folder.path()}, {}, player,
+        , storage(loop, {folder.path(), folder.path(), folder.path(), folder.path()}, {}, player,
                   workspace)
         , editor(services()) {
         editor.setDelegate(this);

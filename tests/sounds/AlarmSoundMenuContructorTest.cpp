@@ -42,7 +42,7 @@ protected:
         return lines;
     }
 
-    AudioStorageController library{user, sources, player, workspace};
+    AudioStorageController library{loop, user, sources, player, workspace};
     TracingTarget target;
     QMenu menu;
     AlarmSoundMenuContructor constructor{library};

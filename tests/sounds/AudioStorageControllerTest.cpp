@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "sounds/SoundName.h"
 #include "tests/sounds/SoundLibraryFixture.h"
 
 namespace dorvane::testing {
@@ -8,9 +9,9 @@ using ::testing::UnorderedElementsAreArray;
 
 class AudioStorageControllerTest : public SoundLibraryFixture {
 protected:
-    [[nodiscard]] AudioStorageController* make() {
-        library = std::make_unique<AudioStorageController>(user, sources, player, workspace);
-        return library.get();
+    AudioStorageController& make() {
+        library = std::make_unique<AudioStorageController>(loop, user, sources, player, workspace);
+        return *library;
     }
 
     [[nodiscard]] static QStringList names(const QStringList& paths) {
@@ -30,21 +31,24 @@ TEST_F(AudioStorageControllerTest, HasThePresetsSoundBeforeAnythingCanAskForIt) 
     fill(path("system"), many);
     many.sort();
 
-    EXPECT_TRUE(make()->isSystemSound(folders.rings + u"/Ping.aiff"_qs));
+    EXPECT_TRUE(make().isSystemSound(folders.rings + u"/Ping.aiff"_qs));
     library.reset(); // quits amid the copying: what is there is whole
     for (const QString& file : held(folders.rings))
         EXPECT_TRUE(many.contains(file)) << qPrintable(file.left(40));
 
     fill(folders.rings, {u"Ping.aiff=mine"_qs});
     many.replace(many.indexOf(u"Ping.aiff=ping"_qs), u"Ping.aiff=mine"_qs);
-    (void)make();
+    make();
     waitUntilHeld(folders.rings, many);
     EXPECT_FALSE(QFileInfo::exists(folders.iMovie)) << "there is no iMovie";
 }
 
 TEST_F(AudioStorageControllerTest, ListsWhatCanBePlayed) {
-    (void)make();
+    make();
     const QByteArray wave = QByteArray("RIFF\x24\0\0\0WAVEfmt ", 16) + QByteArray(32, '\0');
+    const QByteArray book("\0\0\0\x18"
+                          "ftypM4B ",
+                          12);
     struct {
         const char* name;
         QByteArray contents;
@@ -55,7 +59,8 @@ TEST_F(AudioStorageControllerTest, ListsWhatCanBePlayed) {
         {"no extension", wave, true},   {"wave.unheardof", wave, true},
         {"text.unheardof", "x", false}, {"film.mp4", "x", false},
         {".hidden.aiff", "x", false},   {"folder.mp3/inside.mp3", "x", false},
-        {"Boing.caf", "x", false}, // this player has no decoder for it
+        {"Book.m4b", "x", true},        {"a book", book, true}, // a kind of audio/mp4
+        {"Boing.caf", "x", false},                              // this player has no decoder for it
         {"Boing.part", "x", false},
     };
     QStringList expected;
@@ -84,32 +89,70 @@ TEST_F(AudioStorageControllerTest, ListsWhatCanBePlayed) {
     for (const QString& file : asked)
         EXPECT_EQ(library->isSystemSound(file), library->rings().contains(file))
             << qPrintable(file);
+
+    player.types = {u"audio/wav"_qs, u"audio/x-caf"_qs, u"audio/mp4"_qs};
+    EXPECT_EQ(make().soundFileTypes().nameFilter(),
+              u"Sound files (*.caf *.f4a *.f4b *.m4a *.m4b *.wav)"_qs);
 }
 
-TEST_F(AudioStorageControllerTest, AddsTheUsersFilesUnderTheirNames) {
-    fill(path("elsewhere"), {u"New.mp3=new"_qs, u"Old.mp3=new"_qs, u"100% Süß.mp3=sweet"_qs});
+TEST_F(AudioStorageControllerTest, AddsTheUsersFilesAndSaysWhatBecameOfEach) {
+    fill(path("else"), {u"Notes.txt=x"_qs, u"Old.mp3=new"_qs, u"100% Süß.mp3=x"_qs, u"Z.mp3=z"_qs});
     fill(folders.sounds, {u"Old.mp3=old"_qs});
-    make()->addAudioFilesWithURLs({
-        QUrl(u"http://example.org/Song.mp3"_qs),
-        QUrl::fromLocalFile(path("elsewhere/missing.mp3")),
-        QUrl::fromLocalFile(path("elsewhere/Old.mp3")),
-        QUrl(u"file://server"_qs + path("elsewhere/New.mp3")),
-        QUrl(u"file://localhost"_qs + path("elsewhere/100%25%20Süß.mp3")),
-        QUrl::fromLocalFile(folders.sounds + u"/Old.mp3"_qs),
-        QUrl::fromLocalFile(path("elsewhere/New.mp3")),
-    });
-    waitUntilHeld(folders.sounds, {u"100% Süß.mp3=sweet"_qs, u"New.mp3=new"_qs, u"Old.mp3=old"_qs});
-
-    // The thread that did it is gone; a later file gets another one.
-    fill(path("elsewhere"), {u"Zebra.mp3=later"_qs});
-    library->addAudioFilesWithURLs({QUrl::fromLocalFile(path("elsewhere/Zebra.mp3"))});
-    waitUntilHeld(folders.sounds, {u"100% Süß.mp3=sweet"_qs, u"New.mp3=new"_qs, u"Old.mp3=old"_qs,
-                                   u"Zebra.mp3=later"_qs});
+    struct {
+        QString url;
+        QString name;
+        QString problem;
+    } const files[] = {
+        {u"http://example.org/Song.mp3"_qs, u"Song"_qs, u"it is not a file on this computer"_qs},
+        {u"file://server"_qs + path("else/Z.mp3"), u"Z"_qs, u"there is no such file"_qs},
+        {u"file://"_qs + path("else/missing.mp3"), u"missing"_qs, u"there is no such file"_qs},
+        {u"file://"_qs + path("else/Old.mp3"), u"Old"_qs, u"the name is taken"_qs},
+        {u"file://"_qs + path("else/Notes.txt"), u"Notes"_qs,
+         u"it is not a sound that can be played here"_qs},
+        {u"file://localhost"_qs + path("else/100%25%20Süß.mp3"), u"100% Süß"_qs, {}},
+        {u"file://"_qs + path("else/Z.mp3"), u"Z"_qs, {}},
+    };
+    std::vector<AddedSound> reported;
+    QList<QUrl> urls;
+    for (const auto& file : files)
+        urls << QUrl(file.url);
+    make().addAudioFilesWithURLs(urls, [&](const auto& sounds) { reported = sounds; });
+    waitUntilHeld(folders.sounds, {u"100% Süß.mp3=x"_qs, u"Old.mp3=old"_qs, u"Z.mp3=z"_qs});
+    library->stopLoading(); // the report is on its way then
+    EXPECT_TRUE(reported.empty()) << "on the main thread only";
+    loop.runPending();
+    ASSERT_EQ(reported.size(), std::size(files));
+    for (std::size_t i = 0; i < reported.size(); ++i) {
+        EXPECT_EQ(reported[i].name, files[i].name);
+        EXPECT_EQ(reported[i].problem, files[i].problem) << qPrintable(files[i].url);
+    }
 }
 
-TEST_F(AudioStorageControllerTest, OffersAFileDialogWhatItLists) {
-    player.types = {u"audio/wav"_qs, u"audio/x-caf"_qs, u"audio/x-aiff"_qs};
-    EXPECT_EQ(make()->soundFileTypes().nameFilter(), u"Sound files (*.aif *.aiff *.caf *.wav)"_qs);
+TEST(AddedSoundTest, TellsTheUserWhereToLookOrWhyNot) {
+    const QString longName = QString(u"Morning "_qs).repeated(9) + u"birds"_qs;
+    const struct {
+        std::vector<AddedSound> sounds;
+        QString message;
+    } cases[] = {
+        {{{u"Birds"_qs, {}}}, u"Added “Birds” – choose it under User Sound Library."_qs},
+        {{{u"a"_qs, {}}, {u"b"_qs, {}}},
+         u"Added 2 sounds – choose them under User Sound Library."_qs},
+        {{{u"a"_qs, u"the name is taken"_qs}}, u"“a” was not added: the name is taken."_qs},
+        {{{u"a"_qs, u"there is no such file"_qs}, {u"b"_qs, {}}, {u"c"_qs, u"x"_qs}},
+         u"Added “b” – choose it under User Sound Library.\n“a” was not added: there is no such "
+         u"file.\n"
+         u"1 more could not be added."_qs},
+        {{{longName, {}}},
+         u"Added “Morning Morning Mo…ing Morning birds” – choose it under User Sound Library."_qs},
+    };
+    for (const auto& [sounds, message] : cases)
+        EXPECT_EQ(messageAbout(sounds), message);
+}
+
+TEST(SoundNameTest, IsTheFilesNameOrTheRemindersText) {
+    EXPECT_EQ(soundName(u"/home/x/Dorvane/Sounds/100%25 Tea.v2.mp3"_qs), u"100%25 Tea.v2"_qs);
+    EXPECT_EQ(soundName(u"/cache/Dorvane/Recordings/Tea %2F  %0Acoffee.aiff"_qs),
+              u"Tea / coffee"_qs);
 }
 
 } // namespace

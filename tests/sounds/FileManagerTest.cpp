@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sounds/FileManager.h"
 
-#include "sounds/DictionaryWithURL.h"
 #include "tests/sounds/SoundLibraryFixture.h"
-#include "tests/support/FakePropertyListFormat.h"
-#include "tests/support/LogCapture.h"
 
 #include <csignal>
 #include <sys/resource.h>
@@ -45,56 +42,22 @@ TEST_F(CopyItem, LeavesAWholeFileOrNothing) {
     std::stop_source stopped;
     stopped.request_stop();
 
-    EXPECT_FALSE(copyItem(path("missing"), to));
-    EXPECT_FALSE(copyItem(path("empty"), to));
-    EXPECT_FALSE(copyItem(path("pipe"), to)) << "must not wait for a writer either";
-    EXPECT_FALSE(copyItem(path("large"), to, stopped.get_token()));
+    const QString noFile = u"there is no such file"_qs;
+    EXPECT_EQ(copyItem(path("missing"), to), noFile);
+    EXPECT_EQ(copyItem(path("empty"), to), u"there is nothing in it"_qs);
+    EXPECT_EQ(copyItem(path("pipe"), to), noFile) << "must not wait for a writer either";
+    EXPECT_EQ(copyItem(path("large"), to, stopped.get_token()), u"stopped"_qs);
     {
         const FullDisk full;
-        EXPECT_FALSE(copyItem(path("large"), to));
+        EXPECT_NE(copyItem(path("large"), to), QString());
     }
     EXPECT_EQ(held(path("to")), QStringList());
 
     write(to, {});
-    EXPECT_TRUE(copyItem(path("large"), to)) << "in the place of a copy that a power cut emptied";
+    EXPECT_EQ(copyItem(path("large"), to), QString()) << "over what a power cut emptied";
     write(path("small"), "y");
-    EXPECT_FALSE(copyItem(path("small"), to)) << "the name is taken";
+    EXPECT_EQ(copyItem(path("small"), to), u"the name is taken"_qs);
     EXPECT_EQ(held(path("to")), QStringList(u"sound.aiff="_qs + QString::fromUtf8(large)));
-}
-
-TEST_F(CopyItem, FindsAFreeNameAmongAHundred) {
-    const QDateTime now(QDate(2001, 1, 2), QTime(0, 0), Qt::UTC);
-    const auto name = [&](int i) { return dir.filePath(u"86400%1.aiff"_qs.arg(i)); };
-    for (int i = 0; i < 100; ++i) {
-        EXPECT_EQ(uniqueFileInDirectory(dir.path(), u"aiff"_qs, now), name(i));
-        write(name(i), {});
-    }
-    EXPECT_EQ(uniqueFileInDirectory(dir.path(), u"aiff"_qs, now), std::nullopt);
-}
-
-TEST_F(CopyItem, ReadsDictionariesFromFilesAndDataAddresses) {
-    const FakePropertyListFormat format;
-    const QVariantMap expected{{u"a"_qs, 1.0}};
-    write(path("list.plist"), R"({"a": 1})");
-    struct {
-        QString address;
-        std::optional<QVariantMap> read;
-        qsizetype warnings;
-    } const cases[] = {
-        {u"file://"_qs + path("list.plist"), expected, 0},
-        {u"data:,%7B%22a%22:%201%7D"_qs, expected, 0},
-        {u"data:text/plain;base64,eyJhIjogMX0="_qs, expected, 0},
-        {u"data:,[1]"_qs, {}, 0},
-        {u"data:nothing"_qs, {}, 0},
-        {u"file:///missing"_qs, {}, 1},
-        {u"http://example.org/list.plist"_qs, {}, 1},
-    };
-    for (const auto& [address, read, warnings] : cases) {
-        const LogCapture log;
-        EXPECT_EQ(dictionaryWithContentsOfURLUnzipped(QUrl(address), format), read)
-            << qPrintable(address);
-        EXPECT_EQ(log.messages().size(), warnings) << qPrintable(address);
-    }
 }
 
 } // namespace

@@ -36,7 +36,7 @@ protected:
 
     [[nodiscard]] QUrl file(const char* name) const { return QUrl::fromLocalFile(path(name)); }
 
-    AudioStorageController library{user, sources, player, workspace};
+    AudioStorageController library{loop, user, sources, player, workspace};
     NotificationCenter notifications;
     FakePropertyListFormat format;
     SoundFileWell well{library, notifications, format, QIcon()};

@@ -61,7 +61,8 @@ public:
     bool hasServer = true;
 
     QStringList types = {QStringLiteral("audio/x-aiff"), QStringLiteral("audio/mpeg"),
-                         QStringLiteral("audio/x-wav"), QStringLiteral("audio/x-vorbis+ogg")};
+                         QStringLiteral("audio/x-wav"), QStringLiteral("audio/x-vorbis+ogg"),
+                         QStringLiteral("audio/mp4")};
 
     // The sounds that exist, oldest first: what is left here at the end has leaked.
     [[nodiscard]] const std::vector<FakeSound*>& sounds() const { return m_sounds; }
