@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Sound files in and out: AIFF with 16 bits by hand, Ogg Vorbis through ffmpeg."""
+"""Sound files in and out: AIFF with 16 bits by hand, Ogg Vorbis and MP3 through ffmpeg."""
 
 import struct
 import subprocess
@@ -26,13 +26,22 @@ def write_aiff(path, sound):
     path.write_bytes(chunk(b"FORM", b"AIFF" + common + samples))
 
 
-def write_vorbis(path, sound):
+def encode(path, sound, *codec):
     data = frames(sound)
     subprocess.run(
         ["ffmpeg", "-loglevel", "error", "-y", "-f", "s16le", "-ar", str(RATE), "-ac", str(data.shape[1]), "-i", "-",
-         "-fflags", "+bitexact", "-flags:a", "+bitexact", "-serial_offset", "1", "-map_metadata", "-1",
-         "-metadata", f"title={path.stem}", "-c:a", "libvorbis", "-q:a", "3", str(path)],
+         "-fflags", "+bitexact", "-flags:a", "+bitexact", "-map_metadata", "-1", "-metadata", f"title={path.stem}",
+         *codec, str(path)],
         input=data.astype("<i2").tobytes(), check=True)
+
+
+def write_vorbis(path, sound):
+    encode(path, sound, "-serial_offset", "1", "-c:a", "libvorbis", "-q:a", "3")
+
+
+def write_mp3(path, sound):
+    """As small as calm music allows."""
+    encode(path, sound, "-c:a", "libmp3lame", "-abr", "1", "-b:a", "54k", "-compression_level", "0")
 
 
 def read(path):
