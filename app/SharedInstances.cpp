@@ -3,6 +3,8 @@
 
 #include "app/bfApp.h"
 #include "app/Desktop.h"
+#include "breaks/RespitoAudioPlayerController.h"
+#include "breaks/RespitoReminderController.h"
 #include "core/ActiveAlarms.h"
 #include "core/AlarmArchive.h"
 #include "core/Clock.h"
@@ -28,21 +30,22 @@ const AlarmArchive& alarmArchive() {
     return *archive;
 }
 
-void openReminders() {
+ReminderController::Surroundings reminderSurroundings() {
     Desktop& desktop = sharedDesktop();
-    ReminderController::create(
-        {.runLoop = desktop.runLoop,
-         .notificationCenter = desktop.notifications,
-         .recorder = desktop.recorder,
-         .player = desktop.soundPlayer,
-         .workspace = desktop.workspace,
-         .bundle = desktop.bundle,
-         .user = desktop.folders,
-         .isSound =
-             [](const QString& path) {
-                 return AudioStorageController::sharedController().soundFileTypes().isSound(path);
-             }})
-        ->show();
+    return {.runLoop = desktop.runLoop,
+            .notificationCenter = desktop.notifications,
+            .recorder = desktop.recorder,
+            .player = desktop.soundPlayer,
+            .workspace = desktop.workspace,
+            .bundle = desktop.bundle,
+            .user = desktop.folders,
+            .isSound = [](const QString& path) {
+                return AudioStorageController::sharedController().soundFileTypes().isSound(path);
+            }};
+}
+
+void openReminders() {
+    ReminderController::create(reminderSurroundings())->show();
 }
 
 // With the first window that has a frame, so that a start does not pay for it.
@@ -107,6 +110,24 @@ AudioStorageController& AudioStorageController::sharedController() {
                                           desktop.soundPlayer, desktop.workspace);
     }();
     return *controller;
+}
+
+RespitoAudioPlayerController& RespitoAudioPlayerController::sharedContorller() {
+    static auto* const controller = [] {
+        showWindowIcon();
+        Desktop& desktop = sharedDesktop();
+        return new RespitoAudioPlayerController(desktop.runLoop, desktop.soundPlayer,
+                                                desktop.bundle);
+    }();
+    return *controller;
+}
+
+RespitoReminderController& RespitoReminderController::sharedContorller() {
+    static auto* const controller = [] {
+        showWindowIcon();
+        return new std::shared_ptr(RespitoReminderController::create(reminderSurroundings()));
+    }();
+    return **controller;
 }
 
 AlarmMenuController& AlarmMenuController::mainMenuController() {

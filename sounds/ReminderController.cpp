@@ -6,8 +6,12 @@
 #include "platform/Log.h"
 #include "platform/Sound.h"
 #include "platform/Workspace.h"
+#include "sounds/LevelMeter.h"
+#include "sounds/ReminderComboBox.h"
+#include "sounds/ReminderControls.h"
 #include "sounds/ReminderFileName.h"
 #include "sounds/ReminderStrings.h"
+#include "sounds/RoundButton.h"
 #include "ui_ReminderController.h"
 
 #include <QCloseEvent>
@@ -26,13 +30,6 @@ namespace {
 constexpr RunLoop::Milliseconds longestRecording = 10s;
 constexpr RunLoop::Milliseconds tickInterval = 50ms;
 
-// The pictures are round; so is what shows the focus.
-QString roundButton(int iconSize) {
-    return QStringLiteral("QToolButton { border: 2px solid transparent; border-radius: %1px; }"
-                          "QToolButton:focus { border-color: palette(highlight); }")
-        .arg(iconSize / 2 + 2);
-}
-
 class ReminderWindow final : public QWidget {
 public:
     explicit ReminderWindow(std::function<void()> willClose) : m_willClose(std::move(willClose)) {}
@@ -47,14 +44,15 @@ private:
 } // namespace
 
 std::shared_ptr<ReminderController> ReminderController::create(Surroundings surroundings) {
-    return std::shared_ptr<ReminderController>(new ReminderController(std::move(surroundings)));
+    return std::shared_ptr<ReminderController>(
+        new ReminderController(std::move(surroundings), loadReminderForm<Ui::ReminderController>));
 }
 
-ReminderController::ReminderController(Surroundings surroundings)
+ReminderController::ReminderController(Surroundings surroundings,
+                                       ReminderControls (*loadForm)(QWidget& window))
     : m_surroundings(std::move(surroundings))
-    , m_form(std::make_unique<Ui::ReminderController>())
-    , m_window(std::make_unique<ReminderWindow>([this] { windowWillClose(); })) {
-    m_form->setupUi(m_window.get());
+    , m_window(std::make_unique<ReminderWindow>([this] { windowWillClose(); }))
+    , m_form(std::make_unique<ReminderControls>(loadForm(*m_window))) {
     awakeFromNib();
 }
 
@@ -69,7 +67,7 @@ void ReminderController::awakeFromNib() {
     m_reminderChanged = m_surroundings.notificationCenter.addObserver(
         reminderChangedNotification, [this](auto) { updatePlayButton(); }, m_reminderStrings.get());
     for (QToolButton* round : {m_form->recordButton, m_form->playButton})
-        round->setStyleSheet(roundButton(round->iconSize().width()));
+        showFocusRound(*round);
     connectControls();
     exitRecording();
     updateRecordButton();
@@ -78,7 +76,7 @@ void ReminderController::awakeFromNib() {
 
 void ReminderController::connectControls() {
     QWidget* const window = m_window.get();
-    const Ui::ReminderController& form = *m_form;
+    const ReminderControls& form = *m_form;
     QObject::connect(form.reminderTitle, &QLineEdit::textChanged, window,
                      [this] { updateRecordButton(); });
     QObject::connect(form.reminderTitle, &QLineEdit::returnPressed, form.recordButton,
@@ -90,17 +88,18 @@ void ReminderController::connectControls() {
         QObject::connect(button, &QAbstractButton::clicked, window,
                          [this, action] { (this->*action)(); });
     };
-    connectClick(form.stopButton, &ReminderController::stopRecording);
     connectClick(form.playButton, &ReminderController::playSound);
     connectClick(form.deleteButton, &ReminderController::deleteSound);
     connectClick(form.folderButton, &ReminderController::soundFolderPushed);
     connectClick(form.okButton, &ReminderController::acceptReminder);
-    QObject::connect(form.cancelButton, &QAbstractButton::clicked, window,
-                     [this] { stopRecordingAndSave(false); });
+    if (form.stopButton) {
+        connectClick(form.stopButton, &ReminderController::stopRecording);
+        connectClick(form.cancelButton, &ReminderController::cancelRecording);
+    }
     const auto escape = new QShortcut(Qt::Key_Escape, window);
     QObject::connect(escape, &QShortcut::activated, window, [this] {
         if (m_recordTimer)
-            stopRecordingAndSave(false);
+            cancelRecording();
         else
             m_window->close();
     });
@@ -156,8 +155,7 @@ void ReminderController::prepareForRecording() {
          std::initializer_list<QWidget*>{m_form->playButton, m_form->deleteButton, m_form->okButton,
                                          m_form->comboBox, m_form->reminderTitle})
         idle->setEnabled(false);
-    m_form->stopButton->setEnabled(true);
-    m_form->cancelButton->setEnabled(true);
+    setRecordingEndsEnabled(true);
     m_form->messageLabel->clear();
     setImage(*m_form->recordButton, "StopRedButton", QStringLiteral("Stop recording"));
     m_form->recordButton->setFocus(); // the title, where Return may have been pressed, is disabled
@@ -169,14 +167,19 @@ void ReminderController::exitRecording() {
     for (QWidget* idle :
          std::initializer_list<QWidget*>{m_form->okButton, m_form->comboBox, m_form->reminderTitle})
         idle->setEnabled(true);
-    m_form->stopButton->setEnabled(false);
-    m_form->cancelButton->setEnabled(false);
+    setRecordingEndsEnabled(false);
     const QSignalBlocker silent(m_form->recordButton);
     m_form->recordButton->setChecked(false);
     setImage(*m_form->recordButton, "RecordButton", QStringLiteral("Record"));
     m_form->levelMeter->reset();
     showProgress(0ms);
     updatePlayButton();
+}
+
+void ReminderController::setRecordingEndsEnabled(bool enabled) {
+    for (QPushButton* end : {m_form->stopButton, m_form->cancelButton})
+        if (end)
+            end->setEnabled(enabled);
 }
 
 // The level and the time come from the same clock as the limit, so that a late tick is no longer
@@ -199,6 +202,10 @@ void ReminderController::showProgress(RunLoop::Milliseconds elapsed) {
 
 void ReminderController::stopRecording() {
     stopRecordingAndSave(true);
+}
+
+void ReminderController::cancelRecording() {
+    stopRecordingAndSave(false);
 }
 
 void ReminderController::stopRecordingAndSave(bool save) {

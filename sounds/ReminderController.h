@@ -17,10 +17,6 @@
 class QAbstractButton;
 class QWidget;
 
-namespace Ui {
-class ReminderController;
-}
-
 namespace dorvane {
 
 class AudioRecorder;
@@ -29,11 +25,12 @@ class ReminderStrings;
 class Sound;
 class SoundPlayer;
 class Workspace;
+struct ReminderControls;
 
 // The window in which the user names a reminder, records up to ten seconds of sound for it, and
 // plays, chooses or deletes earlier recordings. Shown, it keeps itself alive until it is closed;
 // a recording that runs then is discarded. Main thread only.
-class ReminderController final : public std::enable_shared_from_this<ReminderController> {
+class ReminderController : public std::enable_shared_from_this<ReminderController> {
 public:
     // What the window works with; all of it must outlive the window.
     struct Surroundings {
@@ -49,7 +46,7 @@ public:
     };
 
     [[nodiscard]] static std::shared_ptr<ReminderController> create(Surroundings surroundings);
-    ~ReminderController();
+    virtual ~ReminderController();
     ReminderController(const ReminderController&) = delete;
     ReminderController& operator=(const ReminderController&) = delete;
 
@@ -69,13 +66,17 @@ public:
     void soundFolderPushed();
     void acceptReminder();
 
-private:
-    explicit ReminderController(Surroundings surroundings);
+protected:
+    // The same window from another form.
+    ReminderController(Surroundings surroundings, ReminderControls (*loadForm)(QWidget& window));
 
+private:
     void awakeFromNib();
     void connectControls();
     void prepareForRecording();
     void exitRecording();
+    void setRecordingEndsEnabled(bool enabled);
+    void cancelRecording();
     void stopRecordingAndSave(bool save);
     void recordingFinished(const QString& title, const QString& path,
                            const std::optional<AudioError>& error);
@@ -89,8 +90,8 @@ private:
     void setImage(QAbstractButton& button, const char* name, const QString& action) const;
 
     const Surroundings m_surroundings;
-    const std::unique_ptr<Ui::ReminderController> m_form;
-    std::unique_ptr<QWidget> m_window;
+    const std::unique_ptr<QWidget> m_window;
+    const std::unique_ptr<const ReminderControls> m_form;
     std::unique_ptr<ReminderStrings> m_reminderStrings;
     NotificationCenter::Observation m_reminderChanged;
     RunLoopTimer m_recordTimer; // set while recording

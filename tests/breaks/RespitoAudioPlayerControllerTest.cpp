@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "breaks/RespitoAudioPlayerController.h"
+
+#include "platform/Bundle.h"
+#include "tests/support/Dates.h"
+#include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/VirtualRunLoop.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QSlider>
+#include <QToolButton>
+#include <QtTest/QTest>
+
+#include <gmock/gmock.h>
+
+using namespace dorvane;
+using namespace dorvane::testing;
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+
+namespace {
+
+const QString track = QStringLiteral(DORVANE_BUNDLE "/Resources/Respito.mp3");
+
+// The real window and a track of 95 seconds that takes 200 ms to load.
+class RespitoAudioPlayerTest : public ::testing::Test {
+protected:
+    RespitoAudioPlayerTest() {
+        m_player.setFile(track, {.duration = 95s, .loadDelay = 200ms});
+        m_controller.setWindowWillClose([this] { m_trace.add(QStringLiteral("closed")); });
+        const LogCapture platformNotes; // of the offscreen platform
+        m_controller.showWindow();
+    }
+
+    template<typename Control>
+    static Control& control(const char* name) {
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->objectName() == QStringLiteral("RespitoAudioPlayer"))
+                return *window->findChild<Control*>(QString::fromLatin1(name));
+        std::abort();
+    }
+    static void click(const char* button) { control<QToolButton>(button).click(); }
+
+    // What can be used, whether the light is on, the times and the slider in seconds.
+    static std::string shown() {
+        std::string text;
+        for (const char* name : {"playButton", "resumeButton", "stopButton", "timeSlider"})
+            if (control<QWidget>(name).isEnabled())
+                text += std::string(name).substr(0, 4) + " ";
+        if (!control<QWidget>("playFeedback").isHidden())
+            text += "light ";
+        const double position = control<QSlider>("timeSlider").value() / 1000.0;
+        return (QString::fromStdString(text) + control<QLabel>("startTime").text() +
+                QLatin1Char(' ') + control<QLabel>("endTime").text() +
+                QStringLiteral(" at %1").arg(position))
+            .toStdString();
+    }
+
+    VirtualRunLoop m_loop{at("2026-11-24 07:30")};
+    Trace m_trace{m_loop};
+    FakeSoundPlayer m_player{m_loop, m_trace};
+    const Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
+    RespitoAudioPlayerController m_controller{m_loop, m_player, m_bundle};
+};
+
+TEST_F(RespitoAudioPlayerTest, playsPausesSeeksAndStops) {
+    const auto slideTo = [](int second) { control<QSlider>("timeSlider").setValue(1000 * second); };
+    const auto close = [] { control<QWidget>("playButton").window()->close(); };
+    EXPECT_TRUE(QFile::exists(track)) << "is shipped";
+    const struct {
+        std::function<void()> act;
+        RunLoop::Milliseconds then;
+        const char* shown;
+    } steps[] = {
+        {[] {}, 0ms, "play 00:00 00:00 at 0"},
+        {[this] { m_controller.playVideo(); }, 0ms, "resu stop time light 00:00 -00:00 at 0"},
+        {[] {}, 200ms, "resu stop time light 00:00 -01:35 at 0"},
+        {[] {}, 61'900ms, "resu stop time light 01:01 -00:33 at 61.9"},
+        {[this] { m_controller.playVideo(); }, 0ms, "resu stop time light 01:01 -00:33 at 61.9"},
+        {[] { click("resumeButton"); }, 1h, "play stop time light 01:01 -00:33 at 61.9"},
+        {[slideTo] { slideTo(10); }, 1h, "play stop time light 00:10 -01:25 at 10"},
+        {[] { click("playButton"); }, 1s, "resu stop time light 00:11 -01:24 at 11"},
+        {[slideTo] { slideTo(90); }, 1s, "resu stop time light 01:31 -00:04 at 91"},
+        {[] { click("stopButton"); }, 1h, "play 00:00 01:35 at 0"},
+        {[] { click("playButton"); }, 94'200ms, "resu stop time light 01:34 -00:01 at 94"},
+        {[] {}, 1h, "play 00:00 01:35 at 95"},
+        {[] { click("playButton"); }, 2200ms, "resu stop time light 00:02 -01:33 at 2"},
+        {[] { click("resumeButton"); }, 0ms, "play stop time light 00:02 -01:33 at 2"},
+        {[] { click("stopButton"); }, 0ms, "play 00:00 01:35 at 0"},
+        {[] { click("playButton"); }, 5200ms, "resu stop time light 00:05 -01:30 at 5"},
+        {close, 1h, "play time 00:00 01:35 at 0"},
+    };
+    for (const auto& step : steps) {
+        step.act();
+        m_loop.advance(step.then);
+        EXPECT_EQ(shown(), step.shown) << "step " << &step - steps;
+    }
+    EXPECT_FALSE(m_controller.isWindowOpen());
+    EXPECT_TRUE(m_player.sounds().empty());
+    std::vector<std::string> heard;
+    for (const std::string& event : m_trace.events())
+        heard.push_back(event.substr(event.rfind('/') + 1));
+    EXPECT_THAT(heard,
+                ElementsAre("Respito.mp3 play", "Respito.mp3 pause", "Respito.mp3 seek 10.000",
+                            "Respito.mp3 resume", "Respito.mp3 seek 90.000", "Respito.mp3 dropped",
+                            "Respito.mp3 play", "Respito.mp3 finished", "Respito.mp3 play",
+                            "Respito.mp3 pause", "Respito.mp3 dropped", "Respito.mp3 play",
+                            "Respito.mp3 dropped", ::testing::EndsWith(" closed")));
+}
+
+TEST_F(RespitoAudioPlayerTest, wakesTenTimesASecondWhilePlayingAndNeverElse) {
+    const auto wakeUpsInTenSeconds = [this] {
+        const auto before = m_loop.firings();
+        m_loop.advance(10s);
+        return m_loop.firings() - before;
+    };
+    m_controller.playVideo();
+    m_loop.advance(1s);
+    EXPECT_EQ(wakeUpsInTenSeconds(), 100);
+    click("resumeButton");
+    EXPECT_EQ(wakeUpsInTenSeconds(), 0);
+    click("playButton");
+    control<QWidget>("playButton").window()->close();
+    EXPECT_EQ(wakeUpsInTenSeconds(), 0);
+}
+
+TEST_F(RespitoAudioPlayerTest, trackThatCannotBePlayedLeavesItIdle) {
+    m_player.hasServer = false;
+    m_controller.playVideo();
+    EXPECT_EQ(shown(), "play 00:00 00:00 at 0");
+    m_player.hasServer = true;
+    m_player.setFile(track, {.isPlayable = false});
+    m_controller.playVideo();
+    m_loop.advance(1s);
+    EXPECT_EQ(shown(), "play 00:00 00:00 at 0");
+    m_player.setFile(track, {.duration = 95s});
+    m_controller.playVideo();
+    click("resumeButton");
+    m_player.fail();
+    m_loop.advance(1s);
+    EXPECT_EQ(shown(), "play 00:00 01:35 at 0");
+}
+
+TEST_F(RespitoAudioPlayerTest, spacePlaysAndPausesWhereverTheFocusWent) {
+    QWidget* const window = control<QWidget>("playButton").window();
+    std::string states;
+    for (int press = 0; press < 4; ++press) {
+        QTest::keyClick(window->focusWidget(), Qt::Key_Space);
+        m_loop.advance(1s);
+        states += shown().substr(0, 4) + " ";
+    }
+    control<QSlider>("timeSlider").setFocus();
+    QTest::keyClick(window->focusWidget(), Qt::Key_Space);
+    QTest::keyClick(window->focusWidget(), Qt::Key_Right);
+    EXPECT_EQ(states + shown(), "resu play resu play resu stop time light 00:06 -01:28 at 6.8");
+    QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(window->isHidden());
+}
+
+} // namespace

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "breaks/RespitoReminderController.h"
+
+#include "platform/Bundle.h"
+#include "platform/Workspace.h"
+#include "sounds/ReminderStrings.h"
+#include "tests/support/Dates.h"
+#include "tests/support/FakeAudioRecorder.h"
+#include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/VirtualRunLoop.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QtTest/QTest>
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+using namespace dorvane;
+using namespace dorvane::testing;
+using namespace std::chrono_literals;
+
+namespace {
+
+class NoWorkspace final : public Workspace {
+public:
+    void openUrl(const QUrl&) override {}
+    void reveal(const QString&) override {}
+    [[nodiscard]] QString typeOfFile(const QString&) const override { return {}; }
+};
+
+// One window for good: what was recorded in it is kept, what was discarded is not, and it opens
+// again after it was closed.
+TEST(RespitoReminderTest, recordsWithOneButtonAndOpensAgain) {
+    const QTemporaryDir caches;
+    UserFolders user;
+    user.caches = caches.path();
+    VirtualRunLoop loop{at("2026-11-24 07:30")};
+    Trace trace{loop};
+    FakeSoundPlayer player{loop, trace};
+    FakeAudioRecorder recorder{loop, trace};
+    NotificationCenter center;
+    NoWorkspace workspace;
+    const Bundle bundle{QStringLiteral(DORVANE_BUNDLE), {}};
+    const auto controller = RespitoReminderController::create(
+        {loop, center, recorder, player, workspace, bundle, user,
+         [](const QString& path) { return path.endsWith(QStringLiteral(".aiff")); }});
+    for (const char* title : {"Stand up", "Sit down"}) {
+        {
+            const LogCapture platformNotes; // of the offscreen platform
+            controller->show();
+        }
+        const auto windows = QApplication::topLevelWidgets();
+        const auto found =
+            std::ranges::find(windows, QStringLiteral("Record Break Sound"), &QWidget::windowTitle);
+        ASSERT_NE(found, windows.end());
+        QWidget* const window = *found;
+        auto& record = *window->findChild<QAbstractButton*>(QStringLiteral("recordButton"));
+        auto& name = *window->findChild<QLineEdit*>(QStringLiteral("reminderTitle"));
+        name.clear();
+        EXPECT_FALSE(record.isEnabled());
+        name.setText(QString::fromLatin1(title));
+        record.click();
+        loop.advance(1s);
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+        QTest::keyClick(window, Qt::Key_Escape);
+        EXPECT_FALSE(record.isChecked());
+        EXPECT_TRUE(window->isVisible());
+        record.click();
+        loop.advance(1s);
+        record.click();
+        loop.runPending();
+        EXPECT_EQ(controller->reminderString(), QString::fromLatin1(title));
+        controller->acceptReminder();
+        EXPECT_FALSE(window->isVisible());
+        loop.runPending();
+    }
+    EXPECT_EQ(QDir(ReminderStrings::soundDirectory(user)).entryList(QDir::Files, QDir::Name),
+              QStringList({QStringLiteral("Sit down.aiff"), QStringLiteral("Stand up.aiff")}));
+}
+
+} // namespace
