@@ -4,6 +4,7 @@
 #include "core/Clock.h"
 #include "menubar/MainMenuConstructor.h"
 #include "menubar/StatusMenu.h"
+#include "tests/support/FakeStatusItem.h"
 #include "tests/support/VirtualRunLoop.h"
 
 #include <QApplication>
@@ -29,8 +30,9 @@ void openMenu(benchmark::State& state) {
         else
             stored.push_back(alarm);
     }
+    testing::FakeStatusItem item;
     MainMenuConstructor constructor(
-        loop, clock, notifications,
+        loop, clock, notifications, item,
         {.storedAlarms = [&] { return std::optional(stored); }, .breaksRun = {}}, MenuCommands());
     StatusMenu menu(loop);
     constructor.setObjectMenu(&menu);

@@ -22,6 +22,7 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
     , m_statusView(m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
                    m_surroundings.statusItem)
     , m_menuConstructor(m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
+                        m_surroundings.statusItem,
                         {.storedAlarms = [this] { return m_surroundings.storedAlarms.alarms(); },
                          .breaksRun = {}},
                         menuCommands())
@@ -36,7 +37,6 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
                 .isSystemSound = m_surroundings.isSystemSound}) {
     m_menuConstructor.setObjectMenu(&m_ourMenu);
     m_statusView.setAlarmMenu(&m_ourMenu);
-    m_surroundings.statusItem.setExportedMenu(&m_menuConstructor.exportedMenu());
     m_surroundings.appearance.setChanged([this] { darkModeChanged(); });
     darkModeChanged();
     m_menuObservation = m_surroundings.notifications.addObserver(

@@ -3,9 +3,9 @@
 
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
+#include "menubar/PanelMenu.h"
 #include "menubar/StatusMenu.h"
-#include "menubar/WholeSecond.h"
-#include "sounds/MenuText.h"
+#include "platform/StatusItem.h"
 
 #include <QApplication>
 
@@ -15,43 +15,27 @@ namespace dorvane {
 
 using namespace std::chrono_literals;
 
-namespace {
-
-MenuRows::Kind ownKind() {
-    return {
-        [](QMenu& parent) -> QMenu* { return new StatusMenu(static_cast<StatusMenu&>(parent)); },
-        [](const MenuItemExtras& item) { return menuText(item.spokenText()); }};
-}
-
-MenuRows::Kind exportedKind() {
-    return {[](QMenu& parent) -> QMenu* { return new PanelMenu(&parent); },
-            [](const MenuItemExtras& item) {
-                return PanelMenu::busText(item.title() + item.subtitlePart());
-            }};
-}
-
-} // namespace
-
 MainMenuConstructor::MainMenuConstructor(RunLoop& runLoop, Clock& clock,
-                                         NotificationCenter& notifications, MenuSources sources,
-                                         MenuCommands commands, QLocale locale)
+                                         NotificationCenter& notifications, StatusItem& item,
+                                         MenuSources sources, MenuCommands commands, QLocale locale)
     : m_runLoop(runLoop)
     , m_clock(clock)
+    , m_item(item)
     , m_sources(std::move(sources))
     , m_commands(std::move(commands))
     , m_locale(std::move(locale))
-    , m_exportedRows(m_exportedMenu, runLoop, m_commands,
-                     MenuTitleFonts::of(QApplication::font("QMenu")), exportedKind()) {
-    m_alarmsObservation = notifications.addObserver(
-        alarmsDidChangeNotification, [this](const void*) { updateExportedMenuSoon(); });
+    , m_panelFonts(MenuTitleFonts::of(QApplication::font("QMenu"))) {
+    m_alarmsObservation = notifications.addObserver(alarmsDidChangeNotification,
+                                                    [this](const void*) { updatePanelMenuSoon(); });
     m_storedAlarmsObservation = notifications.addObserver(
-        storedAlarmsDidChangeNotification, [this](const void*) { updateExportedMenuSoon(); });
-    QObject::connect(&m_exportedMenu, &QMenu::aboutToHide, &m_exportedMenu,
-                     [this] { updateExportedMenuSoon(); });
-    updateExportedMenu();
+        storedAlarmsDidChangeNotification, [this](const void*) { updatePanelMenuSoon(); });
+    m_item.setPanelMenuWillOpen([this] { updatePanelMenu(); });
+    updatePanelMenu();
 }
 
-MainMenuConstructor::~MainMenuConstructor() = default;
+MainMenuConstructor::~MainMenuConstructor() {
+    m_item.setPanelMenuWillOpen({});
+}
 
 StatusMenu* MainMenuConstructor::objectMenu() const {
     return m_objectMenu;
@@ -61,7 +45,7 @@ void MainMenuConstructor::setObjectMenu(StatusMenu* menu) {
     m_objectMenu = menu;
     m_objectRows.reset();
     if (menu)
-        m_objectRows.emplace(*menu, m_runLoop, m_commands, menu->titleFonts(), ownKind());
+        m_objectRows.emplace(*menu, m_runLoop, m_commands);
 }
 
 MainMenuState MainMenuConstructor::state(Instant now) const {
@@ -77,7 +61,7 @@ MainMenuState MainMenuConstructor::state(Instant now) const {
 }
 
 void MainMenuConstructor::constructMenu() {
-    updateExportedMenuSoon();
+    updatePanelMenuSoon();
     // An open menu stays as it was when it opened: nothing moves under the hand that chooses, and
     // no row goes while it handles an event. The next press builds it again.
     const StatusMenu* menu = m_objectMenu;
@@ -91,21 +75,16 @@ void MainMenuConstructor::constructMenu() {
         current.alarms[i]->setMenuItem(items[qsizetype(i) + 1]);
 }
 
-// Panels cannot have the copy built when it opens: some then close it at once. So it follows
-// whatever it shows: the notifications at once, and its texts at the whole second at which the next
-// of them changes, which is a second at which the clock ticks anyhow.
-void MainMenuConstructor::updateExportedMenu() {
-    if (m_exportedMenu.isVisible())
-        return; // an old tray let Qt open it here; it is brought up to date when it closes
-    const MainMenuState current = state(rightAfterWholeSecond(instantOf(m_runLoop.now())));
-    m_exportedRows.show(exportedEntries(mainMenuEntries(current)));
-    m_textTimer = m_runLoop.scheduleAligned(
-        nextTextChange(current), 1min, [this] { updateExportedMenu(); }, RunLoopMode::Default);
+// A panel hears at once when entries come or go: some close a menu that changes while it opens.
+// The texts, which count down, are looked at when it opens, so that nobody has to wake for them.
+void MainMenuConstructor::updatePanelMenu() {
+    const MainMenuState current = state(instantOf(m_runLoop.now()));
+    m_item.setPanelMenu(panelMenu(mainMenuEntries(current), m_commands, m_panelFonts));
 }
 
-void MainMenuConstructor::updateExportedMenuSoon() {
+void MainMenuConstructor::updatePanelMenuSoon() {
     m_updateTimer = m_runLoop.scheduleOnce(
-        0ms, [this] { updateExportedMenu(); }, RunLoopMode::Default);
+        0ms, [this] { updatePanelMenu(); }, RunLoopMode::Default);
 }
 
 } // namespace dorvane

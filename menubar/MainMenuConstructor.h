@@ -3,8 +3,8 @@
 
 #include "menubar/MainMenuEntries.h"
 #include "menubar/MenuCommands.h"
+#include "menubar/MenuItemExtras.h"
 #include "menubar/MenuRows.h"
-#include "menubar/PanelMenu.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
 
@@ -15,6 +15,7 @@
 namespace dorvane {
 
 class Clock;
+class StatusItem;
 class StatusMenu;
 
 // What the menu shows beyond the clock's list, asked for each time it is built. Either may be
@@ -24,26 +25,23 @@ struct MenuSources {
     std::function<bool()> breaksRun;
 };
 
-// Builds the main menu, twice: our own pop-up, and the copy that panels draw. Main thread only.
+// Builds the main menu, twice: our own pop-up, and the one that a panel draws. Main thread only.
 class MainMenuConstructor {
 public:
     // The references must outlive the constructor; the application object must exist.
     MainMenuConstructor(RunLoop& runLoop, Clock& clock, NotificationCenter& notifications,
-                        MenuSources sources, MenuCommands commands,
+                        StatusItem& item, MenuSources sources, MenuCommands commands,
                         QLocale locale = QLocale::system());
     ~MainMenuConstructor();
     MainMenuConstructor(const MainMenuConstructor&) = delete;
     MainMenuConstructor& operator=(const MainMenuConstructor&) = delete;
 
-    // Brings the pop-up up to date at once, unless it is open, and the copy soon.
+    // Brings the pop-up up to date at once, unless it is open, and the panel's menu soon.
     void constructMenu();
 
     // Our own pop-up. Not owned.
     [[nodiscard]] StatusMenu* objectMenu() const;
     void setObjectMenu(StatusMenu* menu);
-
-    // The copy for panels; it keeps itself up to date.
-    [[nodiscard]] QMenu& exportedMenu() { return m_exportedMenu; }
 
     // Shown when no alarm runs; "No Alarms" when it is empty.
     [[nodiscard]] const QString& noAlarmString() const { return m_noAlarmString; }
@@ -51,11 +49,12 @@ public:
 
 private:
     [[nodiscard]] MainMenuState state(Instant now) const;
-    void updateExportedMenu();
-    void updateExportedMenuSoon();
+    void updatePanelMenu();
+    void updatePanelMenuSoon();
 
     RunLoop& m_runLoop;
     Clock& m_clock;
+    StatusItem& m_item;
     MenuSources m_sources;
     MenuCommands m_commands;
     QLocale m_locale;
@@ -63,11 +62,9 @@ private:
 
     QPointer<StatusMenu> m_objectMenu;
     std::optional<MenuRows> m_objectRows;
-    PanelMenu m_exportedMenu;
-    MenuRows m_exportedRows;
+    MenuTitleFonts m_panelFonts;
 
     RunLoopTimer m_updateTimer;
-    RunLoopTimer m_textTimer;
     NotificationCenter::Observation m_alarmsObservation;
     NotificationCenter::Observation m_storedAlarmsObservation;
 };

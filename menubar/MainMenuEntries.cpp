@@ -3,7 +3,6 @@
 
 #include "core/DateHelpers.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace dorvane {
@@ -135,25 +134,6 @@ std::vector<MenuEntry> mainMenuEntries(const MainMenuState& state) {
     insertSeparator(entries);
     entries.push_back(makeEntry("Quit", &MenuCommands::terminate));
     return entries;
-}
-
-// The countdown of a timer changes on the second at which it is due, once a minute. The due time of
-// an alarm that counts from now moves on with each whole minute.
-QDateTime nextTextChange(const MainMenuState& state) {
-    using std::chrono::milliseconds;
-    using std::chrono::minutes;
-    const auto nextWith = [&state](milliseconds pastTheMinute) {
-        const Instant inThisMinute = std::chrono::floor<minutes>(state.now) + pastTheMinute;
-        return inThisMinute > state.now ? inThisMinute : inThisMinute + minutes(1);
-    };
-    Instant next = nextWith(milliseconds(0));
-    for (const AlarmPtr& alarm : state.alarms) {
-        if (!alarm->isDefaultAlarm())
-            continue;
-        const Instant due = instantOf(alarm->time());
-        next = std::min(next, nextWith(due - std::chrono::floor<minutes>(due)));
-    }
-    return localDateTimeOf(next);
 }
 
 } // namespace dorvane

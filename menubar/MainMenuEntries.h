@@ -25,8 +25,4 @@ struct MainMenuState {
 // The main menu.
 [[nodiscard]] std::vector<MenuEntry> mainMenuEntries(const MainMenuState& state);
 
-// The next moment at which a text of the menu changes though nothing else does, always on a whole
-// second.
-[[nodiscard]] QDateTime nextTextChange(const MainMenuState& state);
-
 } // namespace dorvane

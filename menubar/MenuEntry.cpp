@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MenuEntry.h"
 
-#include <algorithm>
-#include <utility>
-
 namespace dorvane {
 
 namespace {
@@ -34,21 +31,6 @@ struct Bind {
 
 std::function<void()> commandOf(const MenuEntry& entry, const MenuCommands& commands) {
     return std::visit(Bind{entry, commands}, entry.command);
-}
-
-std::vector<MenuEntry> exportedEntries(std::vector<MenuEntry> entries) {
-    for (MenuEntry& entry : entries) {
-        const bool acts = !std::holds_alternative<std::monostate>(entry.command);
-        if (!acts || entry.children.empty())
-            continue;
-        MenuEntry action;
-        action.title = QStringLiteral("Set");
-        action.command = std::exchange(entry.command, {});
-        action.alarm = entry.alarm;
-        entry.children.push_back(std::move(action));
-        std::rotate(entry.children.begin(), entry.children.end() - 1, entry.children.end());
-    }
-    return entries;
 }
 
 } // namespace dorvane

@@ -31,8 +31,4 @@ struct MenuEntry {
 // What the entry does; empty when it has no command, or one that is not there.
 [[nodiscard]] std::function<void()> commandOf(const MenuEntry& entry, const MenuCommands& commands);
 
-// The entries for a menu that a panel draws. A panel cannot have an entry that both acts and opens
-// a submenu, so the action of such an entry is the first one of its submenu.
-[[nodiscard]] std::vector<MenuEntry> exportedEntries(std::vector<MenuEntry> entries);
-
 } // namespace dorvane

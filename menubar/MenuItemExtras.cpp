@@ -17,6 +17,7 @@ namespace {
 
 // What a screen reader reads of a title, and Qt measures though it is not drawn.
 constexpr int longestSpoken = 200;
+constexpr int unlimited = std::numeric_limits<int>::max();
 
 } // namespace
 
@@ -43,6 +44,15 @@ QString subtitlePart(const QString& subtitle, double widest,
     return wholeCharacters(part, fitting) + QStringLiteral("...");
 }
 
+QString subtitlePart(const QString& subtitle, const MenuTitleFonts& fonts) {
+    if (subtitle.isEmpty())
+        return {};
+    const QFontMetricsF metrics(fonts.subtitle);
+    return subtitlePart(
+        oneLine(subtitle, unlimited), fonts.widest,
+        [&metrics](const QString& text) { return metrics.horizontalAdvance(text); });
+}
+
 MenuItemExtras::MenuItemExtras(RunLoop& runLoop, QObject* parent) : QAction(parent) {
     connect(this, &QAction::triggered, this, [this, &runLoop] {
         if (m_command)
@@ -52,18 +62,11 @@ MenuItemExtras::MenuItemExtras(RunLoop& runLoop, QObject* parent) : QAction(pare
 
 void MenuItemExtras::setTitle(const QString& title, const QString& subtitle,
                               const MenuTitleFonts& fonts) {
-    constexpr int unlimited = std::numeric_limits<int>::max();
     m_title = oneLine(title, unlimited);
     if (subtitle == m_subtitle)
         return;
     m_subtitle = subtitle;
-    m_subtitlePart.clear();
-    if (subtitle.isEmpty())
-        return;
-    const QFontMetricsF metrics(fonts.subtitle);
-    m_subtitlePart = dorvane::subtitlePart(
-        oneLine(subtitle, unlimited), fonts.widest,
-        [&metrics](const QString& text) { return metrics.horizontalAdvance(text); });
+    m_subtitlePart = dorvane::subtitlePart(subtitle, fonts);
 }
 
 QString MenuItemExtras::spokenText() const {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MenuRows.h"
 
-#include <QMenu>
+#include "menubar/StatusMenu.h"
+#include "sounds/MenuText.h"
 
 #include <algorithm>
 #include <utility>
@@ -22,31 +23,26 @@ bool fits(const QMenu& menu, const std::vector<MenuEntry>& entries) {
 
 } // namespace
 
-MenuRows::MenuRows(QMenu& menu, RunLoop& runLoop, MenuCommands commands, MenuTitleFonts fonts,
-                   Kind kind)
-    : m_menu(menu)
-    , m_runLoop(runLoop)
-    , m_commands(std::move(commands))
-    , m_fonts(std::move(fonts))
-    , m_kind(std::move(kind)) {}
+MenuRows::MenuRows(StatusMenu& menu, RunLoop& runLoop, MenuCommands commands)
+    : m_menu(menu), m_runLoop(runLoop), m_commands(std::move(commands)) {}
 
 void MenuRows::show(const std::vector<MenuEntry>& entries) {
     fill(m_menu, entries);
 }
 
-void MenuRows::build(QMenu& menu, const std::vector<MenuEntry>& entries) {
+void MenuRows::build(StatusMenu& menu, const std::vector<MenuEntry>& entries) {
     menu.clear();
     qDeleteAll(menu.findChildren<QMenu*>(Qt::FindDirectChildrenOnly));
     for (const MenuEntry& entry : entries) {
         auto* item = new MenuItemExtras(m_runLoop, &menu);
         item->setSeparator(entry.isSeparator);
         if (!entry.children.empty())
-            item->setMenu(m_kind.makeSubmenu(menu));
+            item->setMenu(new StatusMenu(menu)); // owned by it
         menu.addAction(item);
     }
 }
 
-void MenuRows::fill(QMenu& menu, const std::vector<MenuEntry>& entries) {
+void MenuRows::fill(StatusMenu& menu, const std::vector<MenuEntry>& entries) {
     if (!fits(menu, entries))
         build(menu, entries);
     const QList<QAction*> items = menu.actions();
@@ -55,12 +51,12 @@ void MenuRows::fill(QMenu& menu, const std::vector<MenuEntry>& entries) {
         if (entry.isSeparator)
             continue;
         auto* item = static_cast<MenuItemExtras*>(items[qsizetype(i)]);
-        item->setTitle(entry.title, entry.subtitle, m_fonts);
-        item->setText(m_kind.text(*item));
+        item->setTitle(entry.title, entry.subtitle, menu.titleFonts());
+        item->setText(menuText(item->spokenText()));
         item->setCommand(commandOf(entry, m_commands));
         item->setEnabled(item->hasCommand() || item->menu());
         if (item->menu())
-            fill(*item->menu(), entry.children);
+            fill(static_cast<StatusMenu&>(*item->menu()), entry.children);
     }
 }
 

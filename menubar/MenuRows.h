@@ -2,43 +2,31 @@
 #pragma once
 
 #include "menubar/MenuEntry.h"
-#include "menubar/MenuItemExtras.h"
 
-#include <functional>
 #include <vector>
-
-class QMenu;
 
 namespace dorvane {
 
 class RunLoop;
+class StatusMenu;
 
-// Keeps the items of a menu equal to a tree of entries. Items are made anew only where entries
-// come or go; otherwise they just change their texts and commands, so that a menu that a panel has
-// open stays open.
+// Keeps the items of our pop-up equal to a tree of entries. Items are made anew only where entries
+// come or go; otherwise they just change their texts and commands.
 class MenuRows {
 public:
-    // How the two kinds of menu differ.
-    struct Kind {
-        std::function<QMenu*(QMenu& parent)> makeSubmenu; // owned by the parent
-        std::function<QString(const MenuItemExtras& item)> text;
-    };
-
-    // The menu, the run loop and what the kind refers to must outlive the rows.
-    MenuRows(QMenu& menu, RunLoop& runLoop, MenuCommands commands, MenuTitleFonts fonts, Kind kind);
+    // The menu, which has its submenus made like itself, and the run loop must outlive the rows.
+    MenuRows(StatusMenu& menu, RunLoop& runLoop, MenuCommands commands);
 
     // Not to be called while the menu handles an event: its submenus are deleted.
     void show(const std::vector<MenuEntry>& entries);
 
 private:
-    void fill(QMenu& menu, const std::vector<MenuEntry>& entries);
-    void build(QMenu& menu, const std::vector<MenuEntry>& entries);
+    void fill(StatusMenu& menu, const std::vector<MenuEntry>& entries);
+    void build(StatusMenu& menu, const std::vector<MenuEntry>& entries);
 
-    QMenu& m_menu;
+    StatusMenu& m_menu;
     RunLoop& m_runLoop;
     MenuCommands m_commands;
-    MenuTitleFonts m_fonts;
-    Kind m_kind;
 };
 
 } // namespace dorvane

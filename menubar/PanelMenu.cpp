@@ -1,29 +1,57 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/PanelMenu.h"
 
-#include "menubar/MenuItemExtras.h"
-#include "sounds/MenuText.h"
+#include "menubar/OneLine.h"
 
-#include <QStyleOptionMenuItem>
+#include <limits>
+#include <utility>
 
 namespace dorvane {
 
-PanelMenu::PanelMenu(QWidget* parent) : QMenu(parent) {
-    setSeparatorsCollapsible(false); // some stand in a row on purpose
+namespace {
+
+QString textOf(const MenuEntry& entry, const MenuTitleFonts& fonts) {
+    return oneLine(entry.title, std::numeric_limits<int>::max()) +
+           subtitlePart(entry.subtitle, fonts);
 }
 
-QString PanelMenu::busText(QString title) {
-    title.replace(u'_', QStringLiteral("__"));
-    // The first ampersand becomes an underline that marks the second.
-    if (const qsizetype first = title.indexOf(u'&'); first >= 0)
-        title.insert(first, u'&');
-    return title;
+// A running alarm is itself whatever its texts say. Those of the library are read anew each time,
+// and have unique titles.
+void identify(PanelMenuEntry& panelEntry, const MenuEntry& entry) {
+    const bool isAlarm = entry.alarm && !entry.children.empty();
+    if (!isAlarm)
+        panelEntry.key = entry.title;
+    else if (std::holds_alternative<std::monostate>(entry.command))
+        panelEntry.subject = entry.alarm;
+    else
+        panelEntry.key = entry.subtitle;
 }
 
-void PanelMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
-    QMenu::initStyleOption(option, action);
-    if (const auto* item = dynamic_cast<const MenuItemExtras*>(action))
-        option->text = menuText(item->title() + item->subtitlePart());
+} // namespace
+
+std::vector<PanelMenuEntry> panelMenu(const std::vector<MenuEntry>& entries,
+                                      const MenuCommands& commands, const MenuTitleFonts& fonts) {
+    std::vector<PanelMenuEntry> menu;
+    menu.reserve(entries.size());
+    for (const MenuEntry& entry : entries) {
+        PanelMenuEntry& panelEntry = menu.emplace_back();
+        panelEntry.isSeparator = entry.isSeparator;
+        panelEntry.text = textOf(entry, fonts);
+        panelEntry.chosen = commandOf(entry, commands);
+        identify(panelEntry, entry);
+        panelEntry.isEnabled = panelEntry.chosen || !entry.children.empty();
+        if (entry.children.empty())
+            continue;
+        panelEntry.children = panelMenu(entry.children, commands, fonts);
+        if (!std::holds_alternative<std::monostate>(entry.command)) {
+            PanelMenuEntry action;
+            action.text = action.key = QStringLiteral("Set");
+            action.chosen = std::exchange(panelEntry.chosen, {});
+            action.isEnabled = action.chosen != nullptr;
+            panelEntry.children.insert(panelEntry.children.begin(), std::move(action));
+        }
+    }
+    return menu;
 }
 
 } // namespace dorvane

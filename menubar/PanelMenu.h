@@ -1,23 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QMenu>
+#include "menubar/MenuEntry.h"
+#include "menubar/MenuItemExtras.h"
+#include "platform/PanelMenuEntry.h"
+
+#include <vector>
 
 namespace dorvane {
 
-// The copy of the main menu that a panel draws. Its items' texts are written for the menus that
-// panels get over the bus; where the old kind of tray lets Qt open the menu here, it shows the
-// same.
-class PanelMenu final : public QMenu {
-public:
-    explicit PanelMenu(QWidget* parent = nullptr);
-
-    // A title for the bus. There an underline marks the key of an item, and two stand for one; Qt
-    // makes the first ampersand an underline and passes the others on as they stand.
-    [[nodiscard]] static QString busText(QString title);
-
-protected:
-    void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
-};
+// The main menu for a panel to draw. A panel has one size of type, so a subtitle follows its title,
+// cut as it is in our own menu. It cannot have an entry that both acts and opens a submenu, so the
+// action of such an entry is the first one of its submenu.
+[[nodiscard]] std::vector<PanelMenuEntry> panelMenu(const std::vector<MenuEntry>& entries,
+                                                    const MenuCommands& commands,
+                                                    const MenuTitleFonts& fonts);
 
 } // namespace dorvane

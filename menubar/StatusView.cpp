@@ -120,6 +120,7 @@ void StatusView::startFlashing() {
     if (m_flashTimer)
         return;
     m_flashPhase = true;
+    m_item.setNeedsAttention(true);
     m_flashTimer = m_runLoop.scheduleRepeating(
         1s, [this] { flash(); }, RunLoopMode::Default);
 }
@@ -133,6 +134,7 @@ void StatusView::stopFlashing() {
     if (!m_flashTimer)
         return;
     m_flashTimer.cancel();
+    m_item.setNeedsAttention(false);
     m_action = {};
     setAngleEnd(0, 0);
     updateSoon();

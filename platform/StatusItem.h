@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/PanelMenuEntry.h"
+
 #include <QPoint>
 #include <QRect>
 
 #include <functional>
+#include <vector>
 
 class QIcon;
 class QMenu;
@@ -22,10 +25,14 @@ public:
     // when the pixels differ from what it shows.
     virtual void setIcon(const QIcon& icon) = 0;
     virtual void setToolTip(const QString& text) = 0;
+    // Whether the panel is to show the icon even if it hides others.
+    virtual void setNeedsAttention(bool needsAttention) = 0;
 
-    // The copy of the menu that a panel draws by itself, on its own click or gesture. Not owned;
-    // must outlive the item.
-    virtual void setExportedMenu(QMenu* menu) = 0;
+    // The menu that a panel draws by itself, on its own click or gesture. The panel is told only
+    // what differs from the menu before.
+    virtual void setPanelMenu(std::vector<PanelMenuEntry> entries) = 0;
+    // Called right before a panel opens that menu: the moment to bring its texts up to date.
+    virtual void setPanelMenuWillOpen(std::function<void()> willOpen) = 0;
 
     // Called on a press for which a pop-up of our own is to be opened.
     virtual void setPressed(std::function<void()> pressed) = 0;

@@ -55,14 +55,14 @@ protected:
         return schedule(datedAlarm(loop, QTime(8, minute)), title);
     }
 
-    // Triggers an entry of the panel's copy of the menu by the titles on the way to it.
+    // Chooses an entry of the panel's menu by the titles on the way to it.
     void choose(const QStringList& path) {
         loop.advance(200ms);
-        QMenu* menu = m_item.exportedMenu;
+        const std::vector<PanelMenuEntry>* level = &m_item.panelMenu;
         for (const QString& title : path)
-            for (QAction* action : menu->actions())
-                if (action->text() == title) {
-                    action->menu() ? void(menu = action->menu()) : action->trigger();
+            for (const PanelMenuEntry& entry : *level)
+                if (entry.text == title) {
+                    entry.chosen ? loop.defer(entry.chosen) : void(level = &entry.children);
                     break;
                 }
         loop.runPending();
@@ -213,8 +213,8 @@ TEST_F(AlarmMenuControllerTest, savingListsAnAlarmOnceAndDeletingItThereForgetsI
     const auto listed = [this] {
         loop.advance(200ms);
         QStringList texts;
-        for (const QAction* action : m_item.exportedMenu->actions())
-            texts << action->text();
+        for (const PanelMenuEntry& entry : m_item.panelMenu)
+            texts << entry.text;
         return texts.mid(texts.indexOf(QStringLiteral("Inactive alarms:")) + 1)
             .filter(QStringLiteral("tea"));
     };

@@ -5,6 +5,7 @@
 #include "menubar/StatusMenu.h"
 #include "tests/menubar/MenuAlarms.h"
 #include "tests/menubar/RecordedCommands.h"
+#include "tests/support/FakeStatusItem.h"
 #include "tests/support/VirtualRunLoop.h"
 
 #include <QAccessible>
@@ -24,7 +25,7 @@ protected:
     MainMenuTest() { make(recordedCommands(m_trace)); }
     void make(const MenuCommands& commands) {
         m_constructor = std::make_unique<MainMenuConstructor>(
-            m_loop, m_clock, m_notifications,
+            m_loop, m_clock, m_notifications, m_item,
             MenuSources{[this] { return std::optional(m_stored); }, {}}, commands, QLocale::c());
         m_constructor->setObjectMenu(&m_menu);
     }
@@ -61,6 +62,7 @@ protected:
     QStringList m_trace;
     std::vector<AlarmPtr> m_stored{storedAlarm(m_loop, {11, 0}, QStringLiteral("Up"))};
     StatusMenu m_menu{m_loop};
+    FakeStatusItem m_item;
     std::unique_ptr<MainMenuConstructor> m_constructor;
 };
 
@@ -150,41 +152,39 @@ TEST_F(MainMenuTest, commandMayRebuildTheMenuThatItCameFrom) {
     EXPECT_EQ(done(), QStringList{QStringLiteral("clearFromMenu Tea")});
 }
 
-TEST_F(MainMenuTest, exportedCopyChangesItsTextsInPlaceAndWakesNobody) {
-    m_clock.insertAlarm(timerAlarm(m_loop, 5));
-    m_loop.advance(17s);
-    m_clock.insertAlarm(timerAlarm(m_loop, 5));
-    m_clock.insertAlarm(dated({}));
-    const AlarmPtr fromNow = timerAlarm(m_loop, 60); // due an hour from whenever one looks
-    fromNow->setIsDefaultAlarm(false);
-    ASSERT_TRUE(m_clock.replaceAlarm(m_clock.allAlarms()[0], fromNow));
-    m_loop.runPending();
-    QMenu& menu = m_constructor->exportedMenu();
-    const QList<QAction*> items = menu.actions();
-    int wakeUps = 0;
-    for (int tenth = 0; tenth < 1800; ++tenth) {
-        const std::int64_t firings = m_loop.firings();
-        m_loop.advance(100ms);
-        wakeUps += m_loop.firings() > firings ? 1 : 0;
-        const auto entries = mainMenuEntries({.alarms = m_clock.allAlarms(),
-                                              .storedAlarms = {},
-                                              .noAlarmString = {},
-                                              .now = instantOf(m_loop.now()),
-                                              .locale = QLocale::c()});
-        for (qsizetype i = 1; i <= 3; ++i)
-            ASSERT_EQ(items[i]->text(), entries[std::size_t(i)].title) << tenth;
+// A line for each entry: its title, what makes it itself, whether it is disabled.
+QStringList outline(const std::vector<PanelMenuEntry>& entries, const QString& indent = {}) {
+    QStringList lines;
+    for (const PanelMenuEntry& entry : entries) {
+        lines << indent + (entry.isSeparator ? QStringLiteral("--") : entry.text) +
+                     (entry.key == entry.text ? QString() : u'|' + entry.key) +
+                     (entry.isEnabled || entry.isSeparator ? QString() : QStringLiteral(" off"));
+        lines << outline(entry.children, indent + u' ');
     }
-    EXPECT_EQ(wakeUps, 180) << "only with the clock's tick";
+    return lines;
+}
 
-    // Stored alarms are read afresh; the same item then stands for another record.
-    m_stored = {storedAlarm(m_loop, {11, 0}, QStringLiteral("Down_"))};
-    m_constructor->constructMenu();
+TEST_F(MainMenuTest, aPanelGetsTheMenuWhenEntriesChangeAndItsTextsWhenItOpens) {
+    m_clock.insertAlarm(timerAlarm(m_loop, 5));
+    m_stored = {storedAlarm(m_loop, {11, 0}, QStringLiteral("Down_ & up"))};
+    m_clock.insertAlarm(dated(QStringLiteral("Tea")));
     m_loop.runPending();
-    EXPECT_EQ(menu.actions(), items) << "nothing was made anew";
-    QAction* sets = item(menu, "Tue, 11:00 Down__")->menu()->actions().front();
-    EXPECT_EQ(sets->text(), QStringLiteral("Set"));
-    sets->trigger();
-    EXPECT_EQ(done(), QStringList{QStringLiteral("setAlarm Down_")});
+    const auto menu = [this] { return outline(m_item.panelMenu); };
+    const QStringList shown = menu();
+    EXPECT_EQ(shown.mid(0, 11).join(u','),
+              QStringLiteral("Active alarms: off,Tue, 11:00 Tea|, Edit..., Clear, Save, Delete,"
+                             "In 4 mins at 10:05|, Edit..., Clear, Delete,--"));
+    EXPECT_EQ(shown.mid(shown.indexOf(QStringLiteral("Inactive alarms: off")), 6).join(u','),
+              QStringLiteral("Inactive alarms: off,Tue, 11:00 Down_ & up|Down_ & up, Set, Edit...,"
+                             " Delete,--"));
+    EXPECT_EQ(m_item.panelMenu[1].subject, m_clock.allAlarms()[0]);
+
+    m_loop.advance(90s);
+    EXPECT_EQ(menu(), shown);
+    m_item.panelMenuWillOpen();
+    EXPECT_EQ(menu()[6], QStringLiteral("In 3 mins at 10:05|"));
+    m_loop.defer(m_item.panelMenu[12].children.front().chosen);
+    EXPECT_EQ(done(), QStringList{QStringLiteral("setAlarm Down_ & up")});
 }
 
 TEST_F(MainMenuTest, anyTitleLeavesTheMenuWhole) {

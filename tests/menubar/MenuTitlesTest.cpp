@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MenuItemExtras.h"
 #include "menubar/OneLine.h"
-#include "menubar/PanelMenu.h"
 
 #include <gtest/gtest.h>
 
@@ -41,24 +40,6 @@ TEST(MenuTitles, oneLine) {
     EXPECT_EQ(oneLine(QStringLiteral("a\nb\tc\u2028d"), 100), QStringLiteral("a b c d"));
     EXPECT_EQ(oneLine(QStringLiteral("abcdef"), 6), QStringLiteral("abcdef"));
     EXPECT_EQ(oneLine(QStringLiteral("abcdefg"), 6), QStringLiteral("abcdef..."));
-}
-
-// Qt makes the first ampersand of a text that it exports an underline, unless it is the last
-// character; a panel shows two underlines as one and swallows a single one.
-TEST(MenuTitles, panelShowsWhatTheTitleSays) {
-    const auto shownByPanel = [](QString text) {
-        if (const qsizetype mark = text.indexOf(u'&'); mark >= 0 && mark < text.size() - 1)
-            text[mark] = u'_';
-        QString shown;
-        for (qsizetype i = 0; i < text.size(); ++i) {
-            if (text[i] == u'_' && ++i == text.size())
-                break;
-            shown += text[i];
-        }
-        return shown;
-    };
-    for (const char* title : {"Tea", "Tea & cake", "a & b & c", "snake_case_", "&", "_&_", "end &"})
-        EXPECT_EQ(shownByPanel(PanelMenu::busText(QLatin1String(title))), QLatin1String(title));
 }
 
 } // namespace

@@ -17,7 +17,13 @@ public:
         ++iconsSent;
     }
     void setToolTip(const QString& text) override { toolTips << text; }
-    void setExportedMenu(QMenu* menu) override { exportedMenu = menu; }
+    void setNeedsAttention(bool needs) override { needsAttention = needs; }
+    void setPanelMenu(std::vector<PanelMenuEntry> entries) override {
+        panelMenu = std::move(entries);
+    }
+    void setPanelMenuWillOpen(std::function<void()> willOpen) override {
+        panelMenuWillOpen = std::move(willOpen);
+    }
     void setPressed(std::function<void()> pressed) override { m_pressed = std::move(pressed); }
     void popUp(QMenu& menu) override {
         ++popUps;
@@ -35,7 +41,9 @@ public:
     int iconsSent = 0;
     int popUps = 0;
     QStringList toolTips;
-    QMenu* exportedMenu = nullptr;
+    bool needsAttention = false;
+    std::vector<PanelMenuEntry> panelMenu;
+    std::function<void()> panelMenuWillOpen;
 
 private:
     QIcon m_icon;

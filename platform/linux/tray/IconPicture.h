@@ -16,6 +16,9 @@ public:
     IconPicture() = default;
     explicit IconPicture(const QIcon& icon);
 
+    [[nodiscard]] const QImage& single() const { return m_single; }
+    [[nodiscard]] const QImage& doubled() const { return m_double; }
+
     friend bool operator==(const IconPicture&, const IconPicture&) = default;
 
 private:

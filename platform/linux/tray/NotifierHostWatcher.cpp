@@ -28,6 +28,9 @@ NotifierHostWatcher::NotifierHostWatcher(QDBusConnection bus, std::function<void
     for (const QString& signal : {QStringLiteral("StatusNotifierHostRegistered"),
                                   QStringLiteral("StatusNotifierHostUnregistered")})
         m_bus.connect(QString(), watcherPath, watcherService, signal, this, SLOT(ask()));
+    m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                  QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
+                  this, SLOT(watcherGone()));
     ask();
 }
 
@@ -46,10 +49,13 @@ void NotifierHostWatcher::ask() {
 
 void NotifierHostWatcher::ownerChanged(const QString& /*name*/, const QString& /*oldOwner*/,
                                        const QString& newOwner) {
-    if (!newOwner.isEmpty()) {
+    if (!newOwner.isEmpty())
         ask();
-        return;
-    }
+    else
+        watcherGone();
+}
+
+void NotifierHostWatcher::watcherGone() {
     m_call.reset();
     setHost(Host::Absent);
 }

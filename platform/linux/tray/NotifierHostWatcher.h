@@ -30,6 +30,7 @@ public:
 private Q_SLOTS:
     void ask();
     void ownerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
+    void watcherGone();
 
 private:
     void answered(const QDBusPendingCallWatcher& call);

@@ -54,11 +54,11 @@ QString textFromPlace(QPoint place) {
 
 } // namespace
 
-TrayStatusItem::TrayStatusItem(RunLoop& runLoop, UserDefaults& defaults,
-                               const QDBusConnection& sessionBus)
+TrayStatusItem::TrayStatusItem(RunLoop& runLoop, UserDefaults& defaults, QDBusConnection sessionBus)
     : m_runLoop(runLoop)
     , m_defaults(defaults)
-    , m_notifierHost(sessionBus, [this] { lookIn(0ms); })
+    , m_bus(std::move(sessionBus))
+    , m_notifierHost(m_bus, [this] { lookIn(0ms); })
     , m_xembedTray([this] { lookIn(m_xembedTray.present() ? secondProtocol : 0ms); }) {
     lookIn(0ms);
 }
@@ -71,6 +71,8 @@ void TrayStatusItem::setIcon(const QIcon& icon) {
         return;
     m_picture = std::move(picture);
     m_icon = icon;
+    if (m_notifier)
+        m_notifier->setPicture(m_picture);
     if (m_trayIcon)
         m_trayIcon->setIcon(m_icon);
     if (m_clock)
@@ -81,16 +83,31 @@ void TrayStatusItem::setToolTip(const QString& text) {
     if (text == m_toolTip)
         return;
     m_toolTip = text;
+    if (m_notifier)
+        m_notifier->setToolTip(m_toolTip);
     if (m_trayIcon)
         m_trayIcon->setToolTip(m_toolTip);
     if (m_clock)
         m_clock->setToolTip(m_toolTip);
 }
 
-void TrayStatusItem::setExportedMenu(QMenu* menu) {
-    m_exportedMenu = menu;
-    if (m_trayIcon)
-        m_trayIcon->setContextMenu(menu);
+void TrayStatusItem::setNeedsAttention(bool needsAttention) {
+    if (needsAttention == m_needsAttention)
+        return;
+    m_needsAttention = needsAttention;
+    if (m_notifier)
+        m_notifier->setNeedsAttention(m_needsAttention);
+}
+
+void TrayStatusItem::setPanelMenu(std::vector<PanelMenuEntry> entries) {
+    if (m_notifier)
+        m_notifier->menu().show(std::move(entries));
+    else
+        m_panelMenu = std::move(entries);
+}
+
+void TrayStatusItem::setPanelMenuWillOpen(std::function<void()> willOpen) {
+    m_panelMenuWillOpen = std::move(willOpen);
 }
 
 void TrayStatusItem::setPressed(std::function<void()> pressed) {
@@ -101,9 +118,9 @@ void TrayStatusItem::popUp(QMenu& menu) {
     // The press that closes the menu must not come through to a window of ours, where it would
     // open the menu again.
     menu.setAttribute(Qt::WA_NoMouseReplay);
-    if (m_trayIcon && m_trayIcon->geometry().isEmpty()) // the panel, not we, sees the click
+    if (hasNotifierHost()) // the panel, not we, sees the click
         QObject::connect(
-            &menu, &QMenu::aboutToHide, m_trayIcon.get(), [this] { menuHidden(); },
+            &menu, &QMenu::aboutToHide, m_notifier.get(), [this] { menuHidden(); },
             Qt::SingleShotConnection);
     menu.popup(placeFor(menu.sizeHint()));
 }
@@ -119,14 +136,13 @@ void TrayStatusItem::menuHidden() {
 QRect TrayStatusItem::geometry() const {
     if (m_clock)
         return m_clock->frameGeometry();
-    return hosted() ? trayIconGeometry() : QRect();
+    return hosted() ? panelIconGeometry() : QRect();
 }
 
-QRect TrayStatusItem::trayIconGeometry() const {
-    const QRect told = m_trayIcon->geometry();
-    if (!told.isEmpty() || !m_lastClick)
-        return told;
-    return iconAroundClick(*m_lastClick, screenAround(*m_lastClick));
+QRect TrayStatusItem::panelIconGeometry() const {
+    if (m_trayIcon)
+        return m_trayIcon->geometry();
+    return m_lastClick ? iconAroundClick(*m_lastClick, screenAround(*m_lastClick)) : QRect();
 }
 
 QPoint TrayStatusItem::placeFor(QSize window) const {
@@ -134,25 +150,12 @@ QPoint TrayStatusItem::placeFor(QSize window) const {
     return hangingPlace(icon, window, screenAround(icon.center()));
 }
 
-// The protocol that a tray icon made now would speak. Qt makes up its mind when the class is first
-// touched: it then asks the watcher, and waits, so this must be right before, and a watcher that
-// does not answer must not be asked.
-std::optional<TrayStatusItem::Protocol> TrayStatusItem::offered() const {
-    switch (m_notifierHost.host()) {
-    case NotifierHostWatcher::Host::Present:
-        return Protocol::Notifier;
-    case NotifierHostWatcher::Host::Absent:
-        return m_xembedTray.present() ? std::optional(Protocol::XEmbed) : std::nullopt;
-    case NotifierHostWatcher::Host::Unknown:
-        break;
-    }
-    return std::nullopt;
+bool TrayStatusItem::hasNotifierHost() const {
+    return m_notifier && m_notifierHost.host() == NotifierHostWatcher::Host::Present;
 }
 
 bool TrayStatusItem::hosted() const {
-    if (m_protocol == Protocol::Notifier)
-        return m_notifierHost.host() == NotifierHostWatcher::Host::Present;
-    return m_protocol == Protocol::XEmbed && m_xembedTray.present();
+    return hasNotifierHost() || (m_trayIcon && m_xembedTray.present());
 }
 
 // From the loop, because news of a panel can arrive in the middle of Qt's own handling of it.
@@ -161,10 +164,17 @@ void TrayStatusItem::lookIn(RunLoop::Milliseconds delay) {
         delay, [this] { look(); }, RunLoopMode::Common);
 }
 
+// A panel of the newer kind is preferred. Qt asks for one too when it makes its icon, and waits for
+// the answer: so it is made only when there is certainly none.
 void TrayStatusItem::look() {
-    if (!m_protocol)
-        if (const auto protocol = offered())
-            makeTrayIcon(*protocol);
+    const NotifierHostWatcher::Host host = m_notifierHost.host();
+    if (host == NotifierHostWatcher::Host::Present) {
+        m_trayIcon.reset();
+        if (!m_notifier)
+            makeNotifier();
+    } else if (host == NotifierHostWatcher::Host::Absent && m_xembedTray.present() && !m_trayIcon) {
+        makeTrayIcon();
+    }
     if (hosted()) {
         m_patience.cancel();
         m_clock.reset();
@@ -174,23 +184,47 @@ void TrayStatusItem::look() {
     }
 }
 
-void TrayStatusItem::makeTrayIcon(Protocol protocol) {
-    m_protocol = protocol;
+// On X11 a click opens our own pop-up, which shows more than a panel's. Elsewhere a program is not
+// told where its icon is, so the panel's has to do.
+void TrayStatusItem::makeNotifier() {
+    m_notifier = std::make_unique<NotifierItem>(
+        m_bus, m_runLoop, onX11() ? NotifierItem::Click::Press : NotifierItem::Click::Menu,
+        NotifierItem::Callbacks{.pressed = [this](QPoint place) { pressedInPanel(place); },
+                                .menuWillOpen =
+                                    [this] {
+                                        if (m_panelMenuWillOpen)
+                                            m_panelMenuWillOpen();
+                                    }});
+    m_notifier->setPicture(m_picture);
+    m_notifier->setToolTip(m_toolTip);
+    m_notifier->setNeedsAttention(m_needsAttention);
+    m_notifier->menu().show(std::exchange(m_panelMenu, {}));
+}
+
+// Without a menu of its own: either button opens our pop-up.
+void TrayStatusItem::makeTrayIcon() {
     m_trayIcon = std::make_unique<QSystemTrayIcon>(m_icon);
     m_trayIcon->setToolTip(m_toolTip);
-    m_trayIcon->setContextMenu(m_exportedMenu);
     QObject::connect(m_trayIcon.get(), &QSystemTrayIcon::activated, m_trayIcon.get(),
-                     [this](QSystemTrayIcon::ActivationReason reason) { activated(reason); });
+                     [this](QSystemTrayIcon::ActivationReason reason) {
+                         if (reason == QSystemTrayIcon::Trigger ||
+                             reason == QSystemTrayIcon::Context)
+                             press();
+                     });
     m_trayIcon->show();
 }
 
-void TrayStatusItem::activated(QSystemTrayIcon::ActivationReason reason) {
-    if (reason != QSystemTrayIcon::Trigger || !onX11())
-        return;
+void TrayStatusItem::pressedInPanel(QPoint place) {
     if (m_runLoop.uptime() < m_ignoreUntil)
         return;
     if (pointerIsKnown())
         m_lastClick = QCursor::pos();
+    else if (!place.isNull())
+        m_lastClick = place;
+    press();
+}
+
+void TrayStatusItem::press() {
     if (m_pressed)
         m_pressed();
 }
@@ -202,10 +236,7 @@ void TrayStatusItem::showClock() {
         [this](QPoint place) { m_defaults.setValue(placeKey, textFromPlace(place)); });
     m_clock->setIcon(m_icon);
     m_clock->setToolTip(m_toolTip);
-    QObject::connect(m_clock.get(), &FloatingClock::clicked, m_clock.get(), [this] {
-        if (m_pressed)
-            m_pressed();
-    });
+    QObject::connect(m_clock.get(), &FloatingClock::clicked, m_clock.get(), [this] { press(); });
     m_clock->show();
 }
 

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/linux/tray/DbusMenuTypes.h"
+#include "platform/linux/tray/NumberedMenu.h"
+#include "platform/RunLoop.h"
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QObject>
+
+#include <functional>
+#include <vector>
+
+namespace dorvane {
+
+// A menu on the bus as com.canonical.dbusmenu, for panels that draw the menus of their icons. The
+// panel is told what changes, and nothing else. Main thread only.
+class DbusMenu final : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")
+    Q_PROPERTY(uint Version READ version CONSTANT)
+    Q_PROPERTY(QString TextDirection READ textDirection CONSTANT)
+    Q_PROPERTY(QString Status READ status CONSTANT)
+    Q_PROPERTY(QStringList IconThemePath READ iconThemePath CONSTANT)
+
+public:
+    static QString path() { return QStringLiteral("/MenuBar"); }
+
+    // `willOpen` is called when a panel is about to open the menu; it may call show(). The run loop
+    // must outlive the menu.
+    DbusMenu(QDBusConnection bus, RunLoop& runLoop, std::function<void()> willOpen);
+    ~DbusMenu() override;
+
+    void show(std::vector<PanelMenuEntry> entries);
+
+    [[nodiscard]] static uint version() { return 3; }
+    [[nodiscard]] static QString textDirection() { return QStringLiteral("ltr"); }
+    [[nodiscard]] static QString status() { return QStringLiteral("normal"); }
+    [[nodiscard]] static QStringList iconThemePath() { return {}; }
+
+public Q_SLOTS:
+    uint GetLayout(int parent, int depth, const QStringList& names,
+                   dorvane::DbusMenuLayout& layout);
+    dorvane::DbusMenuItems GetGroupProperties(const dorvane::DbusMenuNumbers& numbers,
+                                              const QStringList& names);
+    QDBusVariant GetProperty(int number, const QString& name);
+    void Event(int number, const QString& name, const QDBusVariant& data, uint time);
+    dorvane::DbusMenuNumbers EventGroup(const dorvane::DbusMenuEvents& events);
+    // Whether the panel has to ask for the layout again before it opens this item.
+    bool AboutToShow(int number);
+    dorvane::DbusMenuNumbers AboutToShowGroup(const dorvane::DbusMenuNumbers& numbers,
+                                              dorvane::DbusMenuNumbers& unknown);
+
+Q_SIGNALS:
+    void ItemsPropertiesUpdated(const dorvane::DbusMenuItems& updated,
+                                const dorvane::DbusMenuDefaultsList& removed);
+    void LayoutUpdated(uint revision, int parent);
+    void ItemActivationRequested(int number, uint time);
+
+private:
+    [[nodiscard]] bool happened(int number, const QString& name);
+    void refuse(int number);
+
+    QDBusConnection m_bus;
+    RunLoop& m_runLoop;
+    std::function<void()> m_willOpen;
+    NumberedMenu m_menu;
+    uint m_revision = 1;
+    uint m_toldRevision = 0; // that of the layout which a panel has asked for last
+};
+
+} // namespace dorvane
