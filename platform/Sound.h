@@ -17,6 +17,9 @@ class Sound {
 public:
     using Seconds = std::chrono::duration<double>;
 
+    // By how much stop() makes up for a late start at most.
+    static constexpr std::chrono::milliseconds latestStart{250};
+
     virtual ~Sound() = default;
 
     // Starts at the current position (the beginning, unless setCurrentTime() moved it), as soon as
@@ -27,7 +30,7 @@ public:
 
     // Ends the play and goes back to the beginning; finished(false) follows when it was playing.
     // It is heard for as long as it was played, pauses left out: a sound that the server let start
-    // late, by up to a quarter of a second, ends as much later, with a fade of a few milliseconds.
+    // late, by up to latestStart, ends as much later, with a fade of a few milliseconds.
     // One that is stopped when its duration is over is therefore heard to its end.
     virtual void stop() = 0;
 
@@ -65,6 +68,12 @@ public:
     // Never null; a file that cannot be read gives an empty sound whose play() answers false, now
     // or once that has turned out, and the reason is logged. Returns before the file is read.
     [[nodiscard]] virtual std::unique_ptr<Sound> soundWithContentsOfFile(const QString& path) = 0;
+
+    // The same for what is to be heard at its moment: it never waits behind other sounds that are
+    // being read.
+    [[nodiscard]] virtual std::unique_ptr<Sound> ringWithContentsOfFile(const QString& path) {
+        return soundWithContentsOfFile(path);
+    }
 
     // The MIME types of the files that can be played here.
     [[nodiscard]] virtual QStringList soundUnfilteredTypes() const = 0;

@@ -1,69 +1,86 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/sound/ModuleSound.h"
 
-#include "platform/linux/sound/SoundLoader.h"
 #include "platform/linux/sound/SoundModule.h"
 #include "platform/Log.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace dorvane {
 
+namespace {
+
+// A damaged file may ask for more memory than there is: false with the reason then.
+bool withMemory(QString& error, const std::function<bool()>& job) {
+    try {
+        return job();
+    } catch (const std::bad_alloc&) {
+        error = QStringLiteral("there is not enough memory");
+        return false;
+    }
+}
+
+} // namespace
+
 // Brings an answer from another thread to the sound, if it is still there by then.
 class ModuleSound::Reply {
 public:
-    explicit Reply(const ModuleSound& sound) : m_loop(sound.m_loop), m_sound(sound.m_self) {}
+    explicit Reply(const ModuleSound& sound)
+        : m_loop(sound.m_loop), m_sound(sound.m_lifeline.weak()) {}
 
-    [[nodiscard]] bool isUnwanted() const { return m_sound.expired(); }
+    [[nodiscard]] bool isUnwanted() const { return m_sound.isCut(); }
 
     void post(std::function<void(ModuleSound&)> answer) const {
         m_loop.post([sound = m_sound, answer = std::move(answer)] {
-            // Not kept alive meanwhile: whoever looks must see that an answer destroyed it.
-            ModuleSound* const* const alive = sound.lock().get();
-            if (alive)
-                answer(**alive);
+            if (ModuleSound* const alive = sound.get())
+                answer(*alive);
         });
     }
 
 private:
     RunLoop& m_loop;
-    std::weak_ptr<ModuleSound*> m_sound;
+    Lifeline<ModuleSound>::Weak m_sound;
 };
 
-ModuleSound::ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, const QString& name,
-                         Contents contents)
-    : m_loop(loop), m_loader(std::move(loader)), m_self(std::make_shared<ModuleSound*>(this)) {
-    load(name, std::move(contents));
+ModuleSound::ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, SoundUse use,
+                         const QString& name, Open open)
+    : m_loop(loop), m_loader(std::move(loader)), m_use(use) {
+    load(name, std::move(open));
 }
 
 ModuleSound::~ModuleSound() = default;
 
-void ModuleSound::load(const QString& name, Contents contents) {
+void ModuleSound::load(const QString& name, Open open) {
     // Jobs refer to the loader plainly: it waits for them, so they must not keep it alive.
-    m_loader->run([&loader = *m_loader, name, contents = std::move(contents),
-                   reply = Reply(*this)] {
+    m_loader->run(m_use, [&loader = *m_loader, name, open = std::move(open), reply = Reply(*this)] {
         if (reply.isUnwanted())
             return;
+        const auto cancelled = [&reply] { return reply.isUnwanted(); };
         QString error;
-        const QByteArray file = contents(error);
-        const SoundModule* module = file.isEmpty() ? nullptr : loader.load(error);
-        const Decoder decoder = module ? module->decoder(file, Seconds(0), error) : nullptr;
-        if (!decoder) {
-            qCWarning(logPlatform).noquote()
-                << "cannot play" << name + QStringLiteral(":") << error;
-            reply.post([](ModuleSound& sound) { sound.loaded(Load::Failed, Seconds(0)); });
+        const bool isLoaded = withMemory(error, [&] {
+            const File file = open(error);
+            const SoundModule* module = file ? loader.load(error) : nullptr;
+            const Decoder decoder =
+                module ? module->decoder(file, Seconds(0), cancelled, error) : nullptr;
+            if (!decoder)
+                return false;
+            // The sound may start now; how long it is may take a while to find out.
+            reply.post([file, decoder](ModuleSound& sound) { sound.opened(file, decoder); });
+            const Seconds duration = module->duration(file, cancelled);
+            reply.post([duration](ModuleSound& sound) { sound.loaded(Load::Done, duration); });
+            return true;
+        });
+        if (isLoaded || reply.isUnwanted())
             return;
-        }
-        // The sound may start now; how long it is may take a while to find out.
-        reply.post([file, decoder](ModuleSound& sound) { sound.opened(file, decoder); });
-        const Seconds duration = module->duration(file, [&reply] { return reply.isUnwanted(); });
-        reply.post([duration](ModuleSound& sound) { sound.loaded(Load::Done, duration); });
+        qCWarning(logPlatform).noquote() << "cannot play" << name + QStringLiteral(":") << error;
+        reply.post([](ModuleSound& sound) { sound.loaded(Load::Failed, Seconds(0)); });
     });
 }
 
-void ModuleSound::opened(const QByteArray& file, Decoder atBeginning) {
-    m_file = file;
+void ModuleSound::opened(File file, Decoder atBeginning) {
+    m_file = std::move(file);
     m_reserve = std::move(atBeginning);
     if (m_playing)
         start();
@@ -76,10 +93,10 @@ void ModuleSound::loaded(Load result, Seconds duration) {
         end();
         postFinished();
     }
-    const std::weak_ptr<ModuleSound*> self = m_self;
+    const auto self = m_lifeline.weak();
     const auto callbacks = std::exchange(m_whenLoaded, {});
     for (const auto& callback : callbacks) {
-        if (self.expired()) // the one before destroyed the sound
+        if (self.isCut()) // the one before destroyed the sound
             return;
         callback();
     }
@@ -97,7 +114,7 @@ bool ModuleSound::play() {
 // Gets the play going from m_position as soon as the file has been read.
 void ModuleSound::start() {
     const std::uint64_t number = ++m_playNumber;
-    if (m_file.isEmpty())
+    if (!m_file)
         return;
     if (m_position == Seconds(0) && m_reserve) {
         begin(std::exchange(m_reserve, nullptr));
@@ -114,13 +131,18 @@ void ModuleSound::start() {
 }
 
 void ModuleSound::requestDecoder(Seconds at, std::function<void(ModuleSound&, Decoder)> receive) {
-    m_loader->run([module = m_loader->module(), file = m_file, at, receive = std::move(receive),
-                   reply = Reply(*this)] {
+    m_loader->run(m_use, [module = m_loader->module(), file = m_file, at,
+                          receive = std::move(receive), reply = Reply(*this)] {
         if (reply.isUnwanted())
             return;
         QString error;
-        Decoder decoder = module->decoder(file, at, error);
-        if (!decoder)
+        Decoder decoder;
+        (void)withMemory(error, [&] {
+            decoder = module->decoder(
+                file, at, [&reply] { return reply.isUnwanted(); }, error);
+            return decoder != nullptr;
+        });
+        if (!decoder && !reply.isUnwanted())
             qCWarning(logPlatform).noquote() << "cannot go on with a sound:" << error;
         reply.post([receive, decoder](ModuleSound& sound) { receive(sound, decoder); });
     });

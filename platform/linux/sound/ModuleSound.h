@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Lifeline.h"
+#include "platform/linux/sound/SoundLoader.h"
 #include "platform/RunLoop.h"
 #include "platform/Sound.h"
 
-#include <QByteArray>
 #include <QString>
 
 #include <cstdint>
@@ -15,10 +16,10 @@
 namespace dorvane {
 
 class SoundDecoder;
-class SoundLoader;
+class SoundInput;
 class SoundVoice;
 
-// A sound whose contents are read on a loading thread and played by the sound module. This class is
+// A sound whose file is read on a loading thread and played by the sound module. This class is
 // the main thread's side: it keeps what the user of the sound sees, and never waits.
 //
 // A play needs a decoder that stands at the right position. One at the beginning is kept in
@@ -26,12 +27,13 @@ class SoundVoice;
 // loading thread, because a seek in a long file takes long.
 class ModuleSound final : public Sound {
 public:
-    // Gives a file's contents on a loading thread; null with the reason in `error`.
-    using Contents = std::function<QByteArray(QString& error)>;
+    using File = std::shared_ptr<const SoundInput>;
+    // Gives the file on a loading thread; null with the reason in `error`.
+    using Open = std::function<File(QString& error)>;
 
     // The name stands for the sound in the log.
-    ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, const QString& name,
-                Contents contents);
+    ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, SoundUse use,
+                const QString& name, Open open);
     ~ModuleSound() override;
 
     bool play() override;
@@ -52,8 +54,8 @@ private:
     enum class Load { Running, Done, Failed };
     using Decoder = std::shared_ptr<SoundDecoder>;
 
-    void load(const QString& name, Contents contents);
-    void opened(const QByteArray& file, Decoder atBeginning);
+    void load(const QString& name, Open open);
+    void opened(File file, Decoder atBeginning);
     void loaded(Load result, Seconds duration);
     void start();
     void requestDecoder(Seconds at, std::function<void(ModuleSound&, Decoder)> receive);
@@ -65,10 +67,10 @@ private:
 
     RunLoop& m_loop;
     std::shared_ptr<SoundLoader> m_loader;
-    std::shared_ptr<ModuleSound*> m_self; // what other threads hold weakly
+    const SoundUse m_use;
 
     Load m_load = Load::Running;
-    QByteArray m_file; // empty until it is known to be playable
+    File m_file;       // null until it is known to be playable
     Decoder m_reserve; // at the beginning
     Seconds m_duration{0};
     std::vector<std::function<void()>> m_whenLoaded;
@@ -82,6 +84,7 @@ private:
     // Grows with every voice, seek and stop: replies that carry an older number are dropped.
     std::uint64_t m_playNumber = 0;
     std::function<void(bool)> m_finished;
+    Lifeline<ModuleSound> m_lifeline{*this};
 };
 
 } // namespace dorvane

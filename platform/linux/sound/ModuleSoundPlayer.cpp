@@ -2,6 +2,7 @@
 #include "platform/linux/sound/ModuleSoundPlayer.h"
 
 #include "platform/linux/sound/ModuleSound.h"
+#include "platform/linux/sound/SoundFile.h"
 #include "platform/linux/sound/SoundLoader.h"
 #include "platform/linux/sound/SoundModule.h"
 #include "platform/linux/sound/SoundTypes.h"
@@ -14,14 +15,22 @@ ModuleSoundPlayer::ModuleSoundPlayer(RunLoop& loop, const QString& modulePath)
 ModuleSoundPlayer::~ModuleSoundPlayer() = default;
 
 std::unique_ptr<Sound> ModuleSoundPlayer::soundWithContentsOfFile(const QString& path) {
-    return std::make_unique<ModuleSound>(m_loop, m_loader, path, [path](QString& error) {
-        return SoundLoader::contents(path, error);
-    });
+    return std::make_unique<ModuleSound>(
+        m_loop, m_loader, SoundUse::Other, path,
+        [path](QString& error) { return SoundFile::open(path, error); });
+}
+
+std::unique_ptr<Sound> ModuleSoundPlayer::ringWithContentsOfFile(const QString& path) {
+    return std::make_unique<ModuleSound>(
+        m_loop, m_loader, SoundUse::Ring, path,
+        [path](QString& error) { return SoundFile::open(path, error); });
 }
 
 std::unique_ptr<Sound> ModuleSoundPlayer::soundWithData(const QByteArray& file,
                                                         const QString& name) {
-    return std::make_unique<ModuleSound>(m_loop, m_loader, name, [file](QString&) { return file; });
+    return std::make_unique<ModuleSound>(m_loop, m_loader, SoundUse::Ring, name, [file](QString&) {
+        return std::make_shared<SoundFile>(file);
+    });
 }
 
 QStringList ModuleSoundPlayer::soundUnfilteredTypes() const {

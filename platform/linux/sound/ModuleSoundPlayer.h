@@ -23,7 +23,9 @@ public:
 
     [[nodiscard]] std::unique_ptr<Sound> soundWithContentsOfFile(const QString& path) override;
 
-    // The same of a file that is held in memory already; the name stands for it in the log.
+    [[nodiscard]] std::unique_ptr<Sound> ringWithContentsOfFile(const QString& path) override;
+
+    // A ring whose file is held in memory already; the name stands for it in the log.
     [[nodiscard]] std::unique_ptr<Sound> soundWithData(const QByteArray& file, const QString& name);
 
     // Every type that is known, less those that the installed libraries turn out to lack once they

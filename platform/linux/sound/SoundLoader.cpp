@@ -3,8 +3,6 @@
 
 #include "platform/linux/sound/SoundModule.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QLibrary>
 
 #include <utility>
@@ -13,23 +11,26 @@ namespace dorvane {
 
 namespace {
 
-// One may be busy with a file of many hours while an alarm wants to ring.
-constexpr int loadingThreads = 4;
+constexpr int threadsOfAKind = 3;
 
 } // namespace
 
 SoundLoader::SoundLoader(QString modulePath) : m_modulePath(std::move(modulePath)) {
-    m_threads.setMaxThreadCount(loadingThreads);
-    m_threads.setObjectName(QStringLiteral("sound loader"));
+    m_ringThreads.setMaxThreadCount(threadsOfAKind);
+    m_ringThreads.setObjectName(QStringLiteral("ring loader"));
+    m_otherThreads.setMaxThreadCount(threadsOfAKind);
+    m_otherThreads.setObjectName(QStringLiteral("sound loader"));
 }
 
 SoundLoader::~SoundLoader() {
-    m_threads.clear();
-    m_threads.waitForDone();
+    for (QThreadPool* threads : {&m_ringThreads, &m_otherThreads}) {
+        threads->clear();
+        threads->waitForDone();
+    }
 }
 
-void SoundLoader::run(std::function<void()> job) {
-    m_threads.start(std::move(job));
+void SoundLoader::run(SoundUse use, std::function<void()> job) {
+    (use == SoundUse::Ring ? m_ringThreads : m_otherThreads).start(std::move(job));
 }
 
 SoundModule* SoundLoader::load(QString& error) {
@@ -51,24 +52,6 @@ SoundModule* SoundLoader::load(QString& error) {
 
 SoundModule* SoundLoader::module() const {
     return m_module;
-}
-
-QByteArray SoundLoader::contents(const QString& path, QString& error) {
-    // A pipe or a device would be waited for.
-    if (const QFileInfo info(path); info.exists() && !info.isFile()) {
-        error = QStringLiteral("not a regular file");
-        return {};
-    }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        error = file.errorString();
-        return {};
-    }
-    QByteArray bytes = file.readAll();
-    if (bytes.isEmpty())
-        error = file.error() == QFileDevice::NoError ? QStringLiteral("the file is empty")
-                                                     : file.errorString();
-    return bytes;
 }
 
 } // namespace dorvane

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QByteArray>
 #include <QMutex>
 #include <QString>
 #include <QThreadPool>
@@ -12,6 +11,9 @@
 namespace dorvane {
 
 class SoundModule;
+
+// Rings have threads of their own, so that nothing that hangs elsewhere keeps them waiting.
+enum class SoundUse { Ring, Other };
 
 // The threads on which sounds are read, and the module that decodes and plays them. Members may be
 // called on any thread; made and destroyed on the main thread.
@@ -25,7 +27,7 @@ public:
 
     // Runs `job` on a loading thread; jobs that have not started when the loader is destroyed
     // never run.
-    void run(std::function<void()> job);
+    void run(SoundUse use, std::function<void()> job);
 
     // Brings the module into the process at the first call, which takes long. Null when it cannot
     // be loaded, with the reason in `error`; the next call tries again.
@@ -34,16 +36,13 @@ public:
     // The module if it has been loaded; never waits for load().
     [[nodiscard]] SoundModule* module() const;
 
-    // The whole contents of a regular file. Null with the reason in `error` when it cannot be read
-    // or is empty.
-    [[nodiscard]] static QByteArray contents(const QString& path, QString& error);
-
 private:
     const QString m_modulePath;
     QMutex m_loading;
     std::unique_ptr<SoundModule> m_owned;
     std::atomic<SoundModule*> m_module{nullptr};
-    QThreadPool m_threads;
+    QThreadPool m_ringThreads;
+    QThreadPool m_otherThreads;
 };
 
 } // namespace dorvane

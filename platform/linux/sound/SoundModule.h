@@ -3,10 +3,10 @@
 
 #include "platform/Sound.h"
 
-#include <QByteArray>
 #include <QString>
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -15,6 +15,19 @@ namespace dorvane {
 // What every sound is decoded to: interleaved stereo floats.
 inline constexpr int soundRate = 48000;
 inline constexpr std::size_t soundChannels = 2;
+
+// The bytes of a sound's file. Any thread, several at a time.
+class SoundInput {
+public:
+    virtual ~SoundInput() = default;
+
+    [[nodiscard]] virtual std::int64_t size() const = 0;
+
+    // Copies up to `count` bytes from `position` on; 0 at the end, negative when they cannot be
+    // read.
+    [[nodiscard]] virtual std::int64_t read(std::int64_t position, void* out,
+                                            std::int64_t count) const = 0;
+};
 
 // Reads one sound from a position onwards. Belongs to one thread at a time.
 class SoundDecoder {
@@ -60,14 +73,19 @@ public:
     // No voice is left by then.
     virtual ~SoundModule() = default;
 
-    // A decoder that starts at `at`, or null with the reason in `error`.
+    // Asked between blocks: whether nobody waits for the answer any longer.
+    using Cancelled = std::function<bool()>;
+
+    // A decoder that stands at `at` and has the first second ready, or null with the reason in
+    // `error`.
     [[nodiscard]] virtual std::shared_ptr<SoundDecoder>
-    decoder(const QByteArray& file, Sound::Seconds at, QString& error) const = 0;
+    decoder(std::shared_ptr<const SoundInput> file, Sound::Seconds at, const Cancelled& cancelled,
+            QString& error) const = 0;
 
     // How long the sound is heard, exact where that is not stated exactly by the file and can be
     // found out in a fraction of a second. Gives up with zero when `cancelled` says so.
-    [[nodiscard]] virtual Sound::Seconds duration(const QByteArray& file,
-                                                  const std::function<bool()>& cancelled) const = 0;
+    [[nodiscard]] virtual Sound::Seconds duration(std::shared_ptr<const SoundInput> file,
+                                                  const Cancelled& cancelled) const = 0;
 
     [[nodiscard]] virtual std::unique_ptr<SoundVoice> play(std::shared_ptr<SoundDecoder> decoder,
                                                            SoundVoiceStart start) = 0;

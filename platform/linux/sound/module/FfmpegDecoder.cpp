@@ -23,6 +23,9 @@ namespace {
 // Frames of compressed audio lean on the ones before them, so a seek enters a little earlier.
 constexpr double seekPreroll = 0.15;
 
+// How much is decoded ahead of a play.
+constexpr Sound::Seconds readyTime(1);
+
 // What a change of the rate adds to a tone stays 120 dB below it; FFmpeg's own choice, 94 dB at
 // 8 kHz, could be told from the original. Costs less than one per cent of a processor.
 constexpr std::int64_t filterTaps = 64;
@@ -56,7 +59,9 @@ double secondsOf(AVRational unit) {
 
 } // namespace
 
-FfmpegDecoder::FfmpegDecoder(const QByteArray& file) : m_input(file) {}
+FfmpegDecoder::FfmpegDecoder(std::shared_ptr<const SoundInput> file,
+                             SoundModule::Cancelled cancelled)
+    : m_input(std::move(file), std::move(cancelled)) {}
 
 FfmpegDecoder::~FfmpegDecoder() {
     swr_free(&m_resampler);
@@ -67,9 +72,11 @@ FfmpegDecoder::~FfmpegDecoder() {
     avformat_close_input(&m_container);
 }
 
-std::shared_ptr<FfmpegDecoder> FfmpegDecoder::open(const QByteArray& file, Sound::Seconds at,
+std::shared_ptr<FfmpegDecoder> FfmpegDecoder::open(std::shared_ptr<const SoundInput> file,
+                                                   SoundModule::Cancelled cancelled,
                                                    QString& error) {
-    const std::shared_ptr<FfmpegDecoder> decoder(new FfmpegDecoder(file));
+    const std::shared_ptr<FfmpegDecoder> decoder(
+        new FfmpegDecoder(std::move(file), std::move(cancelled)));
     if (!decoder->openContainer(error) || !decoder->openCodec(error))
         return nullptr;
     if (!decoder->nextFrame()) {
@@ -78,11 +85,17 @@ std::shared_ptr<FfmpegDecoder> FfmpegDecoder::open(const QByteArray& file, Sound
     }
     if (decoder->m_frame->pts != AV_NOPTS_VALUE)
         decoder->m_firstTimestamp = decoder->m_frame->pts;
-    if (at > Sound::Seconds(0))
-        decoder->seek(at);
-    if (decoder->endsWhereStated())
-        decoder->m_toGive = samplesIn(decoder->statedDuration() - at);
     return decoder;
+}
+
+void FfmpegDecoder::makeReady(Sound::Seconds at) {
+    if (at > Sound::Seconds(0))
+        seek(at);
+    if (endsWhereStated())
+        m_toGive = samplesIn(statedDuration() - at);
+    while (!m_ended && !m_input.isCancelled() && m_converted.size() < samplesIn(readyTime))
+        convertFrame();
+    m_input.keepReading();
 }
 
 bool FfmpegDecoder::openContainer(QString& error) {
@@ -175,9 +188,9 @@ bool FfmpegDecoder::endsWhereStated() const {
            statedDuration() > Sound::Seconds(0);
 }
 
-Sound::Seconds FfmpegDecoder::countSamples(const std::function<bool()>& cancelled) {
+Sound::Seconds FfmpegDecoder::countSamples() {
     Sound::Seconds total(0);
-    while (!cancelled() && nextFrame()) {
+    while (!m_input.isCancelled() && nextFrame()) {
         if (m_frame->sample_rate > 0)
             total +=
                 Sound::Seconds(static_cast<double>(m_frame->nb_samples) / m_frame->sample_rate);
@@ -186,9 +199,9 @@ Sound::Seconds FfmpegDecoder::countSamples(const std::function<bool()>& cancelle
     return endsWhereStated() ? std::min(total, statedDuration()) : total;
 }
 
-Sound::Seconds FfmpegDecoder::countPackets(const std::function<bool()>& cancelled) {
+Sound::Seconds FfmpegDecoder::countPackets() {
     Sound::Seconds total(static_cast<double>(m_frame->nb_samples) / m_frame->sample_rate);
-    while (!cancelled() && nextPacket()) {
+    while (!m_input.isCancelled() && nextPacket()) {
         total += Sound::Seconds(static_cast<double>(m_packet->duration) *
                                 secondsOf(m_stream->time_base));
         av_packet_unref(m_packet);
@@ -230,18 +243,14 @@ bool FfmpegDecoder::nextFrame() {
     return true;
 }
 
-// Refills m_converted with the next piece, or sets m_ended.
+// Appends the next piece to m_converted, or sets m_ended. What has been given away is forgotten.
 void FfmpegDecoder::convertFrame() {
-    m_converted.clear();
-    m_convertedUsed = 0;
+    if (m_convertedUsed == m_converted.size()) {
+        m_converted.clear();
+        m_convertedUsed = 0;
+    }
     if (!nextFrame()) {
-        convert(nullptr);
-        // The resampler may end a frame early or late.
-        const std::size_t exact = samplesIn(m_decoded);
-        const std::size_t tooMany = std::min(m_made - std::min(m_made, exact), m_converted.size());
-        const std::size_t tooFew = exact - std::min(m_made, exact);
-        m_converted.resize(m_converted.size() - tooMany + tooFew);
-        m_ended = true;
+        endConversion();
     } else {
         if (!frameFitsResampler()) {
             convert(nullptr);
@@ -261,8 +270,21 @@ void FfmpegDecoder::convertFrame() {
             Sound::Seconds(static_cast<double>(m_frame->nb_samples) / m_frame->sample_rate);
         m_frameWaits = false;
     }
-    m_convertedUsed = std::min(m_toDrop, m_converted.size());
-    m_toDrop -= m_convertedUsed;
+    // Nothing has been kept as long as something is to be dropped.
+    const std::size_t dropped = std::min(m_toDrop, m_converted.size());
+    m_convertedUsed += dropped;
+    m_toDrop -= dropped;
+}
+
+// The resampler by itself may end a frame early or late.
+void FfmpegDecoder::endConversion() {
+    convert(nullptr);
+    const std::size_t exact = samplesIn(m_decoded);
+    const std::size_t surplus = m_made - std::min(m_made, exact);
+    const std::size_t missing = exact - std::min(m_made, exact);
+    m_converted.resize(m_converted.size() + missing -
+                       std::min(surplus, m_converted.size() - m_convertedUsed));
+    m_ended = true;
 }
 
 // Appends to m_converted; without a frame, what the resampler still holds.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/linux/sound/module/MemoryInput.h"
+#include "platform/linux/sound/module/AvioInput.h"
 #include "platform/linux/sound/SoundModule.h"
 
 #include <cstdint>
@@ -22,14 +22,14 @@ struct SwrContext;
 
 namespace dorvane {
 
-// Decodes the best audio stream of a file that is held in memory. Damaged parts are left out, a
+// Decodes the best audio stream of a file. Damaged parts are left out, a
 // file that was cut off ends early.
 class FfmpegDecoder final : public SoundDecoder {
 public:
-    // Null with the reason in `error` when the file is of no type that can be played, or not one
-    // sample of it can be decoded.
-    [[nodiscard]] static std::shared_ptr<FfmpegDecoder> open(const QByteArray& file,
-                                                             Sound::Seconds at, QString& error);
+    // Stands at the beginning. Null with the reason in `error` when the file is of no type that can
+    // be played, or not one sample of it can be decoded.
+    [[nodiscard]] static std::shared_ptr<FfmpegDecoder>
+    open(std::shared_ptr<const SoundInput> file, SoundModule::Cancelled cancelled, QString& error);
 
     ~FfmpegDecoder() override;
     FfmpegDecoder(const FfmpegDecoder&) = delete;
@@ -38,20 +38,25 @@ public:
     [[nodiscard]] Sound::Seconds start() const override { return m_start; }
     [[nodiscard]] std::size_t read(float* out, std::size_t frames) override;
 
+    // Goes to a position, which may mean to decode what lies before it, and decodes the first
+    // second, so that read() has nothing to wait for at first. Once, before anything else; not
+    // cancelled any longer after that.
+    void makeReady(Sound::Seconds at);
+
     // What the container says; zero when it does not, unreliable when it had to guess.
     [[nodiscard]] Sound::Seconds statedDuration() const;
     [[nodiscard]] bool durationIsGuessed() const;
 
     // These use the decoder up. Counted from the first frame on, decoding everything; or from the
     // packets, which is some twenty times faster and a frame or two off.
-    [[nodiscard]] Sound::Seconds countSamples(const std::function<bool()>& cancelled);
-    [[nodiscard]] Sound::Seconds countPackets(const std::function<bool()>& cancelled);
+    [[nodiscard]] Sound::Seconds countSamples();
+    [[nodiscard]] Sound::Seconds countPackets();
 
     // Whether the installed FFmpeg has them.
     [[nodiscard]] static bool supports(const char* demuxer, const char* decoder);
 
 private:
-    explicit FfmpegDecoder(const QByteArray& file);
+    FfmpegDecoder(std::shared_ptr<const SoundInput> file, SoundModule::Cancelled cancelled);
 
     [[nodiscard]] bool openContainer(QString& error);
     [[nodiscard]] bool openCodec(QString& error);
@@ -59,12 +64,13 @@ private:
     [[nodiscard]] bool nextPacket();
     [[nodiscard]] bool nextFrame();
     void convertFrame();
+    void endConversion();
     void convert(const AVFrame* frame);
     [[nodiscard]] bool frameFitsResampler() const;
     [[nodiscard]] bool setUpResampler();
     [[nodiscard]] bool endsWhereStated() const;
 
-    MemoryInput m_input;
+    AvioInput m_input;
     AVFormatContext* m_container = nullptr;
     AVStream* m_stream = nullptr;
     AVCodecContext* m_codec = nullptr;

@@ -20,21 +20,26 @@ public:
         av_log_set_level(AV_LOG_QUIET);
     }
 
-    [[nodiscard]] std::shared_ptr<SoundDecoder> decoder(const QByteArray& file, Sound::Seconds at,
+    [[nodiscard]] std::shared_ptr<SoundDecoder> decoder(std::shared_ptr<const SoundInput> file,
+                                                        Sound::Seconds at,
+                                                        const Cancelled& cancelled,
                                                         QString& error) const override {
-        return FfmpegDecoder::open(file, at, error);
+        auto decoder = FfmpegDecoder::open(std::move(file), cancelled, error);
+        if (decoder)
+            decoder->makeReady(at);
+        return decoder;
     }
 
-    [[nodiscard]] Sound::Seconds duration(const QByteArray& file,
-                                          const std::function<bool()>& cancelled) const override {
+    [[nodiscard]] Sound::Seconds duration(std::shared_ptr<const SoundInput> file,
+                                          const Cancelled& cancelled) const override {
         QString error;
-        const auto decoder = FfmpegDecoder::open(file, Sound::Seconds(0), error);
+        const auto decoder = FfmpegDecoder::open(std::move(file), cancelled, error);
         if (!decoder)
             return Sound::Seconds(0);
         const Sound::Seconds stated = decoder->statedDuration();
         if (stated <= countedLength)
-            return decoder->countSamples(cancelled);
-        return decoder->durationIsGuessed() ? decoder->countPackets(cancelled) : stated;
+            return decoder->countSamples();
+        return decoder->durationIsGuessed() ? decoder->countPackets() : stated;
     }
 
     [[nodiscard]] std::unique_ptr<SoundVoice> play(std::shared_ptr<SoundDecoder> decoder,

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -35,6 +36,16 @@ pa_usec_t microseconds(Sound::Seconds time) {
 
 PulseVoice& voice(void* self) {
     return *static_cast<PulseVoice*>(self);
+}
+
+// The server's library is no place for an exception to pass through.
+template<typename Step>
+void withMemory(PulseVoice& voice, Step step) {
+    try {
+        step();
+    } catch (const std::bad_alloc&) {
+        voice.fail("there is not enough memory");
+    }
 }
 
 } // namespace
@@ -69,7 +80,10 @@ void PulseVoice::start(pa_context* context) {
     pa_stream_set_state_callback(
         m_stream, [](pa_stream*, void* self) { voice(self).streamChanged(); }, this);
     pa_stream_set_write_callback(
-        m_stream, [](pa_stream*, std::size_t bytes, void* self) { voice(self).write(bytes); },
+        m_stream,
+        [](pa_stream*, std::size_t bytes, void* self) {
+            withMemory(voice(self), [&] { voice(self).write(bytes); });
+        },
         this);
     pa_stream_set_latency_update_callback(
         m_stream, [](pa_stream*, void* self) { voice(self).noteTime(); }, this);
@@ -78,9 +92,10 @@ void PulseVoice::start(pa_context* context) {
                                 serverDecides};
     int flags =
         PA_STREAM_INTERPOLATE_TIMING | PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_ADJUST_LATENCY;
-    if (m_paused)
+    m_corked = m_paused;
+    if (m_corked)
         flags |= PA_STREAM_START_CORKED;
-    m_state = State::Playing;
+    m_state = State::Connecting;
     if (pa_stream_connect_playback(m_stream, nullptr, &buffer,
                                    static_cast<pa_stream_flags_t>(flags), nullptr, nullptr) < 0)
         fail(pa_strerror(pa_context_errno(context)));
@@ -95,15 +110,20 @@ void PulseVoice::fail(const char* reason) {
 void PulseVoice::stop(pa_usec_t moment) {
     m_stopped = moment;
     m_finished = nullptr;
-    const bool heard = m_stream && pa_stream_get_state(m_stream) == PA_STREAM_READY && !m_paused;
-    if (!heard) {
+    // A stream that the server is still making cannot be given up: it would be made for nobody, and
+    // a sink has room for a few hundred. connected() does it.
+    if (m_state == State::Connecting)
+        return;
+    if (m_state == State::Waiting || m_paused) {
         close();
     } else if (m_state == State::Playing) {
         m_state = State::Fading;
         pa_stream_set_write_callback(m_stream, nullptr, nullptr);
         keep(pa_stream_update_timing_info(
             m_stream,
-            [](pa_stream*, int success, void* self) { voice(self).rewriteTail(success != 0); },
+            [](pa_stream*, int success, void* self) {
+                withMemory(voice(self), [&] { voice(self).rewriteTail(success != 0); });
+            },
             this));
     }
 }
@@ -116,9 +136,13 @@ void PulseVoice::setPaused(bool paused) {
         m_pausedSince = pa_rtclock_now();
     else
         m_pausedFor += pa_rtclock_now() - m_pausedSince;
-    if (!m_stream)
-        return;
-    if (pa_operation* operation = pa_stream_cork(m_stream, paused ? 1 : 0, nullptr, nullptr))
+    if (m_stream && m_state != State::Connecting)
+        cork();
+}
+
+void PulseVoice::cork() {
+    m_corked = m_paused;
+    if (pa_operation* operation = pa_stream_cork(m_stream, m_corked ? 1 : 0, nullptr, nullptr))
         pa_operation_unref(operation);
     noteTime();
 }
@@ -134,9 +158,7 @@ Sound::Seconds PulseVoice::position() const {
 void PulseVoice::streamChanged() {
     switch (pa_stream_get_state(m_stream)) {
     case PA_STREAM_READY:
-        // A server with slow outputs holds more than it was asked to.
-        if (const pa_buffer_attr* buffer = pa_stream_get_buffer_attr(m_stream))
-            m_history.setReach(buffer->tlength / frameBytes + soundRate / 10);
+        connected();
         break;
     case PA_STREAM_FAILED:
         fail(pa_strerror(pa_context_errno(pa_stream_get_context(m_stream))));
@@ -147,6 +169,20 @@ void PulseVoice::streamChanged() {
     default:
         break;
     }
+}
+
+// Does what was asked for meanwhile.
+void PulseVoice::connected() {
+    m_state = State::Playing;
+    if (m_stopped > 0) {
+        close();
+        return;
+    }
+    if (m_corked != m_paused)
+        cork();
+    // A server with slow outputs holds more than it was asked to.
+    if (const pa_buffer_attr* buffer = pa_stream_get_buffer_attr(m_stream))
+        m_history.setReach(buffer->tlength / frameBytes + soundRate / 10);
 }
 
 void PulseVoice::write(std::size_t bytes) {
@@ -197,9 +233,10 @@ void PulseVoice::rewriteTail(bool success) {
         return;
     }
     const std::int64_t read = timing->read_index / static_cast<std::int64_t>(frameBytes);
-    const std::int64_t fade =
-        std::max(read + rewriteMargin, lastFrame(read) - std::int64_t{fadeFrames});
-    const std::int64_t first = std::clamp(fade, m_history.begin(), m_history.end());
+    // What is no longer kept cannot be faded.
+    const std::int64_t fade = std::max(
+        {read + rewriteMargin, lastFrame(read) - std::int64_t{fadeFrames}, m_history.begin()});
+    const std::int64_t first = std::min(fade, m_history.end());
     const auto loud = static_cast<std::size_t>(fade - first);
     const std::size_t heard = loud + fadeFrames;
 

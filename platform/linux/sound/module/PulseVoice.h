@@ -39,7 +39,7 @@ public:
     [[nodiscard]] Sound::Seconds position() const;
 
 private:
-    enum class State { Waiting, Playing, Draining, Fading, Closed };
+    enum class State { Waiting, Connecting, Playing, Draining, Fading, Closed };
 
     // What position() goes by: the stream's time at a moment, and whether it moves on.
     struct Heard {
@@ -50,10 +50,12 @@ private:
     };
 
     void streamChanged();
+    void connected();
     void write(std::size_t bytes);
     void drain();
     void drained(bool success);
     void rewriteTail(bool success);
+    void cork();
     [[nodiscard]] std::int64_t lastFrame(std::int64_t readFrame) const;
     void noteTime();
     void finish(bool completed);
@@ -75,6 +77,7 @@ private:
     PcmHistory m_history;
     State m_state = State::Waiting;
     bool m_paused;
+    bool m_corked = false; // what the server was last told of m_paused
     pa_stream* m_stream = nullptr;
     pa_operation* m_operation = nullptr; // the one whose answer is waited for
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/sound/module/MemoryInput.h"
+#include "platform/linux/sound/module/AvioInput.h"
 
 extern "C" {
 #include <libavformat/avio.h>
@@ -7,8 +7,7 @@ extern "C" {
 #include <libavutil/mem.h>
 }
 
-#include <algorithm>
-#include <cstring>
+#include <utility>
 
 namespace dorvane {
 
@@ -18,31 +17,32 @@ constexpr int bufferSize = 32 * 1024;
 
 } // namespace
 
-MemoryInput::MemoryInput(const QByteArray& file)
-    : m_file(file)
+AvioInput::AvioInput(std::shared_ptr<const SoundInput> file, SoundModule::Cancelled cancelled)
+    : m_file(std::move(file))
+    , m_cancelled(std::move(cancelled))
     , m_context(avio_alloc_context(static_cast<unsigned char*>(av_malloc(bufferSize)), bufferSize,
                                    0, this, read, nullptr, seek)) {}
 
-MemoryInput::~MemoryInput() {
+AvioInput::~AvioInput() {
     // FFmpeg may have replaced the buffer that it was given.
     av_freep(&m_context->buffer);
     avio_context_free(&m_context);
 }
 
-int MemoryInput::read(void* opaque, std::uint8_t* buffer, int size) {
-    auto& self = *static_cast<MemoryInput*>(opaque);
-    const std::int64_t left = self.m_file.size() - self.m_position;
-    const auto count = std::min<std::int64_t>(size, left);
+int AvioInput::read(void* opaque, std::uint8_t* buffer, int size) {
+    auto& self = *static_cast<AvioInput*>(opaque);
+    if (self.m_cancelled())
+        return AVERROR_EXIT;
+    const std::int64_t count = self.m_file->read(self.m_position, buffer, size);
     if (count <= 0)
-        return AVERROR_EOF;
-    std::memcpy(buffer, self.m_file.constData() + self.m_position, static_cast<std::size_t>(count));
+        return count < 0 ? AVERROR(EIO) : AVERROR_EOF;
     self.m_position += count;
     return static_cast<int>(count);
 }
 
-std::int64_t MemoryInput::seek(void* opaque, std::int64_t offset, int whence) {
-    auto& self = *static_cast<MemoryInput*>(opaque);
-    const std::int64_t size = self.m_file.size();
+std::int64_t AvioInput::seek(void* opaque, std::int64_t offset, int whence) {
+    auto& self = *static_cast<AvioInput*>(opaque);
+    const std::int64_t size = self.m_file->size();
     switch (whence & ~AVSEEK_FORCE) {
     case AVSEEK_SIZE:
         return size;
