@@ -43,13 +43,13 @@ void fillWhen(AlarmForm& form, const Alarm& alarm) {
 
 } // namespace
 
-AlarmForm newAlarmForm(const QDateTime& now, qint64 shortestSnooze) {
+AlarmForm newAlarmForm(const QDateTime& now, qint64 firstSnooze) {
     const QDateTime earliest = now.addSecs(secondsToEarliest);
     AlarmForm form;
     form.interval = QStringLiteral("1");
     form.atTimePicker = form.atAlarmTimePicker = wholeMinute(earliest.time());
     form.atTimePickerDate = form.atDatePicker = earliest.date();
-    form.snoozeTime = shortestSnooze;
+    form.snoozeTime = firstSnooze;
     return form;
 }
 
@@ -77,6 +77,14 @@ FormFaults faultsOf(const AlarmForm& form) {
     // What the field refuses while it is edited is no time either.
     if (form.row == Alarm::Relative && !isValidInterval(form.interval)) {
         faults.message += QStringLiteral("Alarm time is not set.\n");
+        faults.field = FormFaults::Field::Interval;
+    }
+    if (const qint64 longest = longestInterval(form.isMinuteUnits);
+        form.row == Alarm::Relative && intervalValue(form.interval) > longest) {
+        faults.message +=
+            QStringLiteral("Alarm time must be %1 %2 (a year) at most.\n")
+                .arg(longest)
+                .arg(form.isMinuteUnits ? QLatin1String("minutes") : QLatin1String("hours"));
         faults.field = FormFaults::Field::Interval;
     }
     if (form.isPlaySound && form.soundPath.isEmpty())

@@ -49,8 +49,8 @@ struct AlarmForm {
 // How long after now the earliest moment lies that a new alarm can be set to.
 inline constexpr int secondsToEarliest = 60;
 
-// The form of a new alarm. `shortestSnooze` is the first of the snooze lengths.
-[[nodiscard]] AlarmForm newAlarmForm(const QDateTime& now, qint64 shortestSnooze);
+// The form of a new alarm. `firstSnooze` is the first of the snooze lengths.
+[[nodiscard]] AlarmForm newAlarmForm(const QDateTime& now, qint64 firstSnooze);
 
 // The form for an alarm. What the alarm's kind does not use stays as it is in `form`.
 [[nodiscard]] AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form);

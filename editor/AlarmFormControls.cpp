@@ -4,8 +4,6 @@
 #include "editor/AlarmForm.h"
 #include "ui_AlarmSetController.h"
 
-#include <QSignalBlocker>
-
 namespace dorvane {
 
 namespace {
@@ -48,7 +46,7 @@ WeekdaySet AlarmFormControls::checkedDays() const {
     return days;
 }
 
-qint64 AlarmFormControls::shortestSnooze() const {
+qint64 AlarmFormControls::firstSnooze() const {
     return m_controls.snoozeTimePopUp->itemText(0).toLongLong();
 }
 
@@ -64,7 +62,7 @@ void AlarmFormControls::readInto(AlarmForm& form) const {
     form.isMinuteUnits = m_controls.inTimeTypePopUp->currentText() == QLatin1String("minutes");
     form.shouldRepeat = m_controls.repeatCheck->isChecked();
     form.atTimePicker = m_controls.atTimePicker->chosenTime();
-    form.atDatePicker = m_controls.atDatePicker->date();
+    form.atDatePicker = m_controls.atDatePicker->chosenDate();
     form.shouldUseEveryDay = m_controls.everyDayCheck->isChecked();
     form.atAlarmTimePicker = m_controls.atAlarmTimePicker->chosenTime();
     form.weekdays = checkedDays();
@@ -82,10 +80,7 @@ void AlarmFormControls::show(const AlarmForm& form) {
     m_controls.inTimeTypePopUp->setCurrentIndex(form.isMinuteUnits ? minutesItem : hoursItem);
     m_controls.repeatCheck->setChecked(form.shouldRepeat);
     m_controls.atTimePicker->setChosenTime(form.atTimePicker);
-    {
-        const QSignalBlocker blocker(m_controls.atDatePicker);
-        m_controls.atDatePicker->setDate(form.atDatePicker);
-    }
+    m_controls.atDatePicker->setChosenDate(form.atDatePicker);
     m_controls.everyDayCheck->setChecked(form.shouldUseEveryDay);
     m_controls.atAlarmTimePicker->setChosenTime(form.atAlarmTimePicker);
     for (std::size_t i = 0; i < m_dayBoxes.size(); ++i)

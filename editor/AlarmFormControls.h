@@ -34,7 +34,7 @@ public:
     [[nodiscard]] const std::vector<QCheckBox*>& dayBoxes() const { return m_dayBoxes; }
 
     // The first of the snooze lengths, in minutes.
-    [[nodiscard]] qint64 shortestSnooze() const;
+    [[nodiscard]] qint64 firstSnooze() const;
 
 private:
     void fadePickersWhenDisabled();

@@ -8,16 +8,15 @@
 #include "editor/AlarmDescription.h"
 #include "editor/AlarmEditorDelegate.h"
 #include "editor/DialogButtons.h"
-#include "editor/sheets/GraphicalDateWindow.h"
-#include "editor/sheets/GraphicalTimeWindow.h"
 #include "editor/SoundChoice.h"
+#include "editor/TimeChoice.h"
 #include "editor/VoiceChoice.h"
 #include "platform/Bundle.h"
 #include "platform/RunLoop.h"
 #include "ui_AlarmSetController.h"
 
-#include <QLocale>
 #include <QMessageBox>
+#include <QScreen>
 #include <QSignalBlocker>
 
 #include <algorithm>
@@ -32,12 +31,11 @@ std::unique_ptr<Ui::AlarmSetController> controlsIn(QDialog* window) {
     return controls;
 }
 
-// The locale's short date with the year in full: alarms can be set beyond this century.
-QString dateFormat(const QLocale& locale) {
-    QString format = locale.dateFormat(QLocale::ShortFormat);
-    if (!format.contains(QStringLiteral("yyyy")))
-        format.replace(QStringLiteral("yy"), QStringLiteral("yyyy"));
-    return format;
+// What a screen leaves a window beside the panels and the window's own frame, whose size is not
+// known before it is shown.
+QSize roomOnScreen(const QWidget& window) {
+    const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    return window.screen()->availableSize() - QSize(title, 2 * title);
 }
 
 } // namespace
@@ -49,8 +47,7 @@ AlarmSetController::AlarmSetController(AlarmEditorServices services)
     , m_formControls(*m_controls)
     , m_sound(new SoundChoice(m_services, *m_controls, this))
     , m_voice(new VoiceChoice(m_services.speech, *m_controls, this))
-    , m_graphicalDateWindow(new GraphicalDateWindow(this))
-    , m_graphicalTimeWindow(new GraphicalTimeWindow(this)) {
+    , m_times(new TimeChoice(m_services.runLoop, *m_controls, this)) {
     setUpControls();
     wireWhen();
     wireAction();
@@ -66,11 +63,7 @@ void AlarmSetController::setUpControls() {
     m_controls->calendarButton->setIcon(icon(QStringLiteral("Calendar.svg")));
     m_controls->alarmButton->setIcon(icon(QStringLiteral("Clock.svg")));
     m_controls->playButton->setIcon(icon(QStringLiteral("PlayBlueButton.svg")));
-    m_controls->atDatePicker->setDisplayFormat(dateFormat(QLocale::system()));
-    // A date alone is no moment: no night on which clocks are set may refuse it.
-    m_controls->atDatePicker->setTimeSpec(Qt::UTC);
-
-    addAcceptAndCancel(*m_controls->buttonBox, QStringLiteral("&Set"));
+    m_setButton = addAcceptAndCancel(*m_controls->buttonBox, QStringLiteral("&Set"));
 }
 
 void AlarmSetController::wireWhen() {
@@ -80,22 +73,16 @@ void AlarmSetController::wireWhen() {
     connect(m_controls->everyDayCheck, &QCheckBox::clicked, this,
             [this] { changed(&FormEnabling::everyDayCheckChanged); });
     for (QCheckBox* box : m_formControls.dayBoxes())
-        connect(box, &QCheckBox::clicked, this, [this] { actDaysCheckBoxSelected(); });
+        connect(box, &QCheckBox::clicked, this, [this] {
+            m_formControls.readInto(m_form);
+            m_times->daysTicked(!m_form.weekdays.isEmpty(), m_services.runLoop.now());
+            changed(&FormEnabling::actDaysCheckBoxSelected);
+        });
     connect(m_controls->foreverCheck, &QCheckBox::clicked, this, describe);
     connect(m_controls->repeatCheck, &QCheckBox::clicked, this, describe);
     connect(m_controls->inTimeField, &QLineEdit::textEdited, this, describe);
     connect(m_controls->inTimeTypePopUp, &QComboBox::activated, this, describe);
-    connect(m_controls->atDatePicker, &QDateEdit::dateChanged, this, [this] {
-        boundPickers(m_services.runLoop.now());
-        manageDescriptionLabel();
-    });
-    for (TimePicker* picker : {m_controls->atTimePicker, m_controls->atAlarmTimePicker})
-        connect(picker, &TimePicker::chosenTimeChanged, this, describe);
-    connect(m_controls->calendarButton, &QPushButton::clicked, this,
-            [this] { calendarButtonPushed(); });
-    connect(m_controls->alarmButton, &QPushButton::clicked, this, [this] { alarmButtonPushed(); });
-    connect(m_graphicalDateWindow, &QDialog::accepted, this, [this] { graphicalDateSelected(); });
-    connect(m_graphicalTimeWindow, &QDialog::accepted, this, [this] { graphicalTimeSelected(); });
+    connect(m_times, &TimeChoice::changed, this, describe);
 }
 
 void AlarmSetController::wireAction() {
@@ -140,7 +127,9 @@ void AlarmSetController::manageDescriptionLabel() {
     m_formControls.readInto(m_form);
     m_form.soundPath = m_sound->soundPath();
     m_form.voiceName = m_voice->voiceName();
+    m_form.atTimePickerDate = m_times->atTimePickerDate();
     m_controls->descriptionLabel->setText(dorvane::manageDescriptionLabel(m_form));
+    m_setButton->setEnabled(m_times->isReadable(m_form.row));
 }
 
 // -- Opening and filling ------------------------------------------------------------------------
@@ -151,7 +140,7 @@ void AlarmSetController::showWithAlarm(const AlarmPtr& alarm) {
     reloadTitles();
     setAlarm(nullptr);
     if (alarm) {
-        m_datedEarliest = m_weeklyEarliest = std::nullopt;
+        m_times->setEarliest(std::nullopt);
         setAlarm(alarm.get());
     }
     const int index = alarm ? m_controls->titleBox->findText(
@@ -161,6 +150,8 @@ void AlarmSetController::showWithAlarm(const AlarmPtr& alarm) {
     m_controls->removeAlarmButton->setEnabled(index >= 0);
     setWindowTitle(alarm ? QStringLiteral("Edit Alarm") : QStringLiteral("New Alarm"));
     m_controls->titleBox->setFocus();
+    if (!isVisible())
+        resize(sizeHint().boundedTo(roomOnScreen(*this)));
     show();
     raise();
     activateWindow();
@@ -170,70 +161,21 @@ void AlarmSetController::setAlarm(const Alarm* alarm) {
     m_formControls.readInto(m_form);
     const QDateTime now = m_services.runLoop.now();
     m_form =
-        alarm ? formFilledFrom(*alarm, m_form) : newAlarmForm(now, m_formControls.shortestSnooze());
+        alarm ? formFilledFrom(*alarm, m_form) : newAlarmForm(now, m_formControls.firstSnooze());
     if (!alarm)
-        m_datedEarliest = m_weeklyEarliest = now.addSecs(secondsToEarliest);
-    if (m_datedEarliest)
-        m_form.atTimePickerDate = std::max(m_form.atTimePickerDate, m_datedEarliest->date());
-    if (!m_form.weekdays.isEmpty())
-        m_weeklyEarliest.reset();
-
-    m_formControls.show(m_form);
+        m_times->setEarliest(now.addSecs(secondsToEarliest));
+    {
+        const QSignalBlocker blocker(m_times);
+        m_times->fit(m_form, now);
+        m_formControls.show(m_form);
+    }
     m_sound->setSoundPath(m_form.soundPath);
     m_voice->setVoiceName(m_form.voiceName);
-    boundPickers(now);
     m_enabling.alarmTimeRadioChanged(m_form);
     m_enabling.everyDayCheckChanged(m_form);
     m_enabling.playSoundCheckChanged(m_form);
     m_enabling.speakNameCheckChanged(m_form);
     m_formControls.apply(m_enabling);
-    manageDescriptionLabel();
-}
-
-// -- The pickers --------------------------------------------------------------------------------
-
-void AlarmSetController::boundPickers(const QDateTime& now) {
-    {
-        const QSignalBlocker blocker(m_controls->atDatePicker);
-        if (m_datedEarliest)
-            m_controls->atDatePicker->setMinimumDate(m_datedEarliest->date());
-        else
-            m_controls->atDatePicker->clearMinimumDate();
-    }
-    m_controls->atTimePicker->setEarliestOn(m_controls->atDatePicker->date(), m_datedEarliest);
-    m_controls->atAlarmTimePicker->setEarliestOn(now.date(), m_weeklyEarliest);
-}
-
-// With no day ticked the alarm rings today, and so must not be set to a time that is past.
-void AlarmSetController::actDaysCheckBoxSelected() {
-    m_formControls.readInto(m_form);
-    m_weeklyEarliest.reset();
-    const QDateTime now = m_services.runLoop.now();
-    if (m_form.weekdays.isEmpty())
-        m_weeklyEarliest = now.addSecs(secondsToEarliest);
-    boundPickers(now);
-    changed(&FormEnabling::actDaysCheckBoxSelected);
-}
-
-void AlarmSetController::calendarButtonPushed() {
-    m_formControls.readInto(m_form);
-    m_graphicalDateWindow->run(fullDateWithTimeFrom(m_form.atTimePicker, m_form.atDatePicker),
-                               m_services.runLoop.now().addSecs(secondsToEarliest));
-}
-
-void AlarmSetController::graphicalDateSelected() {
-    m_form.atTimePickerDate = m_graphicalDateWindow->date();
-    m_controls->atDatePicker->setDate(m_graphicalDateWindow->date());
-    m_controls->atTimePicker->setChosenTime(m_graphicalDateWindow->time());
-    manageDescriptionLabel();
-}
-
-void AlarmSetController::alarmButtonPushed() {
-    m_graphicalTimeWindow->run(m_controls->atAlarmTimePicker->chosenTime());
-}
-
-void AlarmSetController::graphicalTimeSelected() {
-    m_controls->atAlarmTimePicker->setChosenTime(m_graphicalTimeWindow->time());
     manageDescriptionLabel();
 }
 
@@ -285,6 +227,8 @@ void AlarmSetController::removeAlarmButtonPushed() {
 
 void AlarmSetController::setButtonPushed() {
     manageDescriptionLabel();
+    if (m_times->takeUnseenJump(m_form.row))
+        return; // the remark beside the field says what it is about
     const FormFaults faults = faultsOf(m_form);
     if (faults.field == FormFaults::Field::Title)
         m_controls->titleBox->setFocus();

@@ -9,7 +9,8 @@
 #include <QDialog>
 
 #include <memory>
-#include <optional>
+
+class QPushButton;
 
 namespace Ui {
 class AlarmSetController;
@@ -18,9 +19,8 @@ class AlarmSetController;
 namespace dorvane {
 
 class AlarmEditorDelegate;
-class GraphicalDateWindow;
-class GraphicalTimeWindow;
 class SoundChoice;
+class TimeChoice;
 class VoiceChoice;
 
 // The window in which an alarm is made or changed, and in which stored alarms are reused and
@@ -53,12 +53,6 @@ private:
     void manageDescriptionLabel();
 
     void setAlarm(const Alarm* alarm);
-    void boundPickers(const QDateTime& now);
-    void actDaysCheckBoxSelected();
-    void calendarButtonPushed();
-    void graphicalDateSelected();
-    void alarmButtonPushed();
-    void graphicalTimeSelected();
 
     void reloadTitles();
     void storedAlarmsDidChange();
@@ -74,17 +68,14 @@ private:
     AlarmFormControls m_formControls;
     SoundChoice* m_sound;
     VoiceChoice* m_voice;
+    TimeChoice* m_times;
+    QPushButton* m_setButton;
     AlarmForm m_form;
     FormEnabling m_enabling;
-    // Nothing before these moments can be chosen: for a date, and for today's time on weekdays.
-    std::optional<QDateTime> m_datedEarliest;
-    std::optional<QDateTime> m_weeklyEarliest;
 
     NotificationCenter::Observation m_storedAlarmsObservation;
     AlarmPtr m_editingOne;
     AlarmEditorDelegate* m_delegate = nullptr;
-    GraphicalDateWindow* m_graphicalDateWindow;
-    GraphicalTimeWindow* m_graphicalTimeWindow;
 };
 
 } // namespace dorvane

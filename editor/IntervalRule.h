@@ -16,4 +16,9 @@ namespace dorvane {
 // there is when they make a larger one.
 [[nodiscard]] qint64 intervalValue(QStringView text);
 
+// The largest interval that can be set, in minutes or in hours: a year.
+[[nodiscard]] constexpr qint64 longestInterval(bool isMinuteUnits) {
+    return isMinuteUnits ? 365 * 24 * 60 : 365 * 24;
+}
+
 } // namespace dorvane
