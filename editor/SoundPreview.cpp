@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/SoundPreview.h"
 
-#include "firing/FadingSound.h"
 #include "platform/Sound.h"
 
 namespace dorvane {
@@ -9,30 +8,17 @@ namespace dorvane {
 using namespace std::chrono_literals;
 
 SoundPreview::SoundPreview(RunLoop& runLoop, SoundPlayer& player)
-    : m_runLoop(runLoop), m_player(player), m_self(std::make_shared<SoundPreview*>(this)) {}
-
-SoundPreview::~SoundPreview() = default;
+    : m_player(player), m_demoSound(runLoop) {}
 
 void SoundPreview::play(const QString& soundPath, int volume) {
-    m_demoSound.reset();
+    m_demoSound.stop();
     if (soundPath.isEmpty())
         return;
-    m_demoSound =
-        std::make_unique<FadingSound>(m_runLoop, m_player.soundWithContentsOfFile(soundPath));
-    m_demoSound->sound().setFinished(
-        [this, finished = m_demoSound.get()](bool) { forget(finished); });
+    FadingSound& demo = m_demoSound.replace(m_player.soundWithContentsOfFile(soundPath));
     // At its lowest position the slider does not speak: the sound keeps its own, full volume.
     if (volume != 0)
-        m_demoSound->sound().setVolume(previewVolume(volume));
-    m_demoSound->playFor(20s, 10s);
-}
-
-// Not from inside the sound's own callback.
-void SoundPreview::forget(const FadingSound* finished) {
-    m_runLoop.defer([weak = std::weak_ptr(m_self), finished] {
-        if (const auto self = weak.lock(); self && (*self)->m_demoSound.get() == finished)
-            (*self)->m_demoSound.reset();
-    });
+        demo.sound().setVolume(previewVolume(volume));
+    demo.playFor(20s, 10s);
 }
 
 float previewVolume(int sliderValue) {

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QString>
+#include "firing/CurrentSound.h"
 
-#include <memory>
+#include <QString>
 
 namespace dorvane {
 
-class FadingSound;
-class RunLoop;
 class SoundPlayer;
 
 // Lets the user hear a sound before it is chosen: one at a time, for 20 seconds at most, getting
@@ -17,20 +15,14 @@ class SoundPreview {
 public:
     // Both must outlive the preview.
     SoundPreview(RunLoop& runLoop, SoundPlayer& player);
-    ~SoundPreview();
 
     // Ends what is being heard and plays the file; an empty path plays nothing. `volume` is the
     // slider's position, 0 to 255. Why a file stays silent is told in the log.
     void play(const QString& soundPath, int volume);
 
 private:
-    void forget(const FadingSound* finished);
-
-    RunLoop& m_runLoop;
     SoundPlayer& m_player;
-    std::unique_ptr<FadingSound> m_demoSound;
-    // Expires with this object, so that nothing deferred reaches it later.
-    std::shared_ptr<SoundPreview*> m_self;
+    CurrentSound m_demoSound;
 };
 
 // The volume of a sound at a position of the slider, 0 to 255.

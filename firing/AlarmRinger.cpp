@@ -11,12 +11,21 @@ namespace dorvane {
 using namespace std::chrono_literals;
 
 AlarmRinger::AlarmRinger(Surroundings surroundings)
-    : m_surroundings(std::move(surroundings)), m_self(std::make_shared<AlarmRinger*>(this)) {
+    : m_surroundings(std::move(surroundings))
+    , m_prepared(m_surroundings.runLoop, m_surroundings.player)
+    , m_playingSound(m_surroundings.runLoop) {
     m_surroundings.textSpeaker.setDelegate(this);
 }
 
 AlarmRinger::~AlarmRinger() {
     m_surroundings.textSpeaker.setDelegate(nullptr);
+}
+
+void AlarmRinger::prepareAlarm(const AlarmPtr& alarm) {
+    if (alarm->isSpeakAlarmName() && !alarm->voiceName().isEmpty())
+        m_surroundings.textSpeaker.prepareText(alarm->title(), alarm->voiceName());
+    if (alarm->isPlaySound())
+        m_prepared.prepare(alarm->soundPath());
 }
 
 void AlarmRinger::activateAlarm(const AlarmPtr& alarm) {
@@ -27,18 +36,14 @@ void AlarmRinger::activateAlarm(const AlarmPtr& alarm) {
 }
 
 void AlarmRinger::ringNext() {
-    m_surroundings.runLoop.defer([weak = std::weak_ptr(m_self)] {
-        const auto self = weak.lock();
-        if (!self)
-            return;
-        AlarmRinger& ringer = **self;
-        const AlarmPtr alarm = std::move(ringer.m_waiting.front());
-        ringer.m_waiting.pop_front();
-        if (!ringer.m_waiting.empty())
-            ringer.ringNext();
+    m_surroundings.runLoop.defer(m_lifeline.guard([](AlarmRinger& self) {
+        const AlarmPtr alarm = std::move(self.m_waiting.front());
+        self.m_waiting.pop_front();
+        if (!self.m_waiting.empty())
+            self.ringNext();
         if (alarm->isTriggered()) // unless it was cleared or deleted meanwhile
-            ringer.ring(alarm);
-    });
+            self.ring(alarm);
+    }));
 }
 
 void AlarmRinger::ring(const AlarmPtr& alarm) {
@@ -62,35 +67,22 @@ void AlarmRinger::textSpeakerFinishedSpeakingText(TextSpeaker& speaker) {
 void AlarmRinger::soundAlarm(const AlarmPtr& alarm) {
     if (!alarm->isPlaySound())
         return;
-    if (m_playingSound)
-        m_playingSound->stop();
+    m_playingSound.stop();
     const QString& path = alarm->soundPath();
     if (m_surroundings.isSystemSound(path)) {
-        m_surroundings.repeat.playSoundAtPath(path, 3);
+        m_surroundings.repeat.play(m_prepared.take(path), 3);
         return;
     }
-    m_playingSound = std::make_unique<FadingSound>(
-        m_surroundings.runLoop, m_surroundings.player.soundWithContentsOfFile(path));
-    Sound& sound = m_playingSound->sound();
-    sound.setFinished([this, playing = m_playingSound.get()](bool) { releaseFinished(playing); });
+    FadingSound& playing = m_playingSound.replace(m_prepared.take(path));
     if (alarm->shouldFadeIn())
-        m_playingSound->playFor(20s, 10s);
+        playing.playFor(20s, 10s);
     else
-        sound.play();
+        playing.sound().play();
 }
 
 void AlarmRinger::deactivateAlarm(const AlarmPtr& alarm) {
     alarm->setIsTriggered(false);
-    if (m_playingSound)
-        m_playingSound->stop();
-}
-
-// Not from inside the sound's own callback.
-void AlarmRinger::releaseFinished(const FadingSound* finished) {
-    m_surroundings.runLoop.defer([weak = std::weak_ptr(m_self), finished] {
-        if (const auto self = weak.lock(); self && (*self)->m_playingSound.get() == finished)
-            (*self)->m_playingSound.reset();
-    });
+    m_playingSound.stop();
 }
 
 } // namespace dorvane

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "core/Alarm.h"
-#include "firing/FadingSound.h"
+#include "firing/CurrentSound.h"
+#include "firing/PreparedSounds.h"
 #include "firing/TextSpeakerDelegate.h"
+#include "platform/Lifeline.h"
 #include "platform/RunLoop.h"
 #include "platform/Sound.h"
 
@@ -40,6 +42,10 @@ public:
     explicit AlarmRinger(Surroundings surroundings);
     ~AlarmRinger() override;
 
+    // Makes ready what is heard when the alarm falls due, within the next half minute: its sound,
+    // its spoken title. An alarm that is changed meanwhile rings as changed.
+    void prepareAlarm(const AlarmPtr& alarm);
+
     // Marks the alarm triggered and rings it within the next turns of the loop: of many alarms that
     // are due in the same second each gets a turn, so that the program stays responsive. An alarm
     // that speaks its title sounds only after that, and only if it still rings then; where its
@@ -58,13 +64,12 @@ private:
     void ringNext();
     void ring(const AlarmPtr& alarm);
     void textSpeakerFinishedSpeakingText(TextSpeaker& speaker) override;
-    void releaseFinished(const FadingSound* finished);
 
     Surroundings m_surroundings;
     std::deque<AlarmPtr> m_waiting;
-    std::unique_ptr<FadingSound> m_playingSound;
-    // Expires with this object, so that nothing deferred reaches it later.
-    std::shared_ptr<AlarmRinger*> m_self;
+    PreparedSounds m_prepared;
+    CurrentSound m_playingSound;
+    Lifeline<AlarmRinger> m_lifeline{*this};
 };
 
 } // namespace dorvane

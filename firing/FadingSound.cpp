@@ -19,27 +19,50 @@ FadingSound::FadingSound(RunLoop& runLoop, std::unique_ptr<Sound> sound)
 bool FadingSound::playFor(Seconds playTime, Seconds fadeStart) {
     if (m_sound->volume() == 0.0f)
         m_sound->setVolume(0.5f);
+    m_asked = m_runLoop.uptime();
     if (!m_sound->play())
         return false;
-    m_sound->whenLoaded([this, playTime, fadeStart] { scheduleFade(playTime, fadeStart); });
+    m_sound->whenLoaded([this, playTime, fadeStart] {
+        if (m_sound->duration() <= fadeStart)
+            return;
+        whenHeardFor(fadeStart, m_fadeTimer,
+                     [this, playTime, fadeStart] { startFading(playTime, fadeStart); });
+        whenHeardFor(playTime - Sound::latestStart, m_stopTimer, [this] { scheduleStop(); });
+    });
     return true;
+}
+
+// A sound may be heard later than it was asked for, and its position says by how much. The timers
+// go on while a menu is open: what is heard must not depend on what is looked at.
+void FadingSound::whenHeardFor(Seconds time, RunLoopTimer& timer, std::function<void()> callback) {
+    if (!m_sound->isPlaying())
+        return;
+    const auto missing = milliseconds(time - m_sound->currentTime());
+    if (missing <= RunLoop::Milliseconds(0)) {
+        callback();
+        return;
+    }
+    timer = m_runLoop.scheduleOnce(
+        missing,
+        [this, time, &timer, callback = std::move(callback)] {
+            whenHeardFor(time, timer, callback);
+        },
+        RunLoopMode::Common);
+}
+
+// Called when the sound has been heard for all but the last quarter of a second, by which a stop
+// makes up for a late start.
+void FadingSound::scheduleStop() {
+    const auto late = milliseconds(m_runLoop.uptime() - m_asked - m_sound->currentTime());
+    m_stopTimer = m_runLoop.scheduleOnce(
+        Sound::latestStart - std::clamp(late, RunLoop::Milliseconds(0), Sound::latestStart),
+        [this] { stopPlaying(); }, RunLoopMode::Common);
 }
 
 void FadingSound::stop() {
     m_fadeTimer.cancel();
     m_stopTimer.cancel();
     m_sound->stop();
-}
-
-// These timers go on while a menu is open: what is heard must not depend on what is looked at.
-void FadingSound::scheduleFade(Seconds playTime, Seconds fadeStart) {
-    if (!m_sound->isPlaying() || m_sound->duration() <= fadeStart)
-        return;
-    m_fadeTimer = m_runLoop.scheduleOnce(
-        milliseconds(fadeStart), [this, playTime, fadeStart] { startFading(playTime, fadeStart); },
-        RunLoopMode::Common);
-    m_stopTimer = m_runLoop.scheduleOnce(
-        milliseconds(playTime), [this] { stopPlaying(); }, RunLoopMode::Common);
 }
 
 void FadingSound::startFading(Seconds playTime, Seconds fadeStart) {

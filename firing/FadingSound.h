@@ -4,6 +4,7 @@
 #include "platform/RunLoop.h"
 #include "platform/Sound.h"
 
+#include <functional>
 #include <memory>
 
 namespace dorvane {
@@ -19,19 +20,21 @@ public:
     [[nodiscard]] Sound& sound() { return *m_sound; }
 
     // Plays; a sound longer than `fadeStart` gets quieter from then on and is stopped after
-    // `playTime`, a shorter one plays to its end as it is. A volume of zero is raised to a half
-    // first. False when the sound cannot be played.
+    // `playTime`, a shorter one plays to its end as it is. Both count from the moment at which it
+    // is heard. A volume of zero is raised to a half first. False when the sound cannot be played.
     bool playFor(Seconds playTime, Seconds fadeStart);
 
     void stop();
 
 private:
-    void scheduleFade(Seconds playTime, Seconds fadeStart);
+    void whenHeardFor(Seconds time, RunLoopTimer& timer, std::function<void()> callback);
+    void scheduleStop();
     void startFading(Seconds playTime, Seconds fadeStart);
     void fadeOutStep();
     void stopPlaying();
 
     RunLoop& m_runLoop;
+    RunLoop::Milliseconds m_asked{0}; // the uptime of playFor()
     RunLoopTimer m_fadeTimer;
     RunLoopTimer m_stopTimer;
     // Last, so that it goes first and no callback of it meets a timer that is gone.

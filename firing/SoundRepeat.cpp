@@ -10,23 +10,22 @@ namespace {
 // More at once would be heard as nothing but noise.
 constexpr std::size_t mostAtOnce = 16;
 
-// A first play that is later than this has met a fault, not a slow start.
-constexpr RunLoop::Milliseconds latestStart(250);
-
 } // namespace
 
 SoundRepeat::SoundRepeat(RunLoop& runLoop, SoundPlayer& player)
-    : m_runLoop(runLoop), m_player(player), m_self(std::make_shared<SoundRepeat*>(this)) {}
-
-SoundRepeat::~SoundRepeat() = default;
+    : m_runLoop(runLoop), m_player(player) {}
 
 void SoundRepeat::playSoundAtPath(const QString& path, int times) {
+    play(m_player.ringWithContentsOfFile(path), times);
+}
+
+void SoundRepeat::play(std::unique_ptr<Sound> sound, int times) {
     if (m_plays.size() >= mostAtOnce) {
-        qCDebug(logFiring).noquote() << "enough sounds play already; left out" << path;
+        qCDebug(logFiring, "enough sounds play already; one is left out");
         return;
     }
     const auto play = m_plays.emplace(m_plays.end());
-    play->sound = m_player.soundWithContentsOfFile(path);
+    play->sound = std::move(sound);
     play->count = times;
     // Only a loaded sound starts without delay, and each start is to be like the others.
     play->sound->whenLoaded([this, play] {
@@ -61,7 +60,8 @@ bool SoundRepeat::settle(Plays::iterator play) {
     play->isSettled = true;
     const auto late = std::chrono::round<RunLoop::Milliseconds>(play->sound->duration() -
                                                                 play->sound->currentTime());
-    if (!play->sound->isPlaying() || late < RunLoop::Milliseconds(1) || late > latestStart)
+    // What is later than that has met a fault, not a slow start.
+    if (!play->sound->isPlaying() || late < RunLoop::Milliseconds(1) || late > Sound::latestStart)
         return true;
     play->firstStart += late;
     play->timer = m_runLoop.scheduleOnce(
@@ -71,10 +71,7 @@ bool SoundRepeat::settle(Plays::iterator play) {
 
 // Later, since this may run inside a callback of the very sound.
 void SoundRepeat::drop(Plays::iterator play) {
-    m_runLoop.defer([weak = std::weak_ptr(m_self), play] {
-        if (const auto self = weak.lock())
-            (*self)->m_plays.erase(play);
-    });
+    m_runLoop.defer(m_lifeline.guard([play](SoundRepeat& self) { self.m_plays.erase(play); }));
 }
 
 } // namespace dorvane

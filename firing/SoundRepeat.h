@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Lifeline.h"
 #include "platform/RunLoop.h"
 #include "platform/Sound.h"
 
@@ -14,11 +15,11 @@ namespace dorvane {
 class SoundRepeat {
 public:
     SoundRepeat(RunLoop& runLoop, SoundPlayer& player);
-    ~SoundRepeat();
 
     // Starts the file `times` times in all, each start one duration after the one before. A file
     // that cannot be played is dropped; the player says why in the log.
     void playSoundAtPath(const QString& path, int times);
+    void play(std::unique_ptr<Sound> sound, int times);
 
 private:
     // One file being repeated.
@@ -38,9 +39,8 @@ private:
 
     RunLoop& m_runLoop;
     SoundPlayer& m_player;
-    // Expires with this object, so that nothing deferred reaches it later.
-    std::shared_ptr<SoundRepeat*> m_self;
     Plays m_plays;
+    Lifeline<SoundRepeat> m_lifeline{*this};
 };
 
 } // namespace dorvane

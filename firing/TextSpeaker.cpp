@@ -15,10 +15,7 @@
 
 namespace dorvane {
 
-TextSpeaker::TextSpeaker(SpeechService& service)
-    : m_service(service), m_self(std::make_shared<TextSpeaker*>(this)) {}
-
-TextSpeaker::~TextSpeaker() = default;
+TextSpeaker::TextSpeaker(SpeechService& service) : m_service(service) {}
 
 QStringList TextSpeaker::voiceNames() const {
     return m_service.voiceNames();
@@ -55,6 +52,12 @@ void TextSpeaker::addVoices(QMenu& menu) {
     menu.addActions(items);
 }
 
+void TextSpeaker::prepareText(const QString& text, const QString& voiceName) {
+    whenVoicesKnown([text, voiceName](TextSpeaker& self) {
+        self.m_service.prepare(text, self.voiceNumber(voiceName));
+    });
+}
+
 void TextSpeaker::speakText(const QString& text, int voiceNumber) {
     whenVoicesKnown([text, voiceNumber, context = m_context](TextSpeaker& self) {
         self.speak(text, voiceNumber, context);
@@ -63,38 +66,36 @@ void TextSpeaker::speakText(const QString& text, int voiceNumber) {
 
 void TextSpeaker::speakText(const QString& text, const QString& voiceName) {
     whenVoicesKnown([text, voiceName, context = m_context](TextSpeaker& self) {
-        const auto position = self.voiceNames().indexOf(voiceName);
-        if (position < 0)
+        const int number = self.voiceNumber(voiceName);
+        if (number == 0)
             qCWarning(logFiring).noquote()
                 << "cannot speak: the voice" << voiceName << "is not installed";
-        self.speak(text, static_cast<int>(position) + 1, context);
+        self.speak(text, number, context);
     });
 }
 
+// Zero for a voice that is not installed.
+int TextSpeaker::voiceNumber(const QString& voiceName) const {
+    return static_cast<int>(voiceNames().indexOf(voiceName)) + 1;
+}
+
 void TextSpeaker::speak(const QString& text, int voiceNumber, const AlarmPtr& context) {
-    m_service.speak(text, voiceNumber, [self = std::weak_ptr(m_self), context] {
-        TextSpeaker* const* const speaker = self.lock().get();
-        if (speaker)
-            (*speaker)->finished(context);
-    });
+    m_service.speak(text, voiceNumber,
+                    m_lifeline.guard([context](TextSpeaker& self) { self.finished(context); }));
 }
 
 void TextSpeaker::finished(const AlarmPtr& context) {
     if (!m_delegate)
         return;
-    const std::weak_ptr<TextSpeaker*> self = m_self;
+    const auto self = m_lifeline.weak();
     AlarmPtr next = std::exchange(m_context, context);
     m_delegate->textSpeakerFinishedSpeakingText(*this);
-    if (!self.expired())
+    if (!self.isCut())
         m_context = std::move(next);
 }
 
 void TextSpeaker::whenVoicesKnown(std::function<void(TextSpeaker&)> callback) {
-    m_service.whenVoicesKnown([self = std::weak_ptr(m_self), callback = std::move(callback)] {
-        TextSpeaker* const* const speaker = self.lock().get();
-        if (speaker)
-            callback(**speaker);
-    });
+    m_service.whenVoicesKnown(m_lifeline.guard(std::move(callback)));
 }
 
 } // namespace dorvane

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "core/Alarm.h"
+#include "platform/Lifeline.h"
 
 #include <QPointer>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
-#include <memory>
 
 class QMenu;
 
@@ -23,7 +23,6 @@ class TextSpeaker {
 public:
     // The service must outlive the speaker.
     explicit TextSpeaker(SpeechService& service);
-    ~TextSpeaker();
     TextSpeaker(const TextSpeaker&) = delete;
     TextSpeaker& operator=(const TextSpeaker&) = delete;
 
@@ -48,12 +47,17 @@ public:
     // soon as the voices are known; nothing else stays. The items' data are the voices' names.
     void fillMenuWithVoices(QMenu* menu);
 
+    // Has the text made ready for a speakText() within the next half minute. A voice that is not
+    // there is passed over.
+    void prepareText(const QString& text, const QString& voiceName);
+
     // Starts speaking and returns. With a voice that is not there nothing is spoken, and the
     // delegate hears nothing; a missing name is logged.
     void speakText(const QString& text, int voiceNumber);
     void speakText(const QString& text, const QString& voiceName);
 
 private:
+    [[nodiscard]] int voiceNumber(const QString& voiceName) const;
     void speak(const QString& text, int voiceNumber, const AlarmPtr& context);
     void finished(const AlarmPtr& context);
     void addVoices(QMenu& menu);
@@ -63,7 +67,7 @@ private:
     VoiceMenuTarget* m_target = nullptr;
     TextSpeakerDelegate* m_delegate = nullptr;
     AlarmPtr m_context;
-    std::shared_ptr<TextSpeaker*> m_self; // what the service's callbacks hold weakly
+    Lifeline<TextSpeaker> m_lifeline{*this};
 };
 
 } // namespace dorvane

@@ -22,6 +22,10 @@ public:
     // already. Why they cannot be had is logged; the next call tries again.
     virtual void whenVoicesKnown(std::function<void()> callback) = 0;
 
+    // Has the text rendered now, so that it is heard at once when it is spoken within the next half
+    // minute.
+    virtual void prepare(const QString& text, int voice) = 0;
+
     // Starts speaking and returns; texts may overlap. `done` is called when the text has been
     // heard, or cannot be heard, and never from inside this call. A number that no voice has
     // speaks nothing and never calls back.

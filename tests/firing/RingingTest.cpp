@@ -162,6 +162,27 @@ TEST_F(RingingTest, alarmWithAVoiceThatIsNotInstalledIsSilentAndCanStillBeAnswer
         QStringLiteral("dorvane.firing: cannot speak: the voice Gone is not installed")));
 }
 
+TEST_F(RingingTest, preparedAlarmRingsAtOnceAndAsItIsThen) {
+    for (const char* path : {"song", "other"})
+        m_player.setFile(QString::fromLatin1(path), {.duration = 2s, .loadDelay = 3s});
+    const AlarmPtr tea = alarm("tea", "song");
+    const AlarmPtr cake = alarm("cake", "song");
+    for (const AlarmPtr& soon : {tea, cake, speakingAlarm("nap", "Zoe", nullptr)})
+        m_ringer.prepareAlarm(soon);
+    m_loop.advance(10s);
+    m_ringer.activateAlarm(tea);
+    m_loop.advance(5s);
+    cake->setSoundPath(QStringLiteral("other"));
+    m_ringer.activateAlarm(cake);
+    m_loop.advance(6s);
+    EXPECT_THAT(m_trace.events(), ElementsAre("0 Zoe learns nap", "10000 song play", "10000 flash",
+                                              "12000 song finished", "15000 other play",
+                                              "15000 flash", "20000 other finished"));
+    EXPECT_EQ(m_player.sounds().size(), 1u) << "nobody has taken the song";
+    m_loop.advance(10s);
+    EXPECT_TRUE(m_player.sounds().empty());
+}
+
 TEST_F(RingingTest, silentAndUnplayableAlarmsStillGetTheirWindowAndTheFlashing) {
     m_player.setFile(QStringLiteral("gone"), {.isPlayable = false});
     m_ringer.activateAlarm(alarm("silent", nullptr));

@@ -25,11 +25,7 @@ void FakeSoundPlayer::fail() {
 }
 
 FakeSound::FakeSound(FakeSoundPlayer& player, QString path, FakeSoundPlayer::File file)
-    : m_player(player)
-    , m_path(std::move(path))
-    , m_file(file)
-    , m_startDelay(file.startDelay)
-    , m_self(std::make_shared<FakeSound*>(this)) {
+    : m_player(player), m_path(std::move(path)), m_file(file), m_startDelay(file.startDelay) {
     m_player.m_sounds.push_back(this);
     m_loading = m_player.m_loop.scheduleOnce(
         m_file.loadDelay, [this] { loaded(); }, RunLoopMode::Common);
@@ -87,7 +83,9 @@ Sound::Seconds FakeSound::duration() const {
 }
 
 Sound::Seconds FakeSound::currentTime() const {
-    return m_running ? Seconds(m_position + (m_player.m_loop.uptime() - m_runningSince))
+    // Before the play is heard, too.
+    return m_running ? std::max(Seconds(m_position + (m_player.m_loop.uptime() - m_runningSince)),
+                                m_position)
                      : m_position;
 }
 
@@ -155,14 +153,11 @@ void FakeSound::record(const QString& event) {
 }
 
 void FakeSound::report(bool completed) {
-    m_player.m_loop.defer([self = std::weak_ptr(m_self), completed] {
-        const auto sound = self.lock();
-        if (!sound)
-            return;
-        const auto finished = (*sound)->m_finished; // may destroy the sound, or set another
+    m_player.m_loop.defer(m_lifeline.guard([completed](FakeSound& self) {
+        const auto finished = self.m_finished; // may destroy the sound, or set another
         if (finished)
             finished(completed);
-    });
+    }));
 }
 
 } // namespace dorvane::testing

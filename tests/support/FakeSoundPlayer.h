@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Lifeline.h"
 #include "platform/Sound.h"
 #include "tests/support/Trace.h"
 
@@ -123,7 +124,7 @@ private:
     RunLoopTimer m_running;
     std::vector<std::function<void()>> m_whenLoaded;
     std::function<void(bool)> m_finished;
-    std::shared_ptr<FakeSound*> m_self; // callbacks on the loop find out whether it still lives
+    Lifeline<FakeSound> m_lifeline{*this};
 };
 
 } // namespace dorvane::testing

@@ -16,6 +16,11 @@ void FakeSpeechService::whenVoicesKnown(std::function<void()> callback) {
     });
 }
 
+void FakeSpeechService::prepare(const QString& text, int voice) {
+    if (voice >= 1 && voice <= m_known.size())
+        m_trace.add(m_known.at(voice - 1) + QStringLiteral(" learns ") + text);
+}
+
 void FakeSpeechService::speak(const QString& text, int voice, std::function<void()> done) {
     if (voice < 1 || voice > m_known.size())
         return;

@@ -7,7 +7,8 @@
 namespace dorvane::testing {
 
 // Voices that only take time: a second for every text. What is spoken goes to the trace as
-// "<ms> Anna says tea" and "<ms> Anna said tea". Like the real service it lists its voices only
+// "<ms> Anna says tea" and "<ms> Anna said tea",
+// what is made ready as "<ms> Anna learns tea". Like the real service it lists its voices only
 // after somebody has asked, a moment later.
 class FakeSpeechService final : public SpeechService {
 public:
@@ -15,6 +16,7 @@ public:
 
     [[nodiscard]] QStringList voiceNames() const override { return m_known; }
     void whenVoicesKnown(std::function<void()> callback) override;
+    void prepare(const QString& text, int voice) override;
     void speak(const QString& text, int voice, std::function<void()> done) override;
 
     // What is installed; for the next question about voices.

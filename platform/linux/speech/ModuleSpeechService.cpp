@@ -10,12 +10,11 @@
 
 namespace dorvane {
 
+using namespace std::chrono_literals;
+
 ModuleSpeechService::ModuleSpeechService(RunLoop& loop, ModuleSoundPlayer& player,
                                          QString modulePath)
-    : m_loop(loop)
-    , m_player(player)
-    , m_modulePath(std::move(modulePath))
-    , m_self(std::make_shared<ModuleSpeechService*>(this)) {
+    : m_loop(loop), m_player(player), m_modulePath(std::move(modulePath)) {
     m_worker.setMaxThreadCount(1);
     m_worker.setObjectName(QStringLiteral("speech"));
 }
@@ -66,36 +65,62 @@ std::vector<SpeechVoice> ModuleSpeechService::loadVoices(QString& error) {
 
 void ModuleSpeechService::setVoices(std::vector<SpeechVoice> voices) {
     m_voices = std::move(voices);
-    const std::weak_ptr<ModuleSpeechService*> self = m_self;
+    const auto self = m_lifeline.weak();
     const auto callbacks = std::exchange(m_waiting, {});
     for (const auto& callback : callbacks) {
-        if (self.expired())
+        if (self.isCut())
             return;
         callback();
     }
 }
 
-void ModuleSpeechService::speak(const QString& text, int voice, std::function<void()> done) {
-    if (voice < 1 || static_cast<std::size_t>(voice) > m_voices.size())
-        return;
-    const SpeechVoice& chosen = m_voices[static_cast<std::size_t>(voice) - 1];
-    m_worker.start([this, text, chosen, done = std::move(done)] {
-        QString error;
-        const QByteArray wave = m_module->render(text, chosen, m_ending, error);
-        if (!error.isEmpty())
-            qCWarning(logPlatform).noquote()
-                << "cannot speak as" << chosen.name + QStringLiteral(":") << error;
-        post([wave, done](ModuleSpeechService& self) { self.play(wave, done); });
+void ModuleSpeechService::prepare(const QString& text, int voice) {
+    render({text, voice}, [key = Text(text, voice)](ModuleSpeechService& self, auto sound) {
+        if (!sound)
+            return;
+        const auto forget = [&self, key] { self.m_prepared.erase(key); };
+        self.m_prepared[key] = {std::move(sound), self.m_loop.scheduleOnce(30s, forget)};
     });
 }
 
-void ModuleSpeechService::play(const QByteArray& wave, Done done) {
-    if (wave.isEmpty()) {
-        done();
+void ModuleSpeechService::speak(const QString& text, int voice, std::function<void()> done) {
+    if (const auto found = m_prepared.find({text, voice}); found != m_prepared.end()) {
+        auto sound = std::move(found->second.sound);
+        m_prepared.erase(found);
+        play(std::move(sound), std::move(done));
         return;
     }
+    render({text, voice}, [done = std::move(done)](ModuleSpeechService& self, auto sound) {
+        if (sound)
+            self.play(std::move(sound), done);
+        else
+            done();
+    });
+}
+
+// Gives no sound where there is nothing to be heard.
+void ModuleSpeechService::render(
+    const Text& text, std::function<void(ModuleSpeechService&, std::unique_ptr<Sound>)> receive) {
+    const auto& [words, voice] = text;
+    if (voice < 1 || static_cast<std::size_t>(voice) > m_voices.size())
+        return;
+    const SpeechVoice& chosen = m_voices[static_cast<std::size_t>(voice) - 1];
+    m_worker.start([this, words = words, chosen, receive = std::move(receive)] {
+        QString error;
+        const QByteArray wave = m_module->render(words, chosen, m_ending, error);
+        if (!error.isEmpty())
+            qCWarning(logPlatform).noquote()
+                << "cannot speak as" << chosen.name + QStringLiteral(":") << error;
+        post([wave, receive](ModuleSpeechService& self) {
+            receive(self, wave.isEmpty()
+                              ? nullptr
+                              : self.m_player.soundWithData(wave, QStringLiteral("speech")));
+        });
+    });
+}
+
+void ModuleSpeechService::play(std::unique_ptr<Sound> sound, Done done) {
     const std::uint64_t number = m_nextNumber++;
-    auto sound = m_player.soundWithData(wave, QStringLiteral("speech"));
     sound->setFinished([this, number](bool) { finish(number); });
     sound->play();
     m_announcements.emplace(number, Announcement{std::move(sound), std::move(done)});
@@ -110,12 +135,7 @@ void ModuleSpeechService::finish(std::uint64_t number) {
 }
 
 void ModuleSpeechService::post(std::function<void(ModuleSpeechService&)> answer) const {
-    m_loop.post([self = std::weak_ptr(m_self), answer = std::move(answer)] {
-        // Not kept alive meanwhile: whoever looks must see that an answer destroyed it.
-        ModuleSpeechService* const* const alive = self.lock().get();
-        if (alive)
-            answer(**alive);
-    });
+    m_loop.post(m_lifeline.guard(std::move(answer)));
 }
 
 } // namespace dorvane

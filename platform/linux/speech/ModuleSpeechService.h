@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Lifeline.h"
 #include "platform/linux/speech/SpeechModule.h"
 #include "platform/RunLoop.h"
 #include "platform/SpeechService.h"
@@ -29,10 +30,18 @@ public:
 
     [[nodiscard]] QStringList voiceNames() const override;
     void whenVoicesKnown(std::function<void()> callback) override;
+    void prepare(const QString& text, int voice) override;
     void speak(const QString& text, int voice, std::function<void()> done) override;
 
 private:
     using Done = std::function<void()>;
+    using Text = std::pair<QString, int>; // in a voice, by its number
+
+    // What waits to be spoken; let go of when nobody asks for it.
+    struct Prepared {
+        std::unique_ptr<Sound> sound;
+        RunLoopTimer expiry;
+    };
 
     // What is being heard.
     struct Announcement {
@@ -46,7 +55,9 @@ private:
     // Main thread.
     void post(std::function<void(ModuleSpeechService&)> answer) const;
     void setVoices(std::vector<SpeechVoice> voices);
-    void play(const QByteArray& wave, Done done);
+    void render(const Text& text,
+                std::function<void(ModuleSpeechService&, std::unique_ptr<Sound>)> receive);
+    void play(std::unique_ptr<Sound> sound, Done done);
     void finish(std::uint64_t number);
 
     RunLoop& m_loop;
@@ -54,11 +65,12 @@ private:
     const QString m_modulePath;
     std::vector<SpeechVoice> m_voices;
     std::vector<std::function<void()>> m_waiting; // for the voices; not empty while they load
+    std::map<Text, Prepared> m_prepared;
     std::map<std::uint64_t, Announcement> m_announcements;
     std::uint64_t m_nextNumber = 1;
     std::atomic<bool> m_ending{false};
     std::unique_ptr<SpeechModule> m_module; // worker thread
-    std::shared_ptr<ModuleSpeechService*> m_self;
+    Lifeline<ModuleSpeechService> m_lifeline{*this};
     QThreadPool m_worker; // one thread; last, so that nothing of the above goes before its jobs
 };
 

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "firing/CurrentSound.h"
+
+namespace dorvane {
+
+FadingSound& CurrentSound::replace(std::unique_ptr<Sound> sound) {
+    stop();
+    m_sound = std::make_unique<FadingSound>(m_runLoop, std::move(sound));
+    m_sound->sound().setFinished([this, number = ++m_number](bool) {
+        // Not from inside the sound's own callback.
+        m_runLoop.defer(m_lifeline.guard([number](CurrentSound& self) {
+            if (number == self.m_number)
+                self.m_sound.reset();
+        }));
+    });
+    return *m_sound;
+}
+
+void CurrentSound::stop() {
+    if (m_sound)
+        m_sound->stop();
+}
+
+} // namespace dorvane
