@@ -61,6 +61,7 @@ void bfApp::terminate() {
         return;
     m_isTerminating = true;
     storeActiveAlarms();
+    sharedDesktop().recorder.finish();
     quit();
 }
 

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sounds/SoundsLoader.h"
 
+#include "platform/Log.h"
 #include "sounds/FileManager.h"
 #include "sounds/SoundFileTypes.h"
 
 #include <QDir>
 #include <QDirIterator>
+#include <QTemporaryFile>
 
 #include <algorithm>
 #include <array>
@@ -40,6 +42,21 @@ constexpr std::array themeSounds{
     return names;
 }
 
+// Removes what a program that died has left of a copy or a recording. What is being written at this
+// moment is younger by the file system's own clock.
+void sweepPartFiles(const QString& folder) {
+    QTemporaryFile newest(folder + QStringLiteral("/.XXXXXX"));
+    if (!newest.open())
+        return;
+    const QDateTime old = newest.fileTime(QFileDevice::FileModificationTime).addSecs(-60 * 60);
+    QDirIterator files(folder, {QStringLiteral("*.part")}, QDir::Files | QDir::Hidden);
+    while (files.hasNext()) {
+        const QFileInfo file(files.next());
+        if (file.lastModified() < old && QFile::remove(file.filePath()))
+            qCInfo(logSounds) << "removed the unfinished" << file.fileName();
+    }
+}
+
 // Whether the folder holds exactly files like these.
 [[nodiscard]] bool folderHolds(const QString& folder, const std::vector<QFileInfo>& expected) {
     const auto isHeld = [&folder](const QFileInfo& file) {
@@ -63,6 +80,9 @@ SoundsLoader::SoundsLoader(SoundFolders folders, SoundSources sources, const Sou
     : m_folders(std::move(folders)), m_sources(std::move(sources)), m_types(types) {}
 
 void SoundsLoader::LoadSoundsThread(const std::stop_token& stop) const {
+    for (const QString& folder :
+         {m_folders.sounds, m_folders.rings, m_folders.iMovie, m_folders.recordings})
+        sweepPartFiles(folder);
     refreshSystemSounds(stop);
     refreshUserSounds(stop);
     refreshiLifeSounds(stop);

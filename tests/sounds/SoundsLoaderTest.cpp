@@ -57,6 +57,17 @@ TEST_F(SoundsLoaderTest, FlattensTheDeliveredSounds) {
     }
 }
 
+TEST_F(SoundsLoaderTest, SweepsWhatAnEarlierRunLeftUnfinished) {
+    fill(folders.iMovie, {u".a1.part=old"_qs, u"b.part=new"_qs});
+    QFile old(folders.iMovie + u"/.a1.part"_qs);
+    ASSERT_TRUE(old.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(old.setFileTime(QDateTime::currentDateTime().addDays(-1),
+                                QFileDevice::FileModificationTime));
+    loader.LoadSoundsThread({});
+    EXPECT_FALSE(old.exists());
+    EXPECT_EQ(held(folders.iMovie), QStringList(u"b.part=new"_qs)) << "being written";
+}
+
 TEST_F(SoundsLoaderTest, FeedsOneFolderFromBothSetsOfEffects) {
     fill(path("imovie/ilife/Animals"), {u"Boing.caf=ilife"_qs});
     fill(path("imovie/effects"), {u"Boing.caf=imovie"_qs, u"Zap.caf=imovie"_qs});

@@ -7,19 +7,31 @@
 
 namespace dorvane {
 
+namespace {
+
+// A server or a disk that hangs must not keep a session from ending.
+constexpr int longestFinish = 3000; // milliseconds
+
+} // namespace
+
 ModuleAudioRecorder::ModuleAudioRecorder(RunLoop& loop, QString modulePath)
     : m_loop(loop)
     , m_modulePath(std::move(modulePath))
-    , m_monitor(std::make_shared<RecordingMonitor>())
-    , m_self(std::make_shared<ModuleAudioRecorder*>(this)) {
+    , m_monitor(std::make_shared<RecordingMonitor>()) {
     m_worker.setMaxThreadCount(1);
     m_worker.setObjectName(QStringLiteral("recorder"));
 }
 
 ModuleAudioRecorder::~ModuleAudioRecorder() {
-    m_worker.clear();
+    m_ending = true;
     m_worker.waitForDone();
     m_recorder.reset(); // its thread may still report, which needs the rest
+}
+
+void ModuleAudioRecorder::finish() {
+    m_ending = true;
+    m_worker.start([this] { m_recorder.reset(); });
+    m_worker.waitForDone(longestFinish);
 }
 
 bool ModuleAudioRecorder::record(const QString& path, Finished finished) {
@@ -57,7 +69,7 @@ float ModuleAudioRecorder::takeLevel() {
     return m_monitor->level.exchange(0.0F);
 }
 
-void ModuleAudioRecorder::finish(std::uint64_t number, const Error& error) {
+void ModuleAudioRecorder::finished(std::uint64_t number, const Error& error) {
     if (number != m_number)
         return;
     ++m_number;
@@ -66,6 +78,8 @@ void ModuleAudioRecorder::finish(std::uint64_t number, const Error& error) {
 
 void ModuleAudioRecorder::start(std::uint64_t number, const QString& path,
                                 std::shared_ptr<RecordingMonitor> monitor) {
+    if (m_ending)
+        return;
     Error error = loadModule();
     if (!error) {
         m_recorder = m_module->recorder(RecordingFormat::Aiff, path, std::move(monitor));
@@ -101,15 +115,11 @@ ModuleAudioRecorder::Error ModuleAudioRecorder::loadModule() {
 }
 
 void ModuleAudioRecorder::report(std::uint64_t number, const Error& error) {
-    post([number, error](ModuleAudioRecorder& self) { self.finish(number, error); });
+    post([number, error](ModuleAudioRecorder& self) { self.finished(number, error); });
 }
 
 void ModuleAudioRecorder::post(std::function<void(ModuleAudioRecorder&)> answer) const {
-    m_loop.post([self = std::weak_ptr(m_self), answer = std::move(answer)] {
-        ModuleAudioRecorder* const* const alive = self.lock().get();
-        if (alive)
-            answer(**alive);
-    });
+    m_loop.post(m_lifeline.guard(std::move(answer)));
 }
 
 } // namespace dorvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/AudioRecorder.h"
+#include "platform/Lifeline.h"
 #include "platform/linux/recording/RecordingModule.h"
 #include "platform/RunLoop.h"
 
@@ -18,8 +19,12 @@ namespace dorvane {
 class ModuleAudioRecorder final : public AudioRecorder {
 public:
     ModuleAudioRecorder(RunLoop& loop, QString modulePath);
-    // Discards a recording that is running, and waits until that is done.
+    // finish(), for as long as it takes.
     ~ModuleAudioRecorder() override;
+
+    // For the end of the program: keeps a recording that stop() is completing, discards one that
+    // runs, and starts no other. Waits for that, but not for ever.
+    void finish();
 
     [[nodiscard]] bool record(const QString& path, Finished finished) override;
     [[nodiscard]] bool isRecording() const override { return m_finished != nullptr; }
@@ -31,7 +36,7 @@ private:
     using Error = SoundRecorder::Error;
 
     // Main thread.
-    void finish(std::uint64_t number, const Error& error);
+    void finished(std::uint64_t number, const Error& error);
 
     // Worker thread.
     void start(std::uint64_t number, const QString& path,
@@ -49,9 +54,10 @@ private:
     bool m_stopping = false;
     std::uint64_t m_number = 0; // of the recording; answers about an older one are dropped
     std::shared_ptr<RecordingMonitor> m_monitor;
-    std::unique_ptr<RecordingModule> m_module;    // worker thread
-    std::unique_ptr<SoundRecorder> m_recorder;    // worker thread
-    std::shared_ptr<ModuleAudioRecorder*> m_self; // what other threads hold weakly
+    std::unique_ptr<RecordingModule> m_module; // worker thread
+    std::unique_ptr<SoundRecorder> m_recorder; // worker thread
+    std::atomic<bool> m_ending{false};
+    Lifeline<ModuleAudioRecorder> m_lifeline{*this};
     QThreadPool m_worker; // one thread; last, so that nothing of the above goes before its jobs
 };
 
