@@ -3,6 +3,11 @@
 
 #include "app/bfApp.h"
 #include "app/Desktop.h"
+#include "breaks/BreakCycle.h"
+#include "breaks/ClockBreaks.h"
+#include "breaks/CustomModalWindowController.h"
+#include "breaks/PendixRespitoWindowsController.h"
+#include "breaks/PendixTakeABreakSettings.h"
 #include "breaks/RespitoAudioPlayerController.h"
 #include "breaks/RespitoReminderController.h"
 #include "core/ActiveAlarms.h"
@@ -12,9 +17,13 @@
 #include "editor/AlarmSetController.h"
 #include "firing/SoundRepeat.h"
 #include "menubar/AlarmMenuController.h"
+#include "platform/Log.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/ReminderController.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QIcon>
 
 // Every instance of which there is one: made on first use, on the main thread, and never destroyed,
@@ -72,6 +81,38 @@ std::unique_ptr<AlarmSetController> makeEditor() {
                             .openReminders = openReminders});
 }
 
+// The reminder's own window, or else the one that is being worked in.
+QWidget* sheetParent() {
+    for (QWidget* window :
+         {PendixRespitoWindowsController::sharedRespito().window(), bfApp::activeWindow()}) {
+        const bool isOrdinary =
+            window && (window->windowType() == Qt::Window || window->windowType() == Qt::Dialog);
+        if (isOrdinary && window->isVisible() && !window->isMinimized())
+            return window;
+    }
+    return nullptr;
+}
+
+std::shared_ptr<BreakSheet> makeBreakSheet() {
+    showWindowIcon();
+    return std::make_shared<CustomModalWindowController>(
+        sharedDesktop().runLoop, sheetParent(),
+        CustomModalWindowController::Actions{
+            .disableRespito = [] { bfApp::sharedApplication().breakCycle().disableRespito(); },
+            .createRespito = [] { AlarmMenuController::mainMenuController().createRespito(); }});
+}
+
+// Whoever has chosen nothing hears the end of a break all the same.
+void provideStopSound() {
+    const QString path = PendixTakeABreakSettings::sharedInstance().defaultDurationSoundPath();
+    if (QFile::exists(path))
+        return;
+    QDir().mkpath(QFileInfo(path).path());
+    if (!QFile::copy(sharedDesktop().bundle.resourcePath(QStringLiteral("Sounds/Basso.aiff")),
+                     path))
+        qCWarning(logApp) << "cannot provide the sound at the end of a break:" << path;
+}
+
 } // namespace
 
 Desktop& sharedDesktop() {
@@ -94,6 +135,55 @@ StoredAlarms& sharedStoredAlarms() {
     static auto* const alarms =
         new StoredAlarms(sharedDesktop().defaults, alarmArchive(), sharedDesktop().notifications);
     return *alarms;
+}
+
+PendixTakeABreakSettings& PendixTakeABreakSettings::sharedInstance() {
+    static auto* const settings = [] {
+        Desktop& desktop = sharedDesktop();
+        qCInfo(logBreaks, "sharedInstance setup PendixDateSettings");
+        return new PendixTakeABreakSettings(desktop.defaults, desktop.folders, desktop.runLoop,
+                                            desktop.notifications);
+    }();
+    return *settings;
+}
+
+ClockBreaks& sharedClockBreaks() {
+    static auto* const breaks =
+        new ClockBreaks(sharedDesktop().runLoop, PendixTakeABreakSettings::sharedInstance(),
+                        sharedDesktop().defaults, sharedDesktop().soundPlayer);
+    return *breaks;
+}
+
+std::unique_ptr<BreakCycle> makeBreakCycle() {
+    return std::make_unique<BreakCycle>(
+        BreakCycle::Surroundings{.runLoop = sharedDesktop().runLoop,
+                                 .settings = PendixTakeABreakSettings::sharedInstance(),
+                                 .player = sharedDesktop().soundPlayer,
+                                 .makeSheet = makeBreakSheet});
+}
+
+PendixRespitoWindowsController& PendixRespitoWindowsController::sharedRespito() {
+    static auto* const controller = [] {
+        Desktop& desktop = sharedDesktop();
+        provideStopSound();
+        return new PendixRespitoWindowsController(
+            {.runLoop = desktop.runLoop,
+             .settings = PendixTakeABreakSettings::sharedInstance(),
+             .cycle = bfApp::sharedApplication().breakCycle(),
+             .clock = sharedClockBreaks(),
+             .defaults = desktop.defaults,
+             .notifications = desktop.notifications,
+             .bundle = desktop.bundle,
+             .propertyLists = desktop.propertyLists,
+             .player = desktop.soundPlayer,
+             .repeat = sharedSoundRepeat(),
+             .library = AudioStorageController::sharedController(),
+             .workspace = desktop.workspace,
+             .audioPlayer = RespitoAudioPlayerController::sharedContorller,
+             .showRecordingWindow = [] { RespitoReminderController::sharedContorller().show(); },
+             .beep = [] { bfApp::beep(); }});
+    }();
+    return *controller;
 }
 
 SoundRepeat& sharedSoundRepeat() {
@@ -151,6 +241,17 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
                 },
             .makeEditor = makeEditor,
             .presetSoundPath = [] { return AudioStorageController::sharedController().pingPath(); },
+            .sharedRespito = []() -> PendixRespitoWindowsController& {
+                showWindowIcon();
+                return PendixRespitoWindowsController::sharedRespito();
+            },
+            .breakCycle = [&application]() -> BreakCycle& { return application.breakCycle(); },
+            .breaksRun =
+                [] {
+                    auto& settings = PendixTakeABreakSettings::sharedInstance();
+                    settings.loadPrefs();
+                    return settings.RespitoStatus() != 0;
+                },
             .openPrefs = {},
             .showGoogleHelp = [&application] { application.showGoogleHelp(); },
             .terminate = [&application] { application.terminate(); },

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <memory>
+
 namespace dorvane {
 
 class ActiveAlarms;
+class BreakCycle;
+class ClockBreaks;
 class SoundRepeat;
 class StoredAlarms;
 struct Desktop;
@@ -12,7 +16,11 @@ struct Desktop;
 // For app/ only: everything else is given what it needs.
 [[nodiscard]] Desktop& sharedDesktop();
 [[nodiscard]] ActiveAlarms& sharedActiveAlarms();
+[[nodiscard]] ClockBreaks& sharedClockBreaks();
 [[nodiscard]] StoredAlarms& sharedStoredAlarms();
 [[nodiscard]] SoundRepeat& sharedSoundRepeat();
+
+// The cycle that the application owns.
+[[nodiscard]] std::unique_ptr<BreakCycle> makeBreakCycle();
 
 } // namespace dorvane

@@ -3,6 +3,8 @@
 
 #include "app/Desktop.h"
 #include "app/SharedInstances.h"
+#include "breaks/BreakCycle.h"
+#include "breaks/PendixTakeABreakSettings.h"
 #include "core/ActiveAlarms.h"
 #include "core/NotificationNames.h"
 #include "menubar/AlarmMenuController.h"
@@ -11,6 +13,7 @@
 
 #include <QSessionManager>
 #include <QSysInfo>
+#include <QTranslator>
 #include <QUrl>
 
 namespace dorvane {
@@ -32,6 +35,7 @@ bfApp& bfApp::sharedApplication() {
 void bfApp::finishLaunching() {
     Desktop& desktop = sharedDesktop();
     watchForTheEnd();
+    loadTranslations(desktop.bundle);
     desktop.powerMonitor.setPoweredOn([&desktop] { desktop.notifications.post(wakeNotification); });
 
     AlarmMenuController& controller = AlarmMenuController::mainMenuController();
@@ -40,6 +44,7 @@ void bfApp::finishLaunching() {
     // It starts programs of the desktop, which a start must not be slower for.
     m_schemeCheck = desktop.runLoop.scheduleOnce(
         2s, [this, &desktop] { checkEditorAssignments(desktop.bundle); }, RunLoopMode::Default);
+    switchBreaksOff();
     restoreActiveAlarms();
     controller.updateStatusView();
 }
@@ -54,6 +59,30 @@ void bfApp::watchForTheEnd() {
         this, &QGuiApplication::saveStateRequest, this,
         [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); },
         Qt::DirectConnection);
+}
+
+// Of a language that has none the texts stay English.
+void bfApp::loadTranslations(const Bundle& bundle) {
+    const auto translator = new QTranslator(this);
+    if (translator->load(QLocale(), QStringLiteral("dorvane"), QStringLiteral("_"),
+                         bundle.resourcePath(QStringLiteral("translations"))))
+        installTranslator(translator);
+}
+
+// A run that ended in the middle of a cycle has left it on, but there is no cycle yet.
+void bfApp::switchBreaksOff() {
+    auto& settings = PendixTakeABreakSettings::sharedInstance();
+    settings.loadPrefs(); // or writing would reset the others
+    if (!settings.RespitoStatus())
+        return;
+    settings.setRespitoStatus(0);
+    settings.writePrefsAndSync();
+}
+
+BreakCycle& bfApp::breakCycle() {
+    if (!m_breakCycle)
+        m_breakCycle = makeBreakCycle();
+    return *m_breakCycle;
 }
 
 void bfApp::terminate() {

@@ -6,10 +6,12 @@
 
 #include <QApplication>
 
+#include <memory>
 #include <optional>
 
 namespace dorvane {
 
+class BreakCycle;
 class Bundle;
 struct LaunchRequest;
 
@@ -36,6 +38,9 @@ public:
     void storeActiveAlarms();
     void restoreActiveAlarms();
 
+    // The break reminder's cycle.
+    [[nodiscard]] BreakCycle& breakCycle();
+
     // Opens the manual.
     void showGoogleHelp();
 
@@ -47,8 +52,11 @@ public:
 
 private:
     void watchForTheEnd();
+    void loadTranslations(const Bundle& bundle);
+    void switchBreaksOff();
 
     std::optional<UnixSignals> m_signals;
+    std::unique_ptr<BreakCycle> m_breakCycle;
     RunLoopTimer m_schemeCheck;
     bool m_isTerminating = false;
 };

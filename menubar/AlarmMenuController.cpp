@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/AlarmMenuController.h"
 
+#include "breaks/BreakCycle.h"
+#include "breaks/PendixRespitoWindowsController.h"
 #include "core/AlarmContext.h"
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
@@ -24,7 +26,7 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
     , m_menuConstructor(m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
                         m_surroundings.statusItem,
                         {.storedAlarms = [this] { return m_surroundings.storedAlarms.alarms(); },
-                         .breaksRun = {}},
+                         .breaksRun = m_surroundings.breaksRun},
                         menuCommands())
     , m_textSpeaker(m_surroundings.speech)
     , m_ringer({.runLoop = m_surroundings.runLoop,
@@ -53,6 +55,11 @@ MenuCommands AlarmMenuController::menuCommands() {
     const auto onAlarm = [this](void (AlarmMenuController::*command)(const AlarmPtr&)) {
         return [this, command](const AlarmPtr& alarm) { (this->*command)(alarm); };
     };
+    const auto onBreaks = [this](void (AlarmMenuController::*command)()) {
+        return m_surroundings.sharedRespito
+                   ? std::function<void()>([this, command] { (this->*command)(); })
+                   : std::function<void()>();
+    };
     return {.createAlarm = [this] { createAlarm(); },
             .createPreAlarm = [this](int minutes) { createPreAlarm(minutes); },
             .editAlarm = onAlarm(&AlarmMenuController::editAlarm),
@@ -60,9 +67,9 @@ MenuCommands AlarmMenuController::menuCommands() {
             .saveFromMenu = onAlarm(&AlarmMenuController::saveFromMenu),
             .deleteAlarm = onAlarm(&AlarmMenuController::deleteAlarm),
             .setAlarm = onAlarm(&AlarmMenuController::setAlarm),
-            .createRespito = {},
-            .startRespito = {},
-            .stopRespito = {},
+            .createRespito = onBreaks(&AlarmMenuController::createRespito),
+            .startRespito = onBreaks(&AlarmMenuController::startRespito),
+            .stopRespito = onBreaks(&AlarmMenuController::stopRespito),
             .openPrefs = m_surroundings.openPrefs,
             .showGoogleHelp = m_surroundings.showGoogleHelp,
             .terminate = m_surroundings.terminate};
@@ -201,6 +208,20 @@ void AlarmMenuController::endRinging(const AlarmPtr& alarm) {
         alarm->context()->close();
     m_ringer.deactivateAlarm(alarm);
     m_statusView.stopFlashing();
+}
+
+void AlarmMenuController::createRespito() {
+    m_surroundings.sharedRespito().showWindow();
+}
+
+void AlarmMenuController::startRespito() {
+    m_surroundings.sharedRespito().enableRespito();
+    m_surroundings.breakCycle().enableRespito();
+}
+
+void AlarmMenuController::stopRespito() {
+    m_surroundings.sharedRespito().stopRespito();
+    m_surroundings.breakCycle().disableRespito();
 }
 
 void AlarmMenuController::alarmTriggered(const AlarmPtr& alarm) {

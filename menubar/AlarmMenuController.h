@@ -20,8 +20,10 @@ namespace dorvane {
 
 class AlarmSetController;
 class Appearance;
+class BreakCycle;
 class Bundle;
 class Clock;
+class PendixRespitoWindowsController;
 class SpeechService;
 class StatusItem;
 class StoredAlarms;
@@ -52,6 +54,11 @@ public:
         std::function<std::unique_ptr<AlarmSetController>()> makeEditor;
         // The full path of the sound that quick alarms play.
         std::function<QString()> presetSoundPath;
+        // The break reminder: its window, made when it is first needed, its cycle, and whether it
+        // runs. Empty where there is none.
+        std::function<PendixRespitoWindowsController&()> sharedRespito;
+        std::function<BreakCycle&()> breakCycle;
+        std::function<bool()> breaksRun;
         // Commands of the menu that are not about alarms; an empty one shows its entry disabled.
         std::function<void()> openPrefs;
         std::function<void()> showGoogleHelp;
@@ -86,6 +93,12 @@ public:
     // After it rang: removes it or moves it on to its next occurrence.
     void unscheduleAlarm(const AlarmPtr& alarm);
     void removeAlarm(const AlarmPtr& alarm);
+
+    // Opens the break reminder's window.
+    void createRespito();
+    // Starts the reminder, counting its breaks from the first.
+    void startRespito();
+    void stopRespito();
 
     // Stops the flashing and shows the nearest alarm.
     void updateStatusView();

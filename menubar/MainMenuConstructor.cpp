@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MainMenuConstructor.h"
 
+#include "breaks/PendixTakeABreakSettings.h"
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
 #include "menubar/PanelMenu.h"
@@ -29,6 +30,8 @@ MainMenuConstructor::MainMenuConstructor(RunLoop& runLoop, Clock& clock,
                                                     [this](const void*) { updatePanelMenuSoon(); });
     m_storedAlarmsObservation = notifications.addObserver(
         storedAlarmsDidChangeNotification, [this](const void*) { updatePanelMenuSoon(); });
+    m_breaksObservation = notifications.addObserver(breakSettingsDidChangeNotification,
+                                                    [this](const void*) { updatePanelMenuSoon(); });
     m_item.setPanelMenuWillOpen([this] { updatePanelMenu(); });
     updatePanelMenu();
 }

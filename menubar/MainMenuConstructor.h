@@ -67,6 +67,7 @@ private:
     RunLoopTimer m_updateTimer;
     NotificationCenter::Observation m_alarmsObservation;
     NotificationCenter::Observation m_storedAlarmsObservation;
+    NotificationCenter::Observation m_breaksObservation;
 };
 
 } // namespace dorvane

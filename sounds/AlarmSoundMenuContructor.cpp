@@ -9,20 +9,11 @@
 
 namespace dorvane {
 
-namespace {
-
-void removeEverything(QMenu& menu) {
-    menu.clear();
-    // Clearing takes submenus off the menu but leaves them in its care. They may be on the way up
-    // the call stack, when choosing a sound leads to a rebuild.
-    for (QMenu* submenu : menu.findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly))
-        submenu->deleteLater();
-}
-
-} // namespace
-
-AlarmSoundMenuContructor::AlarmSoundMenuContructor(const AudioStorageController& library)
-    : m_library(library), m_scrolling(std::make_unique<LongMenuStyle>()) {}
+AlarmSoundMenuContructor::AlarmSoundMenuContructor(const AudioStorageController& library,
+                                                   QString recordTitle)
+    : m_library(library)
+    , m_recordTitle(std::move(recordTitle))
+    , m_scrolling(std::make_unique<LongMenuStyle>()) {}
 
 AlarmSoundMenuContructor::~AlarmSoundMenuContructor() = default;
 
@@ -37,7 +28,7 @@ void AlarmSoundMenuContructor::setObjectMenu(QMenu* menu) {
 void AlarmSoundMenuContructor::constructMenu() {
     const QList<QAction*> items = m_objectMenu->actions();
     const QString title = items.isEmpty() ? QStringLiteral("Select Sound") : items.first()->text();
-    removeEverything(*m_objectMenu);
+    removeAllItems();
     m_objectMenu->addAction(title)->setVisible(false);
     buildRecordSounds();
     insertSeparator();
@@ -48,10 +39,18 @@ void AlarmSoundMenuContructor::constructMenu() {
     buildAddedSounds();
 }
 
+void AlarmSoundMenuContructor::removeAllItems() {
+    m_objectMenu->clear();
+    // Clearing takes submenus off the menu but leaves them in its care. They may be on the way up
+    // the call stack, when choosing a sound leads to a rebuild.
+    for (QMenu* submenu : m_objectMenu->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly))
+        submenu->deleteLater();
+}
+
 void AlarmSoundMenuContructor::buildRecordSounds() {
     QMenu& submenu = addSubmenu(QStringLiteral("Record Sound"),
                                 &AudioStorageController::fillMenuWithReminderSounds);
-    auto* record = new QAction(QStringLiteral("Record Alarm Sound..."), &submenu);
+    auto* record = new QAction(m_recordTitle, &submenu);
     QObject::connect(record, &QAction::triggered, record,
                      [target = m_target] { target->manageReminders(); });
     submenu.insertAction(submenu.actions().value(0), record);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -19,8 +20,11 @@ class SoundMenuTarget;
 // comes a submenu for each group of the sound library.
 class AlarmSoundMenuContructor {
 public:
-    // The library must outlive this.
-    explicit AlarmSoundMenuContructor(const AudioStorageController& library);
+    // The library must outlive this. `recordTitle` is the text of the item that asks for the window
+    // that records sounds.
+    explicit AlarmSoundMenuContructor(
+        const AudioStorageController& library,
+        QString recordTitle = QStringLiteral("Record Alarm Sound..."));
     ~AlarmSoundMenuContructor();
     AlarmSoundMenuContructor(const AlarmSoundMenuContructor&) = delete;
     AlarmSoundMenuContructor& operator=(const AlarmSoundMenuContructor&) = delete;
@@ -37,6 +41,8 @@ public:
     // a menu and a target. To be called each time the menu is about to show.
     void constructMenu();
 
+    void removeAllItems();
+
     // Append one entry each.
     void buildRecordSounds();
     void buildSystemSounds();
@@ -50,6 +56,7 @@ private:
     QMenu& addSubmenu(const QString& title, Fill fill);
 
     const AudioStorageController& m_library;
+    const QString m_recordTitle;
     const std::unique_ptr<QStyle> m_scrolling;
     QPointer<QMenu> m_objectMenu;
     SoundMenuTarget* m_target = nullptr;

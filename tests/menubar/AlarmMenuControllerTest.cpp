@@ -115,6 +115,9 @@ protected:
          .isSystemSound = [](const QString&) { return false; },
          .makeEditor = [this] { return std::make_unique<AlarmSetController>(services()); },
          .presetSoundPath = [] { return QStringLiteral("ping"); },
+         .sharedRespito = {},
+         .breakCycle = {},
+         .breaksRun = {},
          .openPrefs = {},
          .showGoogleHelp = {},
          .terminate = {}}};

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "breaks/BreakSoundChoice.h"
+
+#include "breaks/BreakWindowServices.h"
+#include "breaks/PendixTakeABreakSettings.h"
+#include "breaks/RespitoAudioPlayerController.h"
+#include "firing/SoundRepeat.h"
+#include "platform/Bundle.h"
+#include "platform/Workspace.h"
+#include "sounds/AudioStorageController.h"
+#include "sounds/SoundFileWell.h"
+#include "sounds/SoundName.h"
+#include "ui_PendixRespitoWindowsController.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenu>
+
+namespace dorvane {
+
+namespace {
+
+constexpr int timesOfTrial = 3;
+
+// Stands for the track that comes with the program, in place of a file.
+const auto builtInTrack = QStringLiteral("Respito");
+
+} // namespace
+
+BreakSoundChoice::BreakSoundChoice(const BreakWindowServices& services,
+                                   Ui::PendixRespitoWindowsController& controls, QWidget* window)
+    : m_services(services)
+    , m_controls(controls)
+    , m_window(window)
+    , m_asmc(services.library, QStringLiteral("Record Break Every/Duration Sound..."))
+    , m_sound(services.runLoop, services.player) {
+    m_asmc.setObjectMenu(&controls.selectSoundButton->menu());
+    m_asmc.setTarget(this);
+    addWell();
+    const auto onClick = [this](QAbstractButton* button, void (BreakSoundChoice::*action)()) {
+        QObject::connect(button, &QAbstractButton::clicked, button,
+                         [this, action] { (this->*action)(); });
+    };
+    onClick(controls.breakEvery, &BreakSoundChoice::soundOption);
+    onClick(controls.breakDuration, &BreakSoundChoice::soundOption);
+    onClick(controls.playButton, &BreakSoundChoice::playButtonPushed);
+    onClick(controls.chooseFileButton, &BreakSoundChoice::chooseAudioFile);
+    QObject::connect(controls.selectSoundButton, &PullDownPopUp::menuWillOpen,
+                     controls.selectSoundButton, [this] { constructMenu(); });
+}
+
+BreakSoundChoice::~BreakSoundChoice() = default;
+
+// The well takes dropped files into the library by itself; a click shows the library.
+void BreakSoundChoice::addWell() {
+    const QIcon image(m_services.bundle.resourcePath(QStringLiteral("images/SoundWell.svg")));
+    const auto well = new SoundFileWell(m_services.library, m_services.notifications,
+                                        m_services.propertyLists, image, m_window);
+    well->setObjectName(QStringLiteral("soundWell"));
+    m_controls.wellRow->insertWidget(0, well);
+    QWidget::setTabOrder(m_controls.playButton, well);
+    m_wellClicks = m_services.notifications.addObserver(
+        soundFileWellClickedNotification,
+        [this](NotificationCenter::Sender) { soundWellClicked(); }, well);
+}
+
+void BreakSoundChoice::show() {
+    const PendixTakeABreakSettings& settings = m_services.settings;
+    if (!settings.soundPath().isNull())
+        m_soundPath = settings.soundPath();
+    if (!settings.durationSoundPath().isNull())
+        m_durationSoundPath = settings.durationSoundPath();
+    setSoundPath(m_soundPath);
+}
+
+// Its first item reads "Select Sound" though something is chosen; nobody sees it, since the button
+// keeps its own face.
+void BreakSoundChoice::constructMenu() {
+    m_asmc.removeAllItems();
+    m_controls.selectSoundButton->menu().addAction(QStringLiteral("Select Sound"));
+    m_asmc.buildRecordSounds();
+    m_asmc.insertSeparator();
+    m_asmc.buildSystemSounds();
+    m_asmc.buildiMovieSounds();
+    m_asmc.buildAddedSounds();
+}
+
+void BreakSoundChoice::soundOption() {
+    setSoundPath(m_controls.breakEvery->isChecked() ? m_soundPath : m_durationSoundPath);
+}
+
+void BreakSoundChoice::soundSelected(const QString& path) {
+    if (m_services.library.isSystemSound(path))
+        m_services.repeat.playSoundAtPath(path, timesOfTrial);
+    setSoundPath(path);
+}
+
+void BreakSoundChoice::manageReminders() {
+    m_services.showRecordingWindow();
+}
+
+void BreakSoundChoice::setSoundPath(const QString& path) {
+    if (!path.isNull()) {
+        PendixTakeABreakSettings& settings = m_services.settings;
+        if (m_controls.breakEvery->isChecked()) {
+            m_soundPath = path;
+            settings.setSoundPath(path);
+        } else if (m_controls.breakDuration->isChecked()) {
+            m_durationSoundPath = path;
+            settings.setDurationSoundPath(path);
+        }
+        settings.writePrefsAndSync();
+    }
+    m_controls.playButton->setEnabled(!path.isNull());
+    showFace(path);
+}
+
+void BreakSoundChoice::showFace(const QString& path) {
+    const bool isMissing = !path.isNull() && path != builtInTrack && !QFileInfo::exists(path);
+    const QString name = path.isNull() ? QStringLiteral("Select Sound") : soundName(path);
+    m_controls.selectSoundButton->setFace(name, isMissing);
+    m_controls.selectSoundButton->setToolTip(isMissing ? name + QStringLiteral(" (missing)")
+                                                       : QString());
+}
+
+// It is the start sound that decides for both whether the track is meant.
+void BreakSoundChoice::playButtonPushed() {
+    const bool isStart = m_controls.breakEvery->isChecked();
+    if (!isStart && !m_controls.breakDuration->isChecked())
+        return;
+    if (m_soundPath == builtInTrack) {
+        playTrack();
+        return;
+    }
+    m_sound.stop();
+    m_sound.playFaded(isStart ? m_soundPath : m_durationSoundPath);
+}
+
+void BreakSoundChoice::playTrack() {
+    if (!m_respitoAudioPlayer) {
+        m_respitoAudioPlayer = &m_services.audioPlayer();
+        m_respitoAudioPlayer->setWindowWillClose([this] { respitoAudioPlayerWindowWillClose(); });
+    }
+    if (m_respitoAudioPlayer->isWindowOpen())
+        return;
+    m_respitoAudioPlayer->showWindow();
+    m_respitoAudioPlayer->playVideo();
+}
+
+void BreakSoundChoice::respitoAudioPlayerWindowWillClose() {
+    m_respitoAudioPlayer->stopVideoPlaying();
+    m_respitoAudioPlayer->setIsWindowOpen(false);
+}
+
+// What is added can be chosen from then on; it is not chosen by that.
+void BreakSoundChoice::chooseAudioFile() {
+    const auto panel = new QFileDialog(m_window, QStringLiteral("Choose audio file(s)"));
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setFileMode(QFileDialog::ExistingFiles);
+    panel->setNameFilter(m_services.library.soundFileTypes().nameFilter());
+    QObject::connect(panel, &QDialog::accepted, panel, [this, panel] {
+        m_services.library.addAudioFilesWithURLs(panel->selectedUrls());
+    });
+    panel->open();
+}
+
+void BreakSoundChoice::soundWellClicked() {
+    m_services.workspace.reveal(m_services.library.storedSoundsPath());
+}
+
+} // namespace dorvane

@@ -1,0 +1,286 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "breaks/BreakCycle.h"
+#include "breaks/BreakFormatters.h"
+#include "breaks/ClockBreaks.h"
+#include "breaks/CustomModalWindowController.h"
+#include "breaks/PendixRespitoWindowsController.h"
+#include "breaks/PendixTakeABreakSettings.h"
+#include "breaks/RespitoAudioPlayerController.h"
+#include "firing/SoundRepeat.h"
+#include "platform/Bundle.h"
+#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/UserFolders.h"
+#include "platform/Workspace.h"
+#include "sounds/AudioStorageController.h"
+#include "sounds/PullDownPopUp.h"
+#include "tests/support/Dates.h"
+#include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/MemoryDefaults.h"
+#include "tests/support/VirtualRunLoop.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+using namespace dorvane;
+using namespace dorvane::testing;
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+
+namespace {
+
+class NoWorkspace final : public Workspace {
+public:
+    void openUrl(const QUrl&) override {}
+    void reveal(const QString&) override {}
+    [[nodiscard]] QString typeOfFile(const QString& path) const override {
+        return path.endsWith(QStringLiteral(".aiff")) ? QStringLiteral("audio/x-aiff") : QString();
+    }
+};
+
+class BreakWindowsTest : public ::testing::Test {
+protected:
+    BreakWindowsTest() {
+        QDir().mkpath(QFileInfo(m_tink).path());
+        QFile(m_tink).open(QIODevice::WriteOnly);
+    }
+    ~BreakWindowsTest() override { m_loop.runPending(); }
+
+    template<typename Control>
+    [[nodiscard]] Control* find(const char* name) const {
+        return m_window.window()->findChild<Control*>(QString::fromLatin1(name));
+    }
+    void click(const char* name) { find<QAbstractButton>(name)->click(); }
+    void type(const char* field, const char* text) {
+        find<QLineEdit>(field)->clear();
+        QTest::keyClicks(find<QLineEdit>(field), QString::fromLatin1(text));
+    }
+    [[nodiscard]] QVariant stored(const char* key) const {
+        return m_defaults.value(QString::fromLatin1(key));
+    }
+    static QDialog* sheet() {
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->objectName() == QStringLiteral("CustomModalWindowController") &&
+                window->isVisible())
+                return qobject_cast<QDialog*>(window);
+        return nullptr;
+    }
+
+    VirtualRunLoop m_loop{at("2026-11-23 08:00")};
+    Trace m_trace{m_loop};
+    QTemporaryDir m_folder;
+    const QString m_tink = m_folder.filePath(QStringLiteral("Dorvane/Rings/Tink.aiff"));
+    UserFolders m_user{m_folder.path(), m_folder.path(), m_folder.path(), m_folder.path()};
+    NotificationCenter m_notifications;
+    MemoryDefaults m_defaults;
+    LibplistFormat m_format;
+    Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
+    NoWorkspace m_workspace;
+    FakeSoundPlayer m_player{m_loop, m_trace};
+    SoundRepeat m_repeat{m_loop, m_player};
+    AudioStorageController m_library{m_loop, m_user, {}, m_player, m_workspace};
+    RespitoAudioPlayerController m_track{m_loop, m_player, m_bundle};
+    PendixTakeABreakSettings m_settings{m_defaults, m_user, m_loop, m_notifications};
+    ClockBreaks m_clock{m_loop, m_settings, m_defaults, m_player};
+    int m_beeps = 0;
+    BreakCycle m_cycle{
+        {.runLoop = m_loop, .settings = m_settings, .player = m_player, .makeSheet = [this] {
+             return std::make_shared<CustomModalWindowController>(
+                 m_loop, m_window.window(),
+                 CustomModalWindowController::Actions{[this] { m_cycle.disableRespito(); },
+                                                      [this] { m_window.showWindow(); }});
+         }}};
+    PendixRespitoWindowsController m_window{
+        {.runLoop = m_loop,
+         .settings = m_settings,
+         .cycle = m_cycle,
+         .clock = m_clock,
+         .defaults = m_defaults,
+         .notifications = m_notifications,
+         .bundle = m_bundle,
+         .propertyLists = m_format,
+         .player = m_player,
+         .repeat = m_repeat,
+         .library = m_library,
+         .workspace = m_workspace,
+         .audioPlayer = [this]() -> RespitoAudioPlayerController& { return m_track; },
+         .showRecordingWindow = [this] { m_trace.add(QStringLiteral("record")); },
+         .beep = [this] { ++m_beeps; }}};
+};
+
+TEST_F(BreakWindowsTest, FieldsTakeWhatCanBecomeANumberTheyAllow) {
+    using enum BreakFormatter::Verdict;
+    const BreakEveryFormatter every([] {}, nullptr);
+    const std::vector<std::pair<const char*, BreakFormatter::Verdict>> table = {
+        {"", Accepted},           {"4", Refused},   {"5", Accepted},
+        {"300", Accepted},        {"301", Refused}, {"12a", RefusedWithBeep},
+        {"4a", Refused},          {"a", Refused},   {"-5", Refused},
+        {"5.5", RefusedWithBeep}, {" 7", Accepted}, {"400x", RefusedWithBeep},
+        {"99999999999", Refused}};
+    for (const auto& [text, verdict] : table)
+        EXPECT_EQ(every.verdictOn(QString::fromLatin1(text)), verdict) << text;
+    EXPECT_EQ(BreakDurationFormatter([] {}, nullptr).verdictOn(QStringLiteral("1")), Refused);
+    EXPECT_EQ(BreakDurationFormatter([] {}, nullptr).verdictOn(QStringLiteral("60")), Accepted);
+    EXPECT_EQ(BreakRepeatFormatter([] {}, nullptr).verdictOn(QStringLiteral("31")), Refused);
+}
+
+TEST_F(BreakWindowsTest, SlidersAndFieldsGoTogetherAndAreStored) {
+    m_window.showWindow();
+    EXPECT_EQ(find<QLineEdit>("textBreakFreq")->text(), QStringLiteral("25"));
+    find<QSlider>("breakDurationSlider")->setValue(7);
+    EXPECT_EQ(find<QLineEdit>("textBreakDuration")->text(), QStringLiteral("7"));
+    EXPECT_EQ(stored("PendixTakeABreakDuration"), 7);
+    EXPECT_FALSE(stored("NextDate").isValid());
+
+    type("textBreakFreq", "4");
+    EXPECT_EQ(m_beeps, 0);
+    type("textBreakFreq", "60a1");
+    EXPECT_EQ(m_beeps, 1);
+    EXPECT_EQ(find<QLineEdit>("textBreakFreq")->text(), QStringLiteral("60"));
+    EXPECT_EQ(find<QSlider>("breakFreqSlider")->value(), 60);
+    EXPECT_EQ(stored("PendixTakeABreakFrequency"), 60);
+
+    click("startRespito");
+    find<QSlider>("breakDurationSlider")->setValue(9);
+    EXPECT_EQ(stored("NextDate").toDateTime(), m_loop.now().addSecs(540));
+    click("stopRespito");
+    EXPECT_FALSE(stored("NextDate").isValid());
+}
+
+TEST_F(BreakWindowsTest, StartedFromTheWindowTheBreaksFollowEachOther) {
+    m_window.showWindow();
+    click("startRespito");
+    EXPECT_FALSE(find<QPushButton>("startRespito")->isEnabled());
+    for (int i = 0; i < 2; ++i) {
+        m_loop.advance(25min);
+        ASSERT_TRUE(sheet()) << i;
+        EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
+        EXPECT_EQ(sheet()->findChild<QLabel*>(QStringLiteral("showBreakTime"))->text(),
+                  i ? QStringLiteral("Take a break for 04:59 mins")
+                    : QStringLiteral("Take a break for 05:00 mins"));
+        sheet()->close(); // is done, too
+        ASSERT_FALSE(sheet());
+    }
+    m_loop.advance(25min);
+    sheet()->findChild<QPushButton*>(QStringLiteral("stopBreak"))->click();
+    EXPECT_FALSE(sheet());
+    EXPECT_TRUE(find<QPushButton>("startRespito")->isEnabled());
+    EXPECT_FALSE(find<QPushButton>("skipRespito")->isEnabled());
+    m_loop.advance(1h);
+    EXPECT_FALSE(sheet());
+}
+
+// Only the menu and the sheet stop the timer; the window's button stops what is to be seen.
+TEST_F(BreakWindowsTest, StoppedInTheWindowTheTimerStillCalls) {
+    m_window.enableRespito(); // before there is a window
+    m_cycle.enableRespito();
+    m_window.showWindow();
+    EXPECT_TRUE(find<QPushButton>("stopRespito")->isEnabled());
+    click("stopRespito");
+    EXPECT_EQ(stored("PendixRespitoStatus"), 0);
+    EXPECT_EQ(find<QLabel>("nextBreakTime")->text(), QStringLiteral("Respito is Off"));
+    m_loop.advance(25min);
+    ASSERT_TRUE(sheet());
+    sheet()->findChild<QPushButton*>(QStringLiteral("preferences"))->click();
+    EXPECT_FALSE(sheet());
+    m_loop.advance(25min);
+    ASSERT_TRUE(sheet());
+    m_cycle.disableRespito();
+}
+
+TEST_F(BreakWindowsTest, EachSwitchHasItsSound) {
+    m_window.showWindow();
+    EXPECT_FALSE(find<QPushButton>("playButton")->isEnabled());
+    QStringList rows;
+    auto* const button = find<PullDownPopUp>("selectSoundButton");
+    for (const QAction* item : button->menu().actions())
+        rows << item->text();
+    EXPECT_EQ(rows.join(u'|'), QStringLiteral("Select Sound|Record Sound||System Sounds|"
+                                              "iMovie Sounds|User Sound Library"));
+    const auto choose = [&](int group) {
+        button->menu().actions()[group]->menu()->actions()[0]->trigger();
+    };
+    choose(1);
+    choose(3);
+    EXPECT_EQ(button->currentText(), QStringLiteral("Tink"));
+    EXPECT_EQ(stored("PendixTakeABreakSoundPath"), m_tink);
+    click("breakDuration");
+    EXPECT_EQ(button->currentText(), QStringLiteral("Basso"));
+    click("playButton");
+    choose(3);
+    EXPECT_EQ(stored("PendixTakeADurationSoundPath"), m_tink);
+    m_loop.runPending();
+    EXPECT_THAT(m_trace.events(),
+                ElementsAre("0 record", EndsWith("Basso.aiff play"), EndsWith("Tink.aiff play"),
+                            EndsWith("Tink.aiff play")));
+}
+
+TEST_F(BreakWindowsTest, TheBuiltInStartSoundOpensThePlayerForBothSwitches) {
+    m_defaults.setValue(QStringLiteral("PendixTakeABreakSoundPath"), QStringLiteral("Respito"));
+    m_window.showWindow();
+    click("breakDuration");
+    click("playButton");
+    m_loop.advance(500ms);
+    click("playButton");
+    EXPECT_TRUE(m_track.isWindowOpen());
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->isVisible() && window != m_window.window())
+            window->close();
+    m_loop.runPending();
+    EXPECT_FALSE(m_track.isWindowOpen());
+    click("playButton");
+    EXPECT_THAT(m_trace.events(),
+                ElementsAre(EndsWith("Respito.mp3 play"), EndsWith("Respito.mp3 dropped"),
+                            EndsWith("Respito.mp3 play")));
+}
+
+// The countdown in minutes, which nothing starts by itself.
+TEST_F(BreakWindowsTest, TheClockReadsItsBreaksOut) {
+    m_defaults.setValue(QStringLiteral("PendixTakeABreakFrequency"), 6);
+    m_defaults.setValue(QStringLiteral("PendixTakeABreakDuration"), 2);
+    m_defaults.setValue(QStringLiteral("PendixTakeARepeatFrequency"), 2);
+    m_defaults.setValue(QStringLiteral("PendixTakeABreakSoundPath"), QStringLiteral("in"));
+    m_defaults.setValue(QStringLiteral("PendixTakeADurationSoundPath"), QStringLiteral("out"));
+    m_window.showWindow();
+    const auto readOut = [this] {
+        return (find<QLabel>("nextBreakTimeLabel")->text() + find<QLabel>("nextBreakTime")->text())
+            .toStdString();
+    };
+    m_clock.startNextBreakTimer();
+    m_clock.startBreakTimer(6);
+    std::vector<std::string> read = {readOut()};
+    for (const auto time : {1min, 4min, 1min}) {
+        m_loop.advance(time);
+        read.push_back(readOut());
+    }
+    m_loop.advance(3s);
+    read.push_back(readOut());
+    m_loop.advance(2min);
+    read.push_back(readOut());
+    m_loop.advance(8min + 3s);
+    read.push_back(readOut());
+    EXPECT_THAT(read, ElementsAre("Next break at: 8:06 AM in 6 minutes.",
+                                  "Next break at: 8:06 AM in 5 minutes.",
+                                  "Next break at: 8:06 AM in 1 minutes.",
+                                  "Next break at: 8:06 AM in 0 minute.",
+                                  "Break now for:2 mins and  0 seconds",
+                                  "Next break at: 8:14 AM in 6 minutes.", "Stopped"));
+    EXPECT_THAT(m_trace.events(),
+                ElementsAre("363000 in play", "364000 in finished", "483000 out play",
+                            "484000 out finished", "846000 in play", "847000 in finished",
+                            "966000 out play", "966000 out stop"));
+    EXPECT_FALSE(stored("NextDate").isValid());
+}
+
+} // namespace
