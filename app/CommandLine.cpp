@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* help = R"(Usage: dorvane [option] [address]
 
-An alarm clock and one-click timers behind a clock icon in the status area.
+An alarm clock, one-click timers and a break reminder behind a clock icon in the status area.
 While it runs, a second start opens its menu.
 
 Options:
