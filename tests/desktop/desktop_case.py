@@ -15,7 +15,7 @@ try:
     from virtual_desktop import Missing, VirtualDesktop, wait_for
     from virtual_desktop.desktop import SnoozeWindow
     from virtual_desktop.picture import Rect, save_png
-    from virtual_desktop.program import Program, User
+    from virtual_desktop.program import Program
     from virtual_desktop.sound import Recording
 except ImportError as error:
     print(f"Skipped: {error} (scripts/deps test installs what is missing).")
@@ -51,16 +51,16 @@ class DesktopTest(unittest.TestCase):
         faults = len(result.errors) + len(result.failures)
         super().run(result)
         if len(result.errors) + len(result.failures) > faults:
-            print(f"\n{self.id()}: the screen is in {self._output()}, the log:", file=sys.stderr)
-            print(self._logs, file=sys.stderr)
+            print(f"\n{self.id()}: the screen is in {self._output()}, the log:\n{self._logs}",
+                  file=sys.stderr)
         return result
 
-    def start(self, user: User | None = None) -> Program:
-        return self.desktop.start(user or self.user)
+    def start(self, *arguments: str, **env: str) -> Program:
+        return self.desktop.start(self.user, *arguments, **env)
 
-    def start_in_panel(self, user: User | None = None, **env: str) -> tuple[Program, Rect]:
+    def start_in_panel(self, **env: str) -> tuple[Program, Rect]:
         """The program and where its icon is."""
-        return self.desktop.start_in_panel(user or self.user, **env)
+        return self.desktop.start_in_panel(self.user, **env)
 
     def record(self) -> Recording:
         """Records what is heard until the test ends."""
@@ -71,14 +71,10 @@ class DesktopTest(unittest.TestCase):
     def ringing(self, program: Program) -> list[SnoozeWindow]:
         return self.desktop.ringing(program)
 
-    def wait_for_ringing(
-        self, program: Program, count: int = 1, seconds: float = 5.0
-    ) -> list[SnoozeWindow]:
-        return wait_for(
-            f"{count} snooze windows",
-            lambda: windows if len(windows := self.ringing(program)) == count else None,
-            seconds,
-        )
+    def wait_for_ringing(self, program: Program, count: int = 1,
+                         seconds: float = 5.0) -> list[SnoozeWindow]:
+        return wait_for(f"{count} snooze windows", lambda: windows if len(
+            windows := self.ringing(program)) == count else None, seconds)
 
     def wait_until_quiet(self, program: Program) -> None:
         """Until no snooze window is open."""

@@ -33,9 +33,7 @@ class LifetimeTest(DesktopTest):
 
         _, icon = self.start_in_panel()
         rows = self.desktop.open_menu(icon).rows()
-        self.assertRegex(rows[1], "Train$")
-        self.assertRegex(rows[2], "Tea$")
-        self.assertEqual(rows[3], "", "the crashed run's timer came back")
+        self.assertRegex(",".join(rows[1:4]), "Train,.*Tea,$", "the crashed run's timer came back")
 
     def test_every_end_of_session_is_an_orderly_quit(self) -> None:
         self.set_two_alarms()
@@ -61,9 +59,7 @@ class LifetimeTest(DesktopTest):
     def test_version_and_help_need_no_desktop(self) -> None:
         for option in ("--version", "--help"):
             with self.subTest(option):
-                program = self.desktop.start(
-                    self.user, option, DISPLAY="", DBUS_SESSION_BUS_ADDRESS=""
-                )
+                program = self.start(option, DISPLAY="", DBUS_SESSION_BUS_ADDRESS="")
                 self.assertEqual(program.wait_for_exit(), 0)
                 self.assertIn("orvane", program.log())
         self.assertIsNone(self.desktop.session_bus.connection.owner(BUS_NAME))

@@ -11,9 +11,11 @@ from .picture import Rect
 from .processes import Processes, find_program, wait_for
 from .screen import Screen
 
-_REGISTRY = "org.a11y.atspi.Registry"
+_ATSPI = "org.a11y.atspi"
+_REGISTRY = f"{_ATSPI}.Registry"
+_PLACES = ("/usr/libexec", "/usr/lib/at-spi2-core")
 _ROOT = "/org/a11y/atspi/accessible/root"
-_SCREEN_COORDINATES = 0
+_ON_SCREEN = 0
 
 
 @dataclass(frozen=True)
@@ -38,34 +40,23 @@ class Accessible:
 
     @property
     def children(self) -> list[Accessible]:
-        references = self._call("Accessible.GetChildren")
-        return [Accessible(self.connection, *reference) for reference in references]
+        found = self._call("Accessible.GetChildren")
+        return [Accessible(self.connection, *reference) for reference in found]
 
     @property
     def rect(self) -> Rect:
-        coordinates = GLib.Variant("(u)", (_SCREEN_COORDINATES,))
-        return Rect(*self._call("Component.GetExtents", coordinates))
-
-    def press(self) -> None:
-        """What the object does when it is activated."""
-        self._call("Action.DoAction", GLib.Variant("(i)", (0,)))
+        return Rect(*self._call("Component.GetExtents", GLib.Variant("(u)", (_ON_SCREEN,))))
 
     def descendants(self) -> Iterator[Accessible]:
         for child in self.children:
             yield child
             yield from child.descendants()
 
-    def find(self, name: str) -> Accessible | None:
-        """The first descendant of that name."""
-        return next((item for item in self.descendants() if item.name == name), None)
-
     def _property(self, name: str) -> Any:
-        name = f"org.a11y.atspi.Accessible.{name}"
-        return self.connection.property(self.service, self.path, name)
+        return self.connection.property(self.service, self.path, f"{_ATSPI}.Accessible.{name}")
 
     def _call(self, method: str, arguments: GLib.Variant | None = None) -> Any:
-        method = f"org.a11y.atspi.{method}"
-        return self.connection.call(self.service, self.path, method, arguments)
+        return self.connection.call(self.service, self.path, f"{_ATSPI}.{method}", arguments)
 
 
 class Menu:
@@ -91,52 +82,37 @@ class Menu:
         self._screen.press_key("Escape")
 
     def _row(self, text: str) -> Accessible:
-        for item in self._accessible.children:
-            if item.name.startswith(text):
-                return item
-        raise AssertionError(f"the menu has no row {text!r}, only {self.rows()}")
+        found = [item for item in self._accessible.children if item.name.startswith(text)]
+        assert found, f"the menu has no row {text!r}, only {self.rows()}"
+        return found[0]
 
 
 class ScreenReader:
     """A client of the accessibility bus. Menus are found by the focus that they announce."""
 
-    def __init__(
-        self, processes: Processes, env: Mapping[str, str], session: Bus, screen: Screen
-    ) -> None:
+    def __init__(self, processes: Processes, env: Mapping[str, str], session: Bus,
+                 screen: Screen) -> None:
         self._screen = screen
-        launcher = find_program("at-spi-bus-launcher", "/usr/libexec", "/usr/lib/at-spi2-core")
-        processes.start([launcher, "--launch-immediately"], env, "accessibility")
-        session.connection.wait_for_owner("org.a11y.Bus")
-        address = session.connection.call("org.a11y.Bus", "/org/a11y/bus",
-                                          "org.a11y.Bus.GetAddress")
+        processes.start([find_program("at-spi-bus-launcher", *_PLACES), "--launch-immediately"],
+                        env, "accessibility")
+        bus = "org.a11y.Bus"
+        session.connection.wait_for_owner(bus)
+        address = session.connection.call(bus, "/org/a11y/bus", f"{bus}.GetAddress")
         self._connection = Connection(address)
-        self._start_registry(processes, env, address)
-        self._signals: list[tuple[str, str, Any]] = []
-        self._connection.subscribe("org.a11y.atspi.Event.Object", "StateChanged", self._signals)
-        self._connection.call(
-            _REGISTRY,
-            "/org/a11y/atspi/registry",
-            f"{_REGISTRY}.RegisterEvent",
-            GLib.Variant("(sass)", ("object:state-changed:focused", [], "")),
-        )
-
-    def _start_registry(
-        self, processes: Processes, env: Mapping[str, str], address: str
-    ) -> None:
-        registry = find_program("at-spi2-registryd", "/usr/libexec", "/usr/lib/at-spi2-core")
-        env = {**env, "AT_SPI_BUS_ADDRESS": address}
-        processes.start([registry], env, "accessibility-registry")
+        processes.start([find_program("at-spi2-registryd", *_PLACES)],
+                        {**env, "AT_SPI_BUS_ADDRESS": address}, "accessibility-registry")
         self._connection.wait_for_owner(_REGISTRY)
+        self._signals: list[tuple[str, str, Any]] = []
+        self._connection.subscribe(f"{_ATSPI}.Event.Object", "StateChanged", self._signals)
+        self._connection.call(
+            _REGISTRY, "/org/a11y/atspi/registry", f"{_REGISTRY}.RegisterEvent",
+            GLib.Variant("(sass)", ("object:state-changed:focused", [], "")))
 
     def program(self, pid: int) -> Accessible | None:
         """The root of a program's tree."""
-        bus = "org.freedesktop.DBus"
-        for item in Accessible(self._connection, _REGISTRY, _ROOT).children:
-            name = GLib.Variant("(s)", (item.service,))
-            method = f"{bus}.GetConnectionUnixProcessID"
-            if self._connection.call(bus, "/org/freedesktop/DBus", method, name) == pid:
-                return item
-        return None
+        programs = Accessible(self._connection, _REGISTRY, _ROOT).children
+        return next((program for program in programs
+                     if self._connection.process_of(program.service) == pid), None)
 
     def focused_menu(self, *keys: str) -> Menu:
         """The menu in which the keys put the focus on a row."""
@@ -149,8 +125,7 @@ class ScreenReader:
     def _focused_item(self) -> Accessible | None:
         self._connection.dispatch()
         for sender, path, arguments in reversed(self._signals):
-            if arguments[0] == "focused" and arguments[1] == 1:
-                item = Accessible(self._connection, sender, path)
-                if "menu item" in item.role:
-                    return item
+            item = Accessible(self._connection, sender, path)
+            if tuple(arguments[:2]) == ("focused", 1) and "menu item" in item.role:
+                return item
         return None

@@ -11,13 +11,8 @@ from plistlib import UID
 from typing import Any, Sequence
 
 _EPOCH_2001 = 978307200
-_RELATIVE, _WEEKDAY = 0, 2
+_WEEKDAY = 2
 _DAYS = ("Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sunday")
-_CLASSES = {
-    "Alarm": ["Alarm", "NSObject"],
-    "NSDate": ["NSDate", "NSObject"],
-    "NSMutableArray": ["NSMutableArray", "NSArray", "NSObject"],
-}
 
 
 @dataclass
@@ -30,7 +25,6 @@ class Alarm:
     sound: str = ""
     snooze_minutes: int = 5
     days: Sequence[str] = ()
-    fades: bool = False
 
     @classmethod
     def overdue(cls, title: str, seconds: float, **rest: Any) -> Alarm:
@@ -45,24 +39,13 @@ class Alarm:
     def fields(self) -> dict[str, Any]:
         """The archive's keys and values in the order in which they are written."""
         return {
-            "title": self.title,
-            "time": _Date(self.due),
-            "isTimeWithDate": False,
-            "ringWithinUnits": 0,
-            "isMinuteUnits": False,
-            "runTime": _Date(self.due),
-            "snoozeTime": self.snooze_minutes,
-            "soundPath": self.sound,
-            "isPlaySound": bool(self.sound),
-            "shouldFadeIn": self.fades,
-            "isExisInActiveAlarmList": False,
-            "isDefaultAlarm": False,
-            "isSpeakAlarmName": False,
-            "voiceName": None,
-            "shouldRepeat": False,
-            "shouldUseEveryDay": False,
-            "selRowNo": _WEEKDAY,
-            **{f"RunOn{day}": day in self.days for day in _DAYS},
+            "title": self.title, "time": _Date(self.due), "isTimeWithDate": False,
+            "ringWithinUnits": 0, "isMinuteUnits": False, "runTime": _Date(self.due),
+            "snoozeTime": self.snooze_minutes, "soundPath": self.sound,
+            "isPlaySound": bool(self.sound), "shouldFadeIn": False,
+            "isExisInActiveAlarmList": False, "isDefaultAlarm": False, "isSpeakAlarmName": False,
+            "voiceName": None, "shouldRepeat": False, "shouldUseEveryDay": False,
+            "selRowNo": _WEEKDAY, **{f"RunOn{day}": day in self.days for day in _DAYS},
             "ShouldUseForever": False,
         }
 
@@ -72,55 +55,38 @@ class _Date:
     unix_seconds: float
 
 
-class _Archiver:
-    """Lays objects out in the table of a keyed archive, each class and string once."""
+def archive(alarms: Sequence[Alarm]) -> bytes:
+    """A keyed archive whose root is a list of alarms, with each class in its table once."""
+    objects: list[Any] = ["$null", {}]
+    classes: dict[str, UID] = {}
 
-    def __init__(self) -> None:
-        self.objects: list[Any] = ["$null"]
-        self._known: dict[str, UID] = {}
+    def add(value: Any) -> UID:
+        objects.append(value)
+        return UID(len(objects) - 1)
 
-    def add(self, value: Any) -> UID:
-        self.objects.append(value)
-        return UID(len(self.objects) - 1)
+    def class_of(*names: str) -> UID:
+        if names[0] not in classes:
+            classes[names[0]] = add({"$classes": [*names, "NSObject"], "$classname": names[0]})
+        return classes[names[0]]
 
-    def add_class(self, name: str) -> UID:
-        if name not in self._known:
-            description = {"$classes": _CLASSES[name], "$classname": name}
-            self._known[name] = self.add(description)
-        return self._known[name]
-
-    def encode(self, value: Any) -> Any:
+    def encode(value: Any) -> Any:
         """Numbers and truths stand in the record itself, everything else in the table."""
-        if value is None:
-            return UID(0)
         if isinstance(value, _Date):
-            date = {"NS.time": value.unix_seconds - _EPOCH_2001}
-            return self.add({**date, "$class": self.add_class("NSDate")})
-        if isinstance(value, str):
-            return self.add(value)
-        return value
+            seconds = value.unix_seconds - _EPOCH_2001
+            return add({"NS.time": seconds, "$class": class_of("NSDate")})
+        return UID(0) if value is None else add(value) if isinstance(value, str) else value
 
-    def add_alarm(self, alarm: Alarm) -> UID:
+    def add_alarm(alarm: Alarm) -> UID:
         record: dict[str, Any] = {}
-        place = self.add(record)
-        record.update({key: self.encode(value) for key, value in alarm.fields().items()})
-        record["$class"] = self.add_class("Alarm")
+        place = add(record)
+        record.update({key: encode(value) for key, value in alarm.fields().items()})
+        record["$class"] = class_of("Alarm")
         return place
 
-
-def archive(alarms: Sequence[Alarm]) -> bytes:
-    """A keyed archive whose root is a list of alarms."""
-    archiver = _Archiver()
-    root: dict[str, Any] = {}
-    place = archiver.add(root)
-    root["NS.objects"] = [archiver.add_alarm(alarm) for alarm in alarms]
-    root["$class"] = archiver.add_class("NSMutableArray")
-    contents = {
-        "$version": 100000,
-        "$archiver": "NSKeyedArchiver",
-        "$top": {"root": place},
-        "$objects": archiver.objects,
-    }
+    objects[1]["NS.objects"] = [add_alarm(alarm) for alarm in alarms]
+    objects[1]["$class"] = class_of("NSMutableArray", "NSArray")
+    contents = {"$version": 100000, "$archiver": "NSKeyedArchiver", "$top": {"root": UID(1)},
+                "$objects": objects}
     return plistlib.dumps(contents, fmt=plistlib.FMT_BINARY, sort_keys=False)
 
 
@@ -130,15 +96,11 @@ def alarms_of(data: bytes) -> list[dict[str, Any]]:
     objects = contents["$objects"]
 
     def decode(value: Any) -> Any:
-        if not isinstance(value, UID):
-            return value
-        found = objects[value.data]
-        if found == "$null":
-            return None
+        found = objects[value.data] if isinstance(value, UID) else value
         if isinstance(found, dict) and "NS.time" in found:
             return found["NS.time"] + _EPOCH_2001
-        return found
+        return None if found == "$null" else found
 
     root = objects[contents["$top"]["root"].data]
-    records = [objects[place.data] for place in root["NS.objects"]]
-    return [{key: decode(value) for key, value in r.items() if key != "$class"} for r in records]
+    return [{key: decode(value) for key, value in objects[place.data].items() if key != "$class"}
+            for place in root["NS.objects"]]

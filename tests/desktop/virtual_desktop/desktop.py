@@ -31,9 +31,7 @@ class SnoozeWindow:
     texts: list[str]
 
     def button(self, name: str) -> Accessible:
-        found = self.accessible.find(name)
-        assert found, f"no button {name!r}"
-        return found
+        return next(part for part in self.accessible.descendants() if part.name == name)
 
 
 class VirtualDesktop:
@@ -45,9 +43,9 @@ class VirtualDesktop:
 
     def __init__(self, accessible: bool = True) -> None:
         self.folder = Path(tempfile.mkdtemp(prefix="dorvane-desktop-"))
-        self._logs = self.folder / "logs"
-        self._logs.mkdir()
-        self.processes = Processes(self._logs)
+        logs = self.folder / "logs"
+        logs.mkdir()
+        self.processes = Processes(logs)
         try:
             self._start(accessible)
         except BaseException:
@@ -58,16 +56,9 @@ class VirtualDesktop:
         run = self.folder / "run"
         run.mkdir(mode=0o700)
         desk = User(self.folder / "desk")
-        self.env = {
-            **desk.environment(),
-            "PATH": "/usr/bin:/bin",
-            "LANG": "C.UTF-8",
-            "TZ": "UTC",
-            "USER": os.environ.get("USER", "user"),
-            "XDG_RUNTIME_DIR": str(run),
-            "XDG_CURRENT_DESKTOP": "XFCE",
-            "GTK_MODULES": "",
-        }
+        self.env = {**desk.environment(), "PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "TZ": "UTC",
+                    "USER": os.environ.get("USER", "user"), "XDG_RUNTIME_DIR": str(run),
+                    "XDG_CURRENT_DESKTOP": "XFCE", "GTK_MODULES": ""}
         self.screen = Screen(self.processes, self.folder, self.env)
         self.env["DISPLAY"] = self.screen.display
         self.session_bus = Bus(self.processes, run, self.env, "session")
@@ -113,26 +104,24 @@ class VirtualDesktop:
 
     def start_in_panel(self, user: User, **env: str) -> tuple[Program, Rect]:
         """Starts Dorvane and finds its icon, by what appears in the panel."""
-        area = self.panel.AREA
         # The panel takes a moment to drop the icon of a program that has just ended.
         wait_for("the old icon to go", lambda: self.panel.icon_count() == 0)
         before = self._settled_picture()
         program = self.start(user, **env)
         self.panel.wait_for_icon()
-        icon = wait_for(
-            "the icon on the screen",
-            lambda: changed_rect(before, self.screen.picture(), area),
-        )
-        return program, icon
+        return program, wait_for("the icon on the screen", lambda: self._change_since(before))
+
+    def _change_since(self, before: Picture) -> Rect | None:
+        return changed_rect(before, self.screen.picture(), self.panel.AREA)
 
     def _settled_picture(self) -> Picture:
         """The screen once the panel has stopped changing."""
         picture = self.screen.picture()
         for _ in range(20):
             time.sleep(0.3)
-            before, picture = picture, self.screen.picture()
-            if changed_rect(before, picture, self.panel.AREA) is None:
+            if self._change_since(picture) is None:
                 break
+            picture = self.screen.picture()
         return picture
 
     def open_menu(self, icon: Rect) -> Menu:

@@ -9,7 +9,6 @@ from typing import Any
 
 from .bus import Bus, GLib
 
-_MENU = "com.canonical.dbusmenu"
 _WATCHER = "org.kde.StatusNotifierWatcher"
 
 
@@ -23,10 +22,7 @@ class Row:
     rows: list[Row]
 
     def child(self, text: str) -> Row:
-        for row in self.rows:
-            if row.text.startswith(text):
-                return row
-        raise AssertionError(f"no row {text!r}, only {[row.text for row in self.rows]}")
+        return next(row for row in self.rows if row.text.startswith(text))
 
 
 class ExportedMenu:
@@ -35,31 +31,26 @@ class ExportedMenu:
     def __init__(self, session: Bus) -> None:
         self._connection = session.connection
         items = self._connection.property(
-            _WATCHER, "/StatusNotifierWatcher", f"{_WATCHER}.RegisteredStatusNotifierItems"
-        )
+            _WATCHER, "/StatusNotifierWatcher", f"{_WATCHER}.RegisteredStatusNotifierItems")
         self._service, _, path = items[0].partition("/")
-        menu = "org.kde.StatusNotifierItem.Menu"
-        self._path = self._connection.property(self._service, f"/{path}", menu)
+        self._path = self._connection.property(
+            self._service, f"/{path}", "org.kde.StatusNotifierItem.Menu")
 
     def root(self) -> Row:
         """The menu as it is when it opens."""
-        self._call("AboutToShow", GLib.Variant("(i)", (0,)))
-        properties = ["label", "enabled"]
-        _revision, layout = self._call("GetLayout", GLib.Variant("(iias)", (0, -1, properties)))
-        return _row(layout)
+        self._call("AboutToShow", "(i)", 0)
+        return _row(self._call("GetLayout", "(iias)", 0, -1, ["label", "enabled"])[1])
 
     def choose(self, row: Row) -> None:
         """As a click on the row."""
-        now = int(time.time()) & 0xFFFFFFFF
-        event = (row.id, "clicked", GLib.Variant("i", 0), now)
-        self._call("Event", GLib.Variant("(isvu)", event))
+        self._call("Event", "(isvu)", row.id, "clicked", GLib.Variant("i", 0), int(time.time()))
 
-    def _call(self, method: str, arguments: GLib.Variant) -> Any:
-        return self._connection.call(self._service, self._path, f"{_MENU}.{method}", arguments)
+    def _call(self, method: str, signature: str, *arguments: Any) -> Any:
+        return self._connection.call(self._service, self._path, f"com.canonical.dbusmenu.{method}",
+                                     GLib.Variant(signature, arguments))
 
 
 def _row(layout: tuple[int, dict[str, Any], list[Any]]) -> Row:
     number, properties, children = layout
     text = properties.get("label", "").replace("_", "")  # marks the mnemonic
-    enabled = properties.get("enabled", True)
-    return Row(number, text, enabled, [_row(child) for child in children])
+    return Row(number, text, properties.get("enabled", True), [_row(child) for child in children])

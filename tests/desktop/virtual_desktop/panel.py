@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Panels with a status area, the window manager, and the notification daemon."""
+"""Panels with a status area, and the window manager."""
 
 from __future__ import annotations
 
 import subprocess
 from glob import glob
 from pathlib import Path
-from typing import Any, Mapping
+from typing import Any, Callable, Mapping
 
 from gi.repository import GLib
 
@@ -17,32 +17,27 @@ from .screen import SIZE, Screen
 
 PANEL_HEIGHT = 30
 
-_WATCHER = "org.kde.StatusNotifierWatcher"
+_WATCHER, _WATCHER_PATH = "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher"
 
 # One panel along the top: empty space, then the status area at the right end.
-_XFCE_PANEL = f"""<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="size" type="uint" value="{PANEL_HEIGHT}"/>
-      <property name="plugin-ids" type="array">
-        <value type="int" value="1"/>
-        <value type="int" value="2"/>
-      </property>
-    </property>
+_XFCE_PANEL = f"""<channel name="xfce4-panel" version="1.0">
+<property name="configver" type="int" value="2"/>
+<property name="panels" type="array"><value type="int" value="1"/>
+  <property name="panel-1" type="empty">
+    <property name="position" type="string" value="p=6;x=0;y=0"/>
+    <property name="position-locked" type="bool" value="true"/>
+    <property name="length" type="uint" value="100"/>
+    <property name="size" type="uint" value="{PANEL_HEIGHT}"/>
+    <property name="plugin-ids" type="array">
+      <value type="int" value="1"/><value type="int" value="2"/></property>
   </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="separator">
-      <property name="expand" type="bool" value="true"/>
-      <property name="style" type="uint" value="0"/>
-    </property>
-    <property name="plugin-2" type="string" value="systray"/>
+</property>
+<property name="plugins" type="empty">
+  <property name="plugin-1" type="string" value="separator">
+    <property name="expand" type="bool" value="true"/><property name="style" type="uint" value="0"/>
   </property>
+  <property name="plugin-2" type="string" value="systray"/>
+</property>
 </channel>
 """
 
@@ -66,34 +61,29 @@ class WindowManager:
         channels = Path(env["XDG_CONFIG_HOME"], "xfce4/xfconf/xfce-perchannel-xml")
         channels.mkdir(parents=True)
         (channels / "xfce4-panel.xml").write_text(_XFCE_PANEL, encoding="utf-8")
-        xfconfd = find_program("xfconfd", *glob("/usr/lib/*/xfce4/xfconf"))
-        processes.start([xfconfd], env, "settings")
+        settings = find_program("xfconfd", *glob("/usr/lib/*/xfce4/xfconf"))
+        processes.start([settings], env, "settings")
         bus.connection.wait_for_owner("org.xfce.Xfconf")
         processes.start([find_program("xfwm4"), "--compositor=off"], env, "window-manager")
-        wait_for("the window manager", lambda: _root_property(env, "_NET_SUPPORTING_WM_CHECK"))
+        check = [find_program("xprop"), "-root", "_NET_SUPPORTING_WM_CHECK"]
+        wait_for("the window manager", lambda: b"window id" in subprocess.run(
+            check, env=dict(env), capture_output=True, check=False).stdout)
 
 
 class Panel:
     """A panel along the top of the screen."""
 
     AREA = Rect(0, 0, SIZE[0], PANEL_HEIGHT)
+    is_ready: Callable[[], bool]  # to take icons
+    icon_count: Callable[[], int]
 
-    def __init__(self, processes: Processes, env: Mapping[str, str]) -> None:
-        self._processes, self._env = processes, env
+    def __init__(self, processes: Processes, env: Mapping[str, str], *command: str) -> None:
+        self._processes, self._env, self._command = processes, env, command
         self._process: subprocess.Popen[bytes] | None = None
 
-    def command(self) -> list[str]:
-        raise NotImplementedError
-
-    def is_ready(self) -> bool:
-        """Whether icons can be put into it."""
-        raise NotImplementedError
-
-    def icon_count(self) -> int:
-        raise NotImplementedError
-
     def start(self) -> None:
-        self._process = self._processes.start(self.command(), self._env, type(self).__name__)
+        command = [find_program(self._command[0]), *self._command[1:]]
+        self._process = self._processes.start(command, self._env, type(self).__name__)
         wait_for("the panel", self.is_ready)
 
     def stop(self) -> None:
@@ -101,19 +91,16 @@ class Panel:
             self._processes.stop(self._process)
             self._process = None
 
-    def wait_for_icon(self, seconds: float = 5.0) -> None:
-        wait_for("an icon in the panel", lambda: self.icon_count() > 0, seconds)
+    def wait_for_icon(self) -> None:
+        wait_for("an icon in the panel", lambda: self.icon_count() > 0, 5.0)
 
 
 class XfcePanel(Panel):
     """xfce4-panel, whose status area speaks StatusNotifierItem."""
 
     def __init__(self, processes: Processes, env: Mapping[str, str], bus: Bus) -> None:
-        super().__init__(processes, env)
+        super().__init__(processes, env, "xfce4-panel", "--disable-wm-check")
         self._connection = bus.connection
-
-    def command(self) -> list[str]:
-        return [find_program("xfce4-panel"), "--disable-wm-check"]
 
     def is_ready(self) -> bool:
         return bool(self._property("IsStatusNotifierHostRegistered"))
@@ -123,9 +110,8 @@ class XfcePanel(Panel):
 
     def _property(self, name: str) -> Any:
         """None while there is no watcher, or while it goes."""
-        path = "/StatusNotifierWatcher"
         try:
-            return self._connection.property(_WATCHER, path, f"{_WATCHER}.{name}")
+            return self._connection.property(_WATCHER, _WATCHER_PATH, f"{_WATCHER}.{name}")
         except GLib.Error:
             return None
 
@@ -134,13 +120,10 @@ class Tint2(Panel):
     """tint2, whose status area takes windows of the programs (XEmbed)."""
 
     def __init__(self, processes: Processes, env: Mapping[str, str], screen: Screen) -> None:
-        super().__init__(processes, env)
+        configuration = Path(env["XDG_CONFIG_HOME"], "tint2rc")
+        configuration.write_text(_TINT2, encoding="utf-8")
+        super().__init__(processes, env, "tint2", "-c", str(configuration))
         self._screen = screen
-        self._configuration = Path(env["XDG_CONFIG_HOME"], "tint2rc")
-        self._configuration.write_text(_TINT2, encoding="utf-8")
-
-    def command(self) -> list[str]:
-        return [find_program("tint2"), "-c", str(self._configuration)]
 
     def is_ready(self) -> bool:
         return bool(self._screen.windows("tint2"))
@@ -149,9 +132,3 @@ class Tint2(Panel):
         """The icons are small windows within the panel."""
         rects = [window.rect for window in self._screen.windows()]
         return sum(8 < rect.width <= 48 and rect.bottom <= PANEL_HEIGHT for rect in rects)
-
-
-def _root_property(env: Mapping[str, str], name: str) -> bool:
-    command = [find_program("xprop"), "-root", name]
-    output = subprocess.run(command, env=dict(env), capture_output=True, text=True, check=False)
-    return "window id" in output.stdout

@@ -3,6 +3,7 @@
 
 from __future__ import annotations
 
+import contextlib
 import ctypes
 import os
 import shutil
@@ -22,24 +23,20 @@ class Missing(Exception):
     """This machine lacks a part of the desktop; the text says which."""
 
 
-def wait_for(
-    what: str, probe: Callable[[], T | None], seconds: float = 10.0, step: float = 0.02
-) -> T:
+def wait_for(what: str, probe: Callable[[], T | None], seconds: float = 10.0,
+             step: float = 0.02) -> T:
     """Polls until the probe answers something true, and returns that."""
     deadline = time.monotonic() + seconds
-    while True:
-        answer = probe()
-        if answer:
-            return answer
+    while not (answer := probe()):
         if time.monotonic() > deadline:
             raise AssertionError(f"waited {seconds:g} s in vain for {what}")
         time.sleep(step)
+    return answer
 
 
 def find_program(name: str, *more_places: str) -> str:
     """The full path of a program that the desktop is made of."""
-    path = os.pathsep.join(["/usr/bin", "/bin", *more_places])
-    found = shutil.which(name, path=path)
+    found = shutil.which(name, path=os.pathsep.join(["/usr/bin", "/bin", *more_places]))
     if not found:
         raise Missing(f"{name} is not installed (scripts/deps test installs it)")
     return found
@@ -57,59 +54,34 @@ class Processes:
         self._log_folder = log_folder
         self._running: list[subprocess.Popen[bytes]] = []
 
-    def start(
-        self,
-        command: Sequence[str],
-        env: Mapping[str, str],
-        log_name: str,
-        stdout: Path | None = None,
-        pass_fds: Sequence[int] = (),
-    ) -> subprocess.Popen[bytes]:
+    def start(self, command: Sequence[str], env: Mapping[str, str], log_name: str,
+              stdout: Path | None = None, pass_fds: Sequence[int] = ()) -> subprocess.Popen[bytes]:
         """Starts a program; what it says goes to the log `log_name`, unless `stdout` takes it."""
-        with open(self.log_path(log_name), "ab") as log:
-            output = open(stdout, "wb") if stdout else log
-            try:
-                process = subprocess.Popen(
-                    command,
-                    env=dict(env),
-                    stdin=subprocess.DEVNULL,
-                    stdout=output,
-                    stderr=log,
-                    start_new_session=True,
-                    preexec_fn=_follow_parent,
-                    pass_fds=pass_fds,
-                )
-            finally:
-                if stdout:
-                    output.close()
+        log_path = self.log_path(log_name)
+        with open(log_path, "ab") as log, open(stdout or log_path, "ab") as output:
+            process = subprocess.Popen(
+                command, env=dict(env), stdin=subprocess.DEVNULL, stdout=output, stderr=log,
+                start_new_session=True, preexec_fn=_follow_parent, pass_fds=pass_fds)
         self._running.append(process)
         return process
 
     def log_path(self, log_name: str) -> Path:
         return self._log_folder / f"{log_name}.log"
 
-    def stop(self, process: subprocess.Popen[bytes], seconds: float = 3.0) -> int:
-        """Ends a program, by force when it does not listen, and returns its status."""
-        if process.poll() is None:
-            process.terminate()
-            try:
-                process.wait(seconds)
-            except subprocess.TimeoutExpired:
-                process.kill()
-                process.wait()
-        self._kill_group(process)
+    def stop(self, process: subprocess.Popen[bytes], seconds: float = 3.0) -> None:
+        """Ends a program, by force when it does not listen, and its helpers."""
+        process.terminate()
+        try:
+            process.wait(seconds)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(process.pid, signal.SIGKILL)
         if process in self._running:
             self._running.remove(process)
-        return process.returncode
 
     def stop_all(self) -> None:
         """Ends everything, the last started first."""
         while self._running:
             self.stop(self._running[-1], seconds=1.0)
-
-    @staticmethod
-    def _kill_group(process: subprocess.Popen[bytes]) -> None:
-        try:
-            os.killpg(process.pid, signal.SIGKILL)
-        except ProcessLookupError:
-            pass

@@ -7,7 +7,6 @@ import os
 import plistlib
 import shutil
 import signal
-import subprocess
 from pathlib import Path
 from typing import Any, Mapping
 
@@ -17,12 +16,13 @@ from .processes import Processes, wait_for
 RUNNING_ALARMS = "AcitveAlarmsStoredKey"
 STORED_ALARMS = "StoredAlarmsKey"
 BUS_NAME = "com.brackenfold.Dorvane"
+_FOLDERS = {"CONFIG": ".config", "CACHE": ".cache", "DATA": ".local/share", "STATE": ".local/state"}
 
 
 def program_path() -> Path:
     """The built program: $DORVANE_PROGRAM, else the release build of this tree."""
-    tree = Path(__file__).parents[3]
-    path = Path(os.environ.get("DORVANE_PROGRAM", tree / "build/release/Dorvane.app/dorvane"))
+    built = Path(__file__).parents[3] / "build/release/Dorvane.app/dorvane"
+    path = Path(os.environ.get("DORVANE_PROGRAM", built))
     if not path.exists():
         raise FileNotFoundError(f"{path} has not been built")
     return path
@@ -42,22 +42,16 @@ class User:
         self.preferences_file = self.configuration / f"{BUS_NAME}.plist"
         self.rings = home / ".cache/Dorvane/Rings"
         self.ping = self.rings / ping_path().name
-        for folder in (".config", ".cache", ".local/share", ".local/state"):
+        for folder in _FOLDERS.values():
             (home / folder).mkdir(parents=True)
 
     def environment(self) -> dict[str, str]:
-        return {
-            "HOME": str(self.home),
-            "XDG_CONFIG_HOME": str(self.home / ".config"),
-            "XDG_CACHE_HOME": str(self.home / ".cache"),
-            "XDG_DATA_HOME": str(self.home / ".local/share"),
-            "XDG_STATE_HOME": str(self.home / ".local/state"),
-        }
+        return {"HOME": str(self.home), **{f"XDG_{name}_HOME": str(self.home / folder)
+                                           for name, folder in _FOLDERS.items()}}
 
     def preferences(self) -> dict[str, Any]:
         """The preferences as they are on the disk."""
-        with open(self.preferences_file, "rb") as file:
-            return plistlib.load(file)
+        return plistlib.loads(self.preferences_file.read_bytes())
 
     def write_preferences(self, data: bytes) -> None:
         self.configuration.mkdir(parents=True, exist_ok=True)
@@ -65,8 +59,8 @@ class User:
 
     def set_running_alarms(self, *alarms: Alarm) -> None:
         """What the last run left running."""
-        contents = {RUNNING_ALARMS: archive(alarms)}
-        self.write_preferences(plistlib.dumps(contents, fmt=plistlib.FMT_BINARY))
+        self.write_preferences(plistlib.dumps({RUNNING_ALARMS: archive(alarms)},
+                                              fmt=plistlib.FMT_BINARY))
 
     def fill_rings(self) -> None:
         """As an earlier run has left it: the program's own sounds in the user's folder."""
@@ -80,22 +74,13 @@ class User:
 class Program:
     """One run of Dorvane."""
 
-    def __init__(
-        self,
-        processes: Processes,
-        env: Mapping[str, str],
-        user: User,
-        log_name: str,
-        *arguments: str,
-    ) -> None:
+    def __init__(self, processes: Processes, env: Mapping[str, str], user: User, log_name: str,
+                 *arguments: str) -> None:
         self._processes = processes
         self._log = processes.log_path(log_name)
-        command = [str(program_path()), *arguments]
-        self._process = processes.start(command, {**env, **user.environment()}, log_name)
-
-    @property
-    def pid(self) -> int:
-        return self._process.pid
+        self._process = processes.start([str(program_path()), *arguments],
+                                        {**env, **user.environment()}, log_name)
+        self.pid = self._process.pid
 
     def is_running(self) -> bool:
         return self._process.poll() is None
@@ -103,21 +88,15 @@ class Program:
     def log(self) -> str:
         return self._log.read_text(encoding="utf-8", errors="replace")
 
-    def wait_for_log(self, text: str, seconds: float = 5.0) -> None:
-        try:
-            wait_for(f"{text!r} in the log", lambda: text in self.log(), seconds)
-        except AssertionError as error:
-            raise AssertionError(f"{error}; it says:\n{self.log()}") from None
+    def wait_for_log(self, text: str) -> None:
+        wait_for(f"{text!r} in the log", lambda: text in self.log(), 5.0)
 
     def send(self, signal_number: signal.Signals) -> None:
         self._process.send_signal(signal_number)
 
-    def wait_for_exit(self, seconds: float = 5.0) -> int:
+    def wait_for_exit(self) -> int:
         """Its exit status; negative for the signal that killed it."""
-        try:
-            return self._process.wait(seconds)
-        except subprocess.TimeoutExpired:
-            raise AssertionError(f"still running after {seconds:g} s") from None
+        return self._process.wait(5.0)
 
     def quit(self) -> int:
         """An orderly quit, as at the end of a session."""

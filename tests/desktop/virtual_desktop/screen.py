@@ -3,9 +3,7 @@
 
 from __future__ import annotations
 
-import mmap
 import os
-import struct
 import subprocess
 from dataclasses import dataclass
 from pathlib import Path
@@ -13,7 +11,7 @@ from typing import Mapping
 
 import numpy as np
 
-from .picture import Picture, Rect
+from .picture import Picture, Rect, crop
 from .processes import Processes, find_program, wait_for
 
 SIZE = (1280, 800)
@@ -25,7 +23,6 @@ class Window:
     """A window as the X server has it; `rect` is without the window manager's frame."""
 
     id: int
-    title: str
     rect: Rect
 
 
@@ -37,10 +34,10 @@ class Screen:
         frame_folder = folder / "screen"
         frame_folder.mkdir()
         read_end, write_end = os.pipe()
-        command = [find_program("Xvfb"), "-displayfd", str(write_end), "-noreset"]
-        command += ["-screen", "0", f"{SIZE[0]}x{SIZE[1]}x24", "-nolisten", "tcp"]
-        command += ["-fbdir", str(frame_folder)]
-        processes.start(command, env, "screen", pass_fds=[write_end])
+        processes.start(
+            [find_program("Xvfb"), "-displayfd", str(write_end), "-noreset", "-screen", "0",
+             f"{SIZE[0]}x{SIZE[1]}x24", "-nolisten", "tcp", "-fbdir", str(frame_folder)],
+            env, "screen", pass_fds=[write_end])
         os.close(write_end)
         with open(read_end, encoding="ascii") as number:
             self.display = f":{number.readline().strip()}"
@@ -48,31 +45,25 @@ class Screen:
         frame_file = frame_folder / "Xvfb_screen0"
         wait_for("the screen's memory", lambda: frame_file.exists() and frame_file.stat().st_size)
         self._pixels = self._map(frame_file)
-        setroot = [find_program("xsetroot"), "-solid", _BACKGROUND]
-        subprocess.run(setroot, env=self._env, check=True, timeout=20)
+        subprocess.run([find_program("xsetroot"), "-solid", _BACKGROUND], env=self._env, check=True)
 
     @staticmethod
     def _map(frame_file: Path) -> Picture:
         """The live frame buffer: an X window dump with header, colour table and BGRX pixels."""
-        with open(frame_file, "rb") as file:
-            memory = mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ)
-        header = struct.unpack(">25I", memory[:100])
-        size, width, height = header[0], header[4], header[5]
-        line, colours = header[12], header[19]
-        offset = size + colours * 12
-        lines = np.frombuffer(memory, np.uint8, line * height, offset).reshape(height, line)
+        memory = np.memmap(frame_file, np.uint8, "r")
+        header = memory[:100].view(">u4")
+        size, width, height, line, colours = (int(header[n]) for n in (0, 4, 5, 12, 19))
+        lines = memory[size + colours * 12 :][: line * height].reshape(height, line)
         return lines[:, : width * 4].reshape(height, width, 4)
 
     def picture(self, rect: Rect | None = None) -> Picture:
         """What the screen shows now, whole or a part of it."""
-        pixels = self._pixels
-        if rect:
-            pixels = pixels[max(rect.y, 0) : rect.bottom, max(rect.x, 0) : rect.right]
+        pixels = crop(self._pixels, rect) if rect else self._pixels
         return np.ascontiguousarray(pixels[:, :, 2::-1])
 
-    def click(self, position: tuple[int, int], button: int = 1) -> None:
+    def click(self, position: tuple[int, int]) -> None:
         self.move_to(position)
-        self._do("click", str(button))
+        self._do("click", "1")
 
     def move_to(self, position: tuple[int, int]) -> None:
         self._do("mousemove", "--sync", str(position[0]), str(position[1]))
@@ -83,10 +74,8 @@ class Screen:
 
     def windows(self, title: str = "", pid: int | None = None) -> list[Window]:
         """The visible windows whose title matches and that belong to the process."""
-        command = ["search", "--onlyvisible", "--all"]
-        if pid is not None:
-            command += ["--pid", str(pid)]
-        found = self._do(*command, "--name", title, check=False)
+        owner = [] if pid is None else ["--pid", str(pid)]
+        found = self._do("search", "--onlyvisible", "--all", *owner, "--name", title, check=False)
         return [window for line in found.split() if (window := self._window(int(line)))]
 
     def _window(self, window_id: int) -> Window | None:
@@ -95,16 +84,9 @@ class Screen:
         if "WIDTH" not in fields:  # gone since it was listed
             return None
         rect = Rect(*(int(fields[name]) for name in ("X", "Y", "WIDTH", "HEIGHT")))
-        title = self._do("getwindowname", str(window_id), check=False).rstrip("\n")
-        return Window(window_id, title, rect)
+        return Window(window_id, rect)
 
     def _do(self, *arguments: str, check: bool = True) -> str:
         """Runs the pointer, keyboard and window tool."""
-        return subprocess.run(
-            [self._xdotool, *arguments],
-            env=self._env,
-            check=check,
-            capture_output=True,
-            text=True,
-            timeout=20,
-        ).stdout
+        return subprocess.run([self._xdotool, *arguments], env=self._env, check=check,
+                              capture_output=True, text=True, timeout=20).stdout
