@@ -30,18 +30,11 @@ QPainterPath wedgePath(StatusPicture::Wedge wedge) {
     return path;
 }
 
-// Whether what is painted of an image is nearer to white than to black.
+// Whether the ring of a clock is drawn in light ink.
 bool isLight(const QImage& image) {
-    double lightness = 0;
-    double coverage = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb pixel = image.pixel(x, y);
-            lightness += qGray(pixel) / 255.0 * qAlpha(pixel);
-            coverage += qAlpha(pixel);
-        }
-    }
-    return lightness > coverage / 2;
+    constexpr QPoint onTheRing(11, 3);
+    const QColor ink = image.pixelColor(onTheRing);
+    return ink.alpha() > 0 && ink.lightnessF() > 0.5F;
 }
 
 } // namespace
@@ -75,21 +68,21 @@ QImage StatusPicture::background(int pixels) const {
     return image;
 }
 
-// The wedge takes the side of the image, which was chosen for the panel it stands on: a black wedge
-// beside a white clock would vanish into the dark panel. On a highlight it is white with either.
-QColor StatusPicture::wedgeColour(Look look) const {
-    const float white = look == Look::Highlighted || m_imageIsLight ? 1.0F : 0.0F;
+// The wedge takes the colour of the ring, so that the face of the clock sets it off on any panel
+// and on any highlight that a panel draws behind the icon.
+QColor StatusPicture::wedgeColour() const {
+    const float white = m_imageIsLight ? 1.0F : 0.0F;
     return QColor::fromRgbF(white, white, white, float(alpha));
 }
 
-QImage StatusPicture::image(Wedge wedge, int pixels, Look look) const {
+QImage StatusPicture::image(Wedge wedge, int pixels) const {
     QImage image = background(pixels);
     if (wedge.isEmpty())
         return image;
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(pixels / double(side), pixels / double(side));
-    painter.fillPath(wedgePath(wedge), wedgeColour(look));
+    painter.fillPath(wedgePath(wedge), wedgeColour());
     return image;
 }
 
@@ -97,11 +90,8 @@ QImage StatusPicture::image(Wedge wedge, int pixels, Look look) const {
 // screens of twice the density.
 QIcon StatusPicture::icon(Wedge wedge) const {
     QIcon icon;
-    for (const int pixels : {side, 2 * side}) {
-        icon.addPixmap(QPixmap::fromImage(image(wedge, pixels)), QIcon::Normal);
-        icon.addPixmap(QPixmap::fromImage(image(wedge, pixels, Look::Highlighted)),
-                       QIcon::Selected);
-    }
+    for (const int pixels : {side, 2 * side})
+        icon.addPixmap(QPixmap::fromImage(image(wedge, pixels)));
     return icon;
 }
 

@@ -26,9 +26,6 @@ public:
         [[nodiscard]] bool isEmpty() const { return duration < 1; }
     };
 
-    // Whether the picture stands on the panel or on a highlighted background.
-    enum class Look { Normal, Highlighted };
-
     StatusPicture();
     ~StatusPicture();
 
@@ -37,14 +34,14 @@ public:
     void setBackgroundImage(const QString& svgFile);
 
     // The picture as a square of `pixels` pixels.
-    [[nodiscard]] QImage image(Wedge wedge, int pixels, Look look = Look::Normal) const;
+    [[nodiscard]] QImage image(Wedge wedge, int pixels) const;
 
-    // The picture at 22 and 44 pixels. The highlighted look is the mode Selected of the icon.
+    // The picture at 22 and 44 pixels.
     [[nodiscard]] QIcon icon(Wedge wedge) const;
 
 private:
     [[nodiscard]] QImage background(int pixels) const;
-    [[nodiscard]] QColor wedgeColour(Look look) const;
+    [[nodiscard]] QColor wedgeColour() const;
 
     std::unique_ptr<QSvgRenderer> m_image;
     bool m_imageIsLight = false;

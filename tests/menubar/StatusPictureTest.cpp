@@ -3,6 +3,8 @@
 
 #include "tests/support/LogCapture.h"
 
+#include <QPainter>
+
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
@@ -53,25 +55,31 @@ TEST(StatusPicture, wedgeCoversTheMinutesBeforeTheAlarmAndTwoDegreesMoreAtEither
     }
 }
 
-TEST(StatusPicture, wedgeTakesTheSideOfTheClockAndIsWhiteOnAHighlight) {
-    const QString images = QStringLiteral(DORVANE_IMAGES);
-    const auto wedgeLightness = [](const StatusPicture& picture, QIcon::Mode mode, int size) {
-        const QImage image = picture.icon({30, 60}).pixmap(QSize(size, size), mode).toImage();
-        EXPECT_EQ(image.width(), size);
-        EXPECT_EQ(at(image, 90, 8).alpha(), 255) << "the ring";
-        return at(image, 0, 3).lightness();
-    };
-    StatusPicture picture;
-    for (const int size : {22, 44}) {
-        picture.setBackgroundImage(images + QStringLiteral("/ClockIcon.svg"));
-        EXPECT_EQ(wedgeLightness(picture, QIcon::Normal, size), 0);
-        EXPECT_EQ(wedgeLightness(picture, QIcon::Selected, size), 255);
-        picture.setBackgroundImage(images + QStringLiteral("/ClockIconWhite.svg"));
-        EXPECT_EQ(wedgeLightness(picture, QIcon::Normal, size), 255);
-    }
+// How far apart two colours look, from 0 to 255.
+int contrast(QColor a, QColor b) {
+    return std::abs(qGray(a.rgb()) - qGray(b.rgb()));
+}
 
+TEST(StatusPicture, ringAndWedgeAreSeenOnPanelsOfAnyColour) {
+    StatusPicture picture;
+    for (const char* file : {"/ClockIcon.svg", "/ClockIconWhite.svg"}) {
+        picture.setBackgroundImage(QStringLiteral(DORVANE_IMAGES) + QLatin1String(file));
+        for (const int size : {22, 44}) {
+            for (const QColor panel : {QColor(Qt::white), QColor(0xf0f0f0), QColor(0x808080),
+                                       QColor(0x3465a4), QColor(0x2b2b2b), QColor(Qt::black)}) {
+                QImage shown(size, size, QImage::Format_RGB32);
+                shown.fill(panel);
+                QPainter(&shown).drawPixmap(0, 0, picture.icon({30, 30}).pixmap(size));
+                const QColor ring = at(shown, 90, 8);
+                const QColor face = at(shown, 180, 3);
+                const QColor wedge = at(shown, 0, 3);
+                EXPECT_GT(contrast(ring, face), 150) << file << size << panel.name().toStdString();
+                EXPECT_GT(contrast(wedge, face), 80) << file << size << panel.name().toStdString();
+            }
+        }
+    }
     const dorvane::testing::LogCapture capture;
-    picture.setBackgroundImage(images + QStringLiteral("/none.svg"));
+    picture.setBackgroundImage(QStringLiteral("/none.svg"));
     EXPECT_EQ(at(picture.image({30, 60}, 22), 0, 3).lightness(), 0) << "the wedge alone";
     EXPECT_TRUE(capture.messages().join(u'\n').contains(QStringLiteral("none.svg")));
 }
