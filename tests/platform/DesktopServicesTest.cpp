@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/desktop/DesktopWorkspace.h"
 #include "platform/linux/desktop/PortalAppearance.h"
+#include "platform/linux/desktop/WindowColours.h"
 #include "platform/linux/session/LogindPowerMonitor.h"
 #include "platform/linux/session/UnixSignals.h"
 #include "tests/support/BusTest.h"
@@ -11,8 +12,10 @@
 #include <QDesktopServices>
 #include <QFile>
 #include <QTest>
+#include <QToolTip>
 #include <QUrl>
 
+#include <cmath>
 #include <csignal>
 #include <utility>
 
@@ -98,6 +101,41 @@ private:
     QPalette m_palette = QApplication::palette();
 };
 
+double luminance(QColor colour) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+// The contrast of every text with what is behind it, from 1 to 21.
+void expectDarkAndReadable(const QPalette& palette) {
+    const struct {
+        QPalette::ColorRole text;
+        QPalette::ColorRole ground;
+        double enabled;
+        double disabled;
+    } pairs[] = {
+        {QPalette::WindowText, QPalette::Window, 7, 3},
+        {QPalette::Text, QPalette::Base, 7, 3},
+        {QPalette::ButtonText, QPalette::Button, 7, 3},
+        {QPalette::ToolTipText, QPalette::ToolTipBase, 7, 7},
+        {QPalette::HighlightedText, QPalette::Highlight, 4.5, 3},
+        {QPalette::Link, QPalette::Window, 4.5, 3},
+        {QPalette::LinkVisited, QPalette::Window, 4.5, 3},
+        {QPalette::PlaceholderText, QPalette::Base, 4.5, 2},
+    };
+    for (const auto& [text, ground, enabled, disabled] : pairs) {
+        for (const auto& [group, least] :
+             {std::pair(QPalette::Active, enabled), std::pair(QPalette::Disabled, disabled)}) {
+            const double above = luminance(palette.color(group, text)) + 0.05;
+            const double behind = luminance(palette.color(group, ground)) + 0.05;
+            EXPECT_GT(above / behind, least) << text << " of group " << group;
+        }
+    }
+}
+
 TEST_F(AppearanceTest, followsThePortalAndWithoutAPreferenceThePalette) {
     const auto scheme = QStringLiteral("color-scheme");
     setPaletteDark(false);
@@ -106,10 +144,13 @@ TEST_F(AppearanceTest, followsThePortalAndWithoutAPreferenceThePalette) {
     appearance.setChanged([this] { ++m_changes; });
     EXPECT_FALSE(appearance.isDark()) << "nothing waits for the portal";
     EXPECT_TRUE(becomes(appearance, true, 1));
+    expectDarkAndReadable(QApplication::palette());
+    EXPECT_EQ(QToolTip::palette(), QApplication::palette());
     portal.change(QStringLiteral("contrast"), 0);
     EXPECT_TRUE(becomes(appearance, true, 0));
     portal.change(scheme, 2);
     EXPECT_TRUE(becomes(appearance, false, 1));
+    EXPECT_FALSE(windowsAreDark()) << "the theme's colours again";
     setPaletteDark(true);
     EXPECT_TRUE(becomes(appearance, false, 0)) << "the user prefers light";
     portal.change(scheme, 0);

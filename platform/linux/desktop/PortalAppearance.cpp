@@ -7,7 +7,6 @@
 #include <QDBusVariant>
 #include <QEvent>
 #include <QGuiApplication>
-#include <QPalette>
 
 namespace dorvane {
 
@@ -22,12 +21,6 @@ const auto colorSchemeKey = QStringLiteral("color-scheme");
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
 
-bool paletteIsDark() {
-    const QPalette palette = QGuiApplication::palette();
-    return palette.color(QPalette::Window).lightness() <
-           palette.color(QPalette::WindowText).lightness();
-}
-
 // Portals wrap the value in one variant or in two.
 QVariant unwrapped(QVariant value) {
     while (value.metaType() == QMetaType::fromType<QDBusVariant>())
@@ -38,7 +31,7 @@ QVariant unwrapped(QVariant value) {
 } // namespace
 
 PortalAppearance::PortalAppearance(QDBusConnection sessionBus)
-    : m_bus(std::move(sessionBus)), m_dark(paletteIsDark()) {
+    : m_bus(std::move(sessionBus)), m_dark(windowsAreDark()) {
     qGuiApp->installEventFilter(this);
     if (!m_bus.isConnected())
         return;
@@ -84,11 +77,12 @@ void PortalAppearance::take(const QVariant& colorScheme) {
     m_preferred.reset();
     if (scheme == preferDark || scheme == preferLight)
         m_preferred = scheme == preferDark;
+    m_windowColours.follow(m_preferred);
     decide();
 }
 
 void PortalAppearance::decide() {
-    const bool dark = m_preferred.value_or(paletteIsDark());
+    const bool dark = m_preferred.value_or(windowsAreDark());
     if (dark == m_dark)
         return;
     m_dark = dark;

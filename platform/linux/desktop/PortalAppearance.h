@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Appearance.h"
+#include "platform/linux/desktop/WindowColours.h"
 
 #include <QDBusConnection>
 #include <QObject>
@@ -16,7 +17,7 @@ namespace dorvane {
 
 // Light or dark as the desktop's portal says, which answers a moment after the start. Where there
 // is no portal, or the user has no preference, the lightness of the application's palette decides.
-// Needs the application object.
+// Our windows follow, whatever the desktop's theme does. Needs the application object.
 class PortalAppearance final : public QObject, public Appearance {
     Q_OBJECT
 
@@ -39,6 +40,7 @@ private:
     QDBusConnection m_bus;
     std::function<void()> m_changed;
     std::optional<bool> m_preferred;
+    WindowColours m_windowColours;
     bool m_dark;
 };
 

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/desktop/WindowColours.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QToolTip>
+
+#include <utility>
+
+namespace dorvane {
+
+namespace {
+
+// Greys a little towards blue; texts have a contrast of 7 and more on what is behind them, links
+// and chosen texts of 4.5, and disabled texts of less than 4 but can be read.
+QPalette darkPalette() {
+    const std::pair<QPalette::ColorRole, QRgb> colours[] = {
+        {QPalette::Window, 0x2a2c2f},
+        {QPalette::WindowText, 0xe9eaec},
+        {QPalette::Base, 0x1d1f21},
+        {QPalette::AlternateBase, 0x25272a},
+        {QPalette::Text, 0xe9eaec},
+        {QPalette::PlaceholderText, 0x9a9da3},
+        {QPalette::Button, 0x36393d},
+        {QPalette::ButtonText, 0xe9eaec},
+        {QPalette::BrightText, 0xff6b6b},
+        {QPalette::ToolTipBase, 0x3c3f44},
+        {QPalette::ToolTipText, 0xf3f4f5},
+        {QPalette::Highlight, 0x2f6fc4},
+        {QPalette::HighlightedText, 0xffffff},
+        {QPalette::Link, 0x7db3ff},
+        {QPalette::LinkVisited, 0xc3a3f0},
+        {QPalette::Light, 0x505459},
+        {QPalette::Midlight, 0x43474b},
+        {QPalette::Mid, 0x222427},
+        {QPalette::Dark, 0x17191b},
+        {QPalette::Shadow, 0x0c0d0e},
+    };
+    const std::pair<QPalette::ColorRole, QRgb> whenDisabled[] = {
+        {QPalette::WindowText, 0x7f8388}, {QPalette::Text, 0x7f8388},
+        {QPalette::ButtonText, 0x7f8388}, {QPalette::PlaceholderText, 0x666a6f},
+        {QPalette::Base, 0x27292c},       {QPalette::Button, 0x2f3235},
+        {QPalette::Highlight, 0x4a4e53},  {QPalette::HighlightedText, 0xb5b8bc},
+        {QPalette::Link, 0x5f7fa8},       {QPalette::LinkVisited, 0x8a7aa3},
+    };
+    QPalette palette;
+    for (const auto& [role, colour] : colours)
+        palette.setColor(QPalette::All, role, QColor(colour));
+    for (const auto& [role, colour] : whenDisabled)
+        palette.setColor(QPalette::Disabled, role, QColor(colour));
+    return palette;
+}
+
+} // namespace
+
+bool windowsAreDark() {
+    const QPalette palette = QGuiApplication::palette();
+    return palette.color(QPalette::Window).lightness() <
+           palette.color(QPalette::WindowText).lightness();
+}
+
+void WindowColours::follow(std::optional<bool> dark) {
+    if (dark == true && windowsAreDark())
+        return;
+    if (dark == true) {
+        m_areOurs = true;
+        const QPalette palette = darkPalette();
+        QApplication::setPalette(palette);
+        QToolTip::setPalette(palette);
+    } else if (std::exchange(m_areOurs, false)) {
+        QApplication::setPalette(QPalette()); // the theme's
+        QToolTip::setPalette(QApplication::palette("QTipLabel"));
+    }
+}
+
+} // namespace dorvane
