@@ -44,7 +44,7 @@ DbusMenuLayout layoutOf(const Item& item, int depth, const QStringList& names) {
     return layout;
 }
 
-void appendTree(const Item& item, const QStringList& names, DbusMenuItems& items) {
+void appendTree(const Item& item, const QStringList& names, QList<DbusMenuItem>& items) {
     items << DbusMenuItem{item.number, propertiesOf(item, names)};
     for (const Item& child : item.children)
         appendTree(child, names, items);
@@ -67,8 +67,8 @@ DbusMenu::~DbusMenu() {
 void DbusMenu::show(std::vector<PanelMenuEntry> entries) {
     const NumberedMenu::Change change = m_menu.show(std::move(entries));
     if (!change.looks.empty()) {
-        DbusMenuItems updated;
-        DbusMenuDefaultsList removed;
+        QList<DbusMenuItem> updated;
+        QList<DbusMenuDefaults> removed;
         for (const Item* item : change.looks) {
             updated << DbusMenuItem{item->number, propertiesOf(*item, {labelName, enabledName})};
             if (item->entry.isEnabled)
@@ -91,9 +91,9 @@ uint DbusMenu::GetLayout(int parent, int depth, const QStringList& names, DbusMe
 }
 
 // Of no item in particular: of all of them.
-DbusMenuItems DbusMenu::GetGroupProperties(const DbusMenuNumbers& numbers,
-                                           const QStringList& names) {
-    DbusMenuItems items;
+QList<DbusMenuItem> DbusMenu::GetGroupProperties(const QList<int>& numbers,
+                                                 const QStringList& names) {
+    QList<DbusMenuItem> items;
     if (numbers.isEmpty())
         appendTree(m_menu.root(), names, items);
     for (const int number : numbers)
@@ -117,8 +117,8 @@ void DbusMenu::Event(int number, const QString& name, const QDBusVariant& /*data
         refuse(number);
 }
 
-DbusMenuNumbers DbusMenu::EventGroup(const DbusMenuEvents& events) {
-    DbusMenuNumbers unknown;
+QList<int> DbusMenu::EventGroup(const QList<DbusMenuEvent>& events) {
+    QList<int> unknown;
     for (const DbusMenuEvent& event : events)
         if (!happened(event.number, event.name))
             unknown << event.number;
@@ -146,9 +146,8 @@ bool DbusMenu::AboutToShow(int number) {
     return m_toldRevision != m_revision;
 }
 
-DbusMenuNumbers DbusMenu::AboutToShowGroup(const DbusMenuNumbers& numbers,
-                                           DbusMenuNumbers& unknown) {
-    DbusMenuNumbers toUpdate;
+QList<int> DbusMenu::AboutToShowGroup(const QList<int>& numbers, QList<int>& unknown) {
+    QList<int> toUpdate;
     for (const int number : numbers) {
         if (!m_menu.find(number))
             unknown << number;

@@ -39,22 +39,22 @@ public:
     [[nodiscard]] static QString status() { return QStringLiteral("normal"); }
     [[nodiscard]] static QStringList iconThemePath() { return {}; }
 
+    // Types are spelled out: Qt looks them up by these names.
 public Q_SLOTS:
     uint GetLayout(int parent, int depth, const QStringList& names,
                    dorvane::DbusMenuLayout& layout);
-    dorvane::DbusMenuItems GetGroupProperties(const dorvane::DbusMenuNumbers& numbers,
-                                              const QStringList& names);
+    QList<dorvane::DbusMenuItem> GetGroupProperties(const QList<int>& numbers,
+                                                    const QStringList& names);
     QDBusVariant GetProperty(int number, const QString& name);
     void Event(int number, const QString& name, const QDBusVariant& data, uint time);
-    dorvane::DbusMenuNumbers EventGroup(const dorvane::DbusMenuEvents& events);
+    QList<int> EventGroup(const QList<dorvane::DbusMenuEvent>& events);
     // Whether the panel has to ask for the layout again before it opens this item.
     bool AboutToShow(int number);
-    dorvane::DbusMenuNumbers AboutToShowGroup(const dorvane::DbusMenuNumbers& numbers,
-                                              dorvane::DbusMenuNumbers& unknown);
+    QList<int> AboutToShowGroup(const QList<int>& numbers, QList<int>& unknown);
 
 Q_SIGNALS:
-    void ItemsPropertiesUpdated(const dorvane::DbusMenuItems& updated,
-                                const dorvane::DbusMenuDefaultsList& removed);
+    void ItemsPropertiesUpdated(const QList<dorvane::DbusMenuItem>& updated,
+                                const QList<dorvane::DbusMenuDefaults>& removed);
     void LayoutUpdated(uint revision, int parent);
     void ItemActivationRequested(int number, uint time);
 

@@ -75,13 +75,13 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, DbusMenuEvent& ev
 
 void registerDbusMenuTypes() {
     qDBusRegisterMetaType<DbusMenuItem>();
-    qDBusRegisterMetaType<DbusMenuItems>();
+    qDBusRegisterMetaType<QList<DbusMenuItem>>();
     qDBusRegisterMetaType<DbusMenuDefaults>();
-    qDBusRegisterMetaType<DbusMenuDefaultsList>();
+    qDBusRegisterMetaType<QList<DbusMenuDefaults>>();
     qDBusRegisterMetaType<DbusMenuLayout>();
     qDBusRegisterMetaType<DbusMenuEvent>();
-    qDBusRegisterMetaType<DbusMenuEvents>();
-    qDBusRegisterMetaType<DbusMenuNumbers>();
+    qDBusRegisterMetaType<QList<DbusMenuEvent>>();
+    qDBusRegisterMetaType<QList<int>>();
 }
 
 } // namespace dorvane

@@ -15,14 +15,12 @@ struct DbusMenuItem {
     int number = 0;
     QVariantMap properties;
 };
-using DbusMenuItems = QList<DbusMenuItem>;
 
 // (ias): an item with the names of properties that have gone back to their defaults.
 struct DbusMenuDefaults {
     int number = 0;
     QStringList names;
 };
-using DbusMenuDefaultsList = QList<DbusMenuDefaults>;
 
 // (ia{sv}av): an item with everything below it.
 struct DbusMenuLayout {
@@ -37,8 +35,6 @@ struct DbusMenuEvent {
     QDBusVariant data;
     uint time = 0;
 };
-using DbusMenuEvents = QList<DbusMenuEvent>;
-using DbusMenuNumbers = QList<int>;
 
 QDBusArgument& operator<<(QDBusArgument& argument, const DbusMenuItem& item);
 const QDBusArgument& operator>>(const QDBusArgument& argument, DbusMenuItem& item);
