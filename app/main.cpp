@@ -4,6 +4,7 @@
 #include "platform/linux/folders/XdgFolders.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/linux/session/SingleInstance.h"
+#include "platform/linux/tray/PlatformChoice.h"
 
 #include <QDBusConnection>
 
@@ -43,6 +44,7 @@ int main(int argc, char** argv) {
     if (standing != SingleInstance::Standing::First)
         return statusOf(standing);
 
+    choosePlatform(QDBusConnection::sessionBus());
     bfApp application(argc, argv);
     application.finishLaunching();
     instance.setRequested([&](const LaunchRequest& further) { application.open(further); });

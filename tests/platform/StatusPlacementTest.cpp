@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/tray/StatusPlacement.h"
 
-#include "platform/linux/tray/IconPicture.h"
-
-#include <QIcon>
-#include <QPainter>
-
 #include <gtest/gtest.h>
 
 using namespace dorvane;
@@ -87,22 +82,33 @@ TEST(StatusPlacementTest, theFloatingClockIsAlwaysWithinReach) {
             << each.name;
 }
 
-QIcon disc(QColor small, QColor large) {
-    QIcon icon;
-    for (const auto& [size, colour] : {std::pair(22, small), std::pair(44, large)}) {
-        QPixmap pixmap(size, size);
-        pixmap.fill(colour);
-        icon.addPixmap(pixmap);
+TEST(StatusPlacementTest, withTheIconUnknownThingsOpenOnTheScreenThatHasThePanel) {
+    const QRect left(-800, 0, 800, 600);
+    const QRect primary(0, 0, 1000, 800);
+    const QRect below(0, 800, 1000, 600);
+    const struct {
+        const char* name;
+        QList<QRect> panels;
+        QRect icon;
+        ScreenArea screen;
+    } cases[] = {
+        {"no panel: the primary one", {}, {}, {primary, primary}},
+        {"at the bottom of another", {{0, 1370, 1000, 30}}, {}, {below, {0, 800, 1000, 570}}},
+        {"at the left of another", {{-800, 0, 40, 600}}, {}, {left, {-760, 0, 760, 600}}},
+        {"on all", {{0, 0, 1000, 30}, {-800, 0, 800, 30}}, {}, {primary, {0, 30, 1000, 770}}},
+        {"in the middle: no panel", {{0, 400, 1000, 30}}, {}, {primary, primary}},
+        {"the icon known", {{-800, 0, 800, 30}}, {500, 900, 22, 22}, {below, below}},
+        {"the icon nowhere", {{-800, 0, 800, 30}}, {5000, 0, 22, 22}, {primary, primary}},
+    };
+    for (const auto& each : cases) {
+        QList<ScreenArea> screens{{primary, primary}, {left, left}, {below, below}};
+        for (ScreenArea& screen : screens)
+            for (const QRect& panel : each.panels)
+                screen = withPanel(screen, panel);
+        const ScreenArea found = screenOf(each.icon, screens);
+        EXPECT_EQ(found.full, each.screen.full) << each.name;
+        EXPECT_EQ(found.available, each.screen.available) << each.name;
     }
-    return icon;
-}
-
-TEST(IconPictureTest, isEqualWhenBothSizesLookTheSame) {
-    const IconPicture picture(disc(Qt::red, Qt::blue));
-    EXPECT_EQ(picture, IconPicture(disc(Qt::red, Qt::blue)));
-    EXPECT_NE(picture, IconPicture(disc(Qt::green, Qt::blue)));
-    EXPECT_NE(picture, IconPicture(disc(Qt::red, Qt::green)));
-    EXPECT_NE(picture, IconPicture());
 }
 
 } // namespace

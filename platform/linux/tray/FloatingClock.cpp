@@ -2,10 +2,12 @@
 #include "platform/linux/tray/FloatingClock.h"
 
 #include "platform/linux/tray/IconPicture.h"
-#include "platform/linux/tray/StatusPlacement.h"
+#include "platform/linux/tray/ScreenAreas.h"
 #include "platform/linux/tray/Xcb.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -25,14 +27,6 @@ constexpr qreal cornerRadius = 12;
 constexpr int plateAlpha = 190;
 constexpr int hoverAlpha = 235;
 constexpr int outlineAlpha = 60;
-
-// The first screen is the primary one.
-QList<ScreenArea> screenAreas() {
-    QList<ScreenArea> areas;
-    for (const QScreen* screen : QGuiApplication::screens())
-        areas.append({screen->geometry(), screen->availableGeometry()});
-    return areas;
-}
 
 // Without a compositing manager X11 shows translucent pixels as black.
 bool canBeTranslucent() {
@@ -61,7 +55,7 @@ FloatingClock::FloatingClock(std::optional<QPoint> wanted, std::function<void(QP
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TranslucentBackground, m_translucent);
     setAttribute(Qt::WA_Hover);
-    setFocusPolicy(Qt::NoFocus);
+    setFocusPolicy(Qt::TabFocus); // on desktops that give it the keyboard all the same
     setWindowTitle(QApplication::applicationDisplayName());
     setAccessibleName(QApplication::applicationDisplayName());
     setFixedSize(sizeHint()); // also keeps tiling desktops from giving it half the screen
@@ -113,6 +107,22 @@ void FloatingClock::paintEvent(QPaintEvent* /*event*/) {
     QRectF place(QPointF(), picture.deviceIndependentSize());
     place.moveCenter(QRectF(rect()).center());
     painter.drawPixmap(place.topLeft(), picture);
+}
+
+void FloatingClock::contextMenuEvent(QContextMenuEvent* /*event*/) {
+    click();
+}
+
+void FloatingClock::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Down:
+        click();
+        break;
+    default:
+        QAbstractButton::keyPressEvent(event);
+    }
 }
 
 void FloatingClock::mousePressEvent(QMouseEvent* event) {

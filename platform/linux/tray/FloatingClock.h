@@ -10,8 +10,9 @@
 namespace dorvane {
 
 // The status item where there is no panel: a small translucent clock above all windows, on all
-// desktops, that can be dragged about. clicked() tells of a click, or of a press by a screen
-// reader. It never takes the keyboard from the window that has it.
+// desktops, that can be dragged about. clicked() tells of a click with either button, of a press by
+// a screen reader, and of Return, Space or Down where the desktop gives it the keyboard. It never
+// takes the keyboard from the window that has it.
 class FloatingClock final : public QAbstractButton {
     Q_OBJECT
 
@@ -26,6 +27,8 @@ public:
 protected:
     void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

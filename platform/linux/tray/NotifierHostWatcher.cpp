@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/tray/NotifierHostWatcher.h"
 
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
@@ -36,13 +35,17 @@ NotifierHostWatcher::NotifierHostWatcher(QDBusConnection bus, std::function<void
 
 NotifierHostWatcher::~NotifierHostWatcher() = default;
 
-void NotifierHostWatcher::ask() {
+QDBusMessage NotifierHostWatcher::question() {
     QDBusMessage get = QDBusMessage::createMethodCall(
         watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("Get"));
     get << watcherService << QStringLiteral("IsStatusNotifierHostRegistered");
     get.setAutoStartService(false);
-    m_call = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(get));
+    return get;
+}
+
+void NotifierHostWatcher::ask() {
+    m_call = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(question()));
     connect(m_call.get(), &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher* call) { answered(*call); });
 }

@@ -57,6 +57,37 @@ QPoint statusCorner(QSize window, const ScreenArea& screen) {
 
 } // namespace
 
+ScreenArea withPanel(const ScreenArea& screen, const QRect& panel) {
+    const QRect& full = screen.full;
+    const QRect part = panel.intersected(full);
+    ScreenArea result = screen;
+    if (part.isEmpty() || part == full)
+        return result;
+    QRect& free = result.available;
+    if (part.width() >= part.height()) {
+        if (part.top() == full.top())
+            free.setTop(std::max(free.top(), part.bottom() + 1));
+        else if (part.bottom() == full.bottom())
+            free.setBottom(std::min(free.bottom(), part.top() - 1));
+    } else if (part.left() == full.left()) {
+        free.setLeft(std::max(free.left(), part.right() + 1));
+    } else if (part.right() == full.right()) {
+        free.setRight(std::min(free.right(), part.left() - 1));
+    }
+    return result;
+}
+
+ScreenArea screenOf(const QRect& icon, const QList<ScreenArea>& screens) {
+    const auto found =
+        std::find_if(screens.begin(), screens.end(), [&icon](const ScreenArea& screen) {
+            return icon.isEmpty() ? screen.available != screen.full
+                                  : screen.full.contains(icon.center());
+        });
+    if (found != screens.end())
+        return *found;
+    return screens.value(0);
+}
+
 PanelEdge panelEdgeAt(QPoint point, const ScreenArea& screen) {
     for (const Strip& strip : strips(screen))
         if (strip.area.contains(point))

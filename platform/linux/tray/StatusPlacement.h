@@ -21,6 +21,12 @@ struct ScreenArea {
 
 enum class PanelEdge { Top, Bottom, Left, Right };
 
+// The screen without what a panel at one of its edges takes; unchanged by a panel elsewhere.
+[[nodiscard]] ScreenArea withPanel(const ScreenArea& screen, const QRect& panel);
+
+// The screen that has the icon; for an empty icon the first one with a panel, or else the first.
+[[nodiscard]] ScreenArea screenOf(const QRect& icon, const QList<ScreenArea>& screens);
+
 // The edge whose panel holds `point`. Where no panel reserves that place, the nearer of top and
 // bottom: panels that hide themselves are horizontal nearly always, and a floating clock wants its
 // menu where there is room.

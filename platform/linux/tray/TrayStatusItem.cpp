@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/tray/TrayStatusItem.h"
 
-#include "platform/linux/tray/StatusPlacement.h"
+#include "platform/linux/tray/ForgottenMenu.h"
+#include "platform/linux/tray/ScreenAreas.h"
 #include "platform/UserDefaults.h"
 
 #include <QCursor>
 #include <QGuiApplication>
 #include <QMenu>
-#include <QScreen>
 #include <QWindow>
 
 #include <utility>
@@ -31,13 +31,6 @@ bool onX11() {
 // An X program inside a Wayland session sees the pointer only while it is over X windows.
 bool pointerIsKnown() {
     return onX11() && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-}
-
-ScreenArea screenAround(QPoint point) {
-    const QScreen* screen = QGuiApplication::screenAt(point);
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
-    return screen ? ScreenArea{screen->geometry(), screen->availableGeometry()} : ScreenArea{};
 }
 
 std::optional<QPoint> placeFromText(const QString& text) {
@@ -123,6 +116,8 @@ void TrayStatusItem::popUp(QMenu& menu) {
             &menu, &QMenu::aboutToHide, m_notifier.get(), [this] { menuHidden(); },
             Qt::SingleShotConnection);
     menu.popup(placeFor(menu.sizeHint()));
+    if (onX11() && !pointerIsKnown())
+        new ForgottenMenu(m_runLoop, menu); // owned by the menu
 }
 
 // A press on the icon closes the open menu, but a panel that waits for the release still reports a
@@ -142,12 +137,14 @@ QRect TrayStatusItem::geometry() const {
 QRect TrayStatusItem::panelIconGeometry() const {
     if (m_trayIcon)
         return m_trayIcon->geometry();
-    return m_lastClick ? iconAroundClick(*m_lastClick, screenAround(*m_lastClick)) : QRect();
+    if (!m_lastClick)
+        return {};
+    return iconAroundClick(*m_lastClick, screenOf(QRect(*m_lastClick, QSize(1, 1)), screenAreas()));
 }
 
 QPoint TrayStatusItem::placeFor(QSize window) const {
     const QRect icon = geometry();
-    return hangingPlace(icon, window, screenAround(icon.center()));
+    return hangingPlace(icon, window, screenOf(icon, screenAreas()));
 }
 
 bool TrayStatusItem::hasNotifierHost() const {

@@ -3,11 +3,33 @@
 
 #include <QGuiApplication>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <vector>
 
 namespace dorvane {
+
+namespace {
+
+constexpr std::uint32_t mostWindows = 1024;
+
+xcb_window_t xcbRoot(xcb_connection_t* connection) {
+    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+}
+
+// The 32-bit values of a property.
+std::vector<std::uint32_t> values(xcb_connection_t* connection, xcb_get_property_cookie_t cookie) {
+    const XcbReply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection, cookie, nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + reply->value_len};
+}
+
+} // namespace
 
 xcb_connection_t* xcbConnection() {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -37,10 +59,42 @@ void xcbKeepOnAllDesktops(xcb_connection_t* connection, xcb_window_t window) {
     request.type = xcbAtom(connection, "_NET_WM_DESKTOP");
     request.data.data32[0] = 0xFFFFFFFF; // all
     request.data.data32[1] = 1;          // an application asks
-    xcb_send_event(connection, 0, xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root,
+    xcb_send_event(connection, 0, xcbRoot(connection),
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    std::bit_cast<std::array<char, sizeof request>>(request).data());
     xcb_flush(connection);
+}
+
+// All questions are asked before the first answer is waited for.
+QList<QRect> xcbDocks(xcb_connection_t* connection) {
+    const xcb_window_t root = xcbRoot(connection);
+    const auto ask = [connection](xcb_window_t window, xcb_atom_t property, xcb_atom_t type) {
+        return xcb_get_property(connection, 0, window, property, type, 0, mostWindows);
+    };
+    const xcb_atom_t typeName = xcbAtom(connection, "_NET_WM_WINDOW_TYPE");
+    const xcb_atom_t dock = xcbAtom(connection, "_NET_WM_WINDOW_TYPE_DOCK");
+    struct Question {
+        xcb_get_property_cookie_t types;
+        xcb_get_geometry_cookie_t size;
+        xcb_translate_coordinates_cookie_t place;
+    };
+    std::vector<Question> questions;
+    for (const xcb_window_t window :
+         values(connection, ask(root, xcbAtom(connection, "_NET_CLIENT_LIST"), XCB_ATOM_WINDOW)))
+        questions.push_back({ask(window, typeName, XCB_ATOM_ATOM),
+                             xcb_get_geometry(connection, window),
+                             xcb_translate_coordinates(connection, window, root, 0, 0)});
+    QList<QRect> docks;
+    for (const Question& question : questions) {
+        const std::vector<std::uint32_t> types = values(connection, question.types);
+        const XcbReply<xcb_get_geometry_reply_t> size(
+            xcb_get_geometry_reply(connection, question.size, nullptr));
+        const XcbReply<xcb_translate_coordinates_reply_t> place(
+            xcb_translate_coordinates_reply(connection, question.place, nullptr));
+        if (size && place && std::find(types.begin(), types.end(), dock) != types.end())
+            docks << QRect(place->dst_x, place->dst_y, size->width, size->height);
+    }
+    return docks;
 }
 
 } // namespace dorvane

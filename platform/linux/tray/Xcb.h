@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QList>
+#include <QRect>
+
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -25,6 +28,9 @@ using XcbReply = std::unique_ptr<Reply, XcbFree>;
 
 // Keeps a window that is shown already on every desktop.
 void xcbKeepOnAllDesktops(xcb_connection_t* connection, xcb_window_t window);
+
+// Where the panels are, in pixels of the desktop. Asks the server.
+[[nodiscard]] QList<QRect> xcbDocks(xcb_connection_t* connection);
 
 // The atom of this name, 0 when the server is gone. Asks the server.
 [[nodiscard]] xcb_atom_t xcbAtom(xcb_connection_t* connection, std::string_view name);
