@@ -10,11 +10,11 @@
 #include "platform/Bundle.h"
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "platform/UserFolders.h"
-#include "platform/Workspace.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/PullDownPopUp.h"
 #include "tests/support/Dates.h"
 #include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/FakeWorkspace.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/VirtualRunLoop.h"
 
@@ -39,15 +39,6 @@ using ::testing::ElementsAre;
 using ::testing::EndsWith;
 
 namespace {
-
-class NoWorkspace final : public Workspace {
-public:
-    void openUrl(const QUrl&) override {}
-    void reveal(const QString&) override {}
-    [[nodiscard]] QString typeOfFile(const QString& path) const override {
-        return path.endsWith(QStringLiteral(".aiff")) ? QStringLiteral("audio/x-aiff") : QString();
-    }
-};
 
 class BreakWindowsTest : public ::testing::Test {
 protected:
@@ -86,7 +77,7 @@ protected:
     MemoryDefaults m_defaults;
     LibplistFormat m_format;
     Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
-    NoWorkspace m_workspace;
+    FakeWorkspace m_workspace{m_trace};
     FakeSoundPlayer m_player{m_loop, m_trace};
     SoundRepeat m_repeat{m_loop, m_player};
     AudioStorageController m_library{m_loop, m_user, {}, m_player, m_workspace};

@@ -2,11 +2,11 @@
 #include "breaks/RespitoReminderController.h"
 
 #include "platform/Bundle.h"
-#include "platform/Workspace.h"
 #include "sounds/ReminderStrings.h"
 #include "tests/support/Dates.h"
 #include "tests/support/FakeAudioRecorder.h"
 #include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/FakeWorkspace.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/VirtualRunLoop.h"
 
@@ -26,13 +26,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-class NoWorkspace final : public Workspace {
-public:
-    void openUrl(const QUrl&) override {}
-    void reveal(const QString&) override {}
-    [[nodiscard]] QString typeOfFile(const QString&) const override { return {}; }
-};
-
 // One window for good: what was recorded in it is kept, what was discarded is not, and it opens
 // again after it was closed.
 TEST(RespitoReminderTest, recordsWithOneButtonAndOpensAgain) {
@@ -44,7 +37,7 @@ TEST(RespitoReminderTest, recordsWithOneButtonAndOpensAgain) {
     FakeSoundPlayer player{loop, trace};
     FakeAudioRecorder recorder{loop, trace};
     NotificationCenter center;
-    NoWorkspace workspace;
+    FakeWorkspace workspace{trace};
     const Bundle bundle{QStringLiteral(DORVANE_BUNDLE), {}};
     const auto controller = RespitoReminderController::create(
         {loop, center, recorder, player, workspace, bundle, user,

@@ -10,10 +10,10 @@
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
 #include "platform/NotificationCenter.h"
-#include "platform/Workspace.h"
 #include "sounds/AudioStorageController.h"
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/FakeSpeechService.h"
+#include "tests/support/FakeWorkspace.h"
 #include "tests/support/Trace.h"
 #include "tests/support/VirtualRunLoop.h"
 
@@ -23,18 +23,6 @@
 #include <vector>
 
 namespace dorvane::testing {
-
-class FakeWorkspace final : public Workspace {
-public:
-    explicit FakeWorkspace(Trace& trace) : m_trace(trace) {}
-
-    void openUrl(const QUrl& /*url*/) override {}
-    void reveal(const QString& path) override { m_trace.add(QStringLiteral("reveal ") + path); }
-    [[nodiscard]] QString typeOfFile(const QString& /*path*/) const override { return {}; }
-
-private:
-    Trace& m_trace;
-};
 
 // An editor with a library of its own on the disk, at a fixed moment, and a delegate that keeps
 // what it was given.

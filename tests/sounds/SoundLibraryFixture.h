@@ -2,30 +2,19 @@
 #pragma once
 
 #include "platform/Bundle.h"
-#include "platform/Workspace.h"
 #include "sounds/AudioStorageController.h"
 #include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/FakeWorkspace.h"
 #include "tests/support/VirtualRunLoop.h"
 
 #include <QDir>
 #include <QFile>
-#include <QMimeDatabase>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <gmock/gmock.h>
 
 namespace dorvane::testing {
-
-// Finds out what a file is as the desktop does.
-class MimeWorkspace final : public Workspace {
-public:
-    void openUrl(const QUrl&) override {}
-    void reveal(const QString&) override {}
-    [[nodiscard]] QString typeOfFile(const QString& path) const override {
-        return QMimeDatabase().mimeTypeForFile(path).name();
-    }
-};
 
 // A home and the sources of a sound library in a temporary folder. What a folder holds is written
 // and read as "name=contents", sorted by name.
@@ -83,7 +72,7 @@ protected:
     VirtualRunLoop loop{QDateTime(QDate(2026, 5, 4), QTime(12, 0))};
     Trace trace{loop};
     FakeSoundPlayer player{loop, trace};
-    MimeWorkspace workspace;
+    FakeWorkspace workspace{trace};
 };
 
 } // namespace dorvane::testing
