@@ -21,7 +21,15 @@ An address such as dorvane:create-alarm opens the alarm editor.
 
 } // namespace
 
+std::optional<QString> announcementIn(const QStringList& arguments) {
+    if (arguments.size() == 2 && arguments.at(0) == QStringLiteral("--announce"))
+        return arguments.at(1);
+    return std::nullopt;
+}
+
 std::optional<int> answerCommandLine(const QStringList& arguments) {
+    if (announcementIn(arguments))
+        return std::nullopt;
     for (const QString& argument : arguments) {
         if (argument == QStringLiteral("--version") || argument == QStringLiteral("-v")) {
             std::puts("Dorvane " DORVANE_VERSION);

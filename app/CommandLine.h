@@ -12,4 +12,7 @@ namespace dorvane {
 // to start.
 [[nodiscard]] std::optional<int> answerCommandLine(const QStringList& arguments);
 
+// The announcement that this process is to show, where it was started for that.
+[[nodiscard]] std::optional<QString> announcementIn(const QStringList& arguments);
+
 } // namespace dorvane

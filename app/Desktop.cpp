@@ -17,6 +17,8 @@ Desktop::Desktop()
     , speech(runLoop, soundPlayer, bundle.modulePath(QStringLiteral("dorvane_speech.so")))
     , recorder(runLoop, bundle.modulePath(QStringLiteral("dorvane_recording.so")))
     , workspace(QDBusConnection::sessionBus())
+    , userNotifications(runLoop, folders, bundle.bundlePath() + QStringLiteral("/dorvane"),
+                        QDBusConnection::sessionBus())
     , urlSchemes(folders)
     , appearance(QDBusConnection::sessionBus())
     , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {}

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Bundle.h"
+#include "platform/linux/announcements/SystemdNotificationCenter.h"
 #include "platform/linux/desktop/DesktopWorkspace.h"
 #include "platform/linux/desktop/PortalAppearance.h"
 #include "platform/linux/desktop/XdgUrlSchemes.h"
@@ -33,6 +34,7 @@ struct Desktop {
     ModuleSpeechService speech;
     ModuleAudioRecorder recorder;
     DesktopWorkspace workspace;
+    SystemdNotificationCenter userNotifications;
     XdgUrlSchemes urlSchemes;
     LogindPowerMonitor powerMonitor;
     PortalAppearance appearance;

@@ -6,7 +6,9 @@
 #include "breaks/BreakCycle.h"
 #include "breaks/PendixTakeABreakSettings.h"
 #include "core/ActiveAlarms.h"
+#include "core/Clock.h"
 #include "core/NotificationNames.h"
+#include "core/UsersNotificationManager.h"
 #include "menubar/AlarmMenuController.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/Log.h"
@@ -46,6 +48,7 @@ void bfApp::finishLaunching() {
         2s, [this, &desktop] { checkEditorAssignments(desktop.bundle); }, RunLoopMode::Default);
     switchBreaksOff();
     restoreActiveAlarms();
+    takeBack();
     controller.updateStatusView();
 }
 
@@ -53,7 +56,12 @@ void bfApp::watchForTheEnd() {
     m_signals.emplace([this] { terminate(); });
     // The session may end without another word, or be kept after all.
     connect(
-        this, &QGuiApplication::commitDataRequest, this, [this] { storeActiveAlarms(); },
+        this, &QGuiApplication::commitDataRequest, this,
+        [this] {
+            handOver();
+            m_takeBack = sharedDesktop().runLoop.scheduleOnce(
+                1min, [this] { takeBack(); }, RunLoopMode::Common);
+        },
         Qt::DirectConnection);
     connect(
         this, &QGuiApplication::saveStateRequest, this,
@@ -89,7 +97,7 @@ void bfApp::terminate() {
     if (m_isTerminating)
         return;
     m_isTerminating = true;
-    storeActiveAlarms();
+    handOver();
     sharedDesktop().recorder.finish();
     quit();
 }
@@ -102,6 +110,16 @@ void bfApp::open(const LaunchRequest& request) {
         controller.createAlarm();
     else
         controller.openMenu();
+}
+
+void bfApp::handOver() {
+    storeActiveAlarms();
+    UsersNotificationManager::synchronizeWithAlarms(sharedDesktop().userNotifications,
+                                                    Clock::sharedClock().allAlarms());
+}
+
+void bfApp::takeBack() {
+    UsersNotificationManager::synchronizeWithAlarms(sharedDesktop().userNotifications, {});
 }
 
 void bfApp::storeActiveAlarms() {

@@ -35,6 +35,11 @@ public:
     // What a further launch of the program asks for: an editor, or else the menu.
     void open(const LaunchRequest& request);
 
+    // Writes the running alarms down, and has the desktop announce them while nobody is here to
+    // ring.
+    void handOver();
+    // Rings itself again: withdraws what the desktop would announce.
+    void takeBack();
     void storeActiveAlarms();
     void restoreActiveAlarms();
 
@@ -58,6 +63,7 @@ private:
     std::optional<UnixSignals> m_signals;
     std::unique_ptr<BreakCycle> m_breakCycle;
     RunLoopTimer m_schemeCheck;
+    RunLoopTimer m_takeBack;
     bool m_isTerminating = false;
 };
 

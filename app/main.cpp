@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Announce.h"
 #include "app/bfApp.h"
 #include "app/CommandLine.h"
 #include "platform/linux/folders/XdgFolders.h"
@@ -36,6 +37,9 @@ int main(int argc, char** argv) {
     const QStringList arguments = commandLine(argc, argv);
     if (const auto status = answerCommandLine(arguments))
         return *status;
+
+    if (const auto id = announcementIn(arguments))
+        return announce(argc, argv, *id);
 
     SingleInstance instance(QDBusConnection::sessionBus(),
                             SingleInstance::lockFolder(xdgFolders().caches));

@@ -1,0 +1,151 @@
+#!/usr/bin/python3 -B
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Alarms are announced while the program does not run, by a real user manager of the test's own.
+
+That manager needs a private view of /run/systemd and of the control groups, which takes root.
+"""
+
+from __future__ import annotations
+
+import os
+import plistlib
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+from virtual_desktop.archive import Alarm, archive
+from virtual_desktop.processes import wait_for
+
+_SKIPPED = 77
+_PROGRAM = os.environ.get("DORVANE_PROGRAM", "build/release/Dorvane.app/dorvane")
+_PRIVATE = "DORVANE_PRIVATE_MANAGER"
+_NOTIFIER = """
+import sys
+from gi.repository import Gio, GLib
+node = Gio.DBusNodeInfo.new_for_xml('''<node><interface name="org.freedesktop.Notifications">
+  <method name="GetCapabilities"><arg type="as" direction="out"/></method>
+  <method name="Notify"><arg type="s"/><arg type="u"/><arg type="s"/><arg type="s"/><arg type="s"/>
+    <arg type="as"/><arg type="a{sv}"/><arg type="i"/><arg type="u" direction="out"/></method>
+  </interface></node>''')
+def answer(bus, sender, path, interface, method, arguments, call):
+    if method == "Notify":
+        open(sys.argv[1], "a").write(repr(arguments.unpack()))
+    call.return_value(GLib.Variant("(u)", (1,)) if method == "Notify" else
+                      GLib.Variant("(as)", (["body", "body-markup", "sound"],)))
+bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+bus.register_object("/org/freedesktop/Notifications", node.interfaces[0], answer, None, None)
+Gio.bus_own_name_on_connection(bus, node.interfaces[0].name, 0, None, None)
+GLib.MainLoop().run()
+"""
+
+
+def enter_private_namespaces() -> None:
+    """Starts this test again where a user manager finds what it looks for."""
+    setup = """mkdir -p /run/systemd && mount -t tmpfs tmpfs /run/systemd &&
+        mkdir /run/systemd/system && mount -t cgroup2 none /sys/fs/cgroup &&
+        mkdir -p /sys/fs/cgroup/user && echo $$ > /sys/fs/cgroup/user/cgroup.procs"""
+    if os.geteuid() or subprocess.call(["unshare", "-m", "-C", "sh", "-c", setup],
+                                       stderr=subprocess.DEVNULL):
+        print("Skipped: a user manager of the test's own needs root and control groups.")
+        sys.exit(_SKIPPED)
+    os.environ[_PRIVATE] = "yes"
+    os.execvp("unshare", ["unshare", "-m", "-C", "sh", "-c", f'{setup} && exec "$0" "$@"',
+                          sys.executable, "-B", *sys.argv])
+
+
+class AnnouncementsTest(unittest.TestCase):
+    def setUp(self) -> None:
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.home = Path(folder.name)
+        self.units = self.home / ".config/systemd/user"
+        self.env = {"HOME": str(self.home), "XDG_RUNTIME_DIR": str(self.home), "LANG": "C.UTF-8",
+                    "PATH": "/usr/bin:/bin", "QT_QPA_PLATFORM": "offscreen", "TZ": "UTC",
+                    "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.home}/bus"}
+        self.manager = self.start_manager()
+
+    def start(self, *command: str) -> subprocess.Popen[bytes]:
+        with (self.home / f"{Path(command[0]).name}.log").open("ab") as log:
+            process = subprocess.Popen(command, env=self.env, stdout=log, stderr=log)
+        self.addCleanup(self.end, process)
+        return process
+
+    def end(self, process: subprocess.Popen[bytes]) -> int:
+        if process.poll() is None:
+            process.terminate()
+        return process.wait(20)
+
+    def start_manager(self) -> subprocess.Popen[bytes]:
+        manager = self.start("/lib/systemd/systemd", "--user")
+        wait_for("the user manager", lambda: "timers.target" in self.systemctl("list-units"), 20)
+        return manager
+
+    def systemctl(self, *words: str) -> str:
+        return subprocess.run(["systemctl", "--user", *words], env=self.env, check=False,
+                              capture_output=True, text=True).stdout
+
+    def start_notifier(self) -> None:
+        """Somebody who shows notifications, makes sounds for them and writes down what is asked."""
+        self.start("/usr/bin/python3", "-c", _NOTIFIER, str(self.home / "shown"))
+
+    def shown(self) -> str:
+        file = self.home / "shown"
+        return file.read_text() if file.exists() else ""
+
+    def run_and_quit(self, alarms: list[Alarm], seconds: float = 1.0) -> float:
+        """One run of the program with these alarms; how long its orderly end took."""
+        preferences = self.home / ".config/Dorvane/com.brackenfold.Dorvane.plist"
+        preferences.parent.mkdir(parents=True, exist_ok=True)
+        preferences.write_bytes(plistlib.dumps({"AcitveAlarmsStoredKey": archive(alarms)}))
+        program = self.start(_PROGRAM)
+        log = self.home / "dorvane.log"
+        wait_for("the program", lambda: log.exists() and b"is running on" in log.read_bytes())
+        log.unlink()
+        time.sleep(seconds)
+        self.assertEqual(self.timers(), [], "nothing is announced while the program rings itself")
+        begun = time.monotonic()
+        self.assertEqual(self.end(program), 0)
+        return time.monotonic() - begun
+
+    @staticmethod
+    def sleep_until(moment: float) -> None:
+        time.sleep(max(0.0, moment - time.time()))
+
+    def timers(self) -> list[str]:
+        return sorted(file.name for file in self.units.glob("dorvane-*.timer"))
+
+    def test_an_alarm_is_shown_at_its_time_and_one_that_was_slept_through_afterwards(self) -> None:
+        self.start_notifier()
+        soon = time.time() + 6
+        self.run_and_quit([Alarm('Tea & "cake"\n50 %', soon), Alarm("Noon", soon + 6)])
+        wait_for("the announcement", lambda: "Tea" in self.shown(), 15)
+        self.assertLess(abs(time.time() - soon), 2.5)
+        time_of_day = time.strftime("%-H:%M", time.gmtime(soon))
+        for part in ("'Dorvane'", time_of_day, "Tea &amp; &quot;cake&quot;\\n50 %",
+                     "'sound-name': 'alarm-clock-elapsed'"):
+            self.assertIn(part, self.shown())
+        self.assertNotIn("Noon", self.shown())
+        self.end(self.manager)  # the computer is off when the second is due
+        self.sleep_until(soon + 7)
+        (self.home / "shown").unlink()
+        self.manager = self.start_manager()
+        self.start_notifier()  # the desktop comes up after the timers
+        wait_for("the second announcement", lambda: "Noon" in self.shown(), 30)
+
+    def test_the_next_start_withdraws_a_hundred_and_quitting_with_them_is_quick(self) -> None:
+        later = time.time() + 3600
+        self.assertLess(self.run_and_quit([Alarm(str(n), later + n) for n in range(100)]), 2.0)
+        self.assertEqual(self.systemctl("list-timers").count("dorvane-announce@"), 100)
+        self.run_and_quit([], 4.0)
+        wait_for("their end", lambda: "dorvane" not in self.systemctl("list-timers"))
+        left = [file for file in self.home.rglob("*dorvane-*") if "run" not in file.parts]
+        self.assertEqual(left, [])
+
+
+if __name__ == "__main__":
+    if os.environ.get(_PRIVATE) != "yes":
+        enter_private_namespaces()
+    unittest.main(verbosity=2)
