@@ -4,7 +4,6 @@
 from __future__ import annotations
 
 import subprocess
-import time
 from pathlib import Path
 from typing import Mapping
 
@@ -21,10 +20,6 @@ load-module module-native-protocol-unix socket={socket} auth-anonymous=1
 load-module module-null-sink sink_name=out rate={rate} channels=2
 set-default-sink out
 """
-
-# A null sink that nobody listens to closely works in blocks of 2 s. A listener that asks for a low
-# latency keeps it precise, once the blocks it had begun have run out.
-_SETTLING_SECONDS = 4.0
 
 
 class SoundServer:
@@ -44,11 +39,17 @@ class SoundServer:
             [find_program("pulseaudio"), "-n", "-F", str(script), "--daemonize=no",
              "--use-pid-file=no", "--exit-idle-time=-1", "--realtime=no", "--high-priority=no"],
             self._env, name)
-        pactl = [find_program("pactl"), "info"]
-        wait_for("the sound server", lambda: subprocess.run(
-            pactl, env=self._env, capture_output=True, check=False).returncode == 0)
+        wait_for("the sound server", lambda: self._pactl("info"))
+        # A null sink that nobody listens to closely works in blocks of 2 s. With a listener that
+        # asks for a low latency it is precise as soon as it begins anew.
         self._listen(Path("/dev/null"))
-        self._settled_at = time.monotonic() + _SETTLING_SECONDS
+        wait_for("the listener", lambda: self._pactl("list", "short", "source-outputs"))
+        for suspended in ("1", "0"):
+            self._pactl("suspend-sink", "out", suspended)
+
+    def _pactl(self, *arguments: str) -> bytes:
+        return subprocess.run([find_program("pactl"), *arguments], env=self._env,
+                              capture_output=True, check=False).stdout
 
     def _listen(self, output: Path) -> subprocess.Popen[bytes]:
         return self._processes.start(
@@ -57,8 +58,7 @@ class SoundServer:
             self._env, f"{self._name}-listener", stdout=output)
 
     def record(self, path: Path) -> Recording:
-        """Records what the loudspeaker plays from now on, once its positions are true."""
-        time.sleep(max(0.0, self._settled_at - time.monotonic()))
+        """Records what the loudspeaker plays from now on."""
         process = self._listen(path)
         wait_for("the recording", lambda: path.stat().st_size)
         return Recording(self._processes, process, path)
