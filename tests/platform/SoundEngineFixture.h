@@ -3,18 +3,15 @@
 
 #include "platform/linux/session/QtRunLoop.h"
 #include "platform/linux/sound/ModuleSoundPlayer.h"
+#include "tests/support/LoopWait.h"
 #include "tests/support/SinkCapture.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
-#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <thread>
@@ -38,41 +35,30 @@ protected:
     // The end of one test must not be heard in the next.
     void TearDown() override { runFor(0.3); }
 
-    // Runs the loop until `done`; false after `limit`.
-    bool runUntil(const std::function<bool()>& done,
-                  std::chrono::milliseconds limit = std::chrono::seconds(10)) {
-        QElapsedTimer waited;
-        waited.start();
-        const auto wake = m_loop.scheduleRepeating(
-            std::chrono::milliseconds(1), [] {}, RunLoopMode::Common);
-        while (!done() && waited.elapsed() < limit.count())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
-        return done();
-    }
+    bool until(const std::function<bool()>& done) { return runUntil(m_loop, done); }
     void runFor(double seconds) {
         const double end = s_capture->now() + seconds;
-        (void)runUntil([&] { return s_capture->now() >= end; });
+        (void)until([&] { return s_capture->now() >= end; });
     }
 
-    // A sine of amplitude `level`, encoded as `name` and `codec` say.
-    static QString tone(const QString& name, double seconds, const QStringList& codec = {},
-                        double frequency = 441, int rate = 44100) {
-        const QString path = s_folder->filePath(name);
-        if (QFile::exists(path))
-            return path;
-        const QString source = QStringLiteral("aevalsrc=exprs=0.5*sin(2*PI*%1*t):s=%2:d=%3")
+    // A sine of amplitude 0.5 from `begin` to the end, encoded as the name and `codec` say.
+    static QString tone(const char* name, double seconds, const QStringList& codec = {},
+                        double begin = 0, double frequency = 441) {
+        const QString path = s_folder->filePath(QLatin1String(name));
+        const QString source = QStringLiteral("aevalsrc=exprs=0.5*sin(2*PI*%1*t)*gte(t\\,%2):d=%3")
                                    .arg(frequency)
-                                   .arg(rate)
+                                   .arg(begin)
                                    .arg(seconds);
-        const QStringList arguments = QStringList{QStringLiteral("-nostdin"),
-                                                  QStringLiteral("-v"),
-                                                  QStringLiteral("error"),
-                                                  QStringLiteral("-f"),
-                                                  QStringLiteral("lavfi"),
-                                                  QStringLiteral("-i"),
-                                                  source} +
-                                      codec + QStringList{path};
-        EXPECT_EQ(QProcess::execute(QStringLiteral("ffmpeg"), arguments), 0) << qPrintable(name);
+        QStringList arguments{QStringLiteral("-nostdin"),
+                              QStringLiteral("-v"),
+                              QStringLiteral("error"),
+                              QStringLiteral("-f"),
+                              QStringLiteral("lavfi"),
+                              QStringLiteral("-i"),
+                              source};
+        if (!QFile::exists(path)) {
+            EXPECT_EQ(QProcess::execute(QStringLiteral("ffmpeg"), arguments + codec << path), 0);
+        }
         return path;
     }
 
@@ -83,44 +69,30 @@ protected:
         return std::max(1.0, 2 * load / std::thread::hardware_concurrency());
     }
 
-    std::unique_ptr<Sound> loaded(const QString& path) {
-        auto sound = m_player.soundWithContentsOfFile(path);
-        bool known = false;
-        sound->whenLoaded([&] { known = true; });
-        EXPECT_TRUE(runUntil([&] { return known; }));
-        return sound;
-    }
-
-    // Silence with a tone from `begin` to `end`.
-    static QString island(const QString& name, double begin, double end, double length) {
-        const QString gate = QStringLiteral("volume=volume='between(t,%1,%2)':eval=frame")
-                                 .arg(begin)
-                                 .arg(end - 1e-6);
-        return tone(name, length,
-                    {QStringLiteral("-af"), QStringLiteral("asetnsamples=49,") + gate});
-    }
-
     // One sound and what comes of it.
     struct Playing {
-        Playing(SoundEngineFixture& test_, const QString& path_)
-            : test(test_)
-            , path(path_)
-            , from(s_capture->now())
-            , sound(test.m_player.soundWithContentsOfFile(path)) {}
-
-        bool start() {
+        Playing(SoundEngineFixture& test_, const QString& path)
+            : test(test_), sound(test.m_player.ringWithContentsOfFile(path)) {
             sound->setFinished([this](bool whole) { ends << whole; });
+            sound->whenLoaded([this] { isLoaded = true; });
+        }
+
+        bool load() {
+            return test.until([&] { return isLoaded; });
+        }
+        bool start() {
+            from = s_capture->now();
             return sound->play();
         }
         std::vector<SinkCapture::Burst> heardToTheEnd() {
-            EXPECT_TRUE(test.runUntil([&] { return !ends.isEmpty(); }));
+            EXPECT_TRUE(test.until([&] { return !ends.isEmpty(); }));
             test.runFor(0.15);
             return s_capture->bursts(from);
         }
 
         SoundEngineFixture& test;
-        const QString path;
-        const double from;
+        double from = 0;
+        bool isLoaded = false;
         std::unique_ptr<Sound> sound;
         QList<bool> ends;
     };
