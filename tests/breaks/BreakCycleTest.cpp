@@ -18,14 +18,19 @@ using ::testing::ElementsAreArray;
 
 namespace {
 
-// Notes what is done to it; answers its buttons as the window does.
+// Notes what is done to it; of its texts the first one only, unless all are wanted. Answers its
+// buttons as the window does.
 class TracedSheet final : public BreakSheet {
 public:
-    TracedSheet(Trace& trace, std::function<void()> disableRespito)
-        : m_trace(trace), m_disableRespito(std::move(disableRespito)) {}
+    TracedSheet(Trace& trace, bool tellsAll, std::function<void()> disableRespito)
+        : m_trace(trace), m_tells(tellsAll), m_disableRespito(std::move(disableRespito)) {}
 
     void setCompletion(Completion completion) override { m_completion = std::move(completion); }
-    void setShowBreakTime(const QString& text) override { m_trace.add(text); }
+    void setShowBreakTime(const QString& text) override {
+        if (m_tells || m_isNew)
+            m_trace.add(text);
+        m_isNew = false;
+    }
     void begin() override {
         m_trace.add(QStringLiteral("begin"));
         m_isVisible = true;
@@ -44,70 +49,56 @@ public:
 
 private:
     Trace& m_trace;
+    const bool m_tells;
     std::function<void()> m_disableRespito;
     Completion m_completion;
+    bool m_isNew = true;
     bool m_isVisible = false;
 };
 
-class BreakCycleTest : public ::testing::Test {
-protected:
-    BreakCycleTest() {
-        m_settings.loadPrefs();
-        m_settings.setSoundPath(QStringLiteral("in"));
-        m_settings.setDurationSoundPath(QStringLiteral("out"));
-        m_settings.writePrefs();
+struct Rig {
+    Rig() {
+        settings.loadPrefs();
+        settings.setSoundPath(QStringLiteral("in"));
+        settings.setDurationSoundPath(QStringLiteral("out"));
+        settings.writePrefs();
     }
 
     void start() {
-        m_settings.setRespitoStatus(1);
-        m_settings.writePrefs();
-        m_cycle.startBreakTimer(m_settings.takeABreakFrequency());
-        m_cycle.enableRespito();
+        settings.setRespitoStatus(1);
+        settings.writePrefs();
+        cycle.startBreakTimer(settings.takeABreakFrequency());
+        cycle.enableRespito();
     }
     void setDuration(qint64 minutes) {
-        m_defaults.setValue(QStringLiteral("PendixTakeABreakDuration"), minutes);
-        m_settings.loadPrefs();
+        defaults.setValue(QStringLiteral("PendixTakeABreakDuration"), minutes);
+        settings.loadPrefs();
     }
     [[nodiscard]] bool isOn() {
-        m_settings.loadPrefs();
-        return m_settings.RespitoStatus() != 0;
-    }
-    [[nodiscard]] std::shared_ptr<TracedSheet> sheet() const { return m_sheet.lock(); }
-
-    // What happened, but of a countdown only its first text.
-    [[nodiscard]] std::string story() const {
-        std::string story;
-        bool isCounting = false;
-        for (const std::string& event : m_trace.events()) {
-            const bool isText = event.find("Take a break") != std::string::npos;
-            if (!isText || !isCounting)
-                story += event + "\n";
-            isCounting = isText || (isCounting && event.find("begin") != std::string::npos) ||
-                         (isCounting && event.find(" in ") != std::string::npos) ||
-                         (isCounting && event.find(" out ") != std::string::npos);
-        }
-        return story;
+        settings.loadPrefs();
+        return settings.RespitoStatus() != 0;
     }
 
-    VirtualRunLoop m_loop{at("2026-11-23 08:00")};
-    Trace m_trace{m_loop};
-    NotificationCenter m_notifications;
-    MemoryDefaults m_defaults;
-    UserFolders m_user;
-    PendixTakeABreakSettings m_settings{m_defaults, m_user, m_loop, m_notifications};
-    FakeSoundPlayer m_player{m_loop, m_trace};
-    std::weak_ptr<TracedSheet> m_sheet;
-    BreakCycle m_cycle{
-        {.runLoop = m_loop, .settings = m_settings, .player = m_player, .makeSheet = [this] {
-             const auto made =
-                 std::make_shared<TracedSheet>(m_trace, [this] { m_cycle.disableRespito(); });
-             m_sheet = made;
-             return made;
-         }}};
+    VirtualRunLoop loop{at("2026-11-23 08:00")};
+    Trace trace{loop};
+    NotificationCenter notifications;
+    MemoryDefaults defaults;
+    UserFolders user;
+    PendixTakeABreakSettings settings{defaults, user, loop, notifications};
+    FakeSoundPlayer player{loop, trace};
+    bool tellsAll = false;
+    std::shared_ptr<TracedSheet> sheet; // the last one
+    BreakCycle cycle{{.runLoop = loop, .settings = settings, .player = player, .makeSheet = [this] {
+                          sheet = std::make_shared<TracedSheet>(trace, tellsAll,
+                                                                [this] { cycle.disableRespito(); });
+                          return sheet;
+                      }}};
 };
 
-TEST_F(BreakCycleTest, EightBreaksThenItStopsByItself) {
-    start();
+TEST(BreakCycleTest, EightBreaksThenItStopsByItself) {
+    Rig rig;
+    rig.tellsAll = true;
+    rig.start();
     std::vector<std::string> expected;
     const auto add = [&](int second, const std::string& event) {
         expected.push_back(std::to_string(second * 1000) + " " + event);
@@ -132,136 +123,138 @@ TEST_F(BreakCycleTest, EightBreaksThenItStopsByItself) {
             add(begin + 301, "out finished");
         }
     }
-    m_loop.advance(24h);
-    EXPECT_THAT(m_trace.events(), ElementsAreArray(expected));
-    EXPECT_FALSE(isOn());
-    EXPECT_TRUE(m_player.sounds().empty());
-    EXPECT_TRUE(m_sheet.expired());
+    rig.loop.advance(24h);
+    EXPECT_THAT(rig.trace.events(), ElementsAreArray(expected));
+    EXPECT_FALSE(rig.isOn());
+    EXPECT_TRUE(rig.player.sounds().empty());
+    EXPECT_EQ(rig.sheet.use_count(), 1);
 }
 
-TEST_F(BreakCycleTest, WakesForNothingWhileWorkingAndOnceASecondInABreak) {
-    start();
-    m_loop.advance(5s); // until the settings are on the disk
-    const auto firingsIn = [this](RunLoop::Milliseconds time) {
-        const auto before = m_loop.firings();
-        m_loop.advance(time);
-        return m_loop.firings() - before;
+TEST(BreakCycleTest, WakesForNothingWhileWorkingAndOnceASecondInABreak) {
+    Rig rig;
+    rig.start();
+    rig.loop.advance(5s); // until the settings are on the disk
+    const auto firingsIn = [&rig](RunLoop::Milliseconds time) {
+        const auto before = rig.loop.firings();
+        rig.loop.advance(time);
+        return rig.loop.firings() - before;
     };
     EXPECT_EQ(firingsIn(25min - 6s), 0);
-    m_loop.advance(10s);
+    rig.loop.advance(10s);
     EXPECT_EQ(firingsIn(60s), 60);
 }
 
 // The roads through the cycle's states other than its plain round.
-TEST_F(BreakCycleTest, DoneEarlyPlaysTheStopSoundAndShortensTheNextSheetByASecond) {
-    start();
-    m_loop.advance(25min + 10s);
-    sheet()->clickSkipBreak();
-    m_loop.advance(25min + 500ms);
-    EXPECT_EQ(story(), "1500000 in play\n1500000 Take a break for 05:00 mins\n1500000 begin\n"
-                       "1501000 in finished\n1510000 end 0\n1510000 out play\n"
-                       "1511000 out finished\n3010000 in play\n"
-                       "3010000 Take a break for 04:59 mins\n3010000 begin\n");
-    EXPECT_TRUE(isOn());
-}
+struct Road {
+    const char* name;
+    std::function<void(Rig&)> steps; // after the start
+    bool endsOn;
+    std::vector<std::string> trace;
+};
 
-TEST_F(BreakCycleTest, StopOnTheSheetSwitchesOff) {
-    start();
-    m_loop.advance(25min + 10s);
-    sheet()->clickStopBreak();
-    m_loop.advance(2h);
-    EXPECT_EQ(story(), "1500000 in play\n1500000 Take a break for 05:00 mins\n1500000 begin\n"
-                       "1501000 in finished\n1510000 end -1000\n");
-    EXPECT_FALSE(isOn());
-}
+const std::string five = " Take a break for 05:00 mins";
 
-TEST_F(BreakCycleTest, SwitchingOffTakesTheSheetAway) {
-    start();
-    m_loop.advance(25min);
-    m_cycle.disableRespito(); // while it opens
-    m_loop.advance(2h);
-    EXPECT_EQ(story(), "1500000 in play\n1500000 Take a break for 05:00 mins\n1500000 begin\n"
-                       "1500000 end 1\n1501000 in finished\n");
-    EXPECT_FALSE(isOn());
-    m_trace.clear();
-    start();
-    m_cycle.disableRespito();
-    m_loop.advance(2h);
-    EXPECT_EQ(story(), "");
-}
-
-// The first timer goes on and sees to the breaks; each of its calls ends what was set later.
-TEST_F(BreakCycleTest, StartedTwiceBothTimersCall) {
-    setDuration(2);
-    start();
-    m_loop.advance(1min);
-    start();
-    m_loop.advance(50min);
-    EXPECT_EQ(story(), "1500000 in play\n1500000 Take a break for 02:00 mins\n1500000 begin\n"
-                       "1501000 in finished\n1620000 \n1620000 end 0\n1620000 out play\n"
-                       "1621000 out finished\n3000000 in play\n"
-                       "3000000 Take a break for 02:00 mins\n3000000 begin\n"
-                       "3001000 in finished\n");
-    // Stopping reaches only the later one. A sheet that the other calls up still answers.
-    sheet()->clickStopBreak();
-    m_trace.clear();
-    m_loop.advance(24min);
-    ASSERT_TRUE(sheet());
-    sheet()->clickSkipBreak();
-    m_loop.advance(1min);
-    EXPECT_FALSE(isOn());
-}
-
-TEST_F(BreakCycleTest, ASheetThatIsStillUpIsReplaced) {
-    start();
-    m_loop.advance(25min);
-    m_cycle.takeABreakUpdate();
-    EXPECT_EQ(story(), "1500000 in play\n1500000 Take a break for 05:00 mins\n1500000 begin\n"
-                       "1500000 in play\n1500000 end 1\n"
-                       "1500000 Take a break for 04:59 mins\n1500000 begin\n");
-    m_loop.advance(5min);
-    EXPECT_FALSE(sheet());
-    EXPECT_TRUE(isOn());
-}
-
-TEST_F(BreakCycleTest, ABreakEndsWhenItWasMadeShorterThanItHasLasted) {
-    start();
-    m_loop.advance(25min + 150s);
-    setDuration(2);
-    m_loop.advance(1s);
-    EXPECT_FALSE(sheet());
-    EXPECT_EQ(m_trace.events().back(), "1651000 out play");
-    setDuration(qint64(1) << 32); // none at all
-    m_loop.advance(25min);
-    EXPECT_FALSE(sheet());
-    EXPECT_TRUE(isOn());
-}
-
-// Its time is that of work and rest, not that of the wall.
-TEST_F(BreakCycleTest, SleepAndASetClockChangeNeitherWorkNorBreak) {
-    start();
-    m_loop.advance(10min);
-    m_loop.sleepMachine(8h);
-    m_loop.advance(5min);
-    m_loop.setWall(m_loop.now().addSecs(-3600));
-    m_loop.advance(10min - 1ms);
-    EXPECT_EQ(story(), "");
-    m_loop.advance(2min);
-    m_loop.sleepMachine(8h);
-    m_loop.setWall(m_loop.now().addSecs(-3600));
-    m_loop.advance(3min + 1ms);
-    EXPECT_EQ(m_trace.events().back(), "1800000 out play");
-}
-
-TEST_F(BreakCycleTest, WithoutSoundTheBreaksComeAllTheSame) {
-    m_player.hasServer = false;
-    start();
-    m_loop.advance(30min);
-    EXPECT_EQ(story(), "1500000 in refused\n1500000 Take a break for 05:00 mins\n"
-                       "1500000 begin\n1800000 \n1800000 end 0\n1800000 out refused\n");
-    m_loop.advance(25min);
-    EXPECT_TRUE(sheet());
-    EXPECT_TRUE(m_player.sounds().empty());
+TEST(BreakCycleTest, EachRoadThroughItsStatesHasItsTrace) {
+    const std::vector<Road> roads = {
+        {"done early, the next sheet is a second short",
+         [](Rig& rig) {
+             rig.loop.advance(25min + 10s);
+             rig.sheet->clickSkipBreak();
+             rig.loop.advance(25min + 500ms);
+         },
+         true,
+         {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
+          "1510000 end 0", "1510000 out play", "1511000 out finished", "3010000 in play",
+          "3010000 Take a break for 04:59 mins", "3010000 begin"}},
+        {"stopped on the sheet",
+         [](Rig& rig) {
+             rig.loop.advance(25min + 10s);
+             rig.sheet->clickStopBreak();
+             rig.loop.advance(2h);
+         },
+         false,
+         {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
+          "1510000 end -1000"}},
+        {"switched off while the sheet opens",
+         [](Rig& rig) {
+             rig.loop.advance(25min);
+             rig.cycle.disableRespito();
+             rig.loop.advance(2h);
+         },
+         false,
+         {"1500000 in play", "1500000" + five, "1500000 begin", "1500000 end 1",
+          "1501000 in finished"}},
+        {"switched off before it",
+         [](Rig& rig) {
+             rig.cycle.disableRespito();
+             rig.loop.advance(2h);
+         },
+         false,
+         {}},
+        {"started twice: the first timer goes on, and stopping does not reach it",
+         [](Rig& rig) {
+             rig.loop.advance(1min);
+             rig.start();
+             rig.loop.advance(49min);
+             rig.sheet->clickStopBreak();
+             rig.loop.advance(25min);
+         },
+         false,
+         {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
+          "1800000 end 0", "1800000 out play", "1801000 out finished", "3000000 in play",
+          "3000000" + five, "3000000 begin", "3000000 end -1000", "3001000 in finished",
+          "4500000 in play", "4500000 Take a break for 04:59 mins", "4500000 begin"}},
+        {"a sheet that is still up is replaced",
+         [](Rig& rig) {
+             rig.loop.advance(25min);
+             rig.cycle.takeABreakUpdate();
+             rig.loop.advance(5min - 1s);
+         },
+         true,
+         {"1500000 in play", "1500000" + five, "1500000 begin", "1500000 in play", "1500000 end 1",
+          "1500000 Take a break for 04:59 mins", "1500000 begin", "1501000 in finished",
+          "1501000 in finished", "1799000 end 0", "1799000 out play"}},
+        {"made shorter than it has lasted, then of no length",
+         [](Rig& rig) {
+             rig.loop.advance(25min + 150s);
+             rig.setDuration(2);
+             rig.loop.advance(2s);
+             rig.setDuration(qint64(1) << 32);
+             rig.loop.advance(25min - 1s);
+         },
+         true,
+         {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
+          "1651000 end 0", "1651000 out play", "1652000 out finished", "3151000 in play",
+          "3151000 Take a break for 00:00 mins", "3151000 end 0", "3151000 out play"}},
+        {"asleep, and with the clock set back, at work and at rest",
+         [](Rig& rig) {
+             for (const auto time : {10min, 17min}) {
+                 rig.loop.advance(time);
+                 rig.loop.sleepMachine(8h);
+                 rig.loop.setWall(rig.loop.now().addSecs(-3600));
+             }
+             rig.loop.advance(3min);
+         },
+         true,
+         {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
+          "1800000 end 0", "1800000 out play"}},
+        {"without sound",
+         [](Rig& rig) {
+             rig.player.hasServer = false;
+             rig.loop.advance(30min);
+         },
+         true,
+         {"1500000 in refused", "1500000" + five, "1500000 begin", "1800000 end 0",
+          "1800000 out refused"}},
+    };
+    for (const Road& road : roads) {
+        SCOPED_TRACE(road.name);
+        Rig rig;
+        rig.start();
+        road.steps(rig);
+        EXPECT_THAT(rig.trace.events(), ElementsAreArray(road.trace));
+        EXPECT_EQ(rig.isOn(), road.endsOn);
+    }
 }
 
 } // namespace
