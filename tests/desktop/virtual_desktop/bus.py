@@ -3,6 +3,7 @@
 
 from __future__ import annotations
 
+import socket as sockets
 import sys
 from pathlib import Path
 from typing import Any, Mapping
@@ -74,6 +75,11 @@ class Connection:
             pass
 
 
+def _answers(path: Path) -> bool:
+    with sockets.socket(sockets.AF_UNIX) as client:
+        return client.connect_ex(str(path)) == 0
+
+
 class Bus:
     """A bus daemon of our own."""
 
@@ -83,7 +89,7 @@ class Bus:
         configuration.write_text(_CONFIGURATION.format(socket=socket), encoding="utf-8")
         processes.start([find_program("dbus-daemon"), "--nofork", "--nopidfile",
                          f"--config-file={configuration}"], env, name)
-        wait_for(f"the {name} bus", socket.exists)
+        wait_for(f"the {name} bus", lambda: _answers(socket))  # it is there before it answers
         self.address = f"unix:path={socket}"
         self.connection = Connection(self.address)
 
