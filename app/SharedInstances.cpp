@@ -53,10 +53,6 @@ ReminderController::Surroundings reminderSurroundings() {
             }};
 }
 
-void openReminders() {
-    ReminderController::create(reminderSurroundings())->show();
-}
-
 // With the first window that has a frame, so that a start does not pay for it.
 void showWindowIcon() {
     if (bfApp::windowIcon().isNull())
@@ -67,18 +63,17 @@ void showWindowIcon() {
 std::unique_ptr<AlarmSetController> makeEditor() {
     showWindowIcon();
     Desktop& desktop = sharedDesktop();
-    return std::make_unique<AlarmSetController>(
-        AlarmEditorServices{.runLoop = desktop.runLoop,
-                            .bundle = desktop.bundle,
-                            .storedAlarms = sharedStoredAlarms(),
-                            .soundPlayer = desktop.soundPlayer,
-                            .soundRepeat = sharedSoundRepeat(),
-                            .audioStorage = AudioStorageController::sharedController(),
-                            .speech = desktop.speech,
-                            .workspace = desktop.workspace,
-                            .notificationCenter = desktop.notifications,
-                            .propertyLists = desktop.propertyLists,
-                            .openReminders = openReminders});
+    return std::make_unique<AlarmSetController>(AlarmEditorServices{
+        .runLoop = desktop.runLoop,
+        .bundle = desktop.bundle,
+        .storedAlarms = sharedStoredAlarms(),
+        .soundPlayer = desktop.soundPlayer,
+        .audioStorage = AudioStorageController::sharedController(),
+        .speech = desktop.speech,
+        .workspace = desktop.workspace,
+        .notificationCenter = desktop.notifications,
+        .propertyLists = desktop.propertyLists,
+        .makeReminders = [] { return ReminderController::create(reminderSurroundings()); }});
 }
 
 // The reminder's own window, or else the one that is being worked in.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 namespace dorvane {
 
@@ -9,9 +10,9 @@ class AudioStorageController;
 class Bundle;
 class NotificationCenter;
 class PropertyListFormat;
+class ReminderController;
 class RunLoop;
 class SoundPlayer;
-class SoundRepeat;
 class SpeechService;
 class StoredAlarms;
 class Workspace;
@@ -22,14 +23,13 @@ struct AlarmEditorServices {
     const Bundle& bundle;
     StoredAlarms& storedAlarms;
     SoundPlayer& soundPlayer;
-    SoundRepeat& soundRepeat;
     AudioStorageController& audioStorage;
     SpeechService& speech;
     Workspace& workspace;
     NotificationCenter& notificationCenter;
     const PropertyListFormat& propertyLists;
-    // Opens the window in which reminders are recorded.
-    std::function<void()> openReminders;
+    // A window in which reminders are recorded, not yet shown.
+    std::function<std::shared_ptr<ReminderController>()> makeReminders;
 };
 
 } // namespace dorvane

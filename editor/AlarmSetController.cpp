@@ -62,7 +62,6 @@ void AlarmSetController::setUpControls() {
     };
     m_controls->calendarButton->setIcon(icon(QStringLiteral("Calendar.svg")));
     m_controls->alarmButton->setIcon(icon(QStringLiteral("Clock.svg")));
-    m_controls->playButton->setIcon(icon(QStringLiteral("PlayBlueButton.svg")));
     m_setButton = addAcceptAndCancel(*m_controls->buttonBox, QStringLiteral("&Set"));
 }
 

@@ -5,10 +5,13 @@
 #include "editor/SoundPreview.h"
 #include "platform/NotificationCenter.h"
 #include "sounds/AlarmSoundMenuContructor.h"
+#include "sounds/AudioStorageController.h"
 #include "sounds/SoundMenuTarget.h"
 
 #include <QObject>
 #include <QString>
+
+class QDialog;
 
 namespace Ui {
 class AlarmSetController;
@@ -16,15 +19,16 @@ class AlarmSetController;
 
 namespace dorvane {
 
-// The sound rows of the alarm editor: which sound is chosen, hearing it, and adding files to those
-// that can be chosen. Belongs to the editor's window.
+// The sound rows of the alarm editor: which sound is chosen, hearing it, adding files to those that
+// can be chosen, and recording some. Belongs to the editor's window; when that closes, what is
+// being heard ends, and so does recording.
 class SoundChoice final : public QObject, private SoundMenuTarget {
     Q_OBJECT
 
 public:
     // The controls must be those of the window.
     SoundChoice(const AlarmEditorServices& services, Ui::AlarmSetController& controls,
-                QWidget* window);
+                QDialog* window);
     ~SoundChoice() override;
 
     // Full path; empty for none.
@@ -41,19 +45,27 @@ Q_SIGNALS:
 
 private:
     void addWell();
+    void connectControls();
     void soundSelected(const QString& path) override;
     void manageReminders() override;
     void playButtonPushed();
+    void setSoundVolume();
+    void previewChanged(SoundPreview::State state);
     void chooseAudioFile();
     void soundWellClicked();
+    [[nodiscard]] AudioStorageController::Report addingReport();
+    void reminderAccepted(const QString& path);
+    void windowClosed();
 
     const AlarmEditorServices& m_services;
     Ui::AlarmSetController& m_controls;
-    QWidget* m_window;
+    QDialog* m_window;
+    const QString m_wellHint;
     QString m_soundPath;
     AlarmSoundMenuContructor m_asmc;
     SoundPreview m_preview;
     NotificationCenter::Observation m_wellClicks;
+    std::weak_ptr<ReminderController> m_reminders; // which lives while its window is shown
 };
 
 } // namespace dorvane

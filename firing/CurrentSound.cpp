@@ -3,16 +3,21 @@
 
 namespace dorvane {
 
-FadingSound& CurrentSound::replace(std::unique_ptr<Sound> sound) {
+FadingSound& CurrentSound::replace(std::unique_ptr<Sound> sound,
+                                   std::function<void(bool isComplete)> ended) {
     stop();
     m_sound = std::make_unique<FadingSound>(m_runLoop, std::move(sound));
-    m_sound->sound().setFinished([this, number = ++m_number](bool) {
-        // Not from inside the sound's own callback.
-        m_runLoop.defer(m_lifeline.guard([number](CurrentSound& self) {
-            if (number == self.m_number)
+    m_sound->sound().setFinished(
+        [this, number = ++m_number, ended = std::move(ended)](bool isComplete) {
+            // Not from inside the sound's own callback.
+            m_runLoop.defer(m_lifeline.guard([number, ended, isComplete](CurrentSound& self) {
+                if (number != self.m_number)
+                    return;
                 self.m_sound.reset();
-        }));
-    });
+                if (ended)
+                    ended(isComplete);
+            }));
+        });
     return *m_sound;
 }
 

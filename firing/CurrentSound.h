@@ -5,6 +5,7 @@
 #include "platform/Lifeline.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 namespace dorvane {
@@ -16,8 +17,10 @@ public:
     explicit CurrentSound(RunLoop& runLoop) : m_runLoop(runLoop) {}
 
     // Takes the place of the sound before, which falls silent. Valid until the sound has ended, or
-    // the next call of a member.
-    FadingSound& replace(std::unique_ptr<Sound> sound);
+    // the next call of a member. `ended` is called when the sound was let go of, unless another had
+    // taken its place: true when it was heard to its end.
+    FadingSound& replace(std::unique_ptr<Sound> sound,
+                         std::function<void(bool isComplete)> ended = {});
 
     void stop();
 

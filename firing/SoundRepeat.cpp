@@ -15,11 +15,11 @@ constexpr std::size_t mostAtOnce = 16;
 SoundRepeat::SoundRepeat(RunLoop& runLoop, SoundPlayer& player)
     : m_runLoop(runLoop), m_player(player) {}
 
-void SoundRepeat::playSoundAtPath(const QString& path, int times) {
-    play(m_player.ringWithContentsOfFile(path), times);
+void SoundRepeat::playSoundAtPath(const QString& path, int times, Ended ended) {
+    play(m_player.ringWithContentsOfFile(path), times, std::move(ended));
 }
 
-void SoundRepeat::play(std::unique_ptr<Sound> sound, int times) {
+void SoundRepeat::play(std::unique_ptr<Sound> sound, int times, Ended ended) {
     if (m_plays.size() >= mostAtOnce) {
         qCDebug(logFiring, "enough sounds play already; one is left out");
         return;
@@ -27,6 +27,7 @@ void SoundRepeat::play(std::unique_ptr<Sound> sound, int times) {
     const auto play = m_plays.emplace(m_plays.end());
     play->sound = std::move(sound);
     play->count = times;
+    play->ended = std::move(ended);
     // Only a loaded sound starts without delay, and each start is to be like the others.
     play->sound->whenLoaded([this, play] {
         play->firstStart = m_runLoop.uptime();
@@ -71,7 +72,13 @@ bool SoundRepeat::settle(Plays::iterator play) {
 
 // Later, since this may run inside a callback of the very sound.
 void SoundRepeat::drop(Plays::iterator play) {
-    m_runLoop.defer(m_lifeline.guard([play](SoundRepeat& self) { self.m_plays.erase(play); }));
+    m_runLoop.defer(m_lifeline.guard([play](SoundRepeat& self) {
+        const Ended ended = std::move(play->ended);
+        const bool isHeard = play->done == play->count;
+        self.m_plays.erase(play);
+        if (ended)
+            ended(isHeard);
+    }));
 }
 
 } // namespace dorvane

@@ -5,21 +5,26 @@
 #include "platform/RunLoop.h"
 #include "platform/Sound.h"
 
+#include <functional>
 #include <list>
 #include <memory>
 
 namespace dorvane {
 
 // Plays files several times, back to back, on its own: whoever asks keeps nothing, and nothing
-// stops a sound early. Main thread only.
+// stops a sound early but destroying this. Main thread only.
 class SoundRepeat {
 public:
     SoundRepeat(RunLoop& runLoop, SoundPlayer& player);
 
+    // Called in a turn of its own, when the last play is over or a play was refused; not when this
+    // is destroyed, which it may do.
+    using Ended = std::function<void(bool isHeard)>;
+
     // Starts the file `times` times in all, each start one duration after the one before. A file
     // that cannot be played is dropped; the player says why in the log.
-    void playSoundAtPath(const QString& path, int times);
-    void play(std::unique_ptr<Sound> sound, int times);
+    void playSoundAtPath(const QString& path, int times, Ended ended = {});
+    void play(std::unique_ptr<Sound> sound, int times, Ended ended = {});
 
 private:
     // One file being repeated.
@@ -28,6 +33,7 @@ private:
         RunLoop::Milliseconds firstStart{0};
         int count = 0;
         int done = 0;
+        Ended ended;
         bool isSettled = false; // whether firstStart is when the first play was really heard
         RunLoopTimer timer;
     };

@@ -7,6 +7,8 @@
 
 #include <QMenu>
 
+#include <algorithm>
+
 namespace dorvane {
 
 AlarmSoundMenuContructor::AlarmSoundMenuContructor(const AudioStorageController& library,
@@ -53,6 +55,13 @@ void AlarmSoundMenuContructor::buildRecordSounds() {
     auto* record = new QAction(m_recordTitle, &submenu);
     QObject::connect(record, &QAction::triggered, record,
                      [target = m_target] { target->manageReminders(); });
+    const QList<QAction*> reminders = submenu.actions();
+    const auto first =
+        std::find_if(reminders.begin(), reminders.end(), [this](const QAction* reminder) {
+            return reminder->data().toString() == m_firstReminder;
+        });
+    if (first != reminders.end() && first != reminders.begin())
+        submenu.insertAction(reminders.first(), *first);
     submenu.insertAction(submenu.actions().value(0), record);
     submenu.menuAction()->setEnabled(true);
 }

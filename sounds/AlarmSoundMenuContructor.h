@@ -37,6 +37,9 @@ public:
     [[nodiscard]] SoundMenuTarget* target() const { return m_target; }
     void setTarget(SoundMenuTarget* target) { m_target = target; }
 
+    // The recording that comes first in its submenu; none at first.
+    void setFirstReminder(const QString& path) { m_firstReminder = path; }
+
     // Rebuilds the menu from what is in the library now; only the title of the face is kept. Needs
     // a menu and a target. To be called each time the menu is about to show.
     void constructMenu();
@@ -60,6 +63,7 @@ private:
     const std::unique_ptr<QStyle> m_scrolling;
     QPointer<QMenu> m_objectMenu;
     SoundMenuTarget* m_target = nullptr;
+    QString m_firstReminder;
 };
 
 } // namespace dorvane

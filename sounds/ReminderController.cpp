@@ -12,11 +12,14 @@
 #include "sounds/ReminderFileName.h"
 #include "sounds/ReminderStrings.h"
 #include "sounds/RoundButton.h"
+#include "sounds/SoundName.h"
 #include "ui_ReminderController.h"
 
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QShortcut>
 #include <QSignalBlocker>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -32,12 +35,30 @@ constexpr RunLoop::Milliseconds tickInterval = 50ms;
 
 class ReminderWindow final : public QWidget {
 public:
-    explicit ReminderWindow(std::function<void()> willClose) : m_willClose(std::move(willClose)) {}
+    ReminderWindow(std::function<void()> didActivate, std::function<void()> willClose)
+        : m_didActivate(std::move(didActivate)), m_willClose(std::move(willClose)) {}
 
 protected:
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::WindowActivate)
+            m_didActivate();
+        return QWidget::event(event);
+    }
     void closeEvent(QCloseEvent*) override { m_willClose(); }
 
+    // Of the buttons: outside of dialogs Space alone would press them.
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key != Qt::Key_Return && key != Qt::Key_Enter)
+            return false;
+        qobject_cast<QAbstractButton*>(watched)->click();
+        return true;
+    }
+
 private:
+    std::function<void()> m_didActivate;
     std::function<void()> m_willClose;
 };
 
@@ -51,7 +72,8 @@ std::shared_ptr<ReminderController> ReminderController::create(Surroundings surr
 ReminderController::ReminderController(Surroundings surroundings,
                                        ReminderControls (*loadForm)(QWidget& window))
     : m_surroundings(std::move(surroundings))
-    , m_window(std::make_unique<ReminderWindow>([this] { windowWillClose(); }))
+    , m_window(std::make_unique<ReminderWindow>([this] { forgetVanished(); },
+                                                [this] { windowWillClose(); }))
     , m_form(std::make_unique<ReminderControls>(loadForm(*m_window))) {
     awakeFromNib();
 }
@@ -68,6 +90,8 @@ void ReminderController::awakeFromNib() {
         reminderChangedNotification, [this](auto) { updatePlayButton(); }, m_reminderStrings.get());
     for (QToolButton* round : {m_form->recordButton, m_form->playButton})
         showFocusRound(*round);
+    for (QAbstractButton* button : m_window->findChildren<QAbstractButton*>())
+        button->installEventFilter(m_window.get());
     connectControls();
     exitRecording();
     updateRecordButton();
@@ -118,6 +142,16 @@ void ReminderController::runWithAlarm(const AlarmPtr& alarm) {
     m_window->activateWindow();
 }
 
+// A parent would own the window; a transient one only keeps it above.
+void ReminderController::stayAbove(const QWidget& owner) {
+    m_window->winId();
+    m_window->windowHandle()->setTransientParent(owner.window()->windowHandle());
+}
+
+void ReminderController::close() {
+    m_window->close();
+}
+
 QString ReminderController::reminderString() const {
     return m_reminderStrings->currentStringValue();
 }
@@ -135,13 +169,15 @@ void ReminderController::startRecording(bool on) {
     const QString title = m_form->reminderTitle->text();
     const QString path = ReminderStrings::soundDirectory(m_surroundings.user) + QLatin1Char('/') +
                          reminderFileName(title) + QStringLiteral(".aiff");
-    const auto finished = [weak = weak_from_this(), title, path](const auto& error) {
+    const auto finished = [weak = weak_from_this(), path](const auto& error) {
         if (const auto self = weak.lock())
-            self->recordingFinished(title, path, error);
+            self->recordingFinished(path, error);
     };
     if (!m_surroundings.recorder.record(path, finished)) {
         qCWarning(logSounds) << "cannot record: another recording is running";
         exitRecording();
+        m_form->messageLabel->setText(
+            QStringLiteral("Cannot record: another window is recording. Stop it there first."));
         return;
     }
     m_recordingSince = m_surroundings.runLoop.uptime();
@@ -220,7 +256,7 @@ void ReminderController::stopRecordingAndSave(bool save) {
     exitRecording();
 }
 
-void ReminderController::recordingFinished(const QString& title, const QString& path,
+void ReminderController::recordingFinished(const QString& path,
                                            const std::optional<AudioError>& error) {
     exitRecording();
     if (error) {
@@ -229,7 +265,7 @@ void ReminderController::recordingFinished(const QString& title, const QString& 
             QStringLiteral("The recording failed: %1.").arg(error->reason));
         return;
     }
-    m_reminderStrings->addReminderString(title, path);
+    m_reminderStrings->addReminderString(soundName(path), path);
     updatePlayButton();
 }
 
@@ -238,6 +274,7 @@ void ReminderController::playSound() {
         m_playingSound->stop(); // soundDidFinishPlaying() follows
         return;
     }
+    forgetVanished();
     const QString path = soundPath();
     if (path.isEmpty())
         return;
@@ -272,6 +309,8 @@ void ReminderController::soundFolderPushed() {
 }
 
 void ReminderController::acceptReminder() {
+    if (const QString path = soundPath(); m_accepted && !path.isEmpty())
+        m_accepted(path);
     m_window->close();
 }
 
@@ -284,6 +323,14 @@ void ReminderController::updatePlayButton() {
     const bool canPlay = !soundPath().isEmpty() && !m_recordTimer;
     m_form->playButton->setEnabled(canPlay);
     m_form->deleteButton->setEnabled(canPlay);
+}
+
+// The user may have deleted files in the file manager meanwhile.
+void ReminderController::forgetVanished() {
+    if (const QString path = soundPath(); path.isEmpty() || QFileInfo::exists(path))
+        return;
+    m_reminderStrings->refreshContent();
+    updatePlayButton();
 }
 
 void ReminderController::windowWillClose() {

@@ -50,9 +50,18 @@ public:
     ReminderController(const ReminderController&) = delete;
     ReminderController& operator=(const ReminderController&) = delete;
 
+    // Keeps the window above the one that asked for it. To be called once, before it is shown.
+    void stayAbove(const QWidget& owner);
+
+    // Called with the chosen recording when the user presses OK.
+    void setAccepted(std::function<void(const QString& soundPath)> accepted) {
+        m_accepted = std::move(accepted);
+    }
+
     // Shows the window, or brings it to the front. With an alarm, its recording is chosen.
     void show() { runWithAlarm(nullptr); }
     void runWithAlarm(const AlarmPtr& alarm);
+    void close();
 
     // What is chosen; empty when nothing is.
     [[nodiscard]] QString reminderString() const;
@@ -78,14 +87,14 @@ private:
     void setRecordingEndsEnabled(bool enabled);
     void cancelRecording();
     void stopRecordingAndSave(bool save);
-    void recordingFinished(const QString& title, const QString& path,
-                           const std::optional<AudioError>& error);
+    void recordingFinished(const QString& path, const std::optional<AudioError>& error);
     void timerTick();
     void showProgress(RunLoop::Milliseconds elapsed);
     void soundDidFinishPlaying();
     void stopPlaying();
     void updateRecordButton();
     void updatePlayButton();
+    void forgetVanished();
     void windowWillClose();
     void setImage(QAbstractButton& button, const char* name, const QString& action) const;
 
@@ -97,6 +106,7 @@ private:
     RunLoopTimer m_recordTimer; // set while recording
     RunLoop::Milliseconds m_recordingSince{0};
     std::unique_ptr<Sound> m_playingSound;
+    std::function<void(const QString& soundPath)> m_accepted;
     std::shared_ptr<ReminderController> m_self; // while the window is shown
 };
 

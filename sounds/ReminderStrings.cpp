@@ -5,8 +5,8 @@
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
 #include "sounds/ReminderComboBox.h"
-#include "sounds/ReminderFileName.h"
 #include "sounds/SoundFolders.h"
+#include "sounds/SoundName.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -50,9 +50,11 @@ void ReminderStrings::attachToComboBox(ReminderComboBox* comboBox) {
     m_comboBox = comboBox;
     if (!comboBox)
         return;
-    reloadData();
+    reloadData(QString());
     QObject::connect(comboBox, &ReminderComboBox::comboBoxWillPopUp, comboBox,
                      [this] { refreshContent(); });
+    QObject::connect(comboBox->lineEdit(), &QLineEdit::textEdited, comboBox,
+                     [this](const QString& text) { textEdited(text); });
     QObject::connect(comboBox, &QComboBox::currentIndexChanged, comboBox,
                      [this] { comboBoxSelectionDidChange(); });
 }
@@ -64,11 +66,35 @@ void ReminderStrings::refreshContent() {
     while (files.hasNext()) {
         const QString path = files.next();
         if (m_surroundings.isSound(path))
-            m_stringContainers.push_back(StringContainer::containerWithStringValue(
-                reminderText(files.fileInfo().completeBaseName()), path));
+            m_stringContainers.push_back(
+                StringContainer::containerWithStringValue(soundName(path), path));
     }
-    reloadData();
-    setCurrentSoundPath(chosen);
+    reloadData(chosen);
+    if (currentSoundPath() != chosen)
+        comboBoxSelectionDidChange();
+}
+
+QString ReminderStrings::completedString(const QString& typed) const {
+    const auto found =
+        std::find_if(m_stringContainers.begin(), m_stringContainers.end(),
+                     [&typed](const auto& each) { return each.stringValue().startsWith(typed); });
+    return found == m_stringContainers.end() ? typed : found->stringValue();
+}
+
+// Completes what grows at its end, the completion selected so that typing goes on over it. An entry
+// is chosen while its name stands there.
+void ReminderStrings::textEdited(const QString& text) {
+    QLineEdit* const field = m_comboBox->lineEdit();
+    const int cursor = field->cursorPosition();
+    const bool isGrowing = cursor == text.size() && !m_typed.startsWith(text);
+    m_typed = text;
+    const QString shown = isGrowing ? completedString(text) : text;
+    select(indexOfText(shown));
+    field->setText(shown);
+    if (shown == text)
+        field->setCursorPosition(cursor);
+    else
+        field->setSelection(int(shown.size()), int(text.size() - shown.size()));
 }
 
 void ReminderStrings::addReminderString(const QString& text, const QString& path) {
@@ -80,7 +106,7 @@ void ReminderStrings::addReminderString(const QString& text, const QString& path
         m_stringContainers.pop_back();
         reclaimSound(oldest);
     }
-    reloadData();
+    reloadData(QString());
     setCurrentSoundPath(path);
 }
 
@@ -110,9 +136,7 @@ void ReminderStrings::finishSoundRemoving(int index) {
 }
 
 QString ReminderStrings::currentStringValue() const {
-    const int index = m_comboBox ? m_comboBox->currentIndex() : -1;
-    return index < 0 ? QString()
-                     : m_stringContainers.at(static_cast<std::size_t>(index)).stringValue();
+    return m_comboBox ? m_comboBox->currentText() : QString();
 }
 
 QString ReminderStrings::currentSoundPath() const {
@@ -126,17 +150,25 @@ QString ReminderStrings::soundPathAtIndex(int index) const {
 }
 
 void ReminderStrings::setCurrentStringValue(const QString& text) {
-    selectFirst([&](const StringContainer& each) { return each.stringValue() == text; });
+    select(indexOfText(text));
 }
 
 void ReminderStrings::setCurrentSoundPath(const QString& path) {
-    selectFirst([&](const StringContainer& each) { return each.soundPath() == path; });
+    select(indexOfPath(path));
 }
 
-void ReminderStrings::selectFirst(const std::function<bool(const StringContainer&)>& matches) {
+int ReminderStrings::indexOfText(const QString& text) const {
+    return indexOf([&](const StringContainer& each) { return each.stringValue() == text; });
+}
+
+int ReminderStrings::indexOfPath(const QString& path) const {
+    return indexOf([&](const StringContainer& each) { return each.soundPath() == path; });
+}
+
+// Of the first such entry, or -1.
+int ReminderStrings::indexOf(const std::function<bool(const StringContainer&)>& matches) const {
     const auto found = std::find_if(m_stringContainers.begin(), m_stringContainers.end(), matches);
-    const auto index = static_cast<int>(found - m_stringContainers.begin());
-    select(found == m_stringContainers.end() ? -1 : index);
+    return found == m_stringContainers.end() ? -1 : int(found - m_stringContainers.begin());
 }
 
 void ReminderStrings::select(int index) {
@@ -144,15 +176,18 @@ void ReminderStrings::select(int index) {
         m_comboBox->setCurrentIndex(index);
 }
 
-// Tells nobody: whoever reloads chooses an entry next.
-void ReminderStrings::reloadData() {
+// Tells nobody. What was typed and chooses nothing stays.
+void ReminderStrings::reloadData(const QString& chosenPath) {
     if (!m_comboBox)
         return;
     const QSignalBlocker silent(m_comboBox);
+    const QString typed = m_comboBox->currentIndex() < 0 ? m_comboBox->currentText() : QString();
     m_comboBox->clear();
     for (const StringContainer& each : m_stringContainers)
-        m_comboBox->addItem(m_surroundings.soundImage, each.stringValue().simplified());
-    m_comboBox->setCurrentIndex(-1);
+        m_comboBox->addItem(m_surroundings.soundImage, each.stringValue());
+    m_comboBox->setCurrentIndex(indexOfPath(chosenPath));
+    if (!m_stringContainers.empty() && !typed.isEmpty())
+        m_comboBox->setEditText(typed);
 }
 
 void ReminderStrings::comboBoxSelectionDidChange() {

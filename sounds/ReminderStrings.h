@@ -46,8 +46,12 @@ public:
     // Shows the list in the combo box, from now on and in no other; not owned.
     void attachToComboBox(ReminderComboBox* comboBox);
 
-    // Reads the folder again. What is chosen stays chosen if it is still there.
+    // Reads the folder again. What is chosen stays chosen, and nobody hears of it, while it is
+    // still there.
     void refreshContent();
+
+    // The text of the first entry that begins with what was typed, else that itself.
+    [[nodiscard]] QString completedString(const QString& typed) const;
 
     // Puts the recording first and chooses it. The file of the sixteenth entry is deleted.
     void addReminderString(const QString& text, const QString& path);
@@ -56,8 +60,9 @@ public:
     // before.
     void removeCurrentSound();
 
-    // Of the chosen recording; empty when none is chosen.
+    // What the combo box reads: the chosen recording's text, or what was typed.
     [[nodiscard]] QString currentStringValue() const;
+    // Of the chosen recording; empty when none is chosen.
     [[nodiscard]] QString currentSoundPath() const;
     [[nodiscard]] QString soundPathAtIndex(int index) const;
 
@@ -66,8 +71,11 @@ public:
     void setCurrentSoundPath(const QString& path);
 
 private:
-    void reloadData();
-    void selectFirst(const std::function<bool(const StringContainer&)>& matches);
+    void reloadData(const QString& chosenPath);
+    void textEdited(const QString& text);
+    [[nodiscard]] int indexOfText(const QString& text) const;
+    [[nodiscard]] int indexOfPath(const QString& path) const;
+    [[nodiscard]] int indexOf(const std::function<bool(const StringContainer&)>& matches) const;
     void select(int index);
     void finishSoundRemoving(int index);
     void reclaimSound(const QString& path);
@@ -79,6 +87,7 @@ private:
     const QString m_folder;
     std::vector<StringContainer> m_stringContainers;
     QPointer<ReminderComboBox> m_comboBox;
+    QString m_typed;                          // before what is typed now
     std::shared_ptr<ReminderStrings*> m_self; // what deferred calls hold weakly
 };
 

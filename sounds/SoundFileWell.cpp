@@ -4,7 +4,6 @@
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/PropertyList.h"
-#include "sounds/AudioStorageController.h"
 
 #include <QClipboard>
 #include <QDragEnterEvent>
@@ -49,7 +48,8 @@ SoundFileWell::SoundFileWell(AudioStorageController& library, NotificationCenter
     setAcceptDrops(true);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setToolTip(QStringLiteral("Drop sound files here to add them, click to show them"));
+    setToolTip(
+        QStringLiteral("Drop a sound file here to add it, click to show the folder of sounds"));
     setAccessibleName(QStringLiteral("Sound files"));
     setAccessibleDescription(QStringLiteral(
         "Press to show the folder of sounds. Drop or paste a sound file to add it."));
@@ -122,7 +122,7 @@ void SoundFileWell::take(const QMimeData& contents) {
     if (accepted.isEmpty())
         return;
     setURL(accepted);
-    m_library.addAudioFilesWithURLs({accepted});
+    m_library.addAudioFilesWithURLs({accepted}, m_report);
 }
 
 // Where the first track of a drag from a music library lies, empty when there is none.

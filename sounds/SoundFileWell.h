@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "sounds/AudioStorageController.h"
+
 #include <QAbstractButton>
 #include <QUrl>
 
@@ -8,7 +10,6 @@ class QMimeData;
 
 namespace dorvane {
 
-class AudioStorageController;
 class NotificationCenter;
 class PropertyListFormat;
 
@@ -26,6 +27,9 @@ public:
     SoundFileWell(AudioStorageController& library, NotificationCenter& notifications,
                   const PropertyListFormat& propertyLists, const QIcon& image,
                   QWidget* parent = nullptr);
+
+    // Hears what became of each file that was taken.
+    void setReport(AudioStorageController::Report report) { m_report = std::move(report); }
 
     // The last accepted file, empty when there was none.
     [[nodiscard]] const QUrl& url() const { return m_url; }
@@ -48,6 +52,7 @@ private:
 
     AudioStorageController& m_library;
     const PropertyListFormat& m_propertyLists;
+    AudioStorageController::Report m_report;
     QUrl m_url;
     bool m_dragging = false;
 };

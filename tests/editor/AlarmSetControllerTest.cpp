@@ -6,7 +6,6 @@
 #include "editor/TimePicker.h"
 #include "editor/TitleBox.h"
 #include "sounds/PullDownPopUp.h"
-#include "sounds/SoundFileWell.h"
 #include "tests/editor/EditorFixture.h"
 #include "tests/support/Dates.h"
 #include "tests/support/LogCapture.h"
@@ -14,13 +13,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDateEdit>
-#include <QFileDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSlider>
 #include <QtTest/QTest>
 
 #include <algorithm>
@@ -295,46 +292,6 @@ TEST_F(AlarmSetControllerTest, choosesSoundsAndVoices) {
                             "5000" + path + " finished", "5000" + path + " play",
                             "10000" + path + " finished", "10000" + path + " play",
                             "15000" + path + " finished"));
-}
-
-TEST_F(AlarmSetControllerTest, previewsOneSoundAtATime) {
-    const AlarmPtr alarm = Alarm::initWithTime(loop, {}, u"Tea"_qs);
-    alarm->setIsPlaySound(true);
-    alarm->setSoundPath(u"/gone/Bell.aiff"_qs);
-    player.setFile(alarm->soundPath(), {.duration = std::chrono::seconds(2)});
-    open(alarm);
-    auto* face = find<PullDownPopUp>("selectSoundButton");
-    EXPECT_EQ(face->currentText(), u"Bell"_qs);
-    EXPECT_EQ(face->toolTip(), u"Bell (missing)"_qs);
-
-    click("playButton");
-    loop.advance(std::chrono::seconds(1));
-    find<QSlider>("Volume")->setValue(128);
-    EXPECT_EQ(find<QSlider>("Volume")->toolTip(), u"Using volume  50%"_qs);
-    EXPECT_FLOAT_EQ(player.sounds().back()->volume(), 128.0F / 255.0F);
-    find<QSlider>("Volume")->setValue(0);
-    EXPECT_FLOAT_EQ(player.sounds().back()->volume(), 1.0F);
-    loop.advance(std::chrono::seconds(5));
-    EXPECT_TRUE(player.sounds().empty());
-}
-
-TEST_F(AlarmSetControllerTest, addsFilesWithoutChoosingThem) {
-    open();
-    QFile file(folder.filePath(u"Gong.wav"_qs));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("RIFF") > 0 && file.flush());
-    click("chooseFileButton");
-    auto* panel = editor.findChild<QFileDialog*>();
-    ASSERT_NE(panel, nullptr);
-    EXPECT_EQ(panel->windowTitle(), u"Choose audio file(s)"_qs);
-    panel->setDirectory(folder.path());
-    panel->selectFile(file.fileName());
-    static_cast<QDialog*>(panel)->accept();
-    const QString copy = folder.filePath(u"Dorvane/Sounds/Gong.wav"_qs);
-    EXPECT_TRUE(QTest::qWaitFor([this, &copy] { return storage.addedSounds().contains(copy); }));
-    EXPECT_EQ(find<PullDownPopUp>("selectSoundButton")->currentText(), u"Select Sound"_qs);
-
-    find<SoundFileWell>("soundWell")->click();
-    EXPECT_EQ(trace.events().back(), "0 reveal " + storage.storedSoundsPath().toStdString());
 }
 
 TEST_F(AlarmSetControllerTest, standsTitlesOfAnyKind) {

@@ -5,12 +5,13 @@
 #include "core/StoredAlarms.h"
 #include "editor/AlarmEditorDelegate.h"
 #include "editor/AlarmSetController.h"
-#include "firing/SoundRepeat.h"
 #include "platform/Bundle.h"
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
 #include "platform/NotificationCenter.h"
 #include "sounds/AudioStorageController.h"
+#include "sounds/ReminderController.h"
+#include "tests/support/FakeAudioRecorder.h"
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/FakeSpeechService.h"
 #include "tests/support/FakeWorkspace.h"
@@ -32,7 +33,6 @@ public:
         : loop(now)
         , trace(loop)
         , player(loop, trace)
-        , repeat(loop, player)
         , speech(loop, trace)
         , workspace(trace)
         , bundle(QStringLiteral(DORVANE_TEST_BUNDLE), {})
@@ -46,17 +46,23 @@ public:
     }
 
     AlarmEditorServices services() {
+        return {loop,      bundle,
+                library,   player,
+                storage,   speech,
+                workspace, notifications,
+                format,    [this] { return ReminderController::create(reminderSurroundings()); }};
+    }
+
+    ReminderController::Surroundings reminderSurroundings() {
+        const UserFolders user{folder.path(), folder.path(), folder.path(), folder.path()};
         return {loop,
-                bundle,
-                library,
-                player,
-                repeat,
-                storage,
-                speech,
-                workspace,
                 notifications,
-                format,
-                [this] { trace.add(QStringLiteral("reminders")); }};
+                recorder,
+                player,
+                workspace,
+                bundle,
+                user,
+                [this](const QString& path) { return storage.soundFileTypes().isSound(path); }};
     }
 
     void acceptedAlarm(AlarmSetController& from, const AlarmPtr& alarm) override {
@@ -85,7 +91,7 @@ public:
     VirtualRunLoop loop;
     Trace trace;
     FakeSoundPlayer player;
-    SoundRepeat repeat;
+    FakeAudioRecorder recorder{loop, trace};
     FakeSpeechService speech;
     FakeWorkspace workspace;
     NotificationCenter notifications;

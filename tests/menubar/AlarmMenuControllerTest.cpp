@@ -5,6 +5,7 @@
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
 #include "firing/SnoozeWindowController.h"
+#include "firing/SoundRepeat.h"
 #include "platform/Appearance.h"
 #include "tests/editor/EditorFixture.h"
 #include "tests/menubar/MenuAlarms.h"
@@ -99,6 +100,7 @@ protected:
     }
 
     Clock m_clock{loop, notifications};
+    SoundRepeat m_repeat{loop, player};
     FakeStatusItem m_item;
     LightDesktop m_appearance;
     AlarmMenuController m_controller{
@@ -110,7 +112,7 @@ protected:
          .appearance = m_appearance,
          .bundle = bundle,
          .player = player,
-         .repeat = repeat,
+         .repeat = m_repeat,
          .speech = speech,
          .isSystemSound = [](const QString&) { return false; },
          .makeEditor = [this] { return std::make_unique<AlarmSetController>(services()); },

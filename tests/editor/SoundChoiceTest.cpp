@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sounds/PullDownPopUp.h"
+#include "sounds/SoundFileWell.h"
+#include "tests/editor/EditorFixture.h"
+#include "tests/support/Dates.h"
+#include "tests/support/LogCapture.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSlider>
+#include <QtTest/QTest>
+#include <QWindow>
+
+#include <algorithm>
+#include <gmock/gmock.h>
+
+using namespace dorvane;
+using namespace dorvane::testing;
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+
+namespace {
+
+class SoundChoiceTest : public ::testing::Test, public EditorFixture {
+protected:
+    SoundChoiceTest() : EditorFixture(at("2026-11-18 20:05:20")) { editor.showWithAlarm(nullptr); }
+
+    // A sound of the user's, so many seconds long.
+    void add(const char* name, double seconds, bool isPlayable = true) {
+        QFile file(folder.filePath(u"Dorvane/Sounds/%1.aiff"_qs.arg(QLatin1String(name))));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        player.setFile(file.fileName(),
+                       {.duration = Sound::Seconds(seconds), .isPlayable = isPlayable});
+    }
+
+    // Builds the sound menu anew and gives the actions of its submenus.
+    QList<QAction*> offered() {
+        auto* button = find<PullDownPopUp>("selectSoundButton");
+        button->showPopup();
+        button->menu().close();
+        QList<QAction*> items;
+        for (const QAction* group : button->menu().actions())
+            if (group->menu())
+                items += group->menu()->actions();
+        return items;
+    }
+    void choose(const QString& name) {
+        for (QAction* item : offered())
+            if (item->text() == name)
+                return item->trigger();
+        ADD_FAILURE() << "not offered: " << qPrintable(name);
+    }
+    [[nodiscard]] std::string button() {
+        return find<QAbstractButton>("playButton")->accessibleName().toStdString();
+    }
+    void press(const char* name) { find<QAbstractButton>(name)->click(); }
+    [[nodiscard]] QString hint() { return find<QLabel>("wellHint")->text(); }
+    // What is heard, by the names of the sounds.
+    [[nodiscard]] std::vector<std::string> heard() {
+        std::vector<std::string> events = trace.events();
+        const std::string path = storage.storedSoundsPath().toStdString() + "Sounds/";
+        for (std::string& event : events)
+            if (const auto at = event.find(path); at != std::string::npos)
+                event.erase(at, path.size());
+        trace.clear();
+        return events;
+    }
+    [[nodiscard]] bool isQuiet() const {
+        return std::none_of(player.sounds().begin(), player.sounds().end(),
+                            [](const FakeSound* sound) { return sound->isPlaying(); });
+    }
+    static QWidget* recorderWindow() {
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->objectName() == u"ReminderController"_qs && window->isVisible())
+                return window;
+        return nullptr;
+    }
+};
+
+TEST_F(SoundChoiceTest, triesOneSoundAtATimeAndStopsIt) {
+    add("Gong", 2);
+    add("Bell", 40);
+    press("playSoundCheck");
+    choose(u"Gong"_qs);
+    EXPECT_EQ(button(), "Stop");
+    loop.advance(3s);
+    choose(u"Bell"_qs);
+    loop.advance(1s);
+    press("playButton");
+    EXPECT_EQ(button(), "Preview");
+    EXPECT_THAT(heard(), ElementsAre("0 Gong.aiff play", "2000 Gong.aiff finished",
+                                     "2000 Gong.aiff play", "3000 Gong.aiff dropped",
+                                     "3000 Bell.aiff play", "4000 Bell.aiff dropped"));
+
+    press("playButton");
+    loop.advance(1s);
+    find<QSlider>("Volume")->setValue(128); // plays again, that its volume is heard
+    EXPECT_EQ(find<QSlider>("Volume")->toolTip(), u"Using volume  50%"_qs);
+    EXPECT_FLOAT_EQ(player.sounds().back()->volume(), 128.0F / 255.0F);
+    EXPECT_EQ(button(), "Stop");
+    find<QSlider>("Volume")->setValue(0);
+    EXPECT_FLOAT_EQ(player.sounds().back()->volume(), 1.0F);
+    loop.advance(21s);
+    EXPECT_EQ(button(), "Preview") << "after 20 seconds";
+    EXPECT_TRUE(isQuiet());
+
+    choose(u"Gong"_qs);
+    loop.advance(7s);
+    EXPECT_EQ(button(), "Preview") << "after three times";
+    press("playButton");
+    press("playSoundCheck");
+    EXPECT_TRUE(isQuiet()) << "its button is disabled now";
+    choose(u"Bell"_qs);
+    editor.close();
+    EXPECT_TRUE(isQuiet());
+}
+
+TEST_F(SoundChoiceTest, doesNotLetAnUnplayableFileBeChosenUnawares) {
+    const LogCapture log;
+    add("Broken", 0, false);
+    add("Gong", 2);
+    press("playSoundCheck");
+    for (const bool byChoosing : {true, false}) {
+        byChoosing ? choose(u"Broken"_qs) : press("playButton");
+        loop.runPending();
+        EXPECT_EQ(hint(), u"“Broken” cannot be played. Choose another sound."_qs);
+        EXPECT_EQ(find<QWidget>("selectSoundButton")->toolTip(), u"Broken (cannot be played)"_qs);
+        EXPECT_EQ(button(), "Preview");
+    }
+    choose(u"Gong"_qs);
+    EXPECT_EQ(hint(), u"Drop a sound file here to add it"_qs);
+    EXPECT_EQ(find<QWidget>("selectSoundButton")->toolTip(), QString());
+}
+
+TEST_F(SoundChoiceTest, addsFilesWithoutChoosingThem) {
+    QDir().mkpath(QDir::homePath() + u"/Music"_qs);
+    QFile file(folder.filePath(u"Gong.wav"_qs));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("RIFF") > 0 && file.flush());
+    press("chooseFileButton");
+    auto* panel = editor.findChild<QFileDialog*>();
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(panel->windowTitle(), u"Choose audio file(s)"_qs);
+    EXPECT_EQ(panel->directory().dirName(), u"Music"_qs);
+    panel->setDirectory(folder.path());
+    panel->selectFile(file.fileName());
+    static_cast<QDialog*>(panel)->accept();
+    const QString copy = folder.filePath(u"Dorvane/Sounds/Gong.wav"_qs);
+    EXPECT_TRUE(QTest::qWaitFor([this, &copy] { return storage.addedSounds().contains(copy); }));
+    storage.stopLoading(); // the report is on its way then
+    loop.runPending();
+    EXPECT_EQ(hint(), u"Added “Gong” – choose it under User Sound Library."_qs);
+    EXPECT_EQ(find<PullDownPopUp>("selectSoundButton")->currentText(), u"Select Sound"_qs);
+
+    find<SoundFileWell>("soundWell")->click();
+    EXPECT_EQ(trace.events().back(), "0 reveal " + storage.storedSoundsPath().toStdString());
+}
+
+TEST_F(SoundChoiceTest, keepsTheRecorderToItself) {
+    const LogCapture platformNotes; // of the offscreen platform
+    const auto record = [this] { choose(u"Record Alarm Sound..."_qs); };
+    record();
+    QWidget* const window = recorderWindow();
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(window->windowHandle()->transientParent(), editor.windowHandle());
+    record();
+    EXPECT_EQ(recorderWindow(), window) << "the same";
+
+    for (const char* title : {"Tea / coffee", "Bus"}) {
+        window->findChild<QLineEdit*>(u"reminderTitle"_qs)->setText(QString::fromLatin1(title));
+        window->findChild<QAbstractButton*>(u"recordButton"_qs)->click();
+        window->findChild<QAbstractButton*>(u"stopButton"_qs)->click();
+        loop.runPending();
+    }
+    for (int choice : {0, 1}) { // whatever order the folder has, each is first once it was accepted
+        auto* list = recorderWindow()->findChild<QComboBox*>(u"comboBox"_qs);
+        list->setCurrentIndex(choice);
+        const QString chosen = list->currentText();
+        recorderWindow()->findChild<QAbstractButton*>(u"okButton"_qs)->click();
+        EXPECT_EQ(recorderWindow(), nullptr);
+        EXPECT_EQ(offered().at(1)->text(), chosen);
+        EXPECT_EQ(hint(), u"“%1” is the first under Record Sound."_qs.arg(chosen));
+        record();
+    }
+    choose(u"Tea / coffee"_qs);
+    EXPECT_EQ(find<PullDownPopUp>("selectSoundButton")->currentText(), u"Tea / coffee"_qs);
+    editor.close();
+    EXPECT_EQ(recorderWindow(), nullptr) << "closes with the editor";
+    loop.runPending();
+}
+
+} // namespace
