@@ -104,41 +104,45 @@ TEST_F(ReminderControllerTest, recordingStopsAfterTenSecondsAndStandsFirst) {
     open();
     EXPECT_EQ(comboBox().count(), 1);
     EXPECT_EQ(enabled(), "reminderTitle okButton comboBox");
-    record(QStringLiteral("Tea / coffee"));
-    EXPECT_EQ(enabled(), "recordButton stopButton cancelButton");
+    record(QStringLiteral("Tea  / coffee"));
     m_loop.advance(9'999ms);
     EXPECT_EQ(enabled(), "recordButton stopButton cancelButton");
     m_loop.advance(1ms);
     EXPECT_EQ(enabled(), "reminderTitle recordButton playButton deleteButton okButton comboBox");
     EXPECT_EQ(comboBox().currentIndex(), 0);
-    EXPECT_EQ(comboBox().itemText(0), QStringLiteral("Tea / coffee"));
-    comboBox().showPopup();
-    EXPECT_EQ(comboBox().currentText(), QStringLiteral("Tea / coffee"))
-        << "read from its file name";
+    EXPECT_EQ(comboBox().currentText(), QStringLiteral("Tea / coffee"));
+    comboBox().showPopup(); // read again from the file's name
     comboBox().hidePopup();
-    EXPECT_EQ(m_trace.events().at(0),
-              "0 record " + m_folder.toStdString() + "/Tea %2F coffee.aiff");
-    EXPECT_EQ(m_trace.events().at(1), "10000 stop");
+    EXPECT_EQ(comboBox().currentText(), QStringLiteral("Tea / coffee"));
+    EXPECT_THAT(
+        m_trace.events(),
+        ElementsAre("0 record " + m_folder.toStdString() + "/Tea  %2F coffee.aiff", "10000 stop"));
 }
 
 TEST_F(ReminderControllerTest, recordingThatIsCancelledClosedOrBrokenLeavesTheWindowIdle) {
     open();
+    const LogCapture log;
+    const auto& message = control<QLabel>("messageLabel");
     record(QStringLiteral("a"));
     m_loop.advance(1s);
     button("cancelButton").click();
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
     record(QStringLiteral("a"));
-    {
-        const LogCapture log;
-        m_recorder.end(AudioError{QStringLiteral("Failed to read AU: 5"), 5,
-                                  QStringLiteral("No such entity")});
-        EXPECT_EQ(log.messages(),
-                  QStringList{QStringLiteral("dorvane.sounds: cannot record: Failed to "
-                                             "read AU: 5 - No such entity")});
-    }
+    m_recorder.end(
+        AudioError{QStringLiteral("Failed to read AU: 5"), 5, QStringLiteral("No such entity")});
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
-    EXPECT_TRUE(control<QLabel>("messageLabel").text().contains(QStringLiteral("No such entity")));
+    EXPECT_EQ(message.text(), QStringLiteral("The recording failed: No such entity."));
+    EXPECT_TRUE(log.messages().contains(
+        QStringLiteral("dorvane.sounds: cannot record: Failed to read AU: 5 - No such entity")));
+
+    ASSERT_TRUE(m_recorder.record(QStringLiteral("/elsewhere"), [](const auto&) {}));
     record(QStringLiteral("a"));
+    EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
+    EXPECT_TRUE(message.text().contains(QStringLiteral("another window"))) << "says why";
+    m_recorder.end({});
+
+    record(QStringLiteral("a"));
+    EXPECT_EQ(message.text(), QString());
     m_loop.advance(1s);
     window()->close();
     m_loop.advance(20s);
@@ -155,8 +159,11 @@ TEST_F(ReminderControllerTest, playingShowsAndStopsAndGoesWithTheChoiceAndTheWin
     open();
     comboBox().setCurrentIndex(0);
     m_loop.runPending();
-    button("playButton").click();
+    QTest::keyClick(&button("playButton"), Qt::Key_Return);
     EXPECT_EQ(button("playButton").accessibleName(), QStringLiteral("Stop playing"));
+    comboBox().showPopup(); // a look at the list stops nothing
+    m_loop.runPending();
+    comboBox().hidePopup();
     m_loop.advance(1s);
     EXPECT_EQ(button("playButton").accessibleName(), QStringLiteral("Play"));
     button("playButton").click();
@@ -177,6 +184,44 @@ TEST_F(ReminderControllerTest, playingShowsAndStopsAndGoesWithTheChoiceAndTheWin
     EXPECT_TRUE(m_player.sounds().empty());
 }
 
+TEST_F(ReminderControllerTest, typingCompletesAndChooses) {
+    for (const char* name : {"Tea.aiff", "Bus.aiff", "Butter.aiff"})
+        add(QString::fromLatin1(name));
+    open();
+    const QString firstWithB = comboBox().itemText(
+        comboBox().findText(QStringLiteral("B"), Qt::MatchStartsWith | Qt::MatchCaseSensitive));
+    struct {
+        const char* keys; // '<' for Backspace
+        QString text;
+        bool isChosen;
+    } const steps[] = {
+        {"T", QStringLiteral("Tea"), true},
+        {"<", QStringLiteral("T"), false},
+        {"e", QStringLiteral("Tea"), true},
+        {"x", QStringLiteral("Tex"), false},
+        {"<<<", QString(), false},
+        {"B", firstWithB, true},
+        {"utt", QStringLiteral("Butter"), true},
+        {"er", QStringLiteral("Butter"), true},
+        {"<<<<<<b", QStringLiteral("b"), false},
+    };
+    for (const auto& [keys, text, isChosen] : steps) {
+        for (const char* key = keys; *key; ++key) {
+            if (*key == '<')
+                QTest::keyClick(comboBox().lineEdit(), Qt::Key_Backspace);
+            else
+                QTest::keyClick(comboBox().lineEdit(), *key);
+        }
+        m_loop.runPending();
+        EXPECT_EQ(comboBox().currentText(), text) << keys;
+        EXPECT_EQ(comboBox().currentIndex() >= 0, isChosen) << keys;
+        EXPECT_EQ(button("playButton").isEnabled(), isChosen) << keys;
+    }
+    comboBox().showPopup();
+    comboBox().hidePopup();
+    EXPECT_EQ(comboBox().currentText(), QStringLiteral("b")) << "what was typed stays";
+}
+
 TEST_F(ReminderControllerTest, deletedRecordingGivesWayToTheOneBefore) {
     add(QStringLiteral("a.aiff"));
     add(QStringLiteral("b.aiff"));
@@ -188,29 +233,25 @@ TEST_F(ReminderControllerTest, deletedRecordingGivesWayToTheOneBefore) {
     m_loop.runPending();
     EXPECT_EQ(comboBox().currentText(), before);
     EXPECT_EQ(files(), QStringList{before + QStringLiteral(".aiff")});
-    button("deleteButton").click();
-    m_loop.runPending();
-    EXPECT_EQ(comboBox().count(), 0);
+
+    QFile::remove(m_folder + QLatin1Char('/') + files().first()); // by the file manager
+    QEvent activation(QEvent::WindowActivate);
+    QApplication::sendEvent(window(), &activation);
     EXPECT_EQ(enabled(), "reminderTitle okButton comboBox");
-    EXPECT_TRUE(files().isEmpty());
+    EXPECT_EQ(comboBox().count(), 0);
 }
 
-TEST_F(ReminderControllerTest, sixteenthRecordingDeletesTheOldestButNoFileElsewhere) {
+TEST_F(ReminderControllerTest, sixteenthRecordingDeletesTheOldestAndASecondTakeReplacesTheFirst) {
     open();
-    for (int i = 1; i <= 16; ++i) {
-        record(QString::number(i));
+    for (int i = 1; i <= 17; ++i) {
+        record(QString::number(std::min(i, 16)));
         button("stopButton").click();
         m_loop.runPending();
+        EXPECT_EQ(comboBox().count(), std::min(i, 15));
     }
-    EXPECT_EQ(comboBox().count(), 15);
     EXPECT_EQ(comboBox().itemText(0), QStringLiteral("16"));
     EXPECT_EQ(files().size(), 15);
     EXPECT_FALSE(files().contains(QStringLiteral("1.aiff")));
-    record(QStringLiteral("9")); // again: replaces the first one of that name
-    button("stopButton").click();
-    m_loop.runPending();
-    EXPECT_EQ(comboBox().count(), 15);
-    EXPECT_EQ(files().size(), 15);
 }
 
 } // namespace
