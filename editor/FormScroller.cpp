@@ -4,6 +4,8 @@
 #include <QApplication>
 #include <QScrollBar>
 
+#include <algorithm>
+
 namespace dorvane {
 
 namespace {
@@ -24,7 +26,11 @@ FormScroller::FormScroller(QWidget* parent) : QScrollArea(parent) {
 }
 
 QSize FormScroller::sizeHint() const {
-    return widget() ? widget()->sizeHint() : QScrollArea::sizeHint();
+    if (!widget())
+        return QScrollArea::sizeHint();
+    // A text that may wrap makes the height a question of the width.
+    const QSize hint = widget()->sizeHint();
+    return {hint.width(), std::max(hint.height(), widget()->heightForWidth(hint.width()))};
 }
 
 // As wide as the form with its scroll bar, so that it needs no second one.

@@ -142,8 +142,9 @@ void ReminderController::runWithAlarm(const AlarmPtr& alarm) {
     m_window->activateWindow();
 }
 
-// A parent would own the window; a transient one only keeps it above.
+// A parent would own the window; a transient one only keeps it above, if it is a dialog.
 void ReminderController::stayAbove(const QWidget& owner) {
+    m_window->setWindowFlag(Qt::Dialog);
     m_window->winId();
     m_window->windowHandle()->setTransientParent(owner.window()->windowHandle());
 }
