@@ -4,8 +4,6 @@
 #include <QApplication>
 #include <QScrollBar>
 
-#include <algorithm>
-
 namespace dorvane {
 
 namespace {
@@ -26,11 +24,7 @@ FormScroller::FormScroller(QWidget* parent) : QScrollArea(parent) {
 }
 
 QSize FormScroller::sizeHint() const {
-    if (!widget())
-        return QScrollArea::sizeHint();
-    // A text that may wrap makes the height a question of the width.
-    const QSize hint = widget()->sizeHint();
-    return {hint.width(), std::max(hint.height(), widget()->heightForWidth(hint.width()))};
+    return widget() ? widget()->sizeHint() : QScrollArea::sizeHint();
 }
 
 // As wide as the form with its scroll bar, so that it needs no second one.
