@@ -11,7 +11,9 @@
 #include <QApplication>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QHelpEvent>
 #include <QTest>
+#include <QToolTip>
 
 using namespace dorvane;
 using namespace std::chrono_literals;
@@ -107,7 +109,14 @@ TEST_F(TrayTest, aClockFloatsWhereItWasLeftWhenNoPanelComes) {
         FloatingClock* clock = floatingClock();
         ASSERT_NE(clock, nullptr);
         EXPECT_EQ(item.geometry(), clock->frameGeometry());
+        item.setToolTip(QStringLiteral("Tea"));
+        QHelpEvent hover(QEvent::ToolTip, {10, 10}, clock->mapToGlobal(QPoint(10, 10)));
+        QApplication::sendEvent(clock, &hover);
+        EXPECT_EQ(QToolTip::text(), QStringLiteral("Tea"));
+        QToolTip::hideText();
 
+        QTest::keyClick(clock, Qt::Key_Return);
+        EXPECT_EQ(std::exchange(pressed, 0), 1);
         QTest::mouseClick(clock, Qt::LeftButton);
         EXPECT_EQ(pressed, 1);
         QTest::mousePress(clock, Qt::LeftButton, {}, {10, 10});

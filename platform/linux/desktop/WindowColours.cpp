@@ -15,13 +15,13 @@ namespace {
 // and chosen texts of 4.5, and disabled texts of less than 4 but can be read.
 QPalette darkPalette() {
     const std::pair<QPalette::ColorRole, QRgb> colours[] = {
-        {QPalette::Window, 0x2a2c2f},
+        {QPalette::Window, 0x313438},
         {QPalette::WindowText, 0xe9eaec},
-        {QPalette::Base, 0x1d1f21},
-        {QPalette::AlternateBase, 0x25272a},
+        {QPalette::Base, 0x1c1d20},
+        {QPalette::AlternateBase, 0x232528},
         {QPalette::Text, 0xe9eaec},
         {QPalette::PlaceholderText, 0x9a9da3},
-        {QPalette::Button, 0x36393d},
+        {QPalette::Button, 0x43474c},
         {QPalette::ButtonText, 0xe9eaec},
         {QPalette::BrightText, 0xff6b6b},
         {QPalette::ToolTipBase, 0x3c3f44},
@@ -30,16 +30,16 @@ QPalette darkPalette() {
         {QPalette::HighlightedText, 0xffffff},
         {QPalette::Link, 0x7db3ff},
         {QPalette::LinkVisited, 0xc3a3f0},
-        {QPalette::Light, 0x505459},
-        {QPalette::Midlight, 0x43474b},
-        {QPalette::Mid, 0x222427},
+        {QPalette::Light, 0x5a5e64},
+        {QPalette::Midlight, 0x4c5055},
+        {QPalette::Mid, 0x26292c},
         {QPalette::Dark, 0x17191b},
         {QPalette::Shadow, 0x0c0d0e},
     };
     const std::pair<QPalette::ColorRole, QRgb> whenDisabled[] = {
-        {QPalette::WindowText, 0x7f8388}, {QPalette::Text, 0x7f8388},
-        {QPalette::ButtonText, 0x7f8388}, {QPalette::PlaceholderText, 0x666a6f},
-        {QPalette::Base, 0x27292c},       {QPalette::Button, 0x2f3235},
+        {QPalette::WindowText, 0x8d9197}, {QPalette::Text, 0x8d9197},
+        {QPalette::ButtonText, 0x8d9197}, {QPalette::PlaceholderText, 0x666a6f},
+        {QPalette::Base, 0x2a2c30},       {QPalette::Button, 0x383b40},
         {QPalette::Highlight, 0x4a4e53},  {QPalette::HighlightedText, 0xb5b8bc},
         {QPalette::Link, 0x5f7fa8},       {QPalette::LinkVisited, 0x8a7aa3},
     };

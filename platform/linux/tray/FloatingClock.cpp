@@ -55,7 +55,8 @@ FloatingClock::FloatingClock(std::optional<QPoint> wanted, std::function<void(QP
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TranslucentBackground, m_translucent);
     setAttribute(Qt::WA_Hover);
-    setFocusPolicy(Qt::TabFocus); // on desktops that give it the keyboard all the same
+    setAttribute(Qt::WA_AlwaysShowToolTips); // its window is never the active one
+    setFocusPolicy(Qt::TabFocus);            // on desktops that give it the keyboard all the same
     setWindowTitle(QApplication::applicationDisplayName());
     setAccessibleName(QApplication::applicationDisplayName());
     setFixedSize(sizeHint()); // also keeps tiling desktops from giving it half the screen
