@@ -6,40 +6,36 @@ namespace dorvane {
 using namespace std::chrono_literals;
 
 BreakSounds::BreakSounds(RunLoop& runLoop, SoundPlayer& player)
-    : m_runLoop(runLoop), m_player(player), m_self(std::make_shared<BreakSounds*>(this)) {}
-
-BreakSounds::~BreakSounds() = default;
+    : m_runLoop(runLoop), m_player(player) {}
 
 void BreakSounds::play(const QString& path) {
-    FadingSound& added = add(path);
-    if (!added.sound().play())
-        forget(&added);
+    const Number number = add(path);
+    if (!m_sounds.at(number).sound().play())
+        forget(number);
 }
 
 void BreakSounds::playFaded(const QString& path) {
-    FadingSound& added = add(path);
-    if (!added.playFor(20s, 10s))
-        forget(&added);
+    const Number number = add(path);
+    if (!m_sounds.at(number).playFor(20s, 10s))
+        forget(number);
 }
 
 void BreakSounds::stop() {
-    for (const auto& sound : m_sounds)
-        sound->stop();
+    for (auto& [number, sound] : m_sounds)
+        sound.stop();
 }
 
-FadingSound& BreakSounds::add(const QString& path) {
-    auto sound = std::make_unique<FadingSound>(m_runLoop, m_player.soundWithContentsOfFile(path));
-    FadingSound* const added = m_sounds.emplace_back(std::move(sound)).get();
-    added->sound().setFinished([this, added](bool) { forget(added); });
-    return *added;
+BreakSounds::Number BreakSounds::add(const QString& path) {
+    const Number number = m_next++;
+    const auto added =
+        m_sounds.try_emplace(number, m_runLoop, m_player.soundWithContentsOfFile(path)).first;
+    added->second.sound().setFinished([this, number](bool) { forget(number); });
+    return number;
 }
 
 // Later, since this may run inside a callback of the very sound.
-void BreakSounds::forget(const FadingSound* ended) {
-    m_runLoop.defer([weak = std::weak_ptr(m_self), ended] {
-        if (const auto self = weak.lock())
-            (*self)->m_sounds.remove_if([=](const auto& sound) { return sound.get() == ended; });
-    });
+void BreakSounds::forget(Number ended) {
+    m_runLoop.defer(m_lifeline.guard([ended](BreakSounds& self) { self.m_sounds.erase(ended); }));
 }
 
 } // namespace dorvane

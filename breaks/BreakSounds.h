@@ -2,9 +2,10 @@
 #pragma once
 
 #include "firing/FadingSound.h"
+#include "platform/Lifeline.h"
 
-#include <list>
-#include <memory>
+#include <cstdint>
+#include <map>
 
 namespace dorvane {
 
@@ -14,7 +15,6 @@ class BreakSounds {
 public:
     // Both must outlive this.
     BreakSounds(RunLoop& runLoop, SoundPlayer& player);
-    ~BreakSounds();
 
     // Once, to its end.
     void play(const QString& path);
@@ -25,15 +25,16 @@ public:
     void stop();
 
 private:
-    using Sounds = std::list<std::unique_ptr<FadingSound>>;
-    FadingSound& add(const QString& path);
-    void forget(const FadingSound* ended);
+    using Number = std::uint64_t;
+
+    [[nodiscard]] Number add(const QString& path);
+    void forget(Number ended);
 
     RunLoop& m_runLoop;
     SoundPlayer& m_player;
-    // Expires with this object, so that nothing deferred reaches it later.
-    std::shared_ptr<BreakSounds*> m_self;
-    Sounds m_sounds;
+    std::map<Number, FadingSound> m_sounds;
+    Number m_next = 0;
+    Lifeline<BreakSounds> m_lifeline{*this};
 };
 
 } // namespace dorvane
