@@ -2,6 +2,7 @@
 #include "platform/linux/recording/ModuleAudioRecorder.h"
 #include "platform/linux/session/QtRunLoop.h"
 #include "tests/support/LoopWait.h"
+#include "tests/support/Run.h"
 
 #include <QDir>
 #include <QLibrary>
@@ -14,17 +15,11 @@
 #include <sys/mount.h>
 
 using namespace dorvane;
+using dorvane::testing::run;
 using dorvane::testing::runUntil;
 using ::testing::StartsWith;
 
 namespace {
-
-QString run(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.start(program, arguments);
-    EXPECT_TRUE(process.waitForFinished()) << qPrintable(program);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
 
 // The real microphone path, fed by the rig; run by the sound rig.
 class RecordingTest : public ::testing::Test {
@@ -56,11 +51,12 @@ protected:
     void speak(double seconds) {
         const QTemporaryDir elsewhere;
         const QString tone = elsewhere.filePath(QStringLiteral("tone.wav"));
-        const auto sine = QStringLiteral("aevalsrc=exprs=0.5*sin(2*PI*441*t):s=48000:d=%1");
-        run(QStringLiteral("ffmpeg"), {QStringLiteral("-f"), QStringLiteral("lavfi"),
-                                       QStringLiteral("-i"), sine.arg(seconds), tone});
+        run(QStringLiteral(
+                "ffmpeg -v error -f lavfi -i aevalsrc=0.5*sin(2*PI*441*t):s=48000:d=%1 %2")
+                .arg(seconds)
+                .arg(tone));
         QProcess player;
-        player.start(QStringLiteral("paplay"), {QStringLiteral("--device=micfeed"), tone});
+        player.startCommand(QStringLiteral("paplay --device=micfeed ") + tone);
         EXPECT_TRUE(runUntil(m_loop, [&] { return player.state() == QProcess::NotRunning; }));
     }
 
@@ -112,11 +108,9 @@ TEST_F(RecordingTest, compressedRecordingIsStereoAacAt11025Hz) {
         ASSERT_FALSE(error) << qPrintable(error->domain);
     speak(1);
     EXPECT_FALSE(recorder->stop());
-    const auto shown = QStringLiteral("stream=codec_name,profile,sample_rate,channels");
-    EXPECT_EQ(run(QStringLiteral("ffprobe"),
-                  {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-of"),
-                   QStringLiteral("csv=p=0"), QStringLiteral("-show_entries"), shown,
-                   QStringLiteral("file:") + file}),
+    EXPECT_EQ(run(QStringLiteral("ffprobe -v error -of csv=p=0 -show_entries "
+                                 "stream=codec_name,profile,sample_rate,channels \"file:%1\"")
+                      .arg(file)),
               QStringLiteral("aac,LC,11025,2"));
 }
 
@@ -152,21 +146,19 @@ TEST_F(RecordingTest, serverAndMicrophoneThatAreMissingOrGoEndTheRecordingWithou
     EXPECT_THAT(domain(), StartsWith("Error opening component: 6"));
     qputenv("PULSE_SERVER", server);
 
-    const auto pactl = QStringLiteral("pactl");
     const QString module =
-        run(pactl, {QStringLiteral("load-module"), QStringLiteral("module-sine-source"),
-                    QStringLiteral("source_name=other")});
-    run(pactl, {QStringLiteral("set-default-source"), QStringLiteral("other")});
+        run(QStringLiteral("pactl load-module module-sine-source source_name=other"));
+    run(QStringLiteral("pactl set-default-source other"));
     begin("a.aiff");
     float loudest = 0;
     EXPECT_TRUE(runUntil(m_loop, [&] {
         loudest = std::max(loudest, m_recorder.takeLevel());
         return loudest > 0.01F;
     }));
-    run(pactl, {QStringLiteral("unload-module"), module});
+    run(QStringLiteral("pactl unload-module ") + module);
     EXPECT_TRUE(ends());
     EXPECT_THAT(domain(), StartsWith("Failed to read AU: "));
-    run(pactl, {QStringLiteral("set-default-source"), QStringLiteral("mic")});
+    run(QStringLiteral("pactl set-default-source mic"));
     EXPECT_EQ(files(), QString());
 }
 

@@ -3,14 +3,15 @@
 #include "platform/linux/sound/SoundLoader.h"
 #include "platform/linux/sound/SoundModule.h"
 #include "tests/support/Purity.h"
+#include "tests/support/Run.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 using namespace dorvane;
 using dorvane::testing::purity;
+using dorvane::testing::run;
 
 namespace {
 
@@ -45,17 +46,12 @@ const Case cases[] = {
 QString tone(const QTemporaryDir& folder, const Case& c, int frames) {
     const QString path = folder.filePath(QLatin1String(c.name));
     const QString wave = QStringLiteral("0.9*sin(2*PI*%1*t)").arg(frequency);
-    const QString source =
-        QStringLiteral("aevalsrc=exprs=%1:c=%2:s=%3,atrim=end_sample=%4")
+    run(QStringLiteral("ffmpeg -v error -f lavfi -i "
+                       "aevalsrc=%1:c=%2:s=%3,atrim=end_sample=%4 -c:a %5 %6")
             .arg(QStringList(c.channels, wave).join(u'|'), QLatin1String(c.layout))
             .arg(c.rate)
-            .arg(frames);
-    EXPECT_EQ(
-        QProcess::execute(QStringLiteral("ffmpeg"),
-                          {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-f"),
-                           QStringLiteral("lavfi"), QStringLiteral("-i"), source,
-                           QStringLiteral("-c:a"), QLatin1String(c.codec), path}),
-        0);
+            .arg(frames)
+            .arg(QLatin1String(c.codec), path));
     return path;
 }
 

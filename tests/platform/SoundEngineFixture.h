@@ -4,10 +4,10 @@
 #include "platform/linux/session/QtRunLoop.h"
 #include "platform/linux/sound/ModuleSoundPlayer.h"
 #include "tests/support/LoopWait.h"
+#include "tests/support/Run.h"
 #include "tests/support/SinkCapture.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -42,23 +42,13 @@ protected:
     }
 
     // A sine of amplitude 0.5 from `begin` to the end, encoded as the name and `codec` say.
-    static QString tone(const char* name, double seconds, const QStringList& codec = {},
-                        double begin = 0, double frequency = 441) {
+    static QString tone(const char* name, double seconds, const char* codec = "", double begin = 0,
+                        double frequency = 441) {
         const QString path = s_folder->filePath(QLatin1String(name));
-        const QString source = QStringLiteral("aevalsrc=exprs=0.5*sin(2*PI*%1*t)*gte(t\\,%2):d=%3")
-                                   .arg(frequency)
-                                   .arg(begin)
-                                   .arg(seconds);
-        QStringList arguments{QStringLiteral("-nostdin"),
-                              QStringLiteral("-v"),
-                              QStringLiteral("error"),
-                              QStringLiteral("-f"),
-                              QStringLiteral("lavfi"),
-                              QStringLiteral("-i"),
-                              source};
-        if (!QFile::exists(path)) {
-            EXPECT_EQ(QProcess::execute(QStringLiteral("ffmpeg"), arguments + codec << path), 0);
-        }
+        const auto command = QStringLiteral("ffmpeg -nostdin -v error -f lavfi -i "
+                                            "aevalsrc=0.5*sin(2*PI*%1*t)*gte(t\\,%2):d=%3 %4 %5");
+        if (!QFile::exists(path))
+            run(command.arg(frequency).arg(begin).arg(seconds).arg(QLatin1String(codec), path));
         return path;
     }
 
