@@ -4,10 +4,10 @@
 from __future__ import annotations
 
 import json
-import os
 import shutil
 import tempfile
 from pathlib import Path
+from typing import Mapping
 
 from .bus import Bus
 from .panel import Panel, XfcePanel
@@ -28,12 +28,13 @@ class Waybar(XfcePanel):
 
     AREA = Rect(0, 0, 1024, 30)  # at the top of the compositor's window
 
-    def command(self) -> list[str]:
-        folder = Path(self._env["XDG_CONFIG_HOME"])
+    def __init__(self, processes: Processes, env: Mapping[str, str], bus: Bus) -> None:
+        super().__init__(processes, env, bus)
+        folder = Path(env["XDG_CONFIG_HOME"])
         (folder / "waybar.json").write_text(json.dumps(_WAYBAR), encoding="utf-8")
         (folder / "waybar.css").write_text(_STYLE, encoding="utf-8")
-        files = ["-c", str(folder / "waybar.json"), "-s", str(folder / "waybar.css")]
-        return [find_program("waybar"), *files]
+        files = ("-c", str(folder / "waybar.json"), "-s", str(folder / "waybar.css"))
+        self._command = ("waybar", *files)
 
 
 class WaylandDesktop:
