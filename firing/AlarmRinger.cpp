@@ -12,6 +12,7 @@ using namespace std::chrono_literals;
 
 AlarmRinger::AlarmRinger(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
+    , m_windows(m_surroundings.place)
     , m_prepared(m_surroundings.runLoop, m_surroundings.player)
     , m_playingSound(m_surroundings.runLoop) {
     m_surroundings.textSpeaker.setDelegate(this);
@@ -47,8 +48,8 @@ void AlarmRinger::ringNext() {
 }
 
 void AlarmRinger::ring(const AlarmPtr& alarm) {
-    alarm->setContext(SnoozeWindowController::showCloseTo(
-        m_surroundings.place, m_surroundings.runLoop, m_surroundings.windowDelegate, alarm));
+    alarm->setContext(SnoozeWindowController::showCloseTo(m_windows, m_surroundings.runLoop,
+                                                          m_surroundings.windowDelegate, alarm));
     if (alarm->isSpeakAlarmName() && !alarm->voiceName().isEmpty()) {
         m_surroundings.textSpeaker.setContext(alarm);
         m_surroundings.textSpeaker.speakText(alarm->title(), alarm->voiceName());

@@ -4,6 +4,7 @@
 #include "core/Alarm.h"
 #include "firing/CurrentSound.h"
 #include "firing/PreparedSounds.h"
+#include "firing/SnoozeWindowStack.h"
 #include "firing/TextSpeakerDelegate.h"
 #include "platform/Lifeline.h"
 #include "platform/RunLoop.h"
@@ -66,6 +67,7 @@ private:
     void textSpeakerFinishedSpeakingText(TextSpeaker& speaker) override;
 
     Surroundings m_surroundings;
+    SnoozeWindowStack m_windows;
     std::deque<AlarmPtr> m_waiting;
     PreparedSounds m_prepared;
     CurrentSound m_playingSound;

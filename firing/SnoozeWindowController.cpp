@@ -3,8 +3,9 @@
 
 #include "core/DateHelpers.h"
 #include "firing/SnoozeWindowControllerDelegate.h"
+#include "firing/SnoozeWindowStack.h"
+#include "firing/TitleLines.h"
 #include "firing/TypingGuard.h"
-#include "firing/WindowPlace.h"
 #include "ui_SnoozeWindowController.h"
 
 #include <QAccessible>
@@ -36,33 +37,40 @@ private:
     std::function<void()> m_dismissed;
 };
 
-// A title of any length in at most three lines.
-QString shortened(const QString& title, const QLabel& label) {
-    const int threeLines = label.maximumWidth() * 5 / 2;
-    return label.fontMetrics().elidedText(title.simplified(), Qt::ElideRight, threeLines);
+// In two lines, which a short title has too: all windows are of one size.
+void showTitle(const QString& title, QLabel& label) {
+    constexpr int mostLines = 2;
+    const TitleLines lines = titleLines(title, label.font(), label.minimumWidth(), mostLines);
+    label.setText(lines.text);
+    label.setFixedHeight(mostLines * label.fontMetrics().lineSpacing());
+    label.setAccessibleName(title);
+    if (lines.isCut)
+        label.setToolTip(QStringLiteral("<p>%1</p>").arg(title.left(1000).toHtmlEscaped()));
 }
 
 } // namespace
 
 std::shared_ptr<SnoozeWindowController>
-SnoozeWindowController::showCloseTo(const WindowPlace& place, RunLoop& runLoop,
+SnoozeWindowController::showCloseTo(SnoozeWindowStack& stack, RunLoop& runLoop,
                                     SnoozeWindowControllerDelegate& delegate,
                                     const AlarmPtr& alarm) {
     const std::shared_ptr<SnoozeWindowController> controller(
-        new SnoozeWindowController(runLoop, delegate));
+        new SnoozeWindowController(stack, runLoop, delegate));
     controller->m_self = controller;
     controller->setAlarm(alarm);
-    controller->show(place);
+    controller->show();
     return controller;
 }
 
-SnoozeWindowController::SnoozeWindowController(RunLoop& runLoop,
+SnoozeWindowController::SnoozeWindowController(SnoozeWindowStack& stack, RunLoop& runLoop,
                                                SnoozeWindowControllerDelegate& delegate)
-    : m_runLoop(runLoop)
+    : m_stack(stack)
+    , m_runLoop(runLoop)
     , m_delegate(delegate)
     , m_form(std::make_unique<Ui::SnoozeWindowController>())
     // Whoever sends the window away without an answer has not had the alarm yet: it comes again.
-    , m_window(std::make_unique<SnoozePanel>([this] { snoozeButtonPressed(); })) {
+    , m_window(std::make_unique<SnoozePanel>([this] { snoozeButtonPressed(); }))
+    , m_typingGuard(new TypingGuard(runLoop, m_window.get())) {
     m_form->setupUi(m_window.get());
     const auto escape = new QShortcut(Qt::Key_Escape, m_window.get());
     QObject::connect(escape, &QShortcut::activated, m_window.get(),
@@ -71,11 +79,10 @@ SnoozeWindowController::SnoozeWindowController(RunLoop& runLoop,
                      [this] { snoozeButtonPressed(); });
     QObject::connect(m_form->clearButton, &QPushButton::clicked, m_window.get(),
                      [this] { clearButtonPressed(); });
-    const auto typingGuard = new TypingGuard(runLoop, m_window.get());
     for (QObject* receiver :
          {static_cast<QObject*>(m_window.get()), static_cast<QObject*>(m_form->snoozeButton),
           static_cast<QObject*>(m_form->clearButton), static_cast<QObject*>(escape)})
-        receiver->installEventFilter(typingGuard);
+        receiver->installEventFilter(m_typingGuard);
 }
 
 SnoozeWindowController::~SnoozeWindowController() = default;
@@ -83,8 +90,7 @@ SnoozeWindowController::~SnoozeWindowController() = default;
 void SnoozeWindowController::setAlarm(const AlarmPtr& alarm) {
     using namespace std::chrono;
     m_form->timeLabel->setText(shortDayTimeString(alarm->time()));
-    m_form->titleLabel->setText(shortened(alarm->title(), *m_form->titleLabel));
-    m_form->titleLabel->setVisible(!alarm->title().isEmpty());
+    showTitle(alarm->title(), *m_form->titleLabel);
     m_window->setAccessibleName(alarm->title());
     m_windowAlarm = alarm;
     // A record without a snooze time must not vanish before it was seen.
@@ -93,15 +99,31 @@ void SnoozeWindowController::setAlarm(const AlarmPtr& alarm) {
         unanswered, [this] { setNextAlarm(); }, RunLoopMode::Default);
 }
 
-void SnoozeWindowController::show(const WindowPlace& place) {
+void SnoozeWindowController::show() {
     m_form->snoozeButton->setFocus();
     m_window->adjustSize();
-    m_window->move(place.placeFor(m_window->size()));
+    m_window->move(m_stack.nextPlace(m_window->size()));
+    // Who is about to answer another one goes on with that.
+    const bool takesKeyboard = !m_stack.hasKeyboard();
+    m_window->setAttribute(Qt::WA_ShowWithoutActivating, !takesKeyboard);
+    m_stack.add(*this);
     m_window->show();
     m_window->raise();
-    m_window->activateWindow();
+    if (takesKeyboard)
+        m_window->activateWindow();
     QAccessibleEvent alert(m_window.get(), QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
+}
+
+bool SnoozeWindowController::hasKeyboard() const {
+    return m_window && m_window->isActiveWindow();
+}
+
+void SnoozeWindowController::takeKeyboard() {
+    m_typingGuard->restart();
+    m_form->snoozeButton->setFocus();
+    m_window->raise();
+    m_window->activateWindow();
 }
 
 void SnoozeWindowController::snoozeButtonPressed() {
@@ -123,6 +145,7 @@ void SnoozeWindowController::close() {
     m_nextAlarmTimer.cancel();
     if (!m_window)
         return;
+    m_stack.remove(*this);
     m_window->hide();
     // The alarm and its window hold each other: the alarm lets go here.
     if (m_windowAlarm->context().get() == this)

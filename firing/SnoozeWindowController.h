@@ -16,16 +16,17 @@ class SnoozeWindowController;
 namespace dorvane {
 
 class SnoozeWindowControllerDelegate;
-class WindowPlace;
+class SnoozeWindowStack;
+class TypingGuard;
 
 // The small window of one ringing alarm: its time, its title, Snooze and Clear. It keeps itself
 // alive until it is closed. Main thread only.
 class SnoozeWindowController final : public AlarmContext {
 public:
-    // Opens the window for the alarm, hanging from `place`, above the other windows. All but the
-    // alarm must outlive the window.
+    // Opens the window for the alarm in the next place of the stack, above the other windows. All
+    // but the alarm must outlive the window.
     static std::shared_ptr<SnoozeWindowController>
-    showCloseTo(const WindowPlace& place, RunLoop& runLoop,
+    showCloseTo(SnoozeWindowStack& stack, RunLoop& runLoop,
                 SnoozeWindowControllerDelegate& delegate, const AlarmPtr& alarm);
 
     ~SnoozeWindowController() override;
@@ -37,19 +38,26 @@ public:
 
     void close() override;
 
+    // The keyboard: whether the window has it; takes it, guarded from what is being typed.
+    [[nodiscard]] bool hasKeyboard() const;
+    void takeKeyboard();
+
 private:
-    SnoozeWindowController(RunLoop& runLoop, SnoozeWindowControllerDelegate& delegate);
+    SnoozeWindowController(SnoozeWindowStack& stack, RunLoop& runLoop,
+                           SnoozeWindowControllerDelegate& delegate);
 
     void setAlarm(const AlarmPtr& alarm);
     void setNextAlarm();
-    void show(const WindowPlace& place);
+    void show();
 
+    SnoozeWindowStack& m_stack;
     RunLoop& m_runLoop;
     SnoozeWindowControllerDelegate& m_delegate;
     AlarmPtr m_windowAlarm;
     RunLoopTimer m_nextAlarmTimer;
     std::unique_ptr<Ui::SnoozeWindowController> m_form;
     std::unique_ptr<QWidget> m_window;
+    TypingGuard* m_typingGuard;                     // the window's
     std::shared_ptr<SnoozeWindowController> m_self; // until closed
 };
 

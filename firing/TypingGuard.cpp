@@ -10,6 +10,11 @@ using namespace std::chrono_literals;
 TypingGuard::TypingGuard(const RunLoop& runLoop, QObject* parent)
     : QObject(parent), m_runLoop(runLoop), m_quietSince(runLoop.uptime()) {}
 
+void TypingGuard::restart() {
+    m_quietSince = m_runLoop.uptime();
+    m_open = false;
+}
+
 bool TypingGuard::eventFilter(QObject* watched, QEvent* event) {
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
                        event->type() == QEvent::ShortcutOverride ||

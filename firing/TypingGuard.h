@@ -8,12 +8,16 @@
 namespace dorvane {
 
 // Keeps what somebody is typing elsewhere from pressing the buttons of a window that has just
-// popped up: it swallows keys until half a second has passed without one.
+// popped up, or got the keyboard from another: it swallows keys until half a second has passed
+// without one.
 class TypingGuard final : public QObject {
     Q_OBJECT
 
 public:
     TypingGuard(const RunLoop& runLoop, QObject* parent);
+
+    // As if the window had just popped up.
+    void restart();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 

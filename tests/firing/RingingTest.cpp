@@ -4,6 +4,7 @@
 #include "firing/FlashingIcon.h"
 #include "firing/SnoozeWindowController.h"
 #include "firing/SnoozeWindowControllerDelegate.h"
+#include "firing/SnoozeWindowStack.h"
 #include "firing/SoundRepeat.h"
 #include "firing/TextSpeaker.h"
 #include "firing/WindowPlace.h"
@@ -80,6 +81,14 @@ protected:
         return visible;
     }
 
+    static QWidget* windowOf(const char* title) {
+        for (QWidget* window : windows())
+            if (window->accessibleName().startsWith(QLatin1String(title)))
+                return window;
+        ADD_FAILURE() << "no window of " << title;
+        return nullptr;
+    }
+
     VirtualRunLoop m_loop{at("2026-11-24 07:30")};
     Trace m_trace{m_loop};
     FakeSoundPlayer m_player{m_loop, m_trace};
@@ -122,9 +131,7 @@ TEST_F(RingingTest, otherSoundPlaysOnceAndStopsWithItsAlarmOrTheNext) {
 TEST_F(RingingTest, fadeOptionCutsALongSoundAtTwentySeconds) {
     m_player.setFile(QStringLiteral("long"), {.duration = 60s});
     m_ringer.activateAlarm(alarm("a", "long", true));
-    m_loop.advance(19'999ms);
-    EXPECT_EQ(m_player.sounds().size(), 1u);
-    m_loop.advance(2ms);
+    m_loop.advance(30s);
     EXPECT_EQ(m_trace.events().back(), "20000 long stop");
     EXPECT_TRUE(m_player.sounds().empty());
 }
@@ -183,102 +190,154 @@ TEST_F(RingingTest, preparedAlarmRingsAtOnceAndAsItIsThen) {
     EXPECT_TRUE(m_player.sounds().empty());
 }
 
-TEST_F(RingingTest, silentAndUnplayableAlarmsStillGetTheirWindowAndTheFlashing) {
+TEST_F(RingingTest, silentAndUnplayableAlarmsStillGetTheirWindowAndThoseGoneBeforeTheirTurnDoNot) {
     m_player.setFile(QStringLiteral("gone"), {.isPlayable = false});
     m_ringer.activateAlarm(alarm("silent", nullptr));
     m_ringer.activateAlarm(alarm("gone", "gone"));
     m_player.hasServer = false;
     m_ringer.activateAlarm(alarm("no server", "ping"));
+    m_ringer.activateAlarm(alarm("cleared", nullptr));
+    m_ringer.deactivateAlarm(m_alarms.back());
     m_loop.advance(1s);
     EXPECT_EQ(windows().size(), 3);
-    EXPECT_EQ(std::count(m_trace.events().begin(), m_trace.events().end(), "0 flash"), 3);
-}
-
-TEST_F(RingingTest, alarmThatIsGoneBeforeItsTurnDoesNotRing) {
-    m_ringer.activateAlarm(alarm("a", nullptr));
-    const AlarmPtr b = alarm("b", nullptr);
-    m_ringer.activateAlarm(b);
-    m_ringer.deactivateAlarm(b);
-    m_loop.advance(1s);
-    EXPECT_EQ(windows().size(), 1);
-    EXPECT_THAT(m_trace.events(), ElementsAre("0 flash"));
+    EXPECT_THAT(m_trace.events(),
+                ElementsAre("0 flash", "0 gone refused", "0 flash", "0 flash", "0 ping refused"));
 }
 
 TEST_F(RingingTest, eachWindowAnswersForItsOwnAlarmAndAnUnansweredOneClearsIt) {
-    m_ringer.activateAlarm(alarm("a", nullptr));
-    m_ringer.activateAlarm(alarm("b", nullptr));
+    const AlarmPtr noSnooze = alarm("c", nullptr);
+    noSnooze->setSnoozeTime(0); // must not vanish before it was seen
+    for (const AlarmPtr& each : {alarm("a", nullptr), alarm("b", nullptr), noSnooze})
+        m_ringer.activateAlarm(each);
     m_loop.advance(1s);
     m_trace.clear();
-    for (QWidget* window : windows())
-        if (window->accessibleName() == QStringLiteral("a"))
-            QTest::mouseClick(window->findChild<QPushButton*>(QStringLiteral("snoozeButton")),
-                              Qt::LeftButton);
-    m_loop.advance(299s - 1ms);
-    EXPECT_THAT(m_trace.events(), ElementsAre("1000 a snoozed"));
-    m_loop.advance(1ms);
+    QTest::mouseClick(windowOf("a")->findChild<QPushButton*>(QStringLiteral("snoozeButton")),
+                      Qt::LeftButton);
+    m_loop.advance(10min);
     // The answered window stays until its delegate closes it, but counts no longer.
-    EXPECT_THAT(m_trace.events(), ElementsAre("1000 a snoozed", "300000 b cleared"));
-    EXPECT_EQ(windows().size(), 1);
+    EXPECT_THAT(m_trace.events(),
+                ElementsAre("1000 a snoozed", "60000 c cleared", "300000 b cleared"));
+    EXPECT_EQ(windows(), QList<QWidget*>{windowOf("a")});
 }
 
-TEST_F(RingingTest, windowShowsTimeAndTitleOfAnyLengthAsPlainText) {
-    const AlarmPtr tea = alarm("<b>Tea</b>", nullptr);
-    m_ringer.activateAlarm(tea);
-    m_ringer.activateAlarm(alarm(QByteArray(10'000, 'x').constData(), nullptr));
-    m_loop.advance(1s);
-    ASSERT_EQ(windows().size(), 2);
-    for (QWidget* window : windows()) {
-        EXPECT_LE(window->width(), 400);
-        EXPECT_LE(window->height(), 260);
-        EXPECT_EQ(window->pos(), QPoint(300, 40));
-        const auto title = window->findChild<QLabel*>(QStringLiteral("titleLabel"));
-        if (window->accessibleName() == tea->title()) {
-            EXPECT_EQ(title->text(), tea->title());
-        }
-        EXPECT_EQ(title->textFormat(), Qt::PlainText);
-        EXPECT_EQ(window->findChild<QLabel*>(QStringLiteral("timeLabel"))->text(),
+TEST_F(RingingTest, windowShowsATitleOfAnyLengthInTwoLines) {
+    const QString word = QStringLiteral("Donaudampfschifffahrt");
+    const struct {
+        QString title;
+        QString shown; // begins so
+        bool isCut = false;
+    } cases[] = {
+        {.title = QStringLiteral("<b>Tea</b> & cake"),
+         .shown = QStringLiteral("<b>Tea</b> & cake")},
+        {.title = QString(), .shown = QString()},
+        {.title = word.repeated(2) + QStringLiteral(" now"), .shown = word},
+        {.title = word.repeated(500), .shown = word, .isCut = true},
+        {.title = QStringLiteral("take the bins out ").repeated(20),
+         .shown = QStringLiteral("take the bins out take"),
+         .isCut = true},
+        {.title = QStringLiteral("\u8d77\u5e8a").repeated(80),
+         .shown = QStringLiteral("\u8d77\u5e8a"),
+         .isCut = true},
+    };
+    for (const auto& each : cases) {
+        const AlarmPtr titled = alarm("", nullptr);
+        titled->setTitle(each.title);
+        m_ringer.activateAlarm(titled);
+        m_loop.advance(1s);
+        const QWidget& window = *windows().front();
+        const auto label = window.findChild<QLabel*>(QStringLiteral("titleLabel"));
+        const std::string shown = label->text().toStdString();
+        EXPECT_TRUE(label->text().startsWith(each.shown)) << shown;
+        EXPECT_EQ(label->text().endsWith(u'\u2026'), each.isCut) << shown;
+        EXPECT_EQ(label->toolTip().isEmpty(), !each.isCut) << shown;
+        EXPECT_LE(label->text().count(u'\n'), 1) << shown;
+        EXPECT_LE(label->fontMetrics().size(0, label->text()).width(), label->width()) << shown;
+        EXPECT_EQ(label->textFormat(), Qt::PlainText);
+        EXPECT_EQ(window.findChild<QLabel*>(QStringLiteral("timeLabel"))->text(),
                   QStringLiteral("Tue, 7:30"));
+        titled->context()->close();
     }
 }
 
+TEST_F(RingingTest, windowsOfOneSizeHideNothingOfEachOtherAndUseEveryPlaceAgain) {
+    m_ringer.activateAlarm(alarm("a", nullptr));
+    m_loop.advance(1s);
+    const QRect first = windowOf("a")->geometry();
+    EXPECT_EQ(first.topLeft(), QPoint(300, 40));
+    for (const char* title : {"b", "c", "d", "e", "f with a title of two lines, or nearly so"})
+        m_ringer.activateAlarm(alarm(title, nullptr));
+    m_loop.advance(1s);
+    QRegion seen;
+    for (const QWidget* window : windows()) {
+        EXPECT_EQ(window->size(), first.size());
+        EXPECT_TRUE(window->screen()->geometry().contains(window->geometry()));
+        EXPECT_FALSE(seen.intersects(window->geometry()));
+        seen += window->geometry();
+    }
+    m_alarms.front()->context()->close();
+    m_ringer.activateAlarm(alarm("g", nullptr));
+    m_loop.advance(1s);
+    EXPECT_EQ(windowOf("g")->geometry(), first);
+}
+
+// What somebody is typing when the keyboard goes to the next window does not press that one.
+TEST_F(RingingTest, keyboardGoesFromAnAnsweredWindowToTheNext) {
+    for (const char* title : {"a", "b"})
+        m_ringer.activateAlarm(alarm(title, nullptr));
+    m_loop.advance(1s);
+    m_trace.clear();
+    windowOf("a")->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(windowOf("a")));
+    m_ringer.activateAlarm(alarm("c", nullptr));
+    m_loop.advance(1s);
+    EXPECT_TRUE(windowOf("a")->isActiveWindow()) << "the new one does not take it";
+    QTest::mouseClick(windowOf("a")->findChild<QPushButton*>(QStringLiteral("clearButton")),
+                      Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(windowOf("b")));
+    QTest::keyClick(windowOf("b")->focusWidget(), Qt::Key_Space);
+    m_loop.advance(499ms);
+    QTest::keyClick(windowOf("b")->focusWidget(), Qt::Key_Space);
+    m_loop.advance(500ms);
+    QTest::keyClick(windowOf("b")->focusWidget(), Qt::Key_Space);
+    EXPECT_THAT(m_trace.events(), ElementsAre("1000 flash", "2000 a cleared", "2999 b snoozed"));
+}
+
 TEST_F(RingingTest, keysThatWereMeantForAnotherWindowPressNothing) {
-    struct Case {
+    const struct {
         const char* name;
         std::vector<RunLoop::Milliseconds> presses; // after the window came up
-        Qt::Key key;
-        const char* answer;
+        Qt::Key key = Qt::Key_Space;
+        int answer = -1; // when it was snoozed, in milliseconds
+    } cases[] = {
+        {.name = "at once", .presses = {0ms}},
+        {.name = "within half a second", .presses = {499ms}, .key = Qt::Key_Return},
+        {.name = "typing goes on", .presses = {200ms, 500ms, 900ms, 1200ms}},
+        {.name = "after half a second", .presses = {500ms}, .answer = 500},
+        {.name = "return after a pause",
+         .presses = {100ms, 600ms},
+         .key = Qt::Key_Return,
+         .answer = 600},
+        {.name = "escape too soon", .presses = {100ms}, .key = Qt::Key_Escape},
+        {.name = "escape", .presses = {700ms}, .key = Qt::Key_Escape, .answer = 700},
     };
-    const Case cases[] = {
-        {"at once", {0ms}, Qt::Key_Space, nullptr},
-        {"within half a second", {499ms}, Qt::Key_Return, nullptr},
-        {"typing goes on", {200ms, 500ms, 900ms, 1200ms}, Qt::Key_Space, nullptr},
-        {"space after half a second", {500ms}, Qt::Key_Space, "500 tea snoozed"},
-        {"return after a pause", {100ms, 600ms}, Qt::Key_Return, "600 tea snoozed"},
-        {"escape too soon", {100ms}, Qt::Key_Escape, nullptr},
-        {"escape", {700ms}, Qt::Key_Escape, "700 tea snoozed"},
-    };
-    for (const Case& c : cases) {
-        const AlarmPtr tea = alarm("tea", nullptr);
-        m_trace.clear();
+    SnoozeWindowStack stack(*this);
+    for (const auto& each : cases) {
         const auto start = m_loop.uptime();
-        const auto controller = SnoozeWindowController::showCloseTo(*this, m_loop, *this, tea);
-        EXPECT_TRUE(QTest::qWaitForWindowActive(windows().first()));
-        for (const auto press : c.presses) {
+        m_trace.clear();
+        const auto controller =
+            SnoozeWindowController::showCloseTo(stack, m_loop, *this, alarm("tea", nullptr));
+        EXPECT_TRUE(QTest::qWaitForWindowActive(windowOf("tea")));
+        for (const auto press : each.presses) {
             m_loop.advance(press - (m_loop.uptime() - start));
-            QTest::keyClick(windows().first()->focusWidget(), c.key);
+            QTest::keyClick(windowOf("tea")->focusWidget(), each.key);
         }
-        std::vector<std::string> answers;
-        for (const std::string& event : m_trace.events())
-            answers.push_back(std::to_string(std::stoi(event) - start.count()) +
-                              event.substr(event.find(' ')));
-        if (c.answer)
-            EXPECT_THAT(answers, ElementsAre(c.answer)) << c.name;
-        else
-            EXPECT_TRUE(answers.empty()) << c.name;
+        std::vector<std::string> expected;
+        if (each.answer >= 0)
+            expected.push_back(std::to_string(start.count() + each.answer) + " tea snoozed");
+        EXPECT_EQ(m_trace.events(), expected) << each.name;
         controller->close();
         m_loop.runPending();
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        EXPECT_TRUE(windows().isEmpty());
     }
 }
 
