@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
 
+#include "app/OwnAddress.h"
+
+#include <QMap>
+
 #include <cstdio>
 
 namespace dorvane {
@@ -19,6 +23,21 @@ Options:
 An address such as dorvane:create-alarm opens the alarm editor.
 )";
 
+int showVersion() {
+    std::puts("Dorvane " DORVANE_VERSION);
+    return 0;
+}
+
+int showHelp() {
+    std::fputs(help, stdout);
+    return 0;
+}
+
+const QMap<QString, int (*)()> options{{QStringLiteral("-h"), showHelp},
+                                       {QStringLiteral("--help"), showHelp},
+                                       {QStringLiteral("-v"), showVersion},
+                                       {QStringLiteral("--version"), showVersion}};
+
 } // namespace
 
 std::optional<QString> announcementIn(const QStringList& arguments) {
@@ -27,23 +46,19 @@ std::optional<QString> announcementIn(const QStringList& arguments) {
     return std::nullopt;
 }
 
-std::optional<int> answerCommandLine(const QStringList& arguments) {
+std::optional<int> answerCommandLine(const QStringList& arguments, const QStringList& schemes) {
     if (announcementIn(arguments))
         return std::nullopt;
     for (const QString& argument : arguments) {
-        if (argument == QStringLiteral("--version") || argument == QStringLiteral("-v")) {
-            std::puts("Dorvane " DORVANE_VERSION);
-            return 0;
-        }
-        if (argument == QStringLiteral("--help") || argument == QStringLiteral("-h")) {
-            std::fputs(help, stdout);
-            return 0;
-        }
-        if (argument.startsWith(QLatin1Char('-'))) {
-            std::fprintf(stderr, "dorvane: unknown option %s; see --help\n", qPrintable(argument));
-            return 2;
-        }
+        if (options.contains(argument) || verbOf(argument, schemes))
+            continue;
+        const char* what = argument.startsWith(u'-') ? "option" : "argument";
+        std::fprintf(stderr, "dorvane: unknown %s %s; see --help\n", what, qPrintable(argument));
+        return 2;
     }
+    for (const QString& argument : arguments)
+        if (const auto answer = options.value(argument))
+            return answer();
     return std::nullopt;
 }
 

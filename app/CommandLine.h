@@ -8,9 +8,10 @@
 namespace dorvane {
 
 // What is answered from the command line alone, without a display: --version and --help, and what
-// is no option of ours. Writes the answer and gives the exit status; nothing when the program is
-// to start.
-[[nodiscard]] std::optional<int> answerCommandLine(const QStringList& arguments);
+// is neither an option nor an address of ours. Writes the answer and gives the exit status; nothing
+// when the program is to start.
+[[nodiscard]] std::optional<int> answerCommandLine(const QStringList& arguments,
+                                                   const QStringList& schemes);
 
 // The announcement that this process is to show, where it was started for that.
 [[nodiscard]] std::optional<QString> announcementIn(const QStringList& arguments);

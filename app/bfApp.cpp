@@ -2,6 +2,7 @@
 #include "app/bfApp.h"
 
 #include "app/Desktop.h"
+#include "app/OwnAddress.h"
 #include "app/SharedInstances.h"
 #include "breaks/BreakCycle.h"
 #include "breaks/PendixTakeABreakSettings.h"
@@ -13,6 +14,7 @@
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/Log.h"
 
+#include <QMessageBox>
 #include <QSessionManager>
 #include <QSysInfo>
 #include <QTranslator>
@@ -38,6 +40,7 @@ void bfApp::finishLaunching() {
     Desktop& desktop = sharedDesktop();
     watchForTheEnd();
     loadTranslations(desktop.bundle);
+    desktop.workspace.setNothingOpens(showWhereItLies);
     desktop.powerMonitor.setPoweredOn([&desktop] { desktop.notifications.post(wakeNotification); });
 
     AlarmMenuController& controller = AlarmMenuController::mainMenuController();
@@ -103,9 +106,15 @@ void bfApp::terminate() {
 }
 
 void bfApp::open(const LaunchRequest& request) {
+    const QString create = QStringLiteral("create-alarm");
+    bool createsAlarm = request.action == create;
+    for (const QString& address : request.uris) {
+        const auto verb = verbOf(address, ownSchemes(sharedDesktop().bundle));
+        createsAlarm = createsAlarm || verb == create;
+        if (verb != create)
+            qCWarning(logApp) << "nothing is known about" << address << "- the menu opens instead";
+    }
     AlarmMenuController& controller = AlarmMenuController::mainMenuController();
-    const bool createsAlarm = request.action == QStringLiteral("create-alarm") ||
-                              request.uris.contains(QStringLiteral("dorvane:create-alarm"));
     if (createsAlarm)
         controller.createAlarm();
     else
@@ -138,6 +147,19 @@ void bfApp::showGoogleHelp() {
         return;
     const QUrl base = QUrl::fromLocalFile(desktop.bundle.bundlePath() + QLatin1Char('/'));
     sharedDesktop().workspace.openUrl(base.resolved(manual));
+}
+
+// On a desktop without a browser, the manual above all.
+void bfApp::showWhereItLies(const QUrl& url) {
+    const auto alert = new QMessageBox(QMessageBox::Information, QStringLiteral("Dorvane"),
+                                       QStringLiteral("No program here opens this:"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setTextFormat(Qt::PlainText);
+    alert->setInformativeText(url.toDisplayString(QUrl::PreferLocalFile));
+    alert->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    alert->show();
+    alert->raise();
+    alert->activateWindow();
 }
 
 QString bfApp::ouputRunningInfo(const Bundle& bundle) {

@@ -57,6 +57,7 @@ public:
 
 private:
     void watchForTheEnd();
+    static void showWhereItLies(const QUrl& url);
     void loadTranslations(const Bundle& bundle);
     void switchBreaksOff();
 

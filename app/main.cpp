@@ -2,7 +2,10 @@
 #include "app/Announce.h"
 #include "app/bfApp.h"
 #include "app/CommandLine.h"
+#include "app/OwnAddress.h"
+#include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
+#include "platform/linux/preferences/LibplistFormat.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/linux/session/SingleInstance.h"
 #include "platform/linux/tray/PlatformChoice.h"
@@ -35,7 +38,9 @@ int statusOf(SingleInstance::Standing standing) {
 
 int main(int argc, char** argv) {
     const QStringList arguments = commandLine(argc, argv);
-    if (const auto status = answerCommandLine(arguments))
+    const QStringList schemes =
+        arguments.isEmpty() ? QStringList() : ownSchemes(mainBundle(LibplistFormat()));
+    if (const auto status = answerCommandLine(arguments, schemes))
         return *status;
 
     if (const auto id = announcementIn(arguments))

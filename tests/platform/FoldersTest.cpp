@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/desktop/DesktopExec.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
 #include "platform/linux/preferences/LibplistFormat.h"
@@ -45,6 +46,16 @@ TEST(MainBundleTest, readsTheInformationFile) {
         EXPECT_EQ(bundle.infoString(QStringLiteral("CFBundleVersion")), each.version);
         EXPECT_EQ(log.messages().size(), each.messages) << each.contents.constData();
     }
+}
+
+// As the desktop-entry specification has it: quoted, then escaped as every value is.
+TEST(DesktopExecTest, namesTheProgramWhateverItsPathHolds) {
+    EXPECT_EQ(desktopExec(QStringLiteral("/a \"b\" $c `d` \\e 100%/dorvane")).toStdString(),
+              R"("/a \\"b\\" \\$c \\`d\\` \\\\e 100%%/dorvane" %u)");
+    for (const char* path :
+         {"/usr/bin/x", "/a \"b\" $c `d` \\e 100%u/x", "/tab\t/line\n/x", "/\\n/x"})
+        EXPECT_EQ(programOfDesktopExec(desktopExec(QLatin1String(path))), QLatin1String(path));
+    EXPECT_EQ(programOfDesktopExec(QStringLiteral("dorvane %u")), QStringLiteral("dorvane"));
 }
 
 class XdgFoldersTest : public ::testing::Test {

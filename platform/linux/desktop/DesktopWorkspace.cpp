@@ -17,8 +17,11 @@ DesktopWorkspace::DesktopWorkspace(QDBusConnection sessionBus) : m_bus(std::move
 
 void DesktopWorkspace::openUrl(const QUrl& url) {
     // Starts a program and does not wait for what becomes of it.
-    if (!QDesktopServices::openUrl(url))
-        qCWarning(logPlatform, "Nothing opens %ls", qUtf16Printable(url.toDisplayString()));
+    if (QDesktopServices::openUrl(url))
+        return;
+    qCWarning(logPlatform, "Nothing opens %ls", qUtf16Printable(url.toDisplayString()));
+    if (m_nothingOpens)
+        m_nothingOpens(url);
 }
 
 void DesktopWorkspace::reveal(const QString& path) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/desktop/XdgUrlSchemes.h"
 
+#include "platform/linux/desktop/DesktopExec.h"
 #include "platform/linux/preferences/AtomicFile.h"
 #include "platform/Log.h"
 
@@ -16,10 +17,14 @@ namespace dorvane {
 namespace {
 
 const QString tool = QStringLiteral("xdg-mime");
-const QString desktopFileName = QStringLiteral("com.brackenfold.Dorvane.url.desktop");
 
 QString typeOf(const QString& scheme) {
     return QStringLiteral("x-scheme-handler/") + scheme;
+}
+
+// A file for each scheme, so that none takes another's place.
+QString desktopFileName(const QString& scheme) {
+    return QStringLiteral("com.brackenfold.Dorvane.url-%1.desktop").arg(scheme);
 }
 
 // The folder of the program that a desktop file starts; empty when that cannot be told.
@@ -31,7 +36,7 @@ QString bundleOf(const QString& desktopFile) {
     for (const QString& line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
         if (!line.startsWith(exec))
             continue;
-        const QString command = QProcess::splitCommand(line.mid(exec.size())).value(0);
+        const QString command = programOfDesktopExec(line.mid(exec.size()));
         const QString program =
             command.contains(QLatin1Char('/')) ? command : QStandardPaths::findExecutable(command);
         return QFileInfo(QFileInfo(program).canonicalFilePath()).path();
@@ -44,9 +49,9 @@ QByteArray desktopFile(const QString& bundlePath, const QString& scheme) {
                           "Type=Application\n"
                           "Name=Dorvane\n"
                           "NoDisplay=true\n"
-                          "Exec=\"%1/dorvane\" %u\n"
+                          "Exec=%1\n"
                           "MimeType=%2;\n")
-        .arg(bundlePath, typeOf(scheme))
+        .arg(desktopExec(bundlePath + QStringLiteral("/dorvane")), typeOf(scheme))
         .toUtf8();
 }
 
@@ -74,16 +79,37 @@ void XdgUrlSchemes::applicationForScheme(const QString& scheme,
 
 void XdgUrlSchemes::registerBundle(const QString& bundlePath, const QString& scheme) {
     QDir().mkpath(m_applicationsFolder);
-    const auto error = writeFileAtomically(
-        m_applicationsFolder + QLatin1Char('/') + desktopFileName, desktopFile(bundlePath, scheme));
-    const QStringList arguments{QStringLiteral("default"), desktopFileName, typeOf(scheme)};
-    QProcess process;
-    process.setProgram(tool);
-    process.setArguments(arguments);
-    process.setStandardErrorFile(QProcess::nullDevice());
-    if (error || !process.startDetached())
+    const auto error =
+        writeFileAtomically(m_applicationsFolder + QLatin1Char('/') + desktopFileName(scheme),
+                            desktopFile(bundlePath, scheme));
+    if (error) {
         qCWarning(logPlatform).noquote()
-            << "cannot register for" << scheme << "addresses" << error.value_or(QString());
+            << "cannot register for" << scheme << "addresses" << *error;
+        return;
+    }
+    m_waiting << scheme;
+    if (m_waiting.size() == 1)
+        makeNextDefault();
+}
+
+// One after the other: the tool reads a list, changes it and writes it back.
+void XdgUrlSchemes::makeNextDefault() {
+    const QString scheme = m_waiting.first();
+    auto* process = new QProcess(&m_context);
+    const auto finish = [this, process, scheme](bool isDone) {
+        if (!isDone)
+            qCWarning(logPlatform).noquote() << "cannot register for" << scheme << "addresses";
+        process->disconnect();
+        process->deleteLater();
+        m_waiting.removeFirst();
+        if (!m_waiting.isEmpty())
+            makeNextDefault();
+    };
+    QObject::connect(process, &QProcess::errorOccurred, process, [finish] { finish(false); });
+    QObject::connect(process, &QProcess::finished, process,
+                     [finish](int code) { finish(code == 0); });
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->start(tool, {QStringLiteral("default"), desktopFileName(scheme), typeOf(scheme)});
 }
 
 } // namespace dorvane

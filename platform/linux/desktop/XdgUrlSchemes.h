@@ -5,6 +5,7 @@
 #include "platform/UserFolders.h"
 
 #include <QObject>
+#include <QStringList>
 
 namespace dorvane {
 
@@ -20,7 +21,10 @@ public:
     void registerBundle(const QString& bundlePath, const QString& scheme) override;
 
 private:
+    void makeNextDefault();
+
     QString m_applicationsFolder;
+    QStringList m_waiting; // schemes to be registered; the tool works on the first
     QObject m_context;
 };
 
