@@ -14,6 +14,17 @@ QString shortDayTimeString(const QDateTime& date, const QLocale& locale) {
                                                              : QStringLiteral("ddd, H:mm"));
 }
 
+QString dayTimeString(const QDateTime& date, const QDateTime& now, const QLocale& locale) {
+    constexpr int aWeekday = 6;
+    if (now.date().daysTo(date.date()) <= aWeekday)
+        return shortDayTimeString(date, locale);
+    QString format = QStringLiteral("ddd, d MMM");
+    if (date.date().year() != now.date().year())
+        format += QStringLiteral(" yyyy");
+    format += usesTwelveHourClock(locale) ? QStringLiteral(", h:mm AP") : QStringLiteral(", H:mm");
+    return locale.toString(date, format);
+}
+
 QDateTime calendarDateWithTimeInterval(double seconds, const QDateTime& date) {
     return date.addMSecs(std::llround(seconds * 1000.0));
 }

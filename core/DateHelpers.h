@@ -13,6 +13,11 @@ namespace dorvane {
 [[nodiscard]] QString shortDayTimeString(const QDateTime& date,
                                          const QLocale& locale = QLocale::system());
 
+// The same with the date where the weekday alone would be taken for a nearer one, more than six
+// days from now, and with the year where that is another: "Tue, 8 Dec, 7:30".
+[[nodiscard]] QString dayTimeString(const QDateTime& date, const QDateTime& now,
+                                    const QLocale& locale = QLocale::system());
+
 // The moment `seconds` after `date`.
 [[nodiscard]] QDateTime calendarDateWithTimeInterval(double seconds, const QDateTime& date);
 

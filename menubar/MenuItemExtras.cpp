@@ -27,7 +27,6 @@ MenuTitleFonts MenuTitleFonts::of(const QFont& menuFont) {
     fonts.title.setPixelSize(int(std::lround(14 * scale)));
     fonts.subtitle.setPixelSize(int(std::lround(10 * scale)));
     fonts.widest *= scale;
-    fonts.subtitle.setStyle(QFont::StyleOblique);
     // With kerning the gap between the two would depend on the letters beside it.
     fonts.title.setKerning(false);
     fonts.subtitle.setKerning(false);

@@ -15,7 +15,7 @@ class RunLoop;
 // larger letters than the title's all of it grows in proportion.
 struct MenuTitleFonts {
     QFont title;           // 14
-    QFont subtitle;        // 10, slanted
+    QFont subtitle;        // 10, to be slanted when it is drawn
     double widest = 125.0; // of a subtitle
     // From the font of menus.
     [[nodiscard]] static MenuTitleFonts of(const QFont& menuFont);

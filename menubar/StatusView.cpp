@@ -106,7 +106,7 @@ void StatusView::showToolTip(const AlarmPtr& nearest) {
     if (nearest) {
         constexpr int longestTitle = 60;
         const QString title = oneLine(nearest->title(), longestTitle);
-        text = shortDayTimeString(nearest->time());
+        text = dayTimeString(nearest->time(), m_runLoop.now());
         if (!title.isEmpty())
             text += QStringLiteral(" \u2013 ") + title;
     }

@@ -70,6 +70,12 @@ TEST(DateHelpersTest, shortDayTimeFollowsTheClockOfTheLocale) {
     EXPECT_EQ(shortDayTimeString(morning, twelve), QStringLiteral("Tue, 7:05 AM"));
     EXPECT_EQ(shortDayTimeString(evening, twelve), QStringLiteral("Tue, 7:05 PM"));
     EXPECT_EQ(shortDayTimeString(evening, twentyFour), QStringLiteral("Tue, 19:05"));
+    EXPECT_EQ(dayTimeString(evening, evening.addDays(-6), twentyFour),
+              QStringLiteral("Tue, 19:05"));
+    EXPECT_EQ(dayTimeString(evening, evening.addDays(-7), twelve),
+              evening.toString(QStringLiteral("'Tue, 'd MMM', 7:05 PM'")));
+    EXPECT_EQ(dayTimeString(evening, evening.addYears(-1), twentyFour),
+              evening.toString(QStringLiteral("'Tue, 'd MMM yyyy', 19:05'")));
     EXPECT_FALSE(usesTwelveHourClock(QLocale(QLocale::German, QLocale::Germany)));
 }
 
