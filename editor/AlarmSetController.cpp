@@ -16,6 +16,7 @@
 #include "ui_AlarmSetController.h"
 
 #include <QMessageBox>
+#include <QPainter>
 #include <QScreen>
 #include <QSignalBlocker>
 
@@ -31,11 +32,23 @@ std::unique_ptr<Ui::AlarmSetController> controlsIn(QDialog* window) {
     return controls;
 }
 
-// What a screen leaves a window beside the panels and the window's own frame, whose size is not
-// known before it is shown.
-QSize roomOnScreen(const QWidget& window) {
-    const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
-    return window.screen()->availableSize() - QSize(title, 2 * title);
+// The style would brighten a disabled icon on dark ground.
+QIcon fadedWhenDisabled(const QIcon& icon, QSize size) {
+    constexpr double strength = 0.35;
+    QIcon both;
+    for (const double scale : {1.0, 2.0, 3.0}) {
+        const QPixmap normal = icon.pixmap(size, scale);
+        QPixmap faded(normal.size());
+        faded.setDevicePixelRatio(normal.devicePixelRatio());
+        faded.fill(Qt::transparent);
+        QPainter painter(&faded);
+        painter.setOpacity(strength);
+        painter.drawPixmap(0, 0, normal);
+        painter.end();
+        both.addPixmap(normal, QIcon::Normal);
+        both.addPixmap(faded, QIcon::Disabled);
+    }
+    return both;
 }
 
 } // namespace
@@ -58,7 +71,9 @@ AlarmSetController::~AlarmSetController() = default;
 
 void AlarmSetController::setUpControls() {
     const auto icon = [this](const QString& file) {
-        return QIcon(m_services.bundle.resourcePath(QStringLiteral("images/") + file));
+        return fadedWhenDisabled(
+            QIcon(m_services.bundle.resourcePath(QStringLiteral("images/") + file)),
+            m_controls->calendarButton->iconSize());
     };
     m_controls->calendarButton->setIcon(icon(QStringLiteral("Calendar.svg")));
     m_controls->alarmButton->setIcon(icon(QStringLiteral("Clock.svg")));
@@ -149,11 +164,22 @@ void AlarmSetController::showWithAlarm(const AlarmPtr& alarm) {
     m_controls->removeAlarmButton->setEnabled(index >= 0);
     setWindowTitle(alarm ? QStringLiteral("Edit Alarm") : QStringLiteral("New Alarm"));
     m_controls->titleBox->setFocus();
-    if (!isVisible())
-        resize(sizeHint().boundedTo(roomOnScreen(*this)));
+    const bool wasVisible = isVisible();
+    if (!wasVisible)
+        fitToScreen();
     show();
+    if (!wasVisible)
+        fitToScreen(); // what the controls really need is known only now
     raise();
     activateWindow();
+}
+
+// As large as the form, or as the screen leaves room beside the panels and the window's own frame,
+// whose size is not known before it is shown.
+void AlarmSetController::fitToScreen() {
+    m_controls->scroller->updateGeometry();
+    const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    resize(sizeHint().boundedTo(screen()->availableSize() - QSize(title, 2 * title)));
 }
 
 void AlarmSetController::setAlarm(const Alarm* alarm) {

@@ -52,6 +52,7 @@ private:
     void changed(void (FormEnabling::*effect)(const AlarmForm&));
     void manageDescriptionLabel();
 
+    void fitToScreen();
     void setAlarm(const Alarm* alarm);
 
     void reloadTitles();

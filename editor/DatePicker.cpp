@@ -83,11 +83,14 @@ bool DatePicker::eventFilter(QObject* watched, QEvent* event) {
     return QDateEdit::eventFilter(watched, event);
 }
 
-// What is typed over the whole date begins with its first part.
+// What is typed over the whole date begins with its first part. A part that is full has moved on to
+// the next by itself: the separator that people type then must not move on once more.
 void DatePicker::keyPressEvent(QKeyEvent* event) {
-    if (lineEdit()->selectedText() == lineEdit()->text() && !event->text().isEmpty() &&
-        event->text()[0].isDigit())
+    const QChar key = event->text().isEmpty() ? QChar() : event->text()[0];
+    if (key.isDigit() && lineEdit()->selectedText() == lineEdit()->text())
         setSelectedSection(sectionAt(0));
+    if (key.isPunct() && lineEdit()->hasSelectedText())
+        return;
     QDateEdit::keyPressEvent(event);
 }
 

@@ -49,7 +49,8 @@ QString behindHours(QString after, const QString& hours) {
     const int hour = hours.toInt();
     if (hours.size() > 2 || hour > lastHour)
         return after.remove(oldMinutes());
-    return hour > noon ? after.remove(oldMark()) : after;
+    const bool isOfTwentyFour = hour > noon || hours == QLatin1String("00");
+    return isOfTwentyFour ? after.remove(oldMark()) : after;
 }
 
 } // namespace
@@ -93,8 +94,11 @@ TypedTime timeTyped(const TypedTime& field, QChar character) {
     QString before = field.text.left(start);
     QString after = field.text.mid(start + length);
     if (isSeparator(character)) {
+        if (!before.isEmpty() && before.toInt() == 0)
+            after.remove(oldMark()); // no hour of a half
         if (const auto minutes = oldMinutes().match(after); minutes.hasMatch())
-            return {field.text, {start + length + 1, minutes.capturedLength() - 1}};
+            return {field.text.left(start + length) + after,
+                    {start + length + 1, minutes.capturedLength() - 1}};
     } else if (isDigit(character)) {
         if (before.isEmpty() && after.isEmpty()) // typed over everything, it still has its half
             after = oldMark().match(field.text).captured();

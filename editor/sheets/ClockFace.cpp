@@ -56,19 +56,14 @@ void ClockFace::choose(QTime time) {
 
 void ClockFace::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    paintClockFace(painter, rect(),
-                   {m_time, m_dragged, hasFocus(), palette(), font(), QLocale::system()});
+    paintClockFace(painter, rect(), {m_time, m_dragged, hasFocus(), palette(), font()});
 }
 
 void ClockFace::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
     const QPointF point = onFace(event->position());
-    m_dragged = ClockHand::None;
-    if (clockFaceMark(m_time).contains(point))
-        choose(inOtherHalfOfDay(m_time));
-    else
-        m_dragged = handAt(point, m_time);
+    m_dragged = handAt(point, m_time);
     mouseMoveEvent(event);
     update();
 }

@@ -9,7 +9,7 @@
 namespace dorvane {
 
 // A clock to set the time of day on: drag the hands, turn the wheel or press the arrow keys (a
-// minute each, an hour with Shift or the Page keys), click the AM/PM mark or press A or P.
+// minute each, an hour with Shift or the Page keys), press A or P for the half of the day.
 class ClockFace final : public QWidget {
     Q_OBJECT
 

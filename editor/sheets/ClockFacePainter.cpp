@@ -51,20 +51,7 @@ void paintText(QPainter& painter, const ClockFaceLook& look, QPointF middle, con
 void paintNumbers(QPainter& painter, const ClockFaceLook& look, double radius) {
     painter.setPen(look.palette.color(QPalette::Text));
     for (int hour = 1; hour <= 12; ++hour)
-        paintText(painter, look, pointAt(hour * 30, 0.76), look.locale.toString(hour), 0.16,
-                  radius);
-}
-
-void paintMark(QPainter& painter, const ClockFaceLook& look, double radius) {
-    const QRectF mark = clockFaceMark(look.time);
-    const QColor base = look.palette.color(QPalette::Base);
-    const QColor text = look.palette.color(QPalette::Text);
-    painter.setPen(QPen(blended(text, base, 0.3), 0.012));
-    painter.setBrush(blended(text, base, 0.06));
-    painter.drawRoundedRect(mark, mark.height() / 2, mark.height() / 2);
-    painter.setPen(text);
-    paintText(painter, look, mark.center(),
-              look.time.hour() < 12 ? look.locale.amText() : look.locale.pmText(), 0.12, radius);
+        paintText(painter, look, pointAt(hour * 30, 0.76), QString::number(hour), 0.16, radius);
 }
 
 void paintHand(QPainter& painter, double angle, double length, double width, const QColor& color) {
@@ -91,20 +78,6 @@ double clockFaceRadius(QSize size) {
     return std::max(1.0, std::min(size.width(), size.height()) / 2.0 - focusRoom);
 }
 
-QRectF clockFaceMark(QTime time) {
-    const ClockHands hands = handsAt(time);
-    // Each hand covers one side at most, so that one is always free.
-    double side = 0;
-    for (const double candidate : {180.0, 0.0, 90.0, 270.0}) {
-        side = candidate;
-        if (angleBetween(hands.hour, side) > 35 && angleBetween(hands.minute, side) > 35)
-            break;
-    }
-    QRectF mark(0, 0, 0.34, 0.2);
-    mark.moveCenter(pointAt(side, 0.37));
-    return mark;
-}
-
 void paintClockFace(QPainter& painter, const QRectF& rectangle, const ClockFaceLook& look) {
     const double radius = clockFaceRadius(rectangle.size().toSize());
     painter.setRenderHint(QPainter::Antialiasing);
@@ -112,7 +85,6 @@ void paintClockFace(QPainter& painter, const QRectF& rectangle, const ClockFaceL
     painter.scale(radius, radius);
     paintDial(painter, look);
     paintNumbers(painter, look, radius);
-    paintMark(painter, look, radius);
     paintHands(painter, look);
 }
 

@@ -4,7 +4,6 @@
 #include "editor/sheets/ClockHands.h"
 
 #include <QFont>
-#include <QLocale>
 #include <QPalette>
 #include <QRectF>
 #include <QSize>
@@ -21,15 +20,10 @@ struct ClockFaceLook {
     bool hasFocus = false;
     QPalette palette;
     QFont font;
-    QLocale locale;
 };
 
 // The radius of the face in a widget of that size, which leaves room for the ring of the focus.
 [[nodiscard]] double clockFaceRadius(QSize size);
-
-// Where the AM/PM mark is at that time, in the plane of ClockHands: below the middle, or on another
-// side when a hand lies there.
-[[nodiscard]] QRectF clockFaceMark(QTime time);
 
 // Paints the face in the middle of the rectangle.
 void paintClockFace(QPainter& painter, const QRectF& rectangle, const ClockFaceLook& look);

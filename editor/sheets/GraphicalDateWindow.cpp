@@ -1,41 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/sheets/GraphicalDateWindow.h"
 
+#include "core/DateHelpers.h"
 #include "editor/DialogButtons.h"
+#include "editor/TypedTime.h"
 #include "ui_GraphicalDateWindow.h"
 
-#include <QTextCharFormat>
-#include <QToolButton>
-
 namespace dorvane {
-
-namespace {
-
-// In the colour of the bar's text, instead of the style's icons.
-void setPlainArrows(const QCalendarWidget& calendar) {
-    const auto setArrow = [&](const QString& name, Qt::ArrowType arrow) {
-        if (const auto button = calendar.findChild<QToolButton*>(name))
-            button->setArrowType(arrow);
-    };
-    setArrow(QStringLiteral("qt_calendar_prevmonth"), Qt::LeftArrow);
-    setArrow(QStringLiteral("qt_calendar_nextmonth"), Qt::RightArrow);
-}
-
-} // namespace
 
 GraphicalDateWindow::GraphicalDateWindow(QWidget* parent)
     : QDialog(parent), m_controls(std::make_unique<Ui::GraphicalDateWindow>()) {
     m_controls->setupUi(this);
-    addAcceptAndCancel(*m_controls->buttonBox, QStringLiteral("&Set Date and Time"));
+    m_setButton = addAcceptAndCancel(*m_controls->buttonBox, QStringLiteral("&Set Date and Time"));
     QCalendarWidget* calendar = m_controls->graphicalDatePicker;
-    setPlainArrows(*calendar);
-    // The red of weekends would stand out more than the day that is selected, and an alarm has no
-    // weekends.
-    for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
-        calendar->setWeekdayTextFormat(day, QTextCharFormat());
-    connect(calendar, &QCalendarWidget::selectionChanged, this, [this] { boundTime(); });
+    connect(calendar, &QCalendarWidget::selectionChanged, this, [this] {
+        boundTime();
+        showMoment();
+    });
     // Return and a double click on a day.
-    connect(calendar, &QCalendarWidget::activated, this, [this] { accept(); });
+    connect(calendar, &QCalendarWidget::activated, m_setButton, &QPushButton::click);
+    connect(m_controls->graphicalTimePicker, &GraphicalClock::changed, this,
+            &GraphicalDateWindow::showMoment);
 }
 
 GraphicalDateWindow::~GraphicalDateWindow() = default;
@@ -46,6 +31,7 @@ void GraphicalDateWindow::run(const QDateTime& moment, const QDateTime& earliest
     m_controls->graphicalDatePicker->setSelectedDate(moment.date());
     boundTime();
     m_controls->graphicalTimePicker->setTime(moment.time());
+    showMoment();
     m_controls->graphicalDatePicker->setFocus();
     open();
 }
@@ -56,6 +42,18 @@ QDate GraphicalDateWindow::date() const {
 
 QTime GraphicalDateWindow::time() const {
     return m_controls->graphicalTimePicker->time();
+}
+
+// In words, wherever the calendar has been turned to.
+void GraphicalDateWindow::showMoment() {
+    const bool isReadable = m_controls->graphicalTimePicker->isReadable();
+    m_setButton->setEnabled(isReadable);
+    const QString day =
+        QLocale(QLocale::English).toString(date(), QStringLiteral("dddd, d MMMM yyyy"));
+    m_controls->chosenMoment->setText(
+        isReadable ? day + QStringLiteral(" at ") +
+                         timeShown(time(), usesTwelveHourClock(QLocale::system()))
+                   : day);
 }
 
 void GraphicalDateWindow::boundTime() {

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+class QPushButton;
+
 namespace Ui {
 class GraphicalDateWindow;
 }
@@ -28,8 +30,10 @@ public:
 
 private:
     void boundTime();
+    void showMoment();
 
     std::unique_ptr<Ui::GraphicalDateWindow> m_controls;
+    QPushButton* m_setButton;
     QDateTime m_earliest;
 };
 

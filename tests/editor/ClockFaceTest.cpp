@@ -40,10 +40,6 @@ TEST(ClockHandsTest, areTakenWhereTheyAre) {
     EXPECT_EQ(handAt(pointAt(85, 1.1), {3, 0}), ClockHand::None);
     for (double angle = 0; angle < 360; angle += 7)
         EXPECT_NEAR(angleOf(pointAt(angle, 0.5)), angle, 1e-9);
-    for (QTime time(0, 0); time < QTime(11, 59); time = time.addSecs(60))
-        for (const double angle : {handsAt(time).hour, handsAt(time).minute})
-            EXPECT_GT(angleBetween(angleOf(clockFaceMark(time).center()), angle), 35)
-                << qPrintable(time.toString());
 }
 
 TEST(ClockFaceTest, isSetByHandsKeysAndWheel) {
@@ -64,7 +60,7 @@ TEST(ClockFaceTest, isSetByHandsKeysAndWheel) {
     QTest::mouseRelease(&face, Qt::LeftButton, {}, place(90, 0.6));
     EXPECT_EQ(face.time(), QTime(10, 15));
 
-    QTest::mouseClick(&face, Qt::LeftButton, {}, place(180, 0.37)); // the mark
+    QTest::keyClick(&face, Qt::Key_P);
     EXPECT_EQ(face.time(), QTime(22, 15));
     QTest::keyClick(&face, Qt::Key_A);
     QTest::keyClick(&face, Qt::Key_A);
