@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/AlarmSetController.h"
 
+#include "editor/DatePicker.h"
 #include "editor/DescriptionLabel.h"
 #include "editor/IntervalField.h"
 #include "editor/TimePicker.h"
@@ -91,21 +92,6 @@ protected:
     }
 };
 
-TEST_F(AlarmSetControllerTest, makesARelativeAlarmByKeyboard) {
-    open();
-    press({"=Tea", "Alt+I", "Tab", "=15", "Tab", "Down", "Alt+R", "Alt+N", "Down", "Down"});
-    EXPECT_EQ(sentence(), "Every 15 hour(s) alarm 'Tea' will be activated.");
-    press({"Return"});
-    EXPECT_FALSE(editor.isVisible());
-    ASSERT_EQ(accepted.size(), 1U);
-    EXPECT_EQ(accepted[0]->ringWithinUnits(), 15);
-    EXPECT_FALSE(accepted[0]->isMinuteUnits());
-    EXPECT_TRUE(accepted[0]->shouldRepeat());
-    EXPECT_EQ(accepted[0]->snoozeTime(), 9);
-    EXPECT_EQ(editedOne, nullptr);
-    EXPECT_EQ(storedTitles(), QStringList{u"Tea"_qs});
-}
-
 TEST_F(AlarmSetControllerTest, makesADatedAlarmWhoseTimeIsTypedBeforeItsDay) {
     open();
     // The date has three sections to tab through.
@@ -121,17 +107,136 @@ TEST_F(AlarmSetControllerTest, makesADatedAlarmWhoseTimeIsTypedBeforeItsDay) {
     EXPECT_TRUE(accepted[0]->isTimeWithDate());
 }
 
-TEST_F(AlarmSetControllerTest, makesAWeekdayAlarmWhoseTimeIsTypedBeforeItsDays) {
+// Every setting of an alarm that an editor can make, as text.
+std::string settingsOf(const Alarm& alarm) {
+    QString flags;
+    for (const bool on : {alarm.isTimeWithDate(), alarm.isMinuteUnits(), alarm.shouldRepeat(),
+                          alarm.shouldUseEveryDay(), alarm.shouldUseForever(), alarm.isPlaySound(),
+                          alarm.shouldFadeIn(), alarm.isSpeakAlarmName(), alarm.isRunOnMon(),
+                          alarm.isRunOnTue(), alarm.isRunOnWed(), alarm.isRunOnThu(),
+                          alarm.isRunOnFri(), alarm.isRunOnSat(), alarm.isRunOnSun()})
+        flags += on ? u'1' : u'0';
+    return (QStringList{alarm.title(), QString::number(alarm.selRowNo()),
+                        QString::number(alarm.ringWithinUnits()),
+                        QString::number(alarm.snoozeTime()), alarm.soundPath(), alarm.voiceName(),
+                        flags})
+               .join(u' ')
+               .toStdString() +
+           (alarm.selRowNo() == Alarm::Relative ? "" : " " + text(alarm.time()));
+}
+
+TEST_F(AlarmSetControllerTest, keepsEverySettingThroughControlsFormAlarmLibraryAndArchive) {
+    struct {
+        Alarm::Kind kind;
+        bool isMinuteUnits;
+        WeekdaySet days;
+    } const cases[] = {{Alarm::Relative, true, {}},
+                       {Alarm::Relative, false, {}},
+                       {Alarm::Dated, true, {}},
+                       {Alarm::Weekly, true, {Weekday::Tuesday, Weekday::Saturday}}};
+    for (const auto& c : cases) {
+        const AlarmPtr all = Alarm::initWithTime(loop, at("2026-11-21 21:15"), u"Tea"_qs);
+        all->setSelRowNo(c.kind);
+        all->setIsTimeWithDate(c.kind == Alarm::Dated);
+        all->setIsMinuteUnits(c.isMinuteUnits);
+        all->setRingWithinUnits(c.kind == Alarm::Relative ? 7 : 1);
+        all->setSnoozeTime(20);
+        all->setSoundPath(u"/bell.ogg"_qs);
+        all->setVoiceName(u"Zoe"_qs);
+        all->setIsPlaySound(true);
+        all->setShouldFadeIn(true);
+        all->setIsSpeakAlarmName(true);
+        all->setShouldRepeat(true);
+        all->setShouldUseEveryDay(true);
+        all->setShouldUseForever(c.kind == Alarm::Weekly);
+        all->setWeekdays(c.days);
+        open(all);
+        click("setButton");
+        const AlarmPtr stored = library.alarms()->at(0);
+        EXPECT_EQ(settingsOf(*accepted.back()), settingsOf(*all));
+        EXPECT_EQ(settingsOf(*stored), settingsOf(*all));
+        stored->setTitle(u"Picked"_qs); // and picked from the list
+        library.put(*stored);
+        open();
+        press({"Down", "Down"});
+        click("setButton");
+        EXPECT_EQ(settingsOf(*accepted.back()), settingsOf(*stored));
+    }
+}
+
+TEST_F(AlarmSetControllerTest, knowsEachWeekdayByItself) {
+    const char* const boxes[] = {"monCheck", "tueCheck", "wedCheck", "thuCheck",
+                                 "friCheck", "satCheck", "sunCheck"};
+    const char* const names[] = {"Monday", "Tuesday",  "Wednesday", "Thursday",
+                                 "Friday", "Saturday", "Sunday"};
+    for (int i = 0; i < 7; ++i) {
+        open();
+        press({"=Run"});
+        click("atAlarmTimeRadio");
+        click(boxes[i]);
+        EXPECT_EQ(sentence(),
+                  std::string("On ") + names[i] + " At 20:06 PM alarm 'Run' will be activated.");
+        EXPECT_EQ(find<QAbstractButton>(boxes[i])->accessibleName(), QLatin1String(names[i]));
+        click("setButton");
+        const WeekdaySet day{Weekday(int(Weekday::Monday) + i)};
+        EXPECT_EQ(accepted.back()->weekdays(), day) << names[i];
+        EXPECT_EQ(library.alarms()->at(0)->weekdays(), day) << names[i];
+        open(accepted.back());
+        for (int box = 0; box < 7; ++box)
+            EXPECT_EQ(find<QAbstractButton>(boxes[box])->isChecked(), box == i) << names[i];
+        editor.reject();
+    }
+}
+
+TEST_F(AlarmSetControllerTest, setsNothingThatCannotBeReadOrHasNotBeenSeen) {
     open();
-    press({"=Run", "Alt+W", "Tab", "=0630", "Tab"});
-    EXPECT_EQ(sentence(), "At 20:06 PM alarm 'Run' will be activated.");
-    EXPECT_FALSE(isEnabled("foreverCheck"));
-    press({"Tab", "Space", "Tab", "Tab", "Space", "Alt+K"}); // Monday and Wednesday
-    EXPECT_EQ(sentence(), "On every Monday Wednesday At 06:30 AM alarm 'Run' will be activated.");
-    press({"Alt+S"});
+    press({"=Bus", "Alt+D", "Tab", "Tab", "Tab", "Tab", "=7:3", "Return"});
+    EXPECT_TRUE(accepted.empty());
+    EXPECT_FALSE(isEnabled("setButton"));
+    EXPECT_EQ(find<QLabel>("atTimeRemark")->text(), u"Not a time"_qs);
+    press({"Alt+I"}); // another kind of alarm does not mind
+    EXPECT_TRUE(isEnabled("setButton"));
+    press({"Alt+D"});
+    find<TimePicker>("atTimePicker")->selectAll();
+    find<TimePicker>("atTimePicker")->setFocus();
+    press({"=630", "Return"});
+    EXPECT_TRUE(accepted.empty());
+    EXPECT_EQ(find<QLabel>("atTimeRemark")->text(), u"06:30 has passed"_qs);
+    press({"Return"});
     ASSERT_EQ(accepted.size(), 1U);
-    EXPECT_EQ(text(accepted[0]->time()), "2026-11-23T06:30:00+01:00");
-    EXPECT_EQ(accepted[0]->weekdays(), (WeekdaySet{Weekday::Monday, Weekday::Wednesday}));
+    EXPECT_EQ(text(accepted[0]->time()), "2026-11-18T20:06:00+01:00");
+
+    find<DatePicker>("atDatePicker")->setDisplayFormat(u"dd/MM/yyyy"_qs);
+    open();
+    press({"=Bus", "Alt+D", "Tab", "=5", "=12", "Return"}); // 5 November is past, 5 December not
+    EXPECT_EQ(text(accepted.back()->time()), "2026-12-05T20:06:00+01:00");
+    open();
+    press({"=Bus", "Alt+D", "Tab", "=5", "Return"});
+    EXPECT_EQ(find<QLabel>("atTimeRemark")->text(), u"That day has passed"_qs);
+    EXPECT_TRUE(editor.isVisible());
+}
+
+TEST_F(AlarmSetControllerTest, keepsItsButtonsOnASmallScreenAndReturnForThem) {
+    open();
+    editor.resize(900, 400);
+    QCoreApplication::processEvents();
+    const auto isInSight = [this](const char* name) {
+        const auto* widget = find<QWidget>(name);
+        return QRect(QPoint(), editor.size())
+                   .contains(QRect(widget->mapTo(&editor, QPoint()), widget->size())) &&
+               widget->visibleRegion().contains(widget->rect().center());
+    };
+    EXPECT_FALSE(isInSight("speakNameCheck"));
+    press({"Alt+L"});
+    EXPECT_TRUE(isInSight("speakNameCheck"));
+    EXPECT_TRUE(isInSight("setButton") && isInSight("cancelButton") &&
+                isInSight("descriptionLabel"));
+
+    press({"=Bus", "Alt+D", "Tab", "Tab", "Tab", "Tab", "Tab"});
+    EXPECT_EQ(focused(), "calendarButton");
+    press({"Return"});
+    EXPECT_TRUE(find<QDialog>("GraphicalDateWindow")->isVisible());
+    EXPECT_TRUE(accepted.empty());
 }
 
 TEST_F(AlarmSetControllerTest, choosesInTheSheets) {
@@ -141,6 +246,10 @@ TEST_F(AlarmSetControllerTest, choosesInTheSheets) {
     auto* date = find<QDialog>("GraphicalDateWindow");
     press({"Down", "Right"}, date); // a week and a day on
     QTest::keyClick(date->findChild<QWidget*>(u"clockFace"_qs), Qt::Key_PageUp);
+    EXPECT_EQ(date->findChild<QLabel*>(u"chosenMoment"_qs)->text(),
+              u"Thursday, 26 November 2026 at 21:06"_qs);
+    date->findChild<QAbstractButton*>(u"AM"_qs)->click();
+    date->findChild<QAbstractButton*>(u"PM"_qs)->click();
     date->findChild<QAbstractButton*>(u"setButton"_qs)->click();
     EXPECT_EQ(sentence(), "On Nov 26 at 21:06 alarm '' will be activated.");
     EXPECT_EQ(find<QDateEdit>("atDatePicker")->date(), QDate(2026, 11, 26));
@@ -198,23 +307,6 @@ TEST_F(AlarmSetControllerTest, keepsARefusedIntervalInEditing) {
     click("atTimeRadio");
     QCoreApplication::processEvents();
     EXPECT_EQ(focused(), "atTimeRadio"); // another kind of alarm ends the matter
-}
-
-TEST_F(AlarmSetControllerTest, editsARunningAlarmAndReplacesItsStoredCopy) {
-    store(u"Tea"_qs, [](Alarm& alarm) { alarm.setRingWithinUnits(3); });
-    store(u"Run"_qs);
-    const AlarmPtr running = Alarm::initWithTime(loop, {}, u"Tea"_qs);
-    running->setRingWithinUnits(9);
-    running->setRunTime(at("2026-11-18 20:00"));
-    open(running);
-    EXPECT_EQ(find<IntervalField>("inTimeField")->text(), u"9"_qs); // not the stored one
-    EXPECT_TRUE(isEnabled("removeAlarmButton"));
-    click("setButton");
-    ASSERT_EQ(accepted.size(), 1U);
-    EXPECT_EQ(editedOne, running);
-    EXPECT_EQ(accepted[0]->storedRunTime(), running->storedRunTime());
-    EXPECT_EQ(storedTitles(), (QStringList{u"Tea"_qs, u"Run"_qs}));
-    EXPECT_EQ(library.alarms()->at(0)->ringWithinUnits(), 9);
 }
 
 TEST_F(AlarmSetControllerTest, reusesAndRemovesStoredAlarms) {

@@ -146,8 +146,14 @@ TEST(Validation, CollectsWhatIsMissingAndGoesToTheLastField) {
         EXPECT_EQ(faultsOf(form).field, FormFaults::Field::Interval);
     }
 
+    form.interval = u"525601"_qs;
+    EXPECT_EQ(faultsOf(form).message, u"Alarm time must be 525600 minutes (a year) at most.\n"_qs);
+    form.isMinuteUnits = false;
+    EXPECT_EQ(faultsOf(form).message, u"Alarm time must be 8760 hours (a year) at most.\n"_qs);
+    EXPECT_EQ(faultsOf(form).field, FormFaults::Field::Interval);
+
+    form.interval = u"12a"_qs;
     form.isPlaySound = form.isSpeakAlarmName = true;
-    EXPECT_EQ(faultsOf(form).message, u"Alarm time is not set.\n"_qs);
     form.title.clear();
     form.soundPath.clear();
     form.voiceName.clear();
@@ -210,61 +216,18 @@ TEST(Building, FindsTheMoment) {
     }
 }
 
-TEST(Building, HandsOverEverySettingOfEachKind) {
+TEST(Building, GoesOnFromWhereAnAlarmOfItsKindWas) {
     VirtualRunLoop loop(wednesday);
-    AlarmForm form = tea(Alarm::Relative);
-    form.isMinuteUnits = false;
-    form.shouldRepeat = form.isPlaySound = form.shouldFadeIn = form.isSpeakAlarmName = true;
-    form.weekdays = {Weekday::Monday, Weekday::Sunday};
-    form.shouldUseForever = true;
-
-    AlarmPtr alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, nullptr);
-    EXPECT_EQ(alarm->title(), u"Tea"_qs);
-    EXPECT_EQ(alarm->selRowNo(), 0);
-    EXPECT_EQ(alarm->ringWithinUnits(), 5);
-    EXPECT_EQ(alarm->snoozeTime(), 9);
-    EXPECT_FALSE(alarm->isMinuteUnits() || alarm->isTimeWithDate() || alarm->shouldUseEveryDay());
-    EXPECT_TRUE(alarm->shouldRepeat() && alarm->isPlaySound() && alarm->shouldFadeIn() &&
-                alarm->isSpeakAlarmName());
-    EXPECT_EQ(alarm->soundPath(), u"/rings/Ping.aiff"_qs);
-    EXPECT_EQ(alarm->voiceName(), u"Alex"_qs);
-    EXPECT_FALSE(alarm->storedTime().isValid() || alarm->storedRunTime().isValid());
-    EXPECT_TRUE(alarm->weekdays().isEmpty() && !alarm->shouldUseForever());
-
     const AlarmPtr running = Alarm::create(loop);
     running->setRunTime(at("2026-11-18 07:00"));
-    alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, running.get());
-    EXPECT_EQ(alarm->storedRunTime(), running->storedRunTime()); // goes on as it was
-    form.row = Alarm::Dated;
-    alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, running.get());
-    EXPECT_TRUE(alarm->isTimeWithDate());
-    EXPECT_EQ(text(alarm->time()), "2026-11-15T18:30:00+01:00");
-
-    form.row = Alarm::Weekly;
-    alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, running.get());
-    EXPECT_FALSE(alarm->isTimeWithDate());
-    EXPECT_EQ(alarm->weekdays(), form.weekdays);
-    EXPECT_TRUE(alarm->shouldUseForever());
-    EXPECT_EQ(text(alarm->time()), "2026-11-22T07:30:00+01:00");
-    EXPECT_EQ(alarm->storedRunTime(), alarm->time());
-
-    running->setSelRowNo(Alarm::Weekly); // what was of another kind counts from now
-    form.row = Alarm::Relative;
-    alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, running.get());
-    EXPECT_EQ(alarm->storedRunTime(), wednesday);
-}
-
-TEST(Filling, IsUndoneByBuilding) {
-    VirtualRunLoop loop(wednesday);
-    for (const Alarm::Kind row : {Alarm::Relative, Alarm::Dated, Alarm::Weekly}) {
-        AlarmForm form = tea(row);
-        form.weekdays = {Weekday::Wednesday};
-        const AlarmPtr alarm = alarmBuiltFrom(form, loop, wednesday, u"Wednesday"_qs, nullptr);
-        const AlarmForm filled = formFilledFrom(*alarm, newAlarmForm(wednesday, 1));
-        const AlarmPtr again = alarmBuiltFrom(filled, loop, wednesday, u"Wednesday"_qs, nullptr);
-        EXPECT_EQ(text(again->time()), text(alarm->time())) << row;
-        EXPECT_EQ(manageDescriptionLabel(filled), manageDescriptionLabel(form));
-    }
+    const auto runTime = [&](Alarm::Kind from, Alarm::Kind to) {
+        running->setSelRowNo(from);
+        return alarmBuiltFrom(tea(to), loop, wednesday, u"Wednesday"_qs, running.get())
+            ->storedRunTime();
+    };
+    EXPECT_EQ(runTime(Alarm::Relative, Alarm::Relative), running->storedRunTime());
+    EXPECT_EQ(runTime(Alarm::Weekly, Alarm::Relative), wednesday); // "in 5 minutes" is from now
+    EXPECT_EQ(text(runTime(Alarm::Dated, Alarm::Weekly)), "2026-11-18T07:30:00+01:00");
 }
 
 TEST(Filling, StandsDamagedRecords) {

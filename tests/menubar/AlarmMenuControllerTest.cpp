@@ -1,20 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/AlarmMenuController.h"
 
-#include "core/AlarmContext.h"
-#include "core/Clock.h"
 #include "core/NotificationNames.h"
-#include "firing/SnoozeWindowController.h"
-#include "firing/SoundRepeat.h"
-#include "platform/Appearance.h"
-#include "tests/editor/EditorFixture.h"
-#include "tests/menubar/MenuAlarms.h"
-#include "tests/support/Dates.h"
-#include "tests/support/FakeStatusItem.h"
+#include "tests/menubar/MenuFixture.h"
 
-#include <QApplication>
 #include <QLineEdit>
-#include <QPushButton>
 
 #include <gmock/gmock.h>
 
@@ -25,105 +15,7 @@ using ::testing::ElementsAre;
 
 namespace {
 
-class LightDesktop final : public Appearance {
-public:
-    [[nodiscard]] bool isDark() const override { return false; }
-    void setChanged(std::function<void()>) override {}
-};
-
-// The whole front end on virtual time; only the panel and the sound are fakes. Alarms play their
-// titles, so that the trace tells what rings.
-class AlarmMenuControllerTest : public ::testing::Test, protected EditorFixture {
-protected:
-    AlarmMenuControllerTest() : EditorFixture(at("2026-11-23 08:00")) {} // a Monday
-    ~AlarmMenuControllerTest() override {
-        for (const AlarmPtr& alarm : std::vector(m_clock.allAlarms()))
-            m_controller.deleteAlarm(alarm);
-        loop.runPending();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-
-    AlarmPtr schedule(const AlarmPtr& alarm, const char* title) {
-        alarm->setTitle(QString::fromLatin1(title));
-        alarm->setSnoozeTime(5);
-        alarm->setIsPlaySound(true);
-        alarm->setSoundPath(alarm->title());
-        library.put(*alarm);
-        m_controller.scheduleAlarm(alarm);
-        return alarm;
-    }
-    AlarmPtr dated(const char* title, int minute) {
-        return schedule(datedAlarm(loop, QTime(8, minute)), title);
-    }
-
-    // Chooses an entry of the panel's menu by the titles on the way to it.
-    void choose(const QStringList& path) {
-        loop.advance(200ms);
-        const std::vector<PanelMenuEntry>* level = &m_item.panelMenu;
-        for (const QString& title : path)
-            for (const PanelMenuEntry& entry : *level)
-                if (entry.text == title) {
-                    entry.chosen ? loop.defer(entry.chosen) : void(level = &entry.children);
-                    break;
-                }
-        loop.runPending();
-    }
-
-    static SnoozeWindowController& windowOf(const AlarmPtr& alarm) {
-        return static_cast<SnoozeWindowController&>(*alarm->context());
-    }
-    template<typename Window = QWidget>
-    static QList<Window*> open(const char* name) {
-        QList<Window*> found;
-        for (QWidget* widget : QApplication::topLevelWidgets())
-            if (widget->objectName() == QLatin1String(name) && widget->isVisible())
-                found << static_cast<Window*>(widget);
-        return found;
-    }
-    static qsizetype openWindows() { return open("SnoozeWindowController").size(); }
-    static QList<AlarmSetController*> openEditors() {
-        return open<AlarmSetController>("AlarmSetController");
-    }
-    static void set(AlarmSetController& window) {
-        for (QPushButton* button : window.findChildren<QPushButton*>())
-            if (button->text() == QStringLiteral("&Set"))
-                button->click();
-    }
-
-    // What began to sound, and when: "60000 tea".
-    std::vector<std::string> rings() const {
-        std::vector<std::string> found;
-        for (const std::string& event : trace.events())
-            if (event.ends_with(" play"))
-                found.push_back(event.substr(0, event.size() - 5));
-        return found;
-    }
-
-    Clock m_clock{loop, notifications};
-    SoundRepeat m_repeat{loop, player};
-    FakeStatusItem m_item;
-    LightDesktop m_appearance;
-    AlarmMenuController m_controller{
-        {.runLoop = loop,
-         .notifications = notifications,
-         .clock = m_clock,
-         .storedAlarms = library,
-         .statusItem = m_item,
-         .appearance = m_appearance,
-         .bundle = bundle,
-         .player = player,
-         .repeat = m_repeat,
-         .speech = speech,
-         .isSystemSound = [](const QString&) { return false; },
-         .makeEditor = [this] { return std::make_unique<AlarmSetController>(services()); },
-         .presetSoundPath = [] { return QStringLiteral("ping"); },
-         .sharedRespito = {},
-         .breakCycle = {},
-         .breaksRun = {},
-         .openPrefs = {},
-         .showGoogleHelp = {},
-         .terminate = {}}};
-};
+class AlarmMenuControllerTest : public MenuFixture {};
 
 TEST_F(AlarmMenuControllerTest, aTimerFromTheMenuToTheSecondRingAndItsEnd) {
     m_controller.createPreAlarm(45); // the library keeps the last one only
