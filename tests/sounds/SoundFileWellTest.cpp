@@ -44,57 +44,47 @@ protected:
 
 TEST_F(SoundFileWellTest, TakesTheFirstFileOrTrack) {
     fill(dir.path(), {u"a.mp3=a"_qs, u"b.mp3=b"_qs, u"c.mp3=c"_qs});
-    const QByteArray track = R"({"Tracks": {"7": {"Location": "%1"}, "8": {"Location": "x"}}})";
+    const QByteArray tracks = R"({"Tracks": {"7": {"Location": "%1"}, "8": {"Location": "x"}}})";
     const auto located = [&](const QString& url) {
-        return QByteArray(track).replace("%1", url.toUtf8());
+        return QByteArray(tracks).replace("%1", url.toUtf8());
     };
+    // One after the other on one well: where there is nothing to take, the last one stays.
     struct {
-        const char* what;
-        QByteArray track; // empty: the flavour is not there
-        QList<QUrl> files;
-        QUrl url;
-        QStringList log;
+        QByteArray track = {}; // empty: the flavour is not there
+        QList<QUrl> files = {};
+        QUrl url = {};
+        bool isBad = false;
     } const cases[] = {
-        {"a remote file is refused", {}, {QUrl(u"http://example.org/a.mp3"_qs)}, {}, {}},
-        {"the first of three files", {}, {file("b.mp3"), file("a.mp3")}, file("b.mp3"), {}},
-        {"the first local file", {}, {QUrl(u"ftp://x/y"_qs), file("a.mp3")}, file("a.mp3"), {}},
-        {"a track before a file",
-         located(file("c.mp3").toString()),
-         {file("a.mp3")},
-         file("c.mp3"),
-         {}},
-        {"a bad address falls through",
-         located(u"http://[x"_qs),
-         {file("a.mp3")},
-         file("a.mp3"),
-         {u"dorvane.sounds: bad url \"http://[x\""_qs}},
-        {"a track without a place",
-         R"({"Tracks": {"7": {"Name": "x"}}})",
-         {file("b.mp3")},
-         file("b.mp3"),
-         {}},
-        {"no tracks", R"({"Tracks": {}})", {file("a.mp3")}, file("a.mp3"), {}},
-        {"no dictionary", "[1]", {file("b.mp3")}, file("b.mp3"), {}},
-        {"no property list", "{", {}, file("b.mp3"), {}}, // nothing to take: the last one stays
+        {.files = {QUrl(u"http://example.org/a.mp3"_qs)}},
+        {.files = {file("b.mp3"), file("a.mp3")}, .url = file("b.mp3")},
+        {.files = {QUrl(u"ftp://x/y"_qs), file("a.mp3")}, .url = file("a.mp3")},
+        {.track = located(file("c.mp3").toString()),
+         .files = {file("a.mp3")},
+         .url = file("c.mp3")},
+        {.track = located(u"http://[x"_qs),
+         .files = {file("a.mp3")},
+         .url = file("a.mp3"),
+         .isBad = true},
+        {.track = R"({"Tracks": {"7": {"Name": "x"}}})",
+         .files = {file("b.mp3")},
+         .url = file("b.mp3")},
+        {.track = R"({"Tracks": {}})", .files = {file("a.mp3")}, .url = file("a.mp3")},
+        {.track = "{", .url = file("a.mp3")},
     };
-    for (const auto& [what, trackList, files, url, messages] : cases) {
-        SCOPED_TRACE(what);
+    for (const auto& [track, files, url, isBad] : cases) {
         const LogCapture log;
         QMimeData data;
         data.setUrls(files);
-        if (!trackList.isEmpty())
-            data.setData(u"CorePasteboardFlavorType 0x6974756E"_qs, trackList);
+        if (!track.isEmpty())
+            data.setData(u"CorePasteboardFlavorType 0x6974756E"_qs, track);
         if (drag(data)) {
             QDropEvent drop({32, 32}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
                             Qt::ShiftModifier);
             QApplication::sendEvent(&well, &drop);
             EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
         }
-        EXPECT_FALSE(hasRedFrame());
         EXPECT_EQ(well.url(), url);
-        QStringList warnings = log.messages();
-        warnings.removeIf([](const QString& line) { return !line.contains(u"bad url"_qs); });
-        EXPECT_EQ(warnings, messages);
+        EXPECT_EQ(log.messages().contains(u"dorvane.sounds: bad url \"http://[x\""_qs), isBad);
     }
     waitUntilHeld(folders.sounds, {u"a.mp3=a"_qs, u"b.mp3=b"_qs, u"c.mp3=c"_qs});
 }
