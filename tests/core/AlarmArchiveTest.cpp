@@ -243,9 +243,6 @@ TEST_F(AlarmArchiveTest, whatIsNoArchiveOfAListIsAnEmptyIncompleteList) {
     };
     const QVariant cases[] = {
         QVariantList(),
-        QVariantMap(),
-        with("$objects", QVariantMap()),
-        with("$objects", QVariantList()),
         with("$objects", QVariantList{null, QStringLiteral("root")}),
         with("$objects", QVariantList{null, listRecord(uid(1), 2)}),
         with("$top", uid(1)),

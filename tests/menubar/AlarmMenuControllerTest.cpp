@@ -125,6 +125,7 @@ TEST_F(AlarmMenuControllerTest, savingListsAnAlarmOnceAndDeletingItThereForgetsI
     EXPECT_EQ(rebuilt, 1);
     EXPECT_EQ(listed().size(), 1);
     m_controller.setAlarm(library.alarms()->front()); // starts the stored one again
+    EXPECT_EQ(listed().size(), 1);
     m_controller.deleteAlarm(library.alarms()->front());
     EXPECT_EQ(listed().size(), 0);
     EXPECT_EQ(m_clock.allAlarms().size(), 2u) << "running alarms stay";

@@ -5,7 +5,6 @@
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "tests/support/LogCapture.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -15,14 +14,6 @@ using namespace dorvane;
 using dorvane::testing::LogCapture;
 
 namespace {
-
-TEST(MainBundleTest, isTheFolderOfTheProgramAndDoesWithoutItsInformationFile) {
-    const LogCapture log;
-    const Bundle bundle = mainBundle(LibplistFormat());
-    EXPECT_EQ(bundle.bundlePath(), QCoreApplication::applicationDirPath());
-    EXPECT_EQ(bundle.infoDictionary(), QVariantMap());
-    EXPECT_EQ(log.messages().size(), 1);
-}
 
 TEST(MainBundleTest, readsTheInformationFile) {
     const struct {

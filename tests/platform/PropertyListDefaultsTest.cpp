@@ -74,15 +74,6 @@ TEST_F(PropertyListDefaultsTest, keepsValuesInABinaryFileThatOnlyTheUserCanRead)
     EXPECT_EQ(onDisk(), QVariantMap());
 }
 
-TEST_F(PropertyListDefaultsTest, touchesTheFileOnlyForAChange) {
-    put("<plist><dict><key>a</key><integer>1</integer></dict></plist>");
-    const auto defaults = open();
-    EXPECT_TRUE(defaults->synchronize());
-    defaults->setValue(a, qint64(1));
-    EXPECT_TRUE(defaults->synchronize());
-    EXPECT_TRUE(contents(m_path).startsWith("<plist>"));
-}
-
 TEST_F(PropertyListDefaultsTest, mergesWithWhatOthersWroteMeanwhile) {
     const QString theirs = QStringLiteral("theirs");
     const QVariantMap newer = {{QStringLiteral("nested"), QVariantList{QByteArray("x"), 0.5}},
