@@ -3,6 +3,7 @@
 
 #include "core/AlarmContext.h"
 #include "core/AlarmDelegate.h"
+#include "core/WholeSecond.h"
 #include "platform/RunLoop.h"
 
 #include <algorithm>
@@ -76,25 +77,29 @@ AlarmPtr Alarm::copy() const {
 // or the second cuts the local time alike. Snoozes and relative alarms count minutes that pass,
 // not minutes of the clock face: the night on which clocks are set makes a timer neither shorter
 // nor longer.
-std::optional<Instant> Alarm::dueInstant(Instant now) const {
-    std::optional<Instant> due;
+std::optional<Instant> Alarm::due(Instant now) const {
+    std::optional<Instant> moment;
     if (m_isTimeWithDate) {
         if (m_time)
-            due = floor<minutes>(*m_time);
+            moment = floor<minutes>(*m_time);
     } else if (m_selRowNo >= Weekly) {
         if (m_time)
-            due = floor<seconds>(*m_time);
+            moment = floor<seconds>(*m_time);
     } else {
-        due = floor<seconds>(m_runTime.value_or(now)) +
-              boundedMinutes(m_ringWithinUnits, m_isMinuteUnits ? 1 : 60);
+        moment = floor<seconds>(m_runTime.value_or(now)) +
+                 boundedMinutes(m_ringWithinUnits, m_isMinuteUnits ? 1 : 60);
     }
-    if (due)
-        *due += boundedMinutes(qint64(m_snoozedMinutes), 1);
-    return due;
+    if (moment)
+        *moment += boundedMinutes(qint64(m_snoozedMinutes), 1);
+    return moment;
+}
+
+bool Alarm::countsFromNow() const {
+    return !m_isTimeWithDate && m_selRowNo < Weekly && !m_runTime;
 }
 
 QDateTime Alarm::time() const {
-    return dateOrInvalid(dueInstant(instantOf(m_runLoop.now())));
+    return dateOrInvalid(due(instantOf(m_runLoop.now())));
 }
 
 QDateTime Alarm::storedTime() const {
@@ -102,7 +107,7 @@ QDateTime Alarm::storedTime() const {
 }
 
 void Alarm::setTime(const QDateTime& time) {
-    m_time = instantOrNone(time);
+    setDue(m_time, instantOrNone(time));
 }
 
 QDateTime Alarm::runTime() const {
@@ -114,21 +119,21 @@ QDateTime Alarm::storedRunTime() const {
 }
 
 void Alarm::setRunTime(const QDateTime& runTime) {
-    m_runTime = instantOrNone(runTime);
     m_snoozedMinutes = 0;
+    setDue(m_runTime, instantOrNone(runTime));
 }
 
 void Alarm::snooze(qint32 minutes) {
-    m_snoozedMinutes += quint64(qint64(minutes));
+    setSnoozedMinutes(m_snoozedMinutes + quint64(qint64(minutes)));
 }
 
 qint64 Alarm::secondsFromNow(Instant now) const {
-    const std::optional<Instant> due = dueInstant(now);
-    return due ? duration_cast<seconds>(*due - now).count() : 0;
+    const std::optional<Instant> moment = due(now);
+    return moment ? duration_cast<seconds>(*moment - now).count() : 0;
 }
 
-Alarm::MinutesAndSeconds Alarm::minutesFromNow() const {
-    const qint64 total = secondsFromNow(instantOf(m_runLoop.now()));
+Alarm::MinutesAndSeconds Alarm::minutesFromNow(Instant now) const {
+    const qint64 total = secondsFromNow(now);
     return {total / 60, total % 60};
 }
 
@@ -137,17 +142,35 @@ int Alarm::minute() const {
 }
 
 void Alarm::tick(Instant now) {
-    if (secondsFromNow(now) <= 0 && !m_isTriggered && m_delegate)
+    if (m_isTriggered || !m_delegate)
+        return;
+    const std::optional<Instant> moment = due(now);
+    if (moment && moment != m_announcedDue && *moment - now < nearness + seconds(1)) {
+        m_announcedDue = moment;
+        m_delegate->alarmIsNear(shared_from_this());
+    }
+    if (secondsFromNow(now) <= 0)
         m_delegate->alarmTriggered(shared_from_this());
 }
 
+std::optional<Instant> Alarm::nextTick(Instant now) const {
+    if (m_isTriggered)
+        return std::nullopt;
+    const Instant soon = nextWholeSecond(now);
+    const std::optional<Instant> moment = due(now);
+    if (!moment) // as if due now
+        return soon;
+    const Instant report = *moment - seconds(1);
+    return std::max(soon, moment == m_announcedDue ? report : report - nearness);
+}
+
 std::weak_ordering Alarm::compare(const Alarm& other) const {
-    const std::optional<Instant> due = other.dueInstant(instantOf(m_runLoop.now()));
-    if (!m_time || !due)
+    const std::optional<Instant> theirs = other.due(instantOf(m_runLoop.now()));
+    if (!m_time || !theirs)
         return std::weak_ordering::equivalent;
-    return *m_time < *due   ? std::weak_ordering::less
-           : *m_time > *due ? std::weak_ordering::greater
-                            : std::weak_ordering::equivalent;
+    return *m_time < *theirs   ? std::weak_ordering::less
+           : *m_time > *theirs ? std::weak_ordering::greater
+                               : std::weak_ordering::equivalent;
 }
 
 QString Alarm::description() const {

@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -58,7 +59,12 @@ public:
     // Moves the due time; snoozes add up until the next setRunTime().
     void snooze(qint32 minutes);
     [[nodiscard]] quint64 snoozedMinutes() const { return m_snoozedMinutes; }
-    void setSnoozedMinutes(quint64 minutes) { m_snoozedMinutes = minutes; }
+    void setSnoozedMinutes(quint64 minutes) { setDue(m_snoozedMinutes, minutes); }
+
+    // time() as an instant.
+    [[nodiscard]] std::optional<Instant> due(Instant now) const;
+    // Whether the due time moves on with the present: that of a relative alarm without a start.
+    [[nodiscard]] bool countsFromNow() const;
 
     // The whole seconds until the due time, truncated toward zero; 0 when there is no due time.
     [[nodiscard]] qint64 secondsFromNow(Instant now) const;
@@ -67,13 +73,23 @@ public:
         qint64 minutes = 0;
         qint64 seconds = 0;
     };
-    [[nodiscard]] MinutesAndSeconds minutesFromNow() const;
+    [[nodiscard]] MinutesAndSeconds minutesFromNow(Instant now) const;
     // The minute of the hour of the due time, 0 to 59.
     [[nodiscard]] int minute() const;
 
-    // Called once a second: reports the alarm to its delegate when less than one whole second is
-    // left and it is not triggered yet.
+    // Reports the alarm to its delegate when less than one whole second is left and it is not
+    // triggered yet. Tells the delegate of each due time once when it comes near, see nearness.
     void tick(Instant now);
+
+    // The next whole second after `now` at which tick() has something to report; none while the
+    // alarm is triggered.
+    [[nodiscard]] std::optional<Instant> nextTick(Instant now) const;
+
+    // How long before an alarm reports its delegate hears that it is going to.
+    static constexpr std::chrono::seconds nearness{10};
+
+    // The clock's: called whenever the answer of nextTick() may have become another.
+    void setDueChanged(std::function<void()> changed) { m_dueChanged = std::move(changed); }
 
     // Orders by the stored time of this alarm against the due time of the other; equal when either
     // is missing. Not symmetric, on purpose.
@@ -92,10 +108,10 @@ public:
     void setVoiceName(const QString& name) { m_voiceName = name; }
 
     [[nodiscard]] qint64 selRowNo() const { return m_selRowNo; }
-    void setSelRowNo(qint64 kind) { m_selRowNo = kind; }
+    void setSelRowNo(qint64 kind) { setDue(m_selRowNo, kind); }
     // Minutes or hours of a relative alarm, see isMinuteUnits().
     [[nodiscard]] qint64 ringWithinUnits() const { return m_ringWithinUnits; }
-    void setRingWithinUnits(qint64 units) { m_ringWithinUnits = units; }
+    void setRingWithinUnits(qint64 units) { setDue(m_ringWithinUnits, units); }
     // Minutes.
     [[nodiscard]] qint64 snoozeTime() const { return m_snoozeTime; }
     void setSnoozeTime(qint64 minutes) { m_snoozeTime = minutes; }
@@ -103,9 +119,9 @@ public:
     [[nodiscard]] bool isPlaySound() const { return m_isPlaySound; }
     void setIsPlaySound(bool on) { m_isPlaySound = on; }
     [[nodiscard]] bool isTimeWithDate() const { return m_isTimeWithDate; }
-    void setIsTimeWithDate(bool on) { m_isTimeWithDate = on; }
+    void setIsTimeWithDate(bool on) { setDue(m_isTimeWithDate, on); }
     [[nodiscard]] bool isMinuteUnits() const { return m_isMinuteUnits; }
-    void setIsMinuteUnits(bool on) { m_isMinuteUnits = on; }
+    void setIsMinuteUnits(bool on) { setDue(m_isMinuteUnits, on); }
     [[nodiscard]] bool isSpeakAlarmName() const { return m_isSpeakAlarmName; }
     void setIsSpeakAlarmName(bool on) { m_isSpeakAlarmName = on; }
     // Despite the name, plays for a limited time and fades out at its end.
@@ -145,7 +161,7 @@ public:
 
     // The alarm rings.
     [[nodiscard]] bool isTriggered() const { return m_isTriggered; }
-    void setIsTriggered(bool on) { m_isTriggered = on; }
+    void setIsTriggered(bool on) { setDue(m_isTriggered, on); }
     // The alarm is, or was, among the clock's running alarms.
     [[nodiscard]] bool isActive() const { return m_isActive; }
     void setIsActive(bool on) { m_isActive = on; }
@@ -164,7 +180,13 @@ public:
 private:
     explicit Alarm(const RunLoop& runLoop);
 
-    [[nodiscard]] std::optional<Instant> dueInstant(Instant now) const;
+    // Sets what decides when the alarm reports.
+    template<typename Field>
+    void setDue(Field& field, Field value) {
+        field = value;
+        if (m_dueChanged)
+            m_dueChanged();
+    }
 
     const RunLoop& m_runLoop;
 
@@ -192,6 +214,8 @@ private:
     bool m_isTriggered = false;
     bool m_isActive = false;
 
+    std::function<void()> m_dueChanged;
+    std::optional<Instant> m_announcedDue; // the due time that the delegate has heard of
     std::shared_ptr<AlarmContext> m_context;
     AlarmDelegate* m_delegate = nullptr;
     QPointer<QObject> m_menuItem;

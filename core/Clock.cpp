@@ -2,6 +2,7 @@
 #include "core/Clock.h"
 
 #include "core/NotificationNames.h"
+#include "core/WholeSecond.h"
 
 #include <algorithm>
 #include <limits>
@@ -13,22 +14,57 @@ using namespace std::chrono_literals;
 Clock::Clock(RunLoop& runLoop, NotificationCenter& notifications)
     : m_runLoop(runLoop), m_notifications(notifications) {
     runTimer();
+    m_clockSet = m_runLoop.whenClockIsSet([this] { sleepUntilNextTick(); });
     m_wakeObservation =
         m_notifications.addObserver(wakeNotification, [this](const void*) { awakeFromSleep(); });
 }
 
+Clock::~Clock() {
+    for (const AlarmPtr& alarm : m_alarms)
+        alarm->setDueChanged({});
+}
+
 void Clock::runTimer() {
-    const QDateTime now = m_runLoop.now();
-    // On whole seconds, and only in the default mode: while our menu is open nothing may ring.
-    m_clockTimer = m_runLoop.scheduleAligned(
-        now.addMSecs(-now.time().msec()), 1s, [this] { updateAlarms(); }, RunLoopMode::Default);
     updateAlarms();
 }
 
 void Clock::updateAlarms() {
-    const Instant now = instantOf(m_runLoop.now());
+    const Instant moment = rightAfterWholeSecond(instantOf(m_runLoop.now()));
     for (const AlarmPtr& alarm : m_alarms)
-        alarm->tick(now);
+        alarm->tick(moment);
+    sleepUntilNextTick();
+}
+
+void Clock::sleepUntilNextTick() {
+    m_nextTick.reset();
+    m_clockTimer.cancel();
+    const Instant now = instantOf(m_runLoop.now());
+    std::optional<Instant> next;
+    for (const AlarmPtr& alarm : m_alarms)
+        if (const auto tick = alarm->nextTick(now))
+            next = std::min(next.value_or(*tick), *tick);
+    if (next)
+        sleepUntil(*next);
+}
+
+// A timer that is early costs a look, and looking is always right; so one changed alarm can only
+// bring the next tick forward, and need not ask all others.
+void Clock::sleepUntilTickOf(const Alarm& alarm) {
+    const auto tick = alarm.nextTick(instantOf(m_runLoop.now()));
+    if (tick && (!m_nextTick || *tick < *m_nextTick))
+        sleepUntil(*tick);
+}
+
+void Clock::sleepUntil(Instant moment) {
+    m_nextTick = moment;
+    // In the default mode only: while our menu is open nothing may ring.
+    m_clockTimer = m_runLoop.scheduleAt(
+        localDateTimeOf(moment), [this] { updateAlarms(); }, RunLoopMode::Default);
+}
+
+void Clock::watch(const AlarmPtr& alarm) {
+    alarm->setDueChanged([this, changed = alarm.get()] { sleepUntilTickOf(*changed); });
+    sleepUntilTickOf(*alarm);
 }
 
 void Clock::awakeFromSleep() {
@@ -45,26 +81,31 @@ void Clock::insertAlarm(const AlarmPtr& alarm) {
 void Clock::insertAlarmAtIndex(AlarmPtr alarm, int index) {
     alarm->setRunTime(alarm->selRowNo() == Alarm::Weekly ? alarm->time() : m_runLoop.now());
     std::erase(m_alarms, alarm);
+    watch(alarm);
     m_alarms.insert(m_alarms.begin() + index, std::move(alarm));
     announceChange();
 }
 
 void Clock::removeAlarm(AlarmPtr alarm) { // NOLINT(performance-unnecessary-value-param)
-    if (std::erase(m_alarms, alarm) > 0)
-        announceChange();
+    if (std::erase(m_alarms, alarm) == 0)
+        return;
+    alarm->setDueChanged({});
+    sleepUntilNextTick();
+    announceChange();
 }
 
 bool Clock::replaceAlarm(const AlarmPtr& old, const AlarmPtr& replacement) {
     const auto found = std::find(m_alarms.begin(), m_alarms.end(), old);
     if (found == m_alarms.end())
         return false;
+    old->setDueChanged({});
     *found = replacement;
+    watch(replacement);
     announceChange();
     return true;
 }
 
-AlarmPtr Clock::nearestAlarm() const {
-    const Instant now = instantOf(m_runLoop.now());
+AlarmPtr Clock::nearestAlarm(Instant now) const {
     AlarmPtr best;
     qint64 bestSeconds = std::numeric_limits<qint64>::max();
     for (const AlarmPtr& alarm : m_alarms) {

@@ -5,15 +5,21 @@
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
 
+#include <optional>
 #include <vector>
 
 namespace dorvane {
 
-// Owns the running alarms and asks each of them once a second whether it is due. Main thread only.
+// Owns the running alarms and has each of them report when it is due. What is reported when, and in
+// which order, is what a tick on every whole second would find; but the clock sleeps through the
+// seconds on which there is nothing to find. Main thread only.
 class Clock {
 public:
     // Starts ticking at once. Both must outlive the clock.
     Clock(RunLoop& runLoop, NotificationCenter& notifications);
+    ~Clock();
+    Clock(const Clock&) = delete;
+    Clock& operator=(const Clock&) = delete;
 
     // The one instance of the application.
     static Clock& sharedClock();
@@ -34,7 +40,7 @@ public:
 
     // The alarm that is due soonest by whole seconds, of several the one nearest the front; null
     // when there is none.
-    [[nodiscard]] AlarmPtr nearestAlarm() const;
+    [[nodiscard]] AlarmPtr nearestAlarm(Instant now) const;
 
     // Most recently inserted first. The list itself: do not insert or remove while walking it.
     [[nodiscard]] const std::vector<AlarmPtr>& allAlarms() const { return m_alarms; }
@@ -42,18 +48,24 @@ public:
     // To be called when an alarm in the list was changed from outside: tells whoever shows it.
     void alarmDidChange();
 
-    // Starts the tick anew on the whole seconds of the wall clock, and ticks at once.
+    // Ticks at once, whatever the second.
     void runTimer();
 
 private:
     void updateAlarms();
     void awakeFromSleep();
+    void watch(const AlarmPtr& alarm);
+    void sleepUntilNextTick();
+    void sleepUntilTickOf(const Alarm& alarm);
+    void sleepUntil(Instant moment);
     void announceChange();
 
     RunLoop& m_runLoop;
     NotificationCenter& m_notifications;
     std::vector<AlarmPtr> m_alarms;
     RunLoopTimer m_clockTimer;
+    std::optional<Instant> m_nextTick; // what the timer is set to
+    RunLoopTimer m_clockSet;
     RunLoopTimer m_wakeTimer;
     NotificationCenter::Observation m_wakeObservation;
 };

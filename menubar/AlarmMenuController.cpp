@@ -224,6 +224,10 @@ void AlarmMenuController::stopRespito() {
     m_surroundings.breakCycle().disableRespito();
 }
 
+void AlarmMenuController::alarmIsNear(const AlarmPtr& alarm) {
+    m_ringer.prepareAlarm(alarm);
+}
+
 void AlarmMenuController::alarmTriggered(const AlarmPtr& alarm) {
     m_ringer.activateAlarm(alarm);
 }

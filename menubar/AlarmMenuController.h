@@ -106,6 +106,7 @@ public:
     // Opens the menu as a click on the icon does.
     void openMenu() { m_statusView.mouseDown(); }
 
+    void alarmIsNear(const AlarmPtr& alarm) override;
     void alarmTriggered(const AlarmPtr& alarm) override;
     void acceptedAlarm(AlarmSetController& editor, const AlarmPtr& alarm) override;
     void acceptedPreAlarm(AlarmSetPreController& controller, const AlarmPtr& alarm) override;

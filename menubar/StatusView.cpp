@@ -4,12 +4,11 @@
 #include "core/Clock.h"
 #include "core/DateHelpers.h"
 #include "core/NotificationNames.h"
+#include "core/WholeSecond.h"
 #include "menubar/OneLine.h"
-#include "menubar/WholeSecond.h"
 #include "platform/StatusItem.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace dorvane {
 
@@ -17,21 +16,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-AlarmPtr nearestAlarm(const Clock& clock, Instant moment) {
-    const std::vector<AlarmPtr>& alarms = clock.allAlarms();
-    const auto nearest =
-        std::min_element(alarms.begin(), alarms.end(), [moment](const auto& a, const auto& b) {
-            return a->secondsFromNow(moment) < b->secondsFromNow(moment);
-        });
-    return nearest == alarms.end() ? nullptr : *nearest;
-}
+constexpr int fullCircle = 60; // minutes
 
-// Minutes, rounded up.
+// The length of the wedge: minutes, rounded up.
 int minutesUntil(const Alarm& alarm, Instant moment) {
-    const qint64 seconds = alarm.secondsFromNow(moment);
-    const qint64 minutes = seconds / 60 + (seconds % 60 == 0 ? 0 : 1);
-    return int(std::clamp<qint64>(minutes, std::numeric_limits<int>::min(),
-                                  std::numeric_limits<int>::max()));
+    const Alarm::MinutesAndSeconds left = alarm.minutesFromNow(moment);
+    return int(std::clamp<qint64>(left.minutes + (left.seconds == 0 ? 0 : 1), -1, fullCircle));
 }
 
 } // namespace
@@ -43,14 +33,7 @@ StatusView::StatusView(RunLoop& runLoop, Clock& clock, NotificationCenter& notif
         mouseDown();
         mouseUp();
     });
-    // The wedge is to look as if it were drawn ten times a second, but which alarm is the nearest
-    // and how far off it is can only change right after a whole second of the wall clock. So one
-    // pass a second is enough, on the same wake-up as the clock's tick. In the default mode: while
-    // our menu is open the icon stands still.
-    const QDateTime now = m_runLoop.now();
-    m_refreshTimer = m_runLoop.scheduleAligned(
-        now.addMSecs(1000 - now.time().msec()), 1s, [this] { updateStatusView(); },
-        RunLoopMode::Default);
+    m_clockSet = m_runLoop.whenClockIsSet([this] { updateSoon(); });
     m_alarmsObservation = m_notifications.addObserver(alarmsDidChangeNotification,
                                                       [this](const void*) { updateSoon(); });
     m_wakeObservation =
@@ -70,7 +53,7 @@ void StatusView::setBackgroundImage(const QString& svgFile) {
 }
 
 void StatusView::setAngleEnd(int end, int duration) {
-    m_wedge = {end, std::min(duration, 60)};
+    m_wedge = {end, std::min(duration, fullCircle)};
     display();
 }
 
@@ -90,7 +73,8 @@ void StatusView::updateSoon() {
 
 void StatusView::updateStatusView() {
     const Instant moment = rightAfterWholeSecond(instantOf(m_runLoop.now()));
-    const AlarmPtr nearest = nearestAlarm(m_clock, moment);
+    const AlarmPtr nearest = m_clock.nearestAlarm(moment);
+    sleepUntilNextChange(moment, nearest);
     showToolTip(nearest);
     if (m_flashTimer)
         return;
@@ -98,6 +82,31 @@ void StatusView::updateStatusView() {
         setAngleEnd(nearest->minute(), minutesUntil(*nearest, moment));
     else
         setAngleEnd(0, 0);
+}
+
+// The picture is to look as if it were drawn ten times a second, but time alone changes it only
+// when the wedge loses a minute, and around the seconds at which alarms fall due, when another one
+// may become the nearest: the seconds to go of one that is just past stand still for a second.
+void StatusView::sleepUntilNextChange(Instant moment, const AlarmPtr& nearest) {
+    m_refreshTimer.cancel();
+    std::optional<Instant> next;
+    const auto lookAt = [&](Instant candidate) {
+        next = std::min(next.value_or(candidate), candidate);
+    };
+    for (const AlarmPtr& alarm : m_clock.allAlarms()) {
+        const std::optional<Instant> due = alarm->due(moment);
+        if (alarm->countsFromNow())
+            lookAt(moment);
+        else if (due && *due >= moment - 1s)
+            lookAt(*due - 1s);
+        if (const int shown = alarm == nearest ? minutesUntil(*alarm, moment) : 0; due && shown > 0)
+            lookAt(*due - 1s - std::chrono::minutes(shown - 1));
+    }
+    // In the default mode: while our menu is open the icon stands still.
+    if (next)
+        m_refreshTimer = m_runLoop.scheduleAt(
+            localDateTimeOf(std::max(*next, nextWholeSecond(moment))),
+            [this] { updateStatusView(); }, RunLoopMode::Default);
 }
 
 // Nothing that counts down: it would have to be sent to the panel every second or minute.

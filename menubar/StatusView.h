@@ -57,6 +57,7 @@ public:
 private:
     void flash();
     void updateSoon();
+    void sleepUntilNextChange(Instant moment, const AlarmPtr& nearest);
     void display();
     void showToolTip(const AlarmPtr& nearest);
 
@@ -76,6 +77,7 @@ private:
     RunLoopTimer m_refreshTimer;
     RunLoopTimer m_updateTimer;
     RunLoopTimer m_flashTimer;
+    RunLoopTimer m_clockSet;
     NotificationCenter::Observation m_alarmsObservation;
     NotificationCenter::Observation m_wakeObservation;
 };

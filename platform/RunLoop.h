@@ -63,11 +63,15 @@ public:
     scheduleRepeating(Milliseconds interval, Callback callback,
                       RunLoopMode mode = RunLoopMode::Default) = 0;
 
-    // Fires at the wall-clock moments first + k * interval, at once when `first` is past. Missed
-    // moments collapse into one firing; a clock that is set moves the next firing along.
-    [[nodiscard]] virtual RunLoopTimer scheduleAligned(const QDateTime& first,
-                                                       Milliseconds interval, Callback callback,
-                                                       RunLoopMode mode = RunLoopMode::Default) = 0;
+    // Fires once, when the wall clock shows `moment` or has been set past it, and never before it
+    // by now(): at once when it is past already, right after waking when the machine slept through
+    // it.
+    [[nodiscard]] virtual RunLoopTimer scheduleAt(const QDateTime& moment, Callback callback,
+                                                  RunLoopMode mode = RunLoopMode::Default) = 0;
+
+    // Calls back, in any mode, each time that the wall clock was set or the zone changed, and
+    // perhaps after a sleep; scheduleAt() needs no help of it.
+    [[nodiscard]] virtual RunLoopTimer whenClockIsSet(Callback callback) = 0;
 
     // Runs `callback` in the next turn of the loop, in any mode, in the order of the calls.
     virtual void defer(Callback callback) = 0;

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Clock.h"
 
-#include "core/AlarmDelegate.h"
-#include "core/NotificationNames.h"
-#include "tests/support/Dates.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "core/WholeSecond.h"
+#include "tests/support/RandomDays.h"
 
 #include <QStringList>
 
@@ -16,31 +14,82 @@ using namespace std::chrono_literals;
 
 namespace {
 
+QString line(const RunLoop& loop, const AlarmPtr& alarm) {
+    return loop.now().toUTC().toString(QStringLiteral("MM-dd HH:mm:ss ")) + alarm->title();
+}
+
+// A clock that asks every alarm on every second, the moment late that a timer is; what it would
+// have reported goes by its own book.
+class EverySecond {
+public:
+    EverySecond(VirtualRunLoop& loop, const Clock& clock)
+        : m_loop(loop), m_clock(clock), m_set(loop.whenClockIsSet([this] { sleep(); })) {
+        sleep();
+    }
+    void answered(const AlarmPtr& alarm) { m_reported.erase(alarm); }
+
+    QStringList trace;
+
+private:
+    void sleep() {
+        const Instant next = nextWholeSecond(now() - 1ms) + 1ms;
+        m_timer = m_loop.scheduleAt(
+            QDateTime::fromMSecsSinceEpoch(next.time_since_epoch().count(), Qt::UTC),
+            [this] { tick(); }, RunLoopMode::Default);
+    }
+    void tick() {
+        for (const AlarmPtr& alarm : m_clock.allAlarms())
+            if (alarm->secondsFromNow(now()) <= 0 && m_reported.insert(alarm).second)
+                trace << line(m_loop, alarm);
+        sleep();
+    }
+    [[nodiscard]] Instant now() const { return instantOf(m_loop.now()); }
+
+    VirtualRunLoop& m_loop;
+    const Clock& m_clock;
+    std::set<AlarmPtr> m_reported;
+    RunLoopTimer m_timer;
+    RunLoopTimer m_set;
+};
+
+TEST(ClockDaysTest, reportsWhatATickOnEverySecondWouldReport) {
+    qsizetype rings = 0;
+    for (unsigned seed = 0; seed < 16; ++seed) {
+        RandomDays days(seed);
+        EverySecond literal(days.loop, days.clock);
+        QStringList trace;
+        days.triggered = [&](const AlarmPtr& alarm) { trace << line(days.loop, alarm); };
+        days.answered = [&](const AlarmPtr& alarm) { literal.answered(alarm); };
+        for (int step = 0; step < 50; ++step)
+            days.step();
+        rings += trace.size();
+        EXPECT_EQ(trace.join(u'\n').toStdString(), literal.trace.join(u'\n').toStdString())
+            << "seed " << seed;
+    }
+    EXPECT_GT(rings, 200) << "or nothing was compared";
+}
+
 // A clock whose alarms write down when they report; each is then marked triggered, as ringing does.
 class ClockTest : public ::testing::Test, protected AlarmDelegate {
 protected:
+    void alarmIsNear(const AlarmPtr& alarm) override { note("near ", alarm); }
     void alarmTriggered(const AlarmPtr& alarm) override {
-        m_trace << m_loop.now().toString(QStringLiteral("HH:mm:ss ")) + alarm->title();
+        note("", alarm);
         alarm->setIsTriggered(true);
     }
-
-    AlarmPtr dated(const char* title, const char* time) {
-        const AlarmPtr alarm = Alarm::initWithTime(m_loop, at(time), QString::fromLatin1(title));
-        alarm->setIsTimeWithDate(true);
-        alarm->setSelRowNo(Alarm::Dated);
-        alarm->setDelegate(this);
-        m_clock.insertAlarm(alarm);
-        return alarm;
+    void note(const char* what, const AlarmPtr& alarm) {
+        m_trace << m_loop.now().toString(QStringLiteral("HH:mm:ss ")) + QLatin1String(what) +
+                       alarm->title();
     }
 
-    AlarmPtr timer(const char* title, int minutes) {
-        const AlarmPtr alarm = Alarm::create(m_loop);
-        alarm->setTitle(QString::fromLatin1(title));
-        alarm->setIsMinuteUnits(true);
-        alarm->setRingWithinUnits(minutes);
-        alarm->setDelegate(this);
+    AlarmPtr running(const AlarmOf& values) {
+        AlarmPtr alarm = values.on(m_loop);
         m_clock.insertAlarm(alarm);
+        alarm->setDelegate(this);
         return alarm;
+    }
+    AlarmPtr dated(const char* title, const char* time) {
+        return running({.title = title, .kind = Alarm::Dated, .time = time});
     }
 
     std::string titles() const {
@@ -50,64 +99,34 @@ protected:
         return list.join(QLatin1Char('|')).toStdString();
     }
 
-    std::string trace() const { return m_trace.join(QLatin1Char('|')).toStdString(); }
-
     VirtualRunLoop m_loop{at("2026-11-21 08:00").addMSecs(400)};
     NotificationCenter m_notifications;
     Clock m_clock{m_loop, m_notifications};
     QStringList m_trace;
 };
 
-TEST_F(ClockTest, ticksOnWholeSecondsInListOrderAndReportsEachOnce) {
-    dated("first", "2026-11-21 08:00:00");
-    dated("a", "2026-11-21 08:01:00");
-    dated("b", "2026-11-21 08:01:00");
-    timer("t", 1);
-    m_loop.advance(3min);
-    // Inserted last, reported first; and on the whole second before the due time a full second is
-    // left.
-    EXPECT_EQ(trace(), "08:00:00 first|08:01:00 t|08:01:00 b|08:01:00 a");
-    EXPECT_EQ(m_loop.firings(), 181) << "once a second and no more";
-}
-
-TEST_F(ClockTest, standsStillWhileAMenuIsOpenAndCatchesUp) {
-    dated("a", "2026-11-21 08:00:10");
-    dated("b", "2026-11-21 08:00:00");
-    m_loop.beginEventTracking();
-    m_loop.advance(90s);
-    EXPECT_EQ(trace(), "");
-    m_loop.endEventTracking();
-    m_loop.advance(1s);
-    EXPECT_EQ(trace(), "08:01:30 b|08:01:30 a");
-}
-
-TEST_F(ClockTest, afterSleepWhatFellDueRingsOneSecondAfterWaking) {
-    m_loop.setWoken([this] { m_notifications.post(wakeNotification); });
+TEST_F(ClockTest, tellsOfAnAlarmTenSecondsAheadAndWakesForNothingElse) {
+    dated("soon", "2026-11-21 08:00:00");
+    const AlarmPtr put = dated("put off", "2026-11-21 08:10");
     dated("a", "2026-11-21 09:00");
-    m_loop.advance(500ms); // 08:00:00.900
-    m_loop.sleepMachine(8h);
-    // The regular tick may be first: it is on the wall clock's whole second as well.
-    m_loop.advance(1s);
-    ASSERT_EQ(m_trace.size(), 1);
-    EXPECT_EQ(m_trace.first(), QStringLiteral("16:00:01 a"));
-    m_loop.advance(10s);
-    EXPECT_EQ(m_trace.size(), 1) << "a second report";
-}
-
-TEST_F(ClockTest, aClockThatIsSetNeitherSkipsNorRepeatsAnAlarm) {
-    dated("a", "2026-11-21 08:30");
-    m_loop.advance(5s);
-    m_loop.setWall(at("2026-11-21 09:00:00"));
-    m_loop.advance(2s);
-    m_loop.setWall(at("2026-11-21 08:29:58"));
-    m_loop.advance(10s);
-    ASSERT_EQ(m_trace.size(), 1);
-    EXPECT_TRUE(m_trace.first().startsWith(QStringLiteral("09:00:0")));
+    dated("b", "2026-11-21 09:00");
+    running({.title = "short", .minutes = 1});
+    running({.title = "hours", .hours = 9});
+    m_loop.advance(9min + 52s);
+    put->setTime(at("2026-11-21 08:20")); // nobody tells the clock
+    m_loop.advance(10h);
+    EXPECT_EQ(m_trace.join(u'|').toStdString(),
+              "08:00:01 near soon|08:00:01 soon|"
+              "08:00:49 near short|08:00:59 short|"
+              "08:09:49 near put off|08:19:49 near put off|08:19:59 put off|"
+              "08:59:49 near b|08:59:49 near a|08:59:59 b|08:59:59 a|"
+              "16:59:49 near hours|16:59:59 hours");
+    EXPECT_LE(m_loop.firings(), 11) << "twice for each moment, and for the one that was put off";
 }
 
 TEST_F(ClockTest, insertingStartsATimerAfreshAndMovesItToTheFront) {
-    const AlarmPtr tea = timer("tea", 10);
-    const AlarmPtr egg = timer("egg", 5);
+    const AlarmPtr tea = running({.title = "tea", .minutes = 10});
+    running({.title = "egg", .minutes = 5});
     m_loop.advance(4min);
     tea->snooze(3);
     m_clock.insertAlarm(tea);
@@ -118,9 +137,7 @@ TEST_F(ClockTest, insertingStartsATimerAfreshAndMovesItToTheFront) {
     EXPECT_EQ(tea->time(), at("2026-11-21 08:14:00"));
     EXPECT_TRUE(tea->isActive());
 
-    const AlarmPtr monday = Alarm::initWithTime(m_loop, at("2026-11-23 07:00:20"), QString());
-    monday->setSelRowNo(Alarm::Weekly);
-    m_clock.insertAlarm(monday);
+    const AlarmPtr monday = running({.kind = Alarm::Weekly, .time = "2026-11-23 07:00:20"});
     EXPECT_EQ(monday->storedRunTime(), at("2026-11-23 07:00:20"));
 }
 
@@ -135,24 +152,29 @@ TEST_F(ClockTest, removingAndReplacingGoByIdentity) {
     ASSERT_EQ(m_clock.allAlarms().size(), 1u);
     EXPECT_EQ(m_clock.allAlarms().front(), b);
 
-    const AlarmPtr c = Alarm::create(m_loop);
+    const AlarmPtr c =
+        AlarmOf{.title = "c", .kind = Alarm::Dated, .time = "2026-11-21 08:30"}.on(m_loop);
+    c->setDelegate(this);
     EXPECT_FALSE(m_clock.replaceAlarm(a, c));
     EXPECT_TRUE(m_clock.replaceAlarm(b, c));
     EXPECT_EQ(m_clock.allAlarms().front(), c);
     EXPECT_FALSE(c->isActive() || c->storedRunTime().isValid());
     EXPECT_EQ(changes, 2) << "one for each change, none for what changed nothing";
+    m_loop.advance(2h);
+    EXPECT_EQ(m_trace.join(u'|').toStdString(), "08:29:49 near c|08:29:59 c");
 }
 
 TEST_F(ClockTest, nearestAlarmCountsWholeSecondsAndTiesGoToTheFront) {
-    EXPECT_EQ(m_clock.nearestAlarm(), nullptr);
-    const AlarmPtr later = dated("later", "2026-11-21 08:02");
+    const auto nearest = [this] { return m_clock.nearestAlarm(instantOf(m_loop.now())); };
+    EXPECT_EQ(nearest(), nullptr);
+    dated("later", "2026-11-21 08:02");
     const AlarmPtr back = dated("back", "2026-11-21 08:01");
     const AlarmPtr front = dated("front", "2026-11-21 08:01");
-    EXPECT_EQ(m_clock.nearestAlarm(), front);
+    EXPECT_EQ(nearest(), front);
     m_loop.setWall(at("2026-11-21 09:00"));
-    EXPECT_EQ(m_clock.nearestAlarm(), front) << "the longest past wins";
+    EXPECT_EQ(nearest(), front) << "the longest past wins";
     front->snooze(10);
-    EXPECT_EQ(m_clock.nearestAlarm(), back);
+    EXPECT_EQ(nearest(), back);
 }
 
 } // namespace

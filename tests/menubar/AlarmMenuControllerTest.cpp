@@ -39,7 +39,7 @@ TEST_F(AlarmMenuControllerTest, aTimerFromTheMenuToTheSecondRingAndItsEnd) {
     EXPECT_TRUE(m_clock.allAlarms().empty());
     EXPECT_EQ(openWindows(), 0);
     // The tick in the last second before the due time rings.
-    EXPECT_THAT(rings(), ElementsAre("60000 ping", "360000 ping"));
+    EXPECT_THAT(rings(), ElementsAre("59000 ping", "359000 ping"));
 }
 
 TEST_F(AlarmMenuControllerTest, whatRepeatsRingsAgainAndWhatDoesNotIsGone) {
@@ -156,8 +156,8 @@ TEST_F(AlarmMenuControllerTest, settingWhatRingsEndsItsRingingFirst) {
     set(window);
     EXPECT_EQ(openWindows(), 0);
     loop.advance(10min);
-    EXPECT_THAT(trace.events(), ElementsAre("60000 tea play", "61000 tea stop", "180000 tea play",
-                                            "240000 tea finished"));
+    EXPECT_THAT(trace.events(), ElementsAre("59000 tea play", "61000 tea stop", "179000 tea play",
+                                            "239000 tea finished"));
 }
 
 TEST_F(AlarmMenuControllerTest, anAlarmThatRangItsLastWhileItWasEditedRunsAsItWasSet) {
@@ -168,7 +168,7 @@ TEST_F(AlarmMenuControllerTest, anAlarmThatRangItsLastWhileItWasEditedRunsAsItWa
     EXPECT_TRUE(m_clock.allAlarms().empty());
     set(*openEditors().front());
     loop.advance(61s);
-    EXPECT_THAT(rings(), ElementsAre("60000 tea", "121000 tea"));
+    EXPECT_THAT(rings(), ElementsAre("59000 tea", "120000 tea"));
 }
 
 } // namespace

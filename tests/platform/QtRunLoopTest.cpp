@@ -1,41 +1,40 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/session/QtRunLoop.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
+#include "tests/support/LoopWait.h"
+
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 using namespace dorvane;
+using namespace dorvane::testing;
 using namespace std::chrono_literals;
 
 namespace {
 
 class QtRunLoopTest : public ::testing::Test {
 protected:
-    // Runs the real loop until `done`, or fails after two seconds.
-    void runUntil(const std::function<bool()>& done) {
-        QElapsedTimer waited;
-        waited.start();
-        while (!done() && waited.elapsed() < 2000)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
-        EXPECT_TRUE(done());
-    }
-
     QtRunLoop m_loop;
 };
 
-TEST_F(QtRunLoopTest, alignedTimerFiresAtOnceAndThenNeverBeforeItsGridMoment) {
-    const QDateTime first = m_loop.now().addMSecs(-250);
-    QList<qint64> since;
-    const auto timer = m_loop.scheduleAligned(
-        first, 100ms, [&] { since.append(first.msecsTo(m_loop.now())); }, RunLoopMode::Default);
-    runUntil([&] { return since.size() == 4; });
-    EXPECT_LT(since[0], 300) << "a past moment fires at once";
-    for (int i = 1; i < since.size(); ++i) {
-        EXPECT_LT(since[i] % 100, 60) << "firing " << i << " is just after a grid moment";
-        EXPECT_GT(since[i], since[i - 1]);
+TEST_F(QtRunLoopTest, momentOfTheWallClockIsNeverEarlyAndAPastOneComesAtOnce) {
+    QStringList trace;
+    std::vector<RunLoopTimer> timers;
+    for (const int milliseconds : {80, 30, -3'600'000, 30}) {
+        const QDateTime moment = m_loop.now().addMSecs(milliseconds);
+        timers.push_back(m_loop.scheduleAt(
+            moment,
+            [&trace, milliseconds, moment, this] {
+                trace << QString::number(milliseconds);
+                EXPECT_GE(m_loop.now(), moment);
+            },
+            RunLoopMode::Default));
     }
+    EXPECT_TRUE(runUntil(
+        m_loop, [&] { return trace.size() == 4; }, 2s));
+    EXPECT_EQ(trace.join(u' ').toStdString(), "-3600000 30 30 80");
 }
 
 TEST_F(QtRunLoopTest, defaultTimersWaitForTheMenuToCloseAndThenCatchUpOnce) {
@@ -43,15 +42,18 @@ TEST_F(QtRunLoopTest, defaultTimersWaitForTheMenuToCloseAndThenCatchUpOnce) {
     m_loop.beginEventTracking();
     const auto tick = m_loop.scheduleRepeating(
         10ms, [&] { trace << QStringLiteral("tick"); }, RunLoopMode::Default);
-    const auto close = m_loop.scheduleOnce(
-        65ms,
+    const auto moment = m_loop.scheduleAt(
+        m_loop.now().addMSecs(5), [&] { trace << QStringLiteral("moment"); }, RunLoopMode::Default);
+    const auto close = m_loop.scheduleAt(
+        m_loop.now().addMSecs(65),
         [&] {
             trace << QStringLiteral("close");
             m_loop.endEventTracking();
         },
         RunLoopMode::Common);
-    runUntil([&] { return trace.size() >= 2; });
-    EXPECT_EQ(trace.mid(0, 2), (QStringList{QStringLiteral("close"), QStringLiteral("tick")}));
+    EXPECT_TRUE(runUntil(
+        m_loop, [&] { return trace.size() >= 3; }, 2s));
+    EXPECT_EQ(trace.mid(0, 3).join(u' ').toStdString(), "close moment tick");
 }
 
 TEST_F(QtRunLoopTest, timerMayCancelItselfAndItsNeighbourFromItsCallback) {
@@ -70,17 +72,34 @@ TEST_F(QtRunLoopTest, timerMayCancelItselfAndItsNeighbourFromItsCallback) {
         5ms, [&] { trace << QStringLiteral("neighbour"); }, RunLoopMode::Default);
     const auto end = m_loop.scheduleOnce(
         40ms, [&] { trace << QStringLiteral("end"); }, RunLoopMode::Default);
-    runUntil([&] { return trace.contains(QStringLiteral("end")); });
+    EXPECT_TRUE(runUntil(
+        m_loop, [&] { return trace.contains(QStringLiteral("end")); }, 2s));
     EXPECT_EQ(trace, (QStringList{QStringLiteral("self"), QStringLiteral("end")}));
 }
 
 TEST_F(QtRunLoopTest, handleMayOutliveTheLoop) {
     auto loop = std::make_unique<QtRunLoop>();
-    auto timer = loop->scheduleOnce(
-        1h, [] {}, RunLoopMode::Default);
+    auto timer = loop->whenClockIsSet([] {});
     loop.reset();
     timer.cancel();
     EXPECT_FALSE(timer);
+}
+
+// timedatectl and the settings of desktops put a new link in the place of the old one.
+TEST_F(QtRunLoopTest, zoneThatIsLinkedAnewCountsAsAClockThatWasSet) {
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(QStringLiteral("localtime"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("Europe/Berlin"), link));
+    int set = 0;
+    const WallClock clock({.reached = [] {}, .wasSet = [&] { ++set; }},
+                          QFile::encodeName(link).constData());
+    ASSERT_TRUE(QFile::link(QStringLiteral("Asia/Tokyo"), link + QStringLiteral(".new")));
+    EXPECT_FALSE(runUntil(
+        m_loop, [&] { return set > 0; }, 50ms))
+        << "another file";
+    std::rename(qPrintable(link + QStringLiteral(".new")), qPrintable(link));
+    EXPECT_TRUE(runUntil(
+        m_loop, [&] { return set > 0; }, 2s));
 }
 
 } // namespace

@@ -2,19 +2,28 @@
 #include "tests/support/VirtualRunLoop.h"
 
 #include <algorithm>
-#include <optional>
 #include <stdexcept>
 
 namespace dorvane::testing {
 
+namespace {
+
+constexpr RunLoop::Milliseconds never = RunLoop::Milliseconds::max();
+
+RunLoop::Milliseconds sinceEpoch(const QDateTime& moment) {
+    return RunLoop::Milliseconds(moment.toMSecsSinceEpoch());
+}
+
+} // namespace
+
 struct VirtualRunLoop::Entry {
-    Id id = 0;
-    RunLoopMode mode = RunLoopMode::Default;
     Callback callback;
+    RunLoopMode mode = RunLoopMode::Default;
+    Milliseconds uptime = never; // when it is due, by the one clock or by the other
+    Milliseconds wall = never;
     Milliseconds interval{0};
-    std::optional<QDateTime> gridStart;
-    Milliseconds deadline{0};
-    bool done = false;
+    bool hearsOfSetting = false;
+    Id id = 0;
 };
 
 class VirtualRunLoop::EntryRegistration final : public RunLoopTimer::Registration {
@@ -24,12 +33,8 @@ public:
     EntryRegistration(const EntryRegistration&) = delete;
     EntryRegistration& operator=(const EntryRegistration&) = delete;
     ~EntryRegistration() override {
-        const auto loop = m_loop.lock();
-        if (!loop)
-            return;
-        auto node = (*loop)->m_entries.extract(m_id);
-        if (!node.empty())
-            node.mapped()->done = true;
+        if (const auto loop = m_loop.lock())
+            const auto gone = (*loop)->m_entries.extract(m_id);
     }
 
 private:
@@ -38,49 +43,36 @@ private:
 };
 
 VirtualRunLoop::VirtualRunLoop(const QDateTime& start)
-    : m_wallAtZero(start.toMSecsSinceEpoch()), m_self(std::make_shared<VirtualRunLoop*>(this)) {}
+    : m_wallAtZero(sinceEpoch(start)), m_self(std::make_shared<VirtualRunLoop*>(this)) {}
 
 VirtualRunLoop::~VirtualRunLoop() = default;
 
 QDateTime VirtualRunLoop::now() const {
-    return QDateTime::fromMSecsSinceEpoch(m_wallAtZero + m_uptime.count());
+    return QDateTime::fromMSecsSinceEpoch((m_wallAtZero + m_uptime).count());
 }
 
 RunLoopTimer VirtualRunLoop::scheduleOnce(Milliseconds delay, Callback callback, RunLoopMode mode) {
-    auto entry = std::make_shared<Entry>();
-    entry->mode = mode;
-    entry->callback = std::move(callback);
-    entry->deadline = m_uptime + std::max(delay, Milliseconds(0));
-    return add(std::move(entry));
+    return add({.callback = std::move(callback),
+                .mode = mode,
+                .uptime = m_uptime + std::max(delay, Milliseconds(0))});
 }
 
 RunLoopTimer VirtualRunLoop::scheduleRepeating(Milliseconds interval, Callback callback,
                                                RunLoopMode mode) {
-    auto entry = std::make_shared<Entry>();
-    entry->mode = mode;
-    entry->callback = std::move(callback);
-    entry->interval = std::max(interval, Milliseconds(1));
-    entry->deadline = m_uptime + entry->interval;
-    return add(std::move(entry));
+    interval = std::max(interval, Milliseconds(1));
+    return add({.callback = std::move(callback),
+                .mode = mode,
+                .uptime = m_uptime + interval,
+                .interval = interval});
 }
 
-RunLoopTimer VirtualRunLoop::scheduleAligned(const QDateTime& first, Milliseconds interval,
-                                             Callback callback, RunLoopMode mode) {
-    auto entry = std::make_shared<Entry>();
-    entry->mode = mode;
-    entry->callback = std::move(callback);
-    entry->interval = std::max(interval, Milliseconds(1));
-    entry->gridStart = first;
-    entry->deadline = m_uptime + std::max(Milliseconds(now().msecsTo(first)), Milliseconds(0));
-    return add(std::move(entry));
+RunLoopTimer VirtualRunLoop::scheduleAt(const QDateTime& moment, Callback callback,
+                                        RunLoopMode mode) {
+    return add({.callback = std::move(callback), .mode = mode, .wall = sinceEpoch(moment)});
 }
 
-void VirtualRunLoop::defer(Callback callback) {
-    m_deferred.push_back(std::move(callback));
-}
-
-void VirtualRunLoop::post(Callback callback) {
-    defer(std::move(callback));
+RunLoopTimer VirtualRunLoop::whenClockIsSet(Callback callback) {
+    return add({.callback = std::move(callback), .hearsOfSetting = true});
 }
 
 void VirtualRunLoop::advance(Milliseconds duration) {
@@ -88,57 +80,55 @@ void VirtualRunLoop::advance(Milliseconds duration) {
     m_stepsInAdvance = 0;
     runDeferred();
     while (const auto entry = nextDue(until)) {
-        m_uptime = std::max(m_uptime, entry->deadline);
-        fire(*entry);
+        m_uptime = std::max(m_uptime, dueTime(*entry));
+        fire(entry);
         runDeferred();
     }
     m_uptime = until;
 }
 
 void VirtualRunLoop::sleepMachine(Milliseconds duration) {
-    m_wallAtZero += duration.count();
+    m_wallAtZero += duration;
     if (m_woken)
         m_woken();
     runPending();
 }
 
 void VirtualRunLoop::setWall(const QDateTime& wall) {
-    m_wallAtZero = wall.toMSecsSinceEpoch() - m_uptime.count();
+    m_wallAtZero = sinceEpoch(wall) - m_uptime;
+    for (const auto& [id, entry] : std::map(m_entries))
+        if (entry->hearsOfSetting && m_entries.contains(id))
+            entry->callback();
 }
 
-RunLoopTimer VirtualRunLoop::add(std::shared_ptr<Entry> entry) {
-    entry->id = m_nextId++;
-    const Id id = entry->id;
-    m_entries.emplace(id, std::move(entry));
-    return RunLoopTimer(std::make_unique<EntryRegistration>(m_self, id));
+RunLoopTimer VirtualRunLoop::add(Entry entry) {
+    entry.id = m_nextId++;
+    m_entries.emplace(entry.id, std::make_shared<Entry>(std::move(entry)));
+    return RunLoopTimer(std::make_unique<EntryRegistration>(m_self, m_nextId - 1));
 }
 
-std::shared_ptr<VirtualRunLoop::Entry> VirtualRunLoop::nextDue(Milliseconds until) {
+RunLoop::Milliseconds VirtualRunLoop::dueTime(const Entry& entry) const {
+    return entry.wall == never ? entry.uptime : entry.wall - m_wallAtZero;
+}
+
+std::shared_ptr<VirtualRunLoop::Entry> VirtualRunLoop::nextDue(Milliseconds until) const {
     std::shared_ptr<Entry> best;
     for (const auto& [id, entry] : m_entries) {
         const bool mayFire = entry->mode == RunLoopMode::Common || m_trackingDepth == 0;
-        if (mayFire && entry->deadline <= until && (!best || entry->deadline < best->deadline))
+        if (mayFire && dueTime(*entry) <= until && (!best || dueTime(*entry) < dueTime(*best)))
             best = entry;
     }
     return best;
 }
 
-void VirtualRunLoop::fire(Entry& entry) {
+void VirtualRunLoop::fire(const std::shared_ptr<Entry>& entry) {
     countStep();
     ++m_firings;
-    if (entry.gridStart) {
-        const qint64 since = entry.gridStart->msecsTo(now());
-        const qint64 steps = since < 0 ? 0 : since / entry.interval.count() + 1;
-        const QDateTime target = entry.gridStart->addMSecs(steps * entry.interval.count());
-        entry.deadline = m_uptime + Milliseconds(now().msecsTo(target));
-    } else if (entry.interval > Milliseconds(0)) {
-        const auto missed = (m_uptime - entry.deadline) / entry.interval;
-        entry.deadline += entry.interval * (missed + 1);
-    } else {
-        m_entries.erase(entry.id);
-    }
-    const Callback callback = entry.callback;
-    callback();
+    if (entry->interval > Milliseconds(0))
+        entry->uptime += entry->interval * ((m_uptime - entry->uptime) / entry->interval + 1);
+    else
+        m_entries.erase(entry->id);
+    entry->callback();
 }
 
 void VirtualRunLoop::runDeferred() {

@@ -23,10 +23,11 @@ public:
                                             RunLoopMode mode) override;
     [[nodiscard]] RunLoopTimer scheduleRepeating(Milliseconds interval, Callback callback,
                                                  RunLoopMode mode) override;
-    [[nodiscard]] RunLoopTimer scheduleAligned(const QDateTime& first, Milliseconds interval,
-                                               Callback callback, RunLoopMode mode) override;
-    void defer(Callback callback) override;
-    void post(Callback callback) override;
+    [[nodiscard]] RunLoopTimer scheduleAt(const QDateTime& moment, Callback callback,
+                                          RunLoopMode mode) override;
+    [[nodiscard]] RunLoopTimer whenClockIsSet(Callback callback) override;
+    void defer(Callback callback) override { m_deferred.push_back(std::move(callback)); }
+    void post(Callback callback) override { defer(std::move(callback)); }
     void beginEventTracking() override { ++m_trackingDepth; }
     void endEventTracking() override { --m_trackingDepth; }
 
@@ -40,7 +41,7 @@ public:
     void sleepMachine(Milliseconds duration);
     void setWoken(Callback woken) { m_woken = std::move(woken); }
 
-    // Sets the wall clock; timers do not notice until they fire.
+    // Sets the wall clock and says so; also for a zone that was changed.
     void setWall(const QDateTime& wall);
 
     // How many callbacks of timers have run: what a real loop would have woken up for.
@@ -51,13 +52,14 @@ private:
     class EntryRegistration;
     using Id = std::uint64_t;
 
-    [[nodiscard]] RunLoopTimer add(std::shared_ptr<Entry> entry);
-    [[nodiscard]] std::shared_ptr<Entry> nextDue(Milliseconds until);
-    void fire(Entry& entry);
+    [[nodiscard]] RunLoopTimer add(Entry entry);
+    [[nodiscard]] Milliseconds dueTime(const Entry& entry) const;
+    [[nodiscard]] std::shared_ptr<Entry> nextDue(Milliseconds until) const;
+    void fire(const std::shared_ptr<Entry>& entry);
     void runDeferred();
     void countStep();
 
-    qint64 m_wallAtZero; // milliseconds since the epoch at uptime 0
+    Milliseconds m_wallAtZero; // since the epoch, at uptime 0
     Milliseconds m_uptime{0};
     std::map<Id, std::shared_ptr<Entry>> m_entries;
     std::deque<Callback> m_deferred;

@@ -12,6 +12,7 @@ class ZoneScope {
 public:
     explicit ZoneScope(const char* zone) : m_before(qgetenv("TZ")) { set(zone); }
     ~ZoneScope() { set(m_before); }
+    void change(const char* zone) { set(zone); }
     ZoneScope(const ZoneScope&) = delete;
     ZoneScope& operator=(const ZoneScope&) = delete;
 

@@ -2,7 +2,7 @@
 #include "platform/linux/session/QtRunLoop.h"
 
 #include <algorithm>
-#include <limits>
+#include <optional>
 #include <vector>
 
 namespace dorvane {
@@ -11,26 +11,29 @@ namespace {
 
 // QTimer counts in an int; a longer wait is armed in pieces.
 constexpr std::chrono::milliseconds longestWait = std::chrono::hours(24);
+constexpr std::chrono::milliseconds longestBlindness = std::chrono::seconds(1);
+
+WallClock::Moment momentOf(const QDateTime& date) {
+    return WallClock::Moment(std::chrono::milliseconds(date.toMSecsSinceEpoch()));
+}
+
+WallClock::Moment wallNow() {
+    return WallClock::Moment(std::chrono::milliseconds(QDateTime::currentMSecsSinceEpoch()));
+}
 
 } // namespace
 
 class QtRunLoop::Entry {
 public:
+    enum class Kind { Uptime, Wall, ClockSet };
+
+    Kind kind = Kind::Uptime;
     RunLoopMode mode = RunLoopMode::Default;
     Callback callback;
-    Milliseconds interval{0};           // zero: fires once
-    std::optional<QDateTime> gridStart; // set: the grid lies on the wall clock
-    QDateTime gridTarget;
+    Milliseconds interval{0}; // zero: fires once
     Milliseconds deadline{0}; // of uptime
+    WallClock::Moment moment;
     bool done = false;
-
-    // Puts the deadline on the next wall-clock grid moment after `wall`.
-    void alignAfter(const QDateTime& wall, Milliseconds uptime) {
-        const qint64 since = gridStart->msecsTo(wall);
-        const qint64 steps = since < 0 ? 0 : since / interval.count() + 1;
-        gridTarget = gridStart->addMSecs(steps * interval.count());
-        deadline = uptime + Milliseconds(wall.msecsTo(gridTarget));
-    }
 };
 
 class QtRunLoop::EntryRegistration final : public RunLoopTimer::Registration {
@@ -48,11 +51,14 @@ private:
     Id m_id;
 };
 
-QtRunLoop::QtRunLoop() : m_self(std::make_shared<QtRunLoop*>(this)) {
+QtRunLoop::QtRunLoop()
+    : m_wallClock({.reached = [this] { fireDue(); }, .wasSet = [this] { clockWasSet(); }})
+    , m_self(std::make_shared<QtRunLoop*>(this)) {
     m_uptime.start();
     m_wake.setSingleShot(true);
     m_wake.setTimerType(Qt::PreciseTimer);
     QObject::connect(&m_wake, &QTimer::timeout, &m_context, [this] { fireDue(); });
+    arm();
 }
 
 QtRunLoop::~QtRunLoop() = default;
@@ -83,15 +89,19 @@ RunLoopTimer QtRunLoop::scheduleRepeating(Milliseconds interval, Callback callba
     return add(std::move(entry));
 }
 
-RunLoopTimer QtRunLoop::scheduleAligned(const QDateTime& first, Milliseconds interval,
-                                        Callback callback, RunLoopMode mode) {
+RunLoopTimer QtRunLoop::scheduleAt(const QDateTime& moment, Callback callback, RunLoopMode mode) {
     auto entry = std::make_shared<Entry>();
+    entry->kind = Entry::Kind::Wall;
     entry->mode = mode;
     entry->callback = std::move(callback);
-    entry->interval = std::max(interval, Milliseconds(1));
-    entry->gridStart = first;
-    entry->gridTarget = first;
-    entry->deadline = uptime() + std::max(Milliseconds(now().msecsTo(first)), Milliseconds(0));
+    entry->moment = momentOf(moment);
+    return add(std::move(entry));
+}
+
+RunLoopTimer QtRunLoop::whenClockIsSet(Callback callback) {
+    auto entry = std::make_shared<Entry>();
+    entry->kind = Entry::Kind::ClockSet;
+    entry->callback = std::move(callback);
     return add(std::move(entry));
 }
 
@@ -132,34 +142,37 @@ void QtRunLoop::remove(Id id) {
 }
 
 bool QtRunLoop::mayFire(const Entry& entry) const {
-    return entry.mode == RunLoopMode::Common || m_trackingDepth == 0;
+    return entry.kind != Entry::Kind::ClockSet &&
+           (entry.mode == RunLoopMode::Common || m_trackingDepth == 0);
+}
+
+RunLoop::Milliseconds QtRunLoop::leftOf(const Entry& entry, Milliseconds uptime,
+                                        WallClock::Moment wall) {
+    return entry.kind == Entry::Kind::Wall ? entry.moment - wall : entry.deadline - uptime;
 }
 
 void QtRunLoop::fireDue() {
+    struct Due {
+        Milliseconds left;
+        Id id;
+        std::shared_ptr<Entry> entry;
+    };
     const Milliseconds uptimeNow = uptime();
-    std::vector<std::pair<Id, std::shared_ptr<Entry>>> due;
+    const WallClock::Moment wall = wallNow();
+    std::vector<Due> due;
     for (const auto& [id, entry] : m_entries)
-        if (mayFire(*entry) && entry->deadline <= uptimeNow)
-            due.emplace_back(id, entry);
-    std::stable_sort(due.begin(), due.end(), [](const auto& a, const auto& b) {
-        return a.second->deadline < b.second->deadline;
-    });
+        if (const Milliseconds left = leftOf(*entry, uptimeNow, wall);
+            mayFire(*entry) && left <= Milliseconds(0))
+            due.push_back({left, id, entry});
+    std::stable_sort(due.begin(), due.end(),
+                     [](const Due& a, const Due& b) { return a.left < b.left; });
 
-    for (const auto& [id, entry] : due) {
+    for (const auto& [left, id, entry] : due) {
         // An earlier callback may have cancelled it, opened a menu, or run a loop of its own that
         // has fired it already.
-        if (entry->done || !mayFire(*entry) || entry->deadline > uptimeNow)
+        if (entry->done || !mayFire(*entry) || leftOf(*entry, uptimeNow, wall) > Milliseconds(0))
             continue;
-        if (entry->gridStart) {
-            const QDateTime wall = now();
-            const bool early = wall < entry->gridTarget &&
-                               wall.msecsTo(entry->gridTarget) < entry->interval.count();
-            if (early) { // uptime and wall clock round differently
-                entry->deadline = uptime() + Milliseconds(wall.msecsTo(entry->gridTarget));
-                continue;
-            }
-            entry->alignAfter(wall, uptime());
-        } else if (entry->interval > Milliseconds(0)) {
+        if (entry->interval > Milliseconds(0)) {
             const auto missed = (uptime() - entry->deadline) / entry->interval;
             entry->deadline += entry->interval * (missed + 1);
         } else {
@@ -172,16 +185,36 @@ void QtRunLoop::fireDue() {
     arm();
 }
 
-void QtRunLoop::arm() {
-    Milliseconds earliest = Milliseconds::max();
+void QtRunLoop::clockWasSet() {
+    std::vector<std::shared_ptr<Entry>> listeners;
     for (const auto& [id, entry] : m_entries)
-        if (mayFire(*entry))
-            earliest = std::min(earliest, entry->deadline);
-    if (earliest == Milliseconds::max()) {
-        m_wake.stop();
-        return;
+        if (entry->kind == Entry::Kind::ClockSet)
+            listeners.push_back(entry);
+    for (const auto& entry : listeners)
+        if (!entry->done)
+            entry->callback();
+    fireDue();
+}
+
+void QtRunLoop::arm() {
+    const Milliseconds uptimeNow = uptime();
+    Milliseconds earliest = Milliseconds::max();
+    std::optional<WallClock::Moment> moment;
+    for (const auto& [id, entry] : m_entries) {
+        if (!mayFire(*entry))
+            continue;
+        if (entry->kind == Entry::Kind::Uptime)
+            earliest = std::min(earliest, entry->deadline - uptimeNow);
+        else
+            moment = std::min(moment.value_or(entry->moment), entry->moment);
     }
-    m_wake.start(std::clamp(earliest - uptime(), Milliseconds(0), longestWait));
+    // Where the kernel does not tell, an alarm is worth a look a second.
+    if (!m_wallClock.wakeAt(moment) && moment)
+        earliest = std::min(earliest, longestBlindness);
+    if (earliest == Milliseconds::max())
+        m_wake.stop();
+    else
+        m_wake.start(std::clamp(earliest, Milliseconds(0), longestWait));
 }
 
 } // namespace dorvane

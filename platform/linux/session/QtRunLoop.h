@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/linux/session/WallClock.h"
 #include "platform/RunLoop.h"
 
 #include <QElapsedTimer>
@@ -9,13 +10,12 @@
 
 #include <cstdint>
 #include <map>
-#include <optional>
 
 namespace dorvane {
 
-// The run loop on Qt's event loop. All timers share one QTimer, armed for the earliest moment, so
-// that timers which fall together cost one wake-up. Needs the application object; main thread only
-// but for post().
+// The run loop on Qt's event loop. All timers of uptime share one QTimer, and all of the wall clock
+// one timer of the kernel, each armed for the earliest moment, so that timers which fall together
+// cost one wake-up. Needs the application object; main thread only but for post().
 class QtRunLoop final : public RunLoop {
 public:
     QtRunLoop();
@@ -27,8 +27,9 @@ public:
                                             RunLoopMode mode) override;
     [[nodiscard]] RunLoopTimer scheduleRepeating(Milliseconds interval, Callback callback,
                                                  RunLoopMode mode) override;
-    [[nodiscard]] RunLoopTimer scheduleAligned(const QDateTime& first, Milliseconds interval,
-                                               Callback callback, RunLoopMode mode) override;
+    [[nodiscard]] RunLoopTimer scheduleAt(const QDateTime& moment, Callback callback,
+                                          RunLoopMode mode) override;
+    [[nodiscard]] RunLoopTimer whenClockIsSet(Callback callback) override;
     void defer(Callback callback) override;
     void post(Callback callback) override;
     void beginEventTracking() override;
@@ -42,11 +43,15 @@ private:
     [[nodiscard]] RunLoopTimer add(std::shared_ptr<Entry> entry);
     void remove(Id id);
     void fireDue();
+    void clockWasSet();
     void arm();
     [[nodiscard]] bool mayFire(const Entry& entry) const;
+    [[nodiscard]] static Milliseconds leftOf(const Entry& entry, Milliseconds uptime,
+                                             WallClock::Moment wall);
 
     QObject m_context;
     QTimer m_wake;
+    WallClock m_wallClock;
     QElapsedTimer m_uptime;
     std::map<Id, std::shared_ptr<Entry>> m_entries;
     // Expires with the loop, so that a timer handle may outlive it.
