@@ -19,6 +19,7 @@ Desktop::Desktop()
     , workspace(QDBusConnection::sessionBus())
     , userNotifications(runLoop, folders, bundle.bundlePath() + QStringLiteral("/dorvane"),
                         QDBusConnection::sessionBus())
+    , loginItems(folders)
     , urlSchemes(folders)
     , appearance(QDBusConnection::sessionBus())
     , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {}

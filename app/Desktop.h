@@ -9,6 +9,7 @@
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
 #include "platform/linux/recording/ModuleAudioRecorder.h"
+#include "platform/linux/session/AutostartLoginItems.h"
 #include "platform/linux/session/LogindPowerMonitor.h"
 #include "platform/linux/session/QtRunLoop.h"
 #include "platform/linux/sound/ModuleSoundPlayer.h"
@@ -35,6 +36,7 @@ struct Desktop {
     ModuleAudioRecorder recorder;
     DesktopWorkspace workspace;
     SystemdNotificationCenter userNotifications;
+    AutostartLoginItems loginItems;
     XdgUrlSchemes urlSchemes;
     LogindPowerMonitor powerMonitor;
     PortalAppearance appearance;

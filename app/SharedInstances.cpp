@@ -3,6 +3,8 @@
 
 #include "app/bfApp.h"
 #include "app/Desktop.h"
+#include "app/LaunchAtLoginController.h"
+#include "app/PrefController.h"
 #include "breaks/BreakCycle.h"
 #include "breaks/ClockBreaks.h"
 #include "breaks/CustomModalWindowController.h"
@@ -58,6 +60,19 @@ void showWindowIcon() {
     if (bfApp::windowIcon().isNull())
         bfApp::setWindowIcon(
             QIcon(sharedDesktop().bundle.resourcePath(QStringLiteral("Dorvane.svg"))));
+}
+
+void openPreferences() {
+    showWindowIcon();
+    static auto* const preferences = [] {
+        Desktop& desktop = sharedDesktop();
+        return new PrefController(
+            {.bundle = desktop.bundle,
+             .launchAtLogin = LaunchAtLoginController::sharedController(),
+             .manual = bfApp::sharedApplication().manualUrl(),
+             .openUrl = [&desktop](const QUrl& url) { desktop.workspace.openUrl(url); }});
+    }();
+    preferences->show();
 }
 
 std::unique_ptr<AlarmSetController> makeEditor() {
@@ -215,6 +230,12 @@ RespitoReminderController& RespitoReminderController::sharedContorller() {
     return **controller;
 }
 
+LaunchAtLoginController& LaunchAtLoginController::sharedController() {
+    static auto* const controller = new LaunchAtLoginController(
+        sharedDesktop().loginItems, sharedDesktop().bundle.bundlePath());
+    return *controller;
+}
+
 AlarmMenuController& AlarmMenuController::mainMenuController() {
     static auto* const controller = [] {
         Desktop& desktop = sharedDesktop();
@@ -247,7 +268,7 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
                     settings.loadPrefs();
                     return settings.RespitoStatus() != 0;
                 },
-            .openPrefs = {},
+            .openPrefs = openPreferences,
             .showGoogleHelp = [&application] { application.showGoogleHelp(); },
             .terminate = [&application] { application.terminate(); },
         });

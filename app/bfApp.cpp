@@ -139,14 +139,16 @@ void bfApp::restoreActiveAlarms() {
     sharedActiveAlarms().restoreActiveAlarms(AlarmMenuController::mainMenuController());
 }
 
+QUrl bfApp::manualUrl() {
+    const Bundle& bundle = sharedDesktop().bundle;
+    const QUrl manual(bundle.infoString(QStringLiteral("BFManualURL")));
+    const QUrl base = QUrl::fromLocalFile(bundle.bundlePath() + QLatin1Char('/'));
+    return manual.isEmpty() ? manual : base.resolved(manual);
+}
+
 void bfApp::showGoogleHelp() {
-    const Desktop& desktop = sharedDesktop();
-    // A relative address is a file of the bundle.
-    const QUrl manual(desktop.bundle.infoString(QStringLiteral("BFManualURL")));
-    if (manual.isEmpty())
-        return;
-    const QUrl base = QUrl::fromLocalFile(desktop.bundle.bundlePath() + QLatin1Char('/'));
-    sharedDesktop().workspace.openUrl(base.resolved(manual));
+    if (const QUrl manual = manualUrl(); !manual.isEmpty())
+        sharedDesktop().workspace.openUrl(manual);
 }
 
 // On a desktop without a browser, the manual above all.

@@ -46,6 +46,8 @@ public:
     // The break reminder's cycle.
     [[nodiscard]] BreakCycle& breakCycle();
 
+    // Where the manual is, an address or a file of the bundle; empty when the bundle does not tell.
+    [[nodiscard]] static QUrl manualUrl();
     // Opens the manual.
     void showGoogleHelp();
 

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/PrefController.h"
+
+#include "app/LaunchAtLoginController.h"
+#include "platform/Bundle.h"
+#include "ui_PrefController.h"
+
+#include <QSignalBlocker>
+
+#include <utility>
+
+namespace dorvane {
+
+PrefController::PrefController(Surroundings surroundings)
+    : m_surroundings(std::move(surroundings)), m_form(std::make_unique<Ui::PrefController>()) {
+    m_form->setupUi(&m_prefsWindow);
+    awakeFromNib();
+}
+
+PrefController::~PrefController() {
+    m_surroundings.launchAtLogin.setChanged({});
+}
+
+void PrefController::awakeFromNib() {
+    m_prefsWindow.setWindowTitle(
+        m_surroundings.bundle.infoString(QStringLiteral("CFBundleExecutable")) + QLatin1Char(' ') +
+        m_surroundings.bundle.infoString(QStringLiteral("CFBundleShortVersionString")));
+    QFont small = m_form->startupNote->font();
+    small.setPointSizeF(small.pointSizeF() * 0.9);
+    m_form->startupNote->setFont(small);
+
+    m_form->helpField->setURL(m_surroundings.manual);
+    m_form->helpField->setOpener(m_surroundings.openUrl);
+
+    mirrorStartup();
+    m_surroundings.launchAtLogin.setChanged([this] { mirrorStartup(); });
+    QObject::connect(m_form->startupCheckBox, &QCheckBox::toggled, &m_prefsWindow,
+                     [this](bool on) { setStartup(on); });
+}
+
+void PrefController::setStartup(bool on) {
+    m_surroundings.launchAtLogin.setLaunchAtLogin(on);
+}
+
+// Also after a change that could not be made: the box never says what is not so.
+void PrefController::mirrorStartup() {
+    const QSignalBlocker quietly(m_form->startupCheckBox);
+    m_form->startupCheckBox->setChecked(m_surroundings.launchAtLogin.launchAtLogin());
+}
+
+void PrefController::show() {
+    mirrorStartup();
+    m_prefsWindow.show();
+    m_prefsWindow.raise();
+    m_prefsWindow.activateWindow();
+}
+
+} // namespace dorvane
