@@ -25,8 +25,8 @@ class EditorTest(DesktopTest):
         wait_for("the editor", lambda: self.desktop.windows_of(program, "Alarm"))
         time.sleep(0.5)
 
-        self.keys("S", "w", "i", "m", "alt+w", "Tab")
-        self.keys("7", "colon", "6", "0", "Return")
+        self.keys("S", "w", "i", "m", "alt+w")
+        self.keys("Tab", "7", "colon", "6", "0", "Return")
         self.assertTrue(self.desktop.windows_of(program, "Alarm"), "7:60 is no time")
         self.keys("ctrl+a")
         self.keys("7", "colon", "1", "5", "p")
