@@ -31,18 +31,17 @@ TEST_F(SoundRepeatTest, startsThreeTimesOneDurationApartAndThenLetsGo) {
     m_repeat.playSoundAtPath(file, 3);
     m_loop.advance(1s);
     m_loop.beginEventTracking(); // an open menu changes nothing
-    m_loop.advance(10s);
-    EXPECT_THAT(m_trace.events(), ElementsAre("40 a play", "1540 a finished", "1540 a play",
-                                              "3039 a stop", "3039 a play", "4539 a finished"));
-    EXPECT_TRUE(m_player.sounds().empty());
-}
-
-TEST_F(SoundRepeatTest, aLateFirstPlayIsHeardToItsEndAndMovesTheOthersAlong) {
-    m_player.setFile(file, {.duration = 1s, .startDelay = 30ms});
+    m_loop.advance(9s);
+    // A late first play is heard to its end and moves the others along.
+    m_player.setFile(file, {.startDelay = 30ms});
     m_repeat.playSoundAtPath(file, 3);
     m_loop.advance(10s);
-    EXPECT_THAT(m_trace.events(), ElementsAre("0 a play", "1030 a finished", "1030 a play",
-                                              "2030 a finished", "2030 a play", "3030 a finished"));
+    EXPECT_THAT(m_trace.events(),
+                ElementsAre("40 a play", "1540 a finished", "1540 a play", "3039 a stop",
+                            "3039 a play", "4539 a finished", "10000 a play", "11030 a finished",
+                            "11030 a play", "12030 a finished", "12030 a play",
+                            "13030 a finished"));
+    EXPECT_TRUE(m_player.sounds().empty());
 }
 
 TEST_F(SoundRepeatTest, unplayableFilesAreLetGoAndTheNextOneTriesAgain) {
@@ -51,9 +50,9 @@ TEST_F(SoundRepeatTest, unplayableFilesAreLetGoAndTheNextOneTriesAgain) {
     m_player.hasServer = false;
     m_repeat.playSoundAtPath(file, 3);
     m_loop.advance(1ms);
-    EXPECT_TRUE(m_player.sounds().empty());
     m_player.hasServer = true;
     m_repeat.playSoundAtPath(file, 1);
+    EXPECT_EQ(m_player.sounds().size(), 1u);
     m_loop.advance(10s);
     EXPECT_THAT(m_trace.events(),
                 ElementsAre("0 bad refused", "0 a refused", "1 a play", "1001 a finished"));
@@ -70,50 +69,23 @@ TEST_F(SoundRepeatTest, aHundredAtOnceAreCutToWhatCanBeHeard) {
 // Fades in steps of 0.2 s from the tenth second on, and is cut in the twentieth; by the real engine
 // a little later, since its stop() makes up for a start that was up to 250 ms late.
 TEST(FadingSoundTest, playsShortSoundsWholeAndFadesAndCutsLongOnesByWhatIsHeard) {
-    struct Case {
+    const struct {
         const char* name;
         FakeSoundPlayer::File file;
+        RunLoop::Milliseconds firstStep, end;
+        float lastVolume = 0.51F;
         float volume = 1.0F;
-        RunLoop::Milliseconds firstStep{0};
-        RunLoop::Milliseconds end;
-        float lastVolume = 1.0F;
+    } cases[] = {
+        {"short", {.duration = 5s}, 0ms, 5s, 1.0F},
+        {"just ten seconds", {.duration = 10s}, 0ms, 10s, 1.0F},
+        {"between", {.duration = 15s}, 10'100ms, 15s},
+        {"long", {.duration = 60s}, 10'200ms, 20s},
+        {"silent", {.duration = 60s}, 10'200ms, 20s, 0.01F, 0},
+        {"slow disk", {.duration = 60s, .loadDelay = 3s}, 13'200ms, 22'750ms, 0.52F},
+        {"slow server", {.duration = 60s, .startDelay = 100ms}, 10'300ms, 20s},
+        {"hanging server", {.duration = 60s, .startDelay = 15s}, 25'200ms, 34'750ms, 0.52F},
     };
-    const Case cases[] = {
-        {.name = "short", .file = {.duration = 5s}, .end = 5s},
-        {.name = "just ten seconds", .file = {.duration = 10s}, .end = 10s},
-        {.name = "between",
-         .file = {.duration = 15s},
-         .firstStep = 10'100ms,
-         .end = 15s,
-         .lastVolume = 0.51F},
-        {.name = "long",
-         .file = {.duration = 60s},
-         .firstStep = 10'200ms,
-         .end = 20s,
-         .lastVolume = 0.51F},
-        {.name = "silent",
-         .file = {.duration = 60s},
-         .volume = 0,
-         .firstStep = 10'200ms,
-         .end = 20s,
-         .lastVolume = 0.01F},
-        {.name = "slow disk",
-         .file = {.duration = 60s, .loadDelay = 3s},
-         .firstStep = 13'200ms,
-         .end = 22'750ms,
-         .lastVolume = 0.52F},
-        {.name = "slow server",
-         .file = {.duration = 60s, .startDelay = 100ms},
-         .firstStep = 10'300ms,
-         .end = 20s,
-         .lastVolume = 0.51F},
-        {.name = "hanging server",
-         .file = {.duration = 60s, .startDelay = 15s},
-         .firstStep = 25'200ms,
-         .end = 34'750ms,
-         .lastVolume = 0.52F},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         VirtualRunLoop loop(at("2026-11-21 08:00"));
         Trace trace(loop);
