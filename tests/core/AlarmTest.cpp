@@ -70,7 +70,7 @@ TEST(AlarmTest, dueTimeOfEachKind) {
 
 TEST(AlarmTest, timerStartedInTheSecondOfTwoEqualHoursRingsAfterItsMinutes) {
     // 02:30 in winter time, an hour after the 02:30 in summer time.
-    VirtualRunLoop loop(utc("2026-10-25T01:30:00Z"));
+    VirtualRunLoop loop(at("2026-10-25T01:30:00Z"));
     const AlarmPtr alarm = Alarm::create(loop);
     alarm->setIsMinuteUnits(true);
     alarm->setRingWithinUnits(5);
@@ -79,12 +79,12 @@ TEST(AlarmTest, timerStartedInTheSecondOfTwoEqualHoursRingsAfterItsMinutes) {
 }
 
 TEST(AlarmTest, dueTimeIsTheSameMomentInEveryZone) {
-    VirtualRunLoop loop(utc("2026-03-28T12:00:00Z"));
-    const AlarmPtr alarm = Alarm::initWithTime(loop, utc("2026-03-29T05:00:30Z"), QString());
+    VirtualRunLoop loop(at("2026-03-28T12:00:00Z"));
+    const AlarmPtr alarm = Alarm::initWithTime(loop, at("2026-03-29T05:00:30Z"), QString());
     alarm->setIsTimeWithDate(true);
     for (const char* name : {"Europe/Berlin", "Asia/Kathmandu", "America/St_Johns", "UTC"}) {
         const ZoneScope zone(name);
-        EXPECT_EQ(alarm->time().toUTC(), utc("2026-03-29T05:00:00Z")) << name;
+        EXPECT_EQ(alarm->time().toUTC(), at("2026-03-29T05:00:00Z")) << name;
     }
 }
 

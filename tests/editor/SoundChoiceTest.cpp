@@ -72,7 +72,7 @@ protected:
     }
     [[nodiscard]] bool isQuiet() const {
         return std::none_of(player.sounds().begin(), player.sounds().end(),
-                            [](const FakeSound* sound) { return sound->isPlaying(); });
+                            [](const Sound* sound) { return sound->isPlaying(); });
     }
     static QWidget* recorderWindow() {
         for (QWidget* window : QApplication::topLevelWidgets())

@@ -25,7 +25,7 @@ const LaunchRequest open{QString(), {QStringLiteral("dorvane:a%20b"), QStringLit
 class SingleInstanceTest : public BusTest, public ::testing::WithParamInterface<bool> {
 protected:
     [[nodiscard]] QDBusConnection bus() {
-        return GetParam() ? m_bus.join() : QDBusConnection(QStringLiteral("none"));
+        return GetParam() ? join() : QDBusConnection(QStringLiteral("none"));
     }
 
     // A second launch, whose process would wait meanwhile; this one runs its loop if it `answers`.

@@ -1,24 +1,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "tests/support/PrivateBus.h"
+#include <QDBusConnection>
+#include <QProcess>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 namespace dorvane::testing {
 
-// A test on a private bus: `m_ours` is the program's connection, `m_theirs` that of the services
-// which the test plays.
+// A message bus of the test's own, on which no service can start by itself: `m_ours` is the
+// program's connection, `m_theirs` that of the services which the test plays.
 class BusTest : public ::testing::Test {
 protected:
-    BusTest() : m_ours(m_bus.join()), m_theirs(m_bus.join()) {}
-
+    BusTest();
+    ~BusTest() override;
     void SetUp() override {
-        if (!m_bus.isRunning())
+        if (m_address.isEmpty())
             GTEST_SKIP() << "dbus-daemon is not installed";
     }
 
-    PrivateBus m_bus;
+    // One more participant.
+    [[nodiscard]] QDBusConnection join();
+
+private:
+    QString start(); // answers with its address
+
+    QTemporaryDir m_folder;
+    QProcess m_daemon;
+    QStringList m_connections;
+
+protected:
+    const QString m_address;
     QDBusConnection m_ours;
     QDBusConnection m_theirs;
 };

@@ -7,19 +7,9 @@
 
 namespace dorvane::testing {
 
-// "2026-03-29 02:30:00" (or without seconds) in local time.
+// "2026-03-29 02:30:00" (or without seconds) is local time, "2026-03-29T01:30:00Z" is not.
 inline QDateTime at(const char* text) {
-    const QString string = QString::fromLatin1(text);
-    QDateTime date = QDateTime::fromString(string, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    if (!date.isValid())
-        date = QDateTime::fromString(string, QStringLiteral("yyyy-MM-dd HH:mm"));
-    Q_ASSERT(date.isValid());
-    return date;
-}
-
-// "2026-03-29T01:30:00Z".
-inline QDateTime utc(const char* text) {
-    const QDateTime date = QDateTime::fromString(QString::fromLatin1(text), Qt::ISODateWithMs);
+    const QDateTime date = QDateTime::fromString(QString::fromLatin1(text), Qt::ISODate);
     Q_ASSERT(date.isValid());
     return date;
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/Lifeline.h"
 #include "platform/Sound.h"
 #include "tests/support/Trace.h"
 
@@ -52,9 +51,6 @@ public:
     // second long.
     void setFile(const QString& path, File file) { m_files[path] = file; }
 
-    // Brings every playing sound of that path to its end now.
-    void finish(const QString& path);
-
     // The sound server goes away under every playing sound.
     void fail();
 
@@ -66,7 +62,7 @@ public:
                          QStringLiteral("audio/mp4")};
 
     // The sounds that exist, oldest first: what is left here at the end has leaked.
-    [[nodiscard]] const std::vector<FakeSound*>& sounds() const { return m_sounds; }
+    [[nodiscard]] const std::vector<Sound*>& sounds() const { return m_sounds; }
 
 private:
     friend class FakeSound;
@@ -74,57 +70,7 @@ private:
     RunLoop& m_loop;
     Trace& m_trace;
     QMap<QString, File> m_files;
-    std::vector<FakeSound*> m_sounds;
-};
-
-// Made by FakeSoundPlayer.
-class FakeSound final : public Sound {
-public:
-    FakeSound(FakeSoundPlayer& player, QString path, FakeSoundPlayer::File file);
-    ~FakeSound() override;
-    FakeSound(const FakeSound&) = delete;
-    FakeSound& operator=(const FakeSound&) = delete;
-
-    bool play() override;
-    void stop() override;
-    [[nodiscard]] bool isPlaying() const override { return m_isPlaying; }
-    void pause() override;
-    void resume() override;
-    [[nodiscard]] Seconds duration() const override;
-    [[nodiscard]] Seconds currentTime() const override;
-    void setCurrentTime(Seconds position) override;
-    [[nodiscard]] float volume() const override { return m_volume; }
-    void setVolume(float volume) override;
-    void whenLoaded(std::function<void()> callback) override;
-    void setFinished(std::function<void(bool)> callback) override;
-
-    [[nodiscard]] const QString& path() const { return m_path; }
-
-    // Ends a play as the end of the file or a lost server would.
-    void end(bool completed);
-
-private:
-    void loaded();
-    void run();
-    void hold();
-    void record(const QString& event);
-    void report(bool completed);
-
-    FakeSoundPlayer& m_player;
-    const QString m_path;
-    const FakeSoundPlayer::File m_file;
-    RunLoop::Milliseconds m_startDelay;
-    bool m_isLoaded = false;
-    bool m_isPlaying = false;
-    bool m_isPaused = false;
-    float m_volume = 1.0F;
-    Seconds m_position{0};
-    RunLoop::Milliseconds m_runningSince{0};
-    RunLoopTimer m_loading;
-    RunLoopTimer m_running;
-    std::vector<std::function<void()>> m_whenLoaded;
-    std::function<void(bool)> m_finished;
-    Lifeline<FakeSound> m_lifeline{*this};
+    std::vector<Sound*> m_sounds;
 };
 
 } // namespace dorvane::testing

@@ -15,9 +15,31 @@ public:
     FakeSpeechService(RunLoop& loop, Trace& trace) : m_loop(loop), m_trace(trace) {}
 
     [[nodiscard]] QStringList voiceNames() const override { return m_known; }
-    void whenVoicesKnown(std::function<void()> callback) override;
-    void prepare(const QString& text, int voice) override;
-    void speak(const QString& text, int voice, std::function<void()> done) override;
+    void whenVoicesKnown(std::function<void()> callback) override {
+        if (!m_known.isEmpty()) {
+            callback();
+            return;
+        }
+        m_loop.defer([this, callback = std::move(callback)] {
+            m_known = voices;
+            callback();
+        });
+    }
+    void prepare(const QString& text, int voice) override {
+        if (const QString name = m_known.value(voice - 1); !name.isEmpty())
+            m_trace.add(name + QStringLiteral(" learns ") + text);
+    }
+    void speak(const QString& text, int voice, std::function<void()> done) override {
+        const QString name = m_known.value(voice - 1);
+        if (name.isEmpty())
+            return;
+        m_trace.add(name + QStringLiteral(" says ") + text);
+        const auto said = [this, name, text, done = std::move(done)] {
+            m_trace.add(name + QStringLiteral(" said ") + text);
+            done();
+        };
+        m_timers.push_back(m_loop.scheduleOnce(std::chrono::seconds(1), said));
+    }
 
     // What is installed; for the next question about voices.
     QStringList voices = {QStringLiteral("Anna"), QStringLiteral("Tom & Tim"),

@@ -14,10 +14,6 @@ QMutex mutex;
 bool capturing = false;
 QStringList captured;
 
-bool isNoiseOfTheOffscreenPlatform(const QString& text) {
-    return text.contains(QStringLiteral("This plugin does not support"));
-}
-
 void handle(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     const QString line = QString::fromUtf8(context.category) + QStringLiteral(": ") + text;
     const QMutexLocker lock(&mutex);
@@ -25,8 +21,8 @@ void handle(QtMsgType type, const QMessageLogContext& context, const QString& te
         captured << line;
         return;
     }
-    if (isNoiseOfTheOffscreenPlatform(text))
-        return;
+    if (text.contains(QStringLiteral("This plugin does not support")))
+        return; // noise of the offscreen platform
     if (type == QtWarningMsg || type == QtCriticalMsg)
         ADD_FAILURE() << "unexpected warning: " << qPrintable(line);
     else
