@@ -36,8 +36,7 @@ namespace dorvane {
 namespace {
 
 const AlarmArchive& alarmArchive() {
-    static const auto* const archive =
-        new AlarmArchive(sharedDesktop().propertyLists, sharedDesktop().runLoop);
+    static const auto* const archive = new AlarmArchive(sharedDesktop().propertyLists);
     return *archive;
 }
 

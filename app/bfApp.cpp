@@ -124,11 +124,13 @@ void bfApp::open(const LaunchRequest& request) {
 void bfApp::handOver() {
     storeActiveAlarms();
     UsersNotificationManager::synchronizeWithAlarms(sharedDesktop().userNotifications,
-                                                    Clock::sharedClock().allAlarms());
+                                                    Clock::sharedClock().allAlarms(),
+                                                    instantNow(sharedDesktop().runLoop));
 }
 
 void bfApp::takeBack() {
-    UsersNotificationManager::synchronizeWithAlarms(sharedDesktop().userNotifications, {});
+    UsersNotificationManager::synchronizeWithAlarms(sharedDesktop().userNotifications, {},
+                                                    instantNow(sharedDesktop().runLoop));
 }
 
 void bfApp::storeActiveAlarms() {

@@ -20,7 +20,7 @@ public:
 struct ManyAlarms {
     explicit ManyAlarms(int count) {
         for (int i = 0; i < count; ++i) {
-            const AlarmPtr alarm = Alarm::create(loop);
+            const AlarmPtr alarm = Alarm::create();
             alarm->setSelRowNo(i % 3);
             alarm->setIsTimeWithDate(i % 3 == Alarm::Dated);
             alarm->setIsMinuteUnits(true);
@@ -46,7 +46,7 @@ void tick(benchmark::State& state) {
 void nearest(benchmark::State& state) {
     const ManyAlarms alarms(int(state.range(0)));
     for (auto _ : state)
-        benchmark::DoNotOptimize(alarms.clock.nearestAlarm(instantOf(alarms.loop.now())));
+        benchmark::DoNotOptimize(alarms.clock.nearestAlarm(instantNow(alarms.loop)));
 }
 
 BENCHMARK(tick)->Arg(10'000)->Unit(benchmark::kMicrosecond);

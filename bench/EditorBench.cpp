@@ -19,7 +19,7 @@ void openEditor(benchmark::State& state) {
     EditorFixture fixture(at("2026-11-21 08:00"));
     std::vector<AlarmPtr> alarms;
     for (int i = 0; i < int(state.range(0)); ++i)
-        alarms.push_back(Alarm::initWithTime(fixture.loop, fixture.loop.now().addSecs(60 * i),
+        alarms.push_back(Alarm::initWithTime(fixture.loop.now().addSecs(60 * i),
                                              QStringLiteral("Alarm number %1").arg(i)));
     fixture.defaults.setValue(QStringLiteral("StoredAlarmsKey"),
                               fixture.archive.archivedData(alarms));

@@ -21,7 +21,7 @@ void openMenu(benchmark::State& state) {
     Clock clock(loop, notifications);
     std::vector<AlarmPtr> stored;
     for (int i = 0; i < int(state.range(0)); ++i) {
-        const AlarmPtr alarm = Alarm::initWithTime(loop, loop.now().addSecs(3600 + i),
+        const AlarmPtr alarm = Alarm::initWithTime(loop.now().addSecs(3600 + i),
                                                    QStringLiteral("Alarm number %1").arg(i));
         alarm->setIsTimeWithDate(true);
         alarm->setIsExisInActiveAlarmList(true);

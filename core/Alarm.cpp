@@ -3,8 +3,8 @@
 
 #include "core/AlarmContext.h"
 #include "core/AlarmDelegate.h"
+#include "core/LocalTime.h"
 #include "core/WholeSecond.h"
-#include "platform/RunLoop.h"
 
 #include <algorithm>
 
@@ -17,12 +17,16 @@ using std::chrono::floor;
 using std::chrono::minutes;
 using std::chrono::seconds;
 
-// Keeps sums of what a stored alarm may hold inside the calendar: 200 years of minutes.
-constexpr qint64 mostMinutes = 200LL * 366 * 24 * 60;
+// Keeps sums of what a stored alarm may hold inside the calendar: 200 years.
+template<typename Unit>
+Unit bounded(qint64 count) {
+    constexpr qint64 most = std::chrono::duration_cast<Unit>(std::chrono::years(200)).count();
+    return Unit(std::clamp(count, -most, most));
+}
 
-minutes boundedMinutes(qint64 count, qint64 minutesEach) {
-    return minutes(std::clamp(count, -mostMinutes / minutesEach, mostMinutes / minutesEach) *
-                   minutesEach);
+Instant hoursAfter(Instant start, qint64 count) {
+    return instantOf(
+        addingHours(localDateTimeOf(start), bounded<std::chrono::hours>(count).count()));
 }
 
 std::optional<Instant> instantOrNone(const QDateTime& date) {
@@ -35,25 +39,25 @@ QDateTime dateOrInvalid(const std::optional<Instant>& instant) {
 
 } // namespace
 
-Alarm::Alarm(const RunLoop& runLoop) : m_runLoop(runLoop) {}
+Alarm::Alarm() = default;
 
 Alarm::~Alarm() = default;
 
-AlarmPtr Alarm::create(const RunLoop& runLoop) {
-    return AlarmPtr(new Alarm(runLoop));
+AlarmPtr Alarm::create() {
+    return AlarmPtr(new Alarm);
 }
 
-AlarmPtr Alarm::initWithTime(const RunLoop& runLoop, const QDateTime& time, const QString& title) {
-    AlarmPtr alarm = create(runLoop);
+AlarmPtr Alarm::initWithTime(const QDateTime& time, const QString& title) {
+    AlarmPtr alarm = create();
     alarm->setTitle(title);
     alarm->setTime(time);
     return alarm;
 }
 
-AlarmPtr Alarm::copy() const {
-    AlarmPtr other = create(m_runLoop);
+AlarmPtr Alarm::copy(Instant now) const {
+    AlarmPtr other = create();
     other->m_title = m_title;
-    other->setTime(time());
+    other->setTime(time(now));
     other->m_isTimeWithDate = m_isTimeWithDate;
     other->m_ringWithinUnits = m_ringWithinUnits;
     other->m_isMinuteUnits = m_isMinuteUnits;
@@ -74,9 +78,8 @@ AlarmPtr Alarm::copy() const {
 }
 
 // All local clocks of today differ from UTC by whole minutes, so cutting an instant to the minute
-// or the second cuts the local time alike. Snoozes and relative alarms count minutes that pass,
-// not minutes of the clock face: the night on which clocks are set makes a timer neither shorter
-// nor longer.
+// or the second cuts the local time alike. Snoozes and relative alarms in minutes count minutes
+// that pass, so that no night makes a timer shorter or longer; hours are hours of the clock face.
 std::optional<Instant> Alarm::due(Instant now) const {
     std::optional<Instant> moment;
     if (m_isTimeWithDate) {
@@ -86,11 +89,14 @@ std::optional<Instant> Alarm::due(Instant now) const {
         if (m_time)
             moment = floor<seconds>(*m_time);
     } else {
-        moment = floor<seconds>(m_runTime.value_or(now)) +
-                 boundedMinutes(m_ringWithinUnits, m_isMinuteUnits ? 1 : 60);
+        const Instant start = floor<seconds>(m_runTime.value_or(now));
+        if (m_isMinuteUnits)
+            moment = start + bounded<minutes>(m_ringWithinUnits);
+        else
+            moment = m_hoursLater ? m_hoursLater : hoursAfter(start, m_ringWithinUnits);
     }
     if (moment)
-        *moment += boundedMinutes(qint64(m_snoozedMinutes), 1);
+        *moment += bounded<minutes>(qint64(m_snoozedMinutes));
     return moment;
 }
 
@@ -98,8 +104,8 @@ bool Alarm::countsFromNow() const {
     return !m_isTimeWithDate && m_selRowNo < Weekly && !m_runTime;
 }
 
-QDateTime Alarm::time() const {
-    return dateOrInvalid(due(instantOf(m_runLoop.now())));
+QDateTime Alarm::time(Instant now) const {
+    return dateOrInvalid(due(now));
 }
 
 QDateTime Alarm::storedTime() const {
@@ -110,8 +116,8 @@ void Alarm::setTime(const QDateTime& time) {
     setDue(m_time, instantOrNone(time));
 }
 
-QDateTime Alarm::runTime() const {
-    return m_runTime ? localDateTimeOf(*m_runTime) : m_runLoop.now();
+QDateTime Alarm::runTime(Instant now) const {
+    return localDateTimeOf(m_runTime.value_or(now));
 }
 
 QDateTime Alarm::storedRunTime() const {
@@ -120,7 +126,26 @@ QDateTime Alarm::storedRunTime() const {
 
 void Alarm::setRunTime(const QDateTime& runTime) {
     m_snoozedMinutes = 0;
-    setDue(m_runTime, instantOrNone(runTime));
+    m_runTime = instantOrNone(runTime);
+    countHours();
+}
+
+void Alarm::setRingWithinUnits(qint64 units) {
+    m_ringWithinUnits = units;
+    countHours();
+}
+
+void Alarm::setIsMinuteUnits(bool on) {
+    m_isMinuteUnits = on;
+    countHours();
+}
+
+// Once for each start: a look must cost no calendar work, and another zone must move nothing.
+void Alarm::countHours() {
+    setDue(m_hoursLater,
+           m_runTime && !m_isMinuteUnits && m_ringWithinUnits != 0
+               ? std::optional(hoursAfter(floor<seconds>(*m_runTime), m_ringWithinUnits))
+               : std::nullopt);
 }
 
 void Alarm::snooze(qint32 minutes) {
@@ -137,8 +162,8 @@ Alarm::MinutesAndSeconds Alarm::minutesFromNow(Instant now) const {
     return {total / 60, total % 60};
 }
 
-int Alarm::minute() const {
-    return time().time().minute();
+int Alarm::minute(Instant now) const {
+    return time(now).time().minute();
 }
 
 void Alarm::tick(Instant now) {
@@ -164,8 +189,8 @@ std::optional<Instant> Alarm::nextTick(Instant now) const {
     return std::max(soon, moment == m_announcedDue ? report : report - nearness);
 }
 
-std::weak_ordering Alarm::compare(const Alarm& other) const {
-    const std::optional<Instant> theirs = other.due(instantOf(m_runLoop.now()));
+std::weak_ordering Alarm::compare(const Alarm& other, Instant now) const {
+    const std::optional<Instant> theirs = other.due(now);
     if (!m_time || !theirs)
         return std::weak_ordering::equivalent;
     return *m_time < *theirs   ? std::weak_ordering::less

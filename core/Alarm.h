@@ -16,7 +16,6 @@ namespace dorvane {
 
 class AlarmContext;
 class AlarmDelegate;
-class RunLoop;
 
 // What to do and when: the one record that is passed around, with an identity of its own (two
 // alarms with the same values are two alarms). Held by std::shared_ptr. Main thread only.
@@ -26,12 +25,11 @@ public:
     // ticked weekdays. Higher numbers count as weekday alarms when the due time is computed.
     enum Kind : qint64 { Relative = 0, Dated = 1, Weekly = 2 };
 
-    // An alarm with every flag off, every number 0 and no texts or dates. The run loop tells the
-    // time and must outlive the alarm.
-    [[nodiscard]] static std::shared_ptr<Alarm> create(const RunLoop& runLoop);
+    // An alarm with every flag off, every number 0 and no texts or dates.
+    [[nodiscard]] static std::shared_ptr<Alarm> create();
     // The same with a title and a time, which may be invalid for none.
-    [[nodiscard]] static std::shared_ptr<Alarm>
-    initWithTime(const RunLoop& runLoop, const QDateTime& time, const QString& title);
+    [[nodiscard]] static std::shared_ptr<Alarm> initWithTime(const QDateTime& time,
+                                                             const QString& title);
 
     Alarm(const Alarm&) = delete;
     Alarm& operator=(const Alarm&) = delete;
@@ -39,19 +37,20 @@ public:
 
     // A new alarm with the same settings, and the due time as its stored time. Not copied: the
     // start it counts from, snoozes, and everything that belongs to ringing or to the menu.
-    [[nodiscard]] std::shared_ptr<Alarm> copy() const;
+    [[nodiscard]] std::shared_ptr<Alarm> copy(Instant now) const;
 
     // -- The due time ---------------------------------------------------------------------------
 
     // When the alarm is due, snoozes included, on a whole second; invalid for a dated or weekday
-    // alarm that has no stored time.
-    [[nodiscard]] QDateTime time() const;
+    // alarm that has no stored time. `now`, here and below, is what a relative alarm without a
+    // start counts from.
+    [[nodiscard]] QDateTime time(Instant now) const;
     // The stored time, which is not the due time: see time().
     [[nodiscard]] QDateTime storedTime() const;
     void setTime(const QDateTime& time);
 
-    // The moment a relative alarm counts from; the current time while none is stored.
-    [[nodiscard]] QDateTime runTime() const;
+    // The moment a relative alarm counts from; now while none is stored.
+    [[nodiscard]] QDateTime runTime(Instant now) const;
     [[nodiscard]] QDateTime storedRunTime() const;
     // Sets the moment, or none when invalid, and forgets all snoozes.
     void setRunTime(const QDateTime& runTime);
@@ -75,7 +74,7 @@ public:
     };
     [[nodiscard]] MinutesAndSeconds minutesFromNow(Instant now) const;
     // The minute of the hour of the due time, 0 to 59.
-    [[nodiscard]] int minute() const;
+    [[nodiscard]] int minute(Instant now) const;
 
     // Reports the alarm to its delegate when less than one whole second is left and it is not
     // triggered yet. Tells the delegate of each due time once when it comes near, see nearness.
@@ -93,7 +92,7 @@ public:
 
     // Orders by the stored time of this alarm against the due time of the other; equal when either
     // is missing. Not symmetric, on purpose.
-    [[nodiscard]] std::weak_ordering compare(const Alarm& other) const;
+    [[nodiscard]] std::weak_ordering compare(const Alarm& other, Instant now) const;
 
     // For the log.
     [[nodiscard]] QString description() const;
@@ -111,7 +110,7 @@ public:
     void setSelRowNo(qint64 kind) { setDue(m_selRowNo, kind); }
     // Minutes or hours of a relative alarm, see isMinuteUnits().
     [[nodiscard]] qint64 ringWithinUnits() const { return m_ringWithinUnits; }
-    void setRingWithinUnits(qint64 units) { setDue(m_ringWithinUnits, units); }
+    void setRingWithinUnits(qint64 units);
     // Minutes.
     [[nodiscard]] qint64 snoozeTime() const { return m_snoozeTime; }
     void setSnoozeTime(qint64 minutes) { m_snoozeTime = minutes; }
@@ -121,7 +120,7 @@ public:
     [[nodiscard]] bool isTimeWithDate() const { return m_isTimeWithDate; }
     void setIsTimeWithDate(bool on) { setDue(m_isTimeWithDate, on); }
     [[nodiscard]] bool isMinuteUnits() const { return m_isMinuteUnits; }
-    void setIsMinuteUnits(bool on) { setDue(m_isMinuteUnits, on); }
+    void setIsMinuteUnits(bool on);
     [[nodiscard]] bool isSpeakAlarmName() const { return m_isSpeakAlarmName; }
     void setIsSpeakAlarmName(bool on) { m_isSpeakAlarmName = on; }
     // Despite the name, plays for a limited time and fades out at its end.
@@ -178,7 +177,9 @@ public:
     void setMenuItem(QObject* item) { m_menuItem = item; }
 
 private:
-    explicit Alarm(const RunLoop& runLoop);
+    Alarm();
+
+    void countHours();
 
     // Sets what decides when the alarm reports.
     template<typename Field>
@@ -188,13 +189,13 @@ private:
             m_dueChanged();
     }
 
-    const RunLoop& m_runLoop;
-
     QString m_title;
     QString m_soundPath;
     QString m_voiceName;
     std::optional<Instant> m_time;
     std::optional<Instant> m_runTime;
+    std::optional<Instant>
+        m_hoursLater; // the end of the hours from m_runTime, where it counts such
     quint64 m_snoozedMinutes = 0;
     qint64 m_snoozeTime = 0;
     qint64 m_ringWithinUnits = 0;

@@ -107,8 +107,7 @@ const std::vector<Field>& fields() {
 
 } // namespace
 
-AlarmArchive::AlarmArchive(const PropertyListFormat& format, const RunLoop& runLoop)
-    : m_format(format), m_runLoop(runLoop) {}
+AlarmArchive::AlarmArchive(const PropertyListFormat& format) : m_format(format) {}
 
 QByteArray AlarmArchive::archivedData(const std::vector<AlarmPtr>& alarms) const {
     std::vector<KeyedArchiver::Object> objects;
@@ -131,7 +130,7 @@ AlarmArchive::Unarchived AlarmArchive::unarchive(const QByteArray& data) const {
     for (const KeyedUnarchiver::Object& object : list.objects) {
         AlarmPtr& alarm = decoded[object.identity()];
         if (!alarm) {
-            alarm = Alarm::create(m_runLoop);
+            alarm = Alarm::create();
             for (const Field& field : fields())
                 field.decode(*alarm, object, field.key);
         }

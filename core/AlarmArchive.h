@@ -10,14 +10,13 @@
 namespace dorvane {
 
 class PropertyListFormat;
-class RunLoop;
 
 // Lists of alarms as keyed archives, the form in which preferences hold them. Stateless; main
 // thread only.
 class AlarmArchive {
 public:
-    // Both must outlive the object, and the run loop every alarm that it reads.
-    AlarmArchive(const PropertyListFormat& format, const RunLoop& runLoop);
+    // The format must outlive the object.
+    explicit AlarmArchive(const PropertyListFormat& format);
 
     [[nodiscard]] QByteArray archivedData(const std::vector<AlarmPtr>& alarms) const;
 
@@ -32,7 +31,6 @@ public:
 
 private:
     const PropertyListFormat& m_format;
-    const RunLoop& m_runLoop;
 };
 
 } // namespace dorvane

@@ -29,7 +29,7 @@ void Clock::runTimer() {
 }
 
 void Clock::updateAlarms() {
-    const Instant moment = rightAfterWholeSecond(instantOf(m_runLoop.now()));
+    const Instant moment = rightAfterWholeSecond(instantNow(m_runLoop));
     for (const AlarmPtr& alarm : m_alarms)
         alarm->tick(moment);
     sleepUntilNextTick();
@@ -38,7 +38,7 @@ void Clock::updateAlarms() {
 void Clock::sleepUntilNextTick() {
     m_nextTick.reset();
     m_clockTimer.cancel();
-    const Instant now = instantOf(m_runLoop.now());
+    const Instant now = instantNow(m_runLoop);
     std::optional<Instant> next;
     for (const AlarmPtr& alarm : m_alarms)
         if (const auto tick = alarm->nextTick(now))
@@ -50,7 +50,7 @@ void Clock::sleepUntilNextTick() {
 // A timer that is early costs a look, and looking is always right; so one changed alarm can only
 // bring the next tick forward, and need not ask all others.
 void Clock::sleepUntilTickOf(const Alarm& alarm) {
-    const auto tick = alarm.nextTick(instantOf(m_runLoop.now()));
+    const auto tick = alarm.nextTick(instantNow(m_runLoop));
     if (tick && (!m_nextTick || *tick < *m_nextTick))
         sleepUntil(*tick);
 }
@@ -79,7 +79,8 @@ void Clock::insertAlarm(const AlarmPtr& alarm) {
 }
 
 void Clock::insertAlarmAtIndex(AlarmPtr alarm, int index) {
-    alarm->setRunTime(alarm->selRowNo() == Alarm::Weekly ? alarm->time() : m_runLoop.now());
+    const QDateTime now = m_runLoop.now();
+    alarm->setRunTime(alarm->selRowNo() == Alarm::Weekly ? alarm->time(instantOf(now)) : now);
     std::erase(m_alarms, alarm);
     watch(alarm);
     m_alarms.insert(m_alarms.begin() + index, std::move(alarm));

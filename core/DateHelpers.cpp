@@ -5,24 +5,32 @@
 
 namespace dorvane {
 
-bool usesTwelveHourClock(const QLocale& locale) {
-    return locale.timeFormat(QLocale::ShortFormat).contains(QLatin1Char('a'), Qt::CaseInsensitive);
+QLocale dateLanguage() {
+    return QLocale(QLocale::English, QLocale::UnitedStates);
 }
 
-QString shortDayTimeString(const QDateTime& date, const QLocale& locale) {
-    return locale.toString(date, usesTwelveHourClock(locale) ? QStringLiteral("ddd, h:mm AP")
-                                                             : QStringLiteral("ddd, H:mm"));
+bool usesTwelveHourClock(const QLocale& territory) {
+    return territory.timeFormat(QLocale::ShortFormat)
+        .contains(QLatin1Char('a'), Qt::CaseInsensitive);
 }
 
-QString dayTimeString(const QDateTime& date, const QDateTime& now, const QLocale& locale) {
+QString timeString(const QDateTime& date, const QLocale& territory) {
+    return dateLanguage().toString(date, usesTwelveHourClock(territory) ? QStringLiteral("h:mm AP")
+                                                                        : QStringLiteral("H:mm"));
+}
+
+QString shortDayTimeString(const QDateTime& date, const QLocale& territory) {
+    return dateLanguage().toString(date, QStringLiteral("ddd, ")) + timeString(date, territory);
+}
+
+QString dayTimeString(const QDateTime& date, const QDateTime& now, const QLocale& territory) {
     constexpr int aWeekday = 6;
     if (now.date().daysTo(date.date()) <= aWeekday)
-        return shortDayTimeString(date, locale);
-    QString format = QStringLiteral("ddd, d MMM");
-    if (date.date().year() != now.date().year())
-        format += QStringLiteral(" yyyy");
-    format += usesTwelveHourClock(locale) ? QStringLiteral(", h:mm AP") : QStringLiteral(", H:mm");
-    return locale.toString(date, format);
+        return shortDayTimeString(date, territory);
+    const QString day = date.date().year() == now.date().year()
+                            ? QStringLiteral("ddd, d MMM, ")
+                            : QStringLiteral("ddd, d MMM yyyy, ");
+    return dateLanguage().toString(date, day) + timeString(date, territory);
 }
 
 QDateTime calendarDateWithTimeInterval(double seconds, const QDateTime& date) {

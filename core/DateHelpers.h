@@ -6,17 +6,24 @@
 
 namespace dorvane {
 
-// Whether the locale writes times of day with a twelve-hour clock and a mark such as AM.
-[[nodiscard]] bool usesTwelveHourClock(const QLocale& locale);
+// Dates are written in English, as all other texts are, whatever the language of the desktop.
+[[nodiscard]] QLocale dateLanguage();
+
+// Whether times of day have twelve hours and a mark such as AM where the user is.
+[[nodiscard]] bool usesTwelveHourClock(const QLocale& territory);
+
+// Time of day by the clock of the territory: "7:30" or "7:30 AM".
+[[nodiscard]] QString timeString(const QDateTime& date,
+                                 const QLocale& territory = QLocale::system());
 
 // Weekday and time of day, for menus, windows and announcements: "Tue, 7:30" or "Tue, 7:30 AM".
 [[nodiscard]] QString shortDayTimeString(const QDateTime& date,
-                                         const QLocale& locale = QLocale::system());
+                                         const QLocale& territory = QLocale::system());
 
 // The same with the date where the weekday alone would be taken for a nearer one, more than six
 // days from now, and with the year where that is another: "Tue, 8 Dec, 7:30".
 [[nodiscard]] QString dayTimeString(const QDateTime& date, const QDateTime& now,
-                                    const QLocale& locale = QLocale::system());
+                                    const QLocale& territory = QLocale::system());
 
 // The moment `seconds` after `date`.
 [[nodiscard]] QDateTime calendarDateWithTimeInterval(double seconds, const QDateTime& date);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/RunLoop.h"
+
 #include <QDateTime>
 
 #include <chrono>
@@ -13,6 +15,10 @@ using Instant = std::chrono::sys_time<std::chrono::milliseconds>;
 
 [[nodiscard]] inline Instant instantOf(const QDateTime& date) {
     return Instant(std::chrono::milliseconds(date.toMSecsSinceEpoch()));
+}
+
+[[nodiscard]] inline Instant instantNow(const RunLoop& runLoop) {
+    return instantOf(runLoop.now());
 }
 
 [[nodiscard]] inline QDateTime localDateTimeOf(Instant instant) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/LocalTime.h"
 
+#include <utility>
+
 namespace dorvane {
 
 namespace {
@@ -18,9 +20,9 @@ int localOffsetAt(const QDateTime& wallAsUtc, milliseconds shift) {
         .offsetFromUtc();
 }
 
-} // namespace
-
-QDateTime localMoment(QDate date, QTime time) {
+// The first and the last moment at which local clocks show the time; the same one twice where they
+// show it once, or where they skip it.
+std::pair<QDateTime, QDateTime> readingsOf(QDate date, QTime time) {
     const QDateTime wallAsUtc(date, time, Qt::UTC);
     if (!wallAsUtc.isValid())
         return {};
@@ -31,7 +33,24 @@ QDateTime localMoment(QDate date, QTime time) {
     const auto showsTheTime = [&](const QDateTime& moment) {
         return moment.date() == date && moment.time() == time;
     };
-    return !showsTheTime(earlier) && showsTheTime(later) ? later : earlier;
+    return {!showsTheTime(earlier) && showsTheTime(later) ? later : earlier,
+            showsTheTime(later) ? later : earlier};
+}
+
+} // namespace
+
+QDateTime localMoment(QDate date, QTime time) {
+    return readingsOf(date, time).first;
+}
+
+QDateTime addingHours(const QDateTime& moment, qint64 hours) {
+    constexpr qint64 secondsOfAnHour = 3600;
+    if (hours <= 0)
+        return moment.addSecs(hours * secondsOfAnHour);
+    const QDateTime face =
+        QDateTime(moment.date(), moment.time(), Qt::UTC).addSecs(hours * secondsOfAnHour);
+    const auto [first, last] = readingsOf(face.date(), face.time());
+    return first > moment ? first : last;
 }
 
 QDateTime addingDays(const QDateTime& moment, int days) {

@@ -12,6 +12,11 @@ namespace dorvane {
 // set back and the time comes twice, the first one: an alarm rings rather early than late.
 [[nodiscard]] QDateTime localMoment(QDate date, QTime time);
 
+// The moment at which the face of the clock has gone on by that many hours: 22:00 and ten hours are
+// 08:00 on every night. The policy of localMoment(), but that it is always after `moment`: where a
+// time comes twice, the first one that is. Hours that do not go forward are taken as they pass.
+[[nodiscard]] QDateTime addingHours(const QDateTime& moment, qint64 hours);
+
 // The same time of day `days` days later, with the policy of localMoment().
 [[nodiscard]] QDateTime addingDays(const QDateTime& moment, int days);
 

@@ -13,20 +13,23 @@ using Outcome = RearmDecision::Outcome;
 
 // A weekday alarm moves to its next ticked day after today; unless it is kept for every week,
 // today is used up first.
-RearmDecision moveOn(const Alarm& alarm, Weekday today, QDate date) {
-    RearmDecision decision{Outcome::NextWeekday, {}, alarm.weekdays()};
+RearmDecision moveOn(const Alarm& alarm, Weekday today, const QDateTime& now) {
+    WeekdaySet left = alarm.weekdays();
     if (!alarm.shouldUseForever())
-        decision.weekdays.set(today, false);
-    const auto next =
-        calculateNextDate(nextWeekday(today), decision.weekdays, alarm.runTime().time(), date);
-    if (next)
-        decision.next = *next;
-    return decision;
+        left.set(today, false);
+    const QTime timeOfDay = alarm.runTime(instantOf(now)).time();
+    const auto next = calculateNextDate(nextWeekday(today), left, timeOfDay, now.date());
+    return next ? RearmDecision{Outcome::NextWeekday, *next, left}
+                : RearmDecision{Outcome::NoDayLeft, {}, left};
 }
 
-RearmDecision moveDayOn(const Alarm& alarm) {
-    // From the time itself, without snoozes: an alarm for 06:45 stays one.
-    const QDateTime due = alarm.time().addSecs(-60 * qint64(alarm.snoozedMinutes()));
+// An alarm for 06:45 stays one, and so does a rhythm.
+QDateTime dueWithoutSnoozes(const Alarm& alarm, const QDateTime& now) {
+    return alarm.time(instantOf(now)).addSecs(-60 * qint64(alarm.snoozedMinutes()));
+}
+
+RearmDecision moveDayOn(const Alarm& alarm, const QDateTime& now) {
+    const QDateTime due = dueWithoutSnoozes(alarm, now);
     if (!due.isValid())
         return {Outcome::Remove, {}, {}};
     return {Outcome::NextDay, addingDays(due, 1), {}};
@@ -36,30 +39,27 @@ RearmDecision moveDayOn(const Alarm& alarm) {
 
 RearmDecision rearmAfterRinging(const Alarm& alarm, const QDateTime& now,
                                 const QString& todaysName) {
+    const RearmDecision remove{Outcome::Remove, {}, {}};
     if (alarm.selRowNo() != Alarm::Weekly) {
         if (alarm.isTimeWithDate())
-            return alarm.shouldUseEveryDay() ? moveDayOn(alarm)
-                                             : RearmDecision{Outcome::Remove, {}, {}};
-        return {alarm.shouldRepeat() ? Outcome::NextPeriod : Outcome::Remove, {}, {}};
+            return alarm.shouldUseEveryDay() ? moveDayOn(alarm, now) : remove;
+        return alarm.shouldRepeat()
+                   ? RearmDecision{Outcome::NextPeriod, dueWithoutSnoozes(alarm, now), {}}
+                   : remove;
     }
     const std::optional<Weekday> today = weekdayNamed(todaysName);
-    if (!today)
-        return {Outcome::Remove, {}, {}};
-    RearmDecision decision = moveOn(alarm, *today, now.date());
-    if (!decision.next.isValid())
-        decision.outcome = Outcome::Remove;
-    return decision;
+    const RearmDecision decision = today ? moveOn(alarm, *today, now) : remove;
+    return decision.outcome == Outcome::NoDayLeft ? remove : decision;
 }
 
 RearmDecision rearmAtRestore(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
-    const QDateTime due = alarm.time();
+    const QDateTime due = alarm.time(instantOf(now));
     if (!due.isValid() || due >= now)
         return {Outcome::Unchanged, {}, {}};
     if (alarm.selRowNo() != Alarm::Weekly || alarm.weekdays().isEmpty())
         return {Outcome::Remove, {}, {}};
     const std::optional<Weekday> today = weekdayNamed(todaysName);
-    // With no ticked day left it keeps its past time and so rings at the first tick.
-    return today ? moveOn(alarm, *today, now.date()) : RearmDecision{Outcome::Unchanged, {}, {}};
+    return today ? moveOn(alarm, *today, now) : RearmDecision{Outcome::Unchanged, {}, {}};
 }
 
 void applyRearm(const RearmDecision& decision, Alarm& alarm) {
@@ -72,16 +72,15 @@ void applyRearm(const RearmDecision& decision, Alarm& alarm) {
         alarm.setTime(decision.next);
         break;
     case Outcome::NextPeriod:
-        // Counted from the due time without snoozes, so that the rhythm stays.
-        alarm.setSnoozedMinutes(0);
-        alarm.setRunTime(alarm.time());
+        alarm.setRunTime(decision.next);
         break;
     case Outcome::NextWeekday:
         alarm.setWeekdays(decision.weekdays);
-        if (decision.next.isValid()) {
-            alarm.setTime(decision.next);
-            alarm.setRunTime(alarm.time());
-        }
+        alarm.setTime(decision.next);
+        alarm.setRunTime(decision.next);
+        break;
+    case Outcome::NoDayLeft:
+        alarm.setWeekdays(decision.weekdays);
         break;
     }
 }

@@ -14,8 +14,9 @@ struct RearmDecision {
     enum class Outcome {
         Remove,      // it has had its day
         NextDay,     // the same time of day at `next`
-        NextPeriod,  // again one interval after the due time
+        NextPeriod,  // again one interval after `next`, the due time without snoozes
         NextWeekday, // at `next`, with the days left in `weekdays`
+        NoDayLeft,   // at once for the last time, with `weekdays` used up
         Unchanged,   // as it is
     };
 

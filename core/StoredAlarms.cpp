@@ -26,13 +26,13 @@ std::optional<std::vector<AlarmPtr>> StoredAlarms::alarms() {
     return m_list.load();
 }
 
-void StoredAlarms::put(const Alarm& alarm) {
+void StoredAlarms::put(const Alarm& alarm, Instant now) {
     std::vector<AlarmPtr> stored = load();
     const auto found = firstTitled(stored, alarm.title());
     if (found != stored.end())
-        *found = alarm.copy();
+        *found = alarm.copy(now);
     else
-        stored.push_back(alarm.copy());
+        stored.push_back(alarm.copy(now));
     saveDefaultAlarms(stored);
 }
 

@@ -26,7 +26,7 @@ public:
     [[nodiscard]] std::optional<std::vector<AlarmPtr>> alarms();
 
     // Stores a copy of the alarm: in the place of the first one with its title, else at the end.
-    void put(const Alarm& alarm);
+    void put(const Alarm& alarm, Instant now);
 
     // Stores the alarm as it is in the place of the first one with its title; when the title is
     // not stored, nothing happens.

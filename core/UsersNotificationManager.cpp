@@ -7,10 +7,11 @@
 namespace dorvane {
 
 void UsersNotificationManager::synchronizeWithAlarms(UserNotificationCenter& center,
-                                                     const std::vector<AlarmPtr>& alarms) {
+                                                     const std::vector<AlarmPtr>& alarms,
+                                                     Instant now) {
     std::vector<UserNotification> notifications;
     for (const AlarmPtr& alarm : alarms) {
-        const QDateTime due = alarm->time();
+        const QDateTime due = alarm->time(now);
         if (!due.isValid())
             continue; // it never rings either
         notifications.push_back({.deliveryDate = due,

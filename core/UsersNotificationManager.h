@@ -15,7 +15,7 @@ public:
     // Announces each of these alarms once, at its next due time, and nothing else any more. With no
     // alarms everything is withdrawn.
     static void synchronizeWithAlarms(UserNotificationCenter& center,
-                                      const std::vector<AlarmPtr>& alarms);
+                                      const std::vector<AlarmPtr>& alarms, Instant now);
 };
 
 } // namespace dorvane

@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Weekday.h"
 
-#include <array>
-
 namespace dorvane {
 
 QString weekdayName(QDate date, const QLocale& locale) {
     return locale.toString(date, QStringLiteral("dddd"));
 }
 
+QString englishName(Weekday day) {
+    return QLocale::c().dayName(int(day) - int(Weekday::Monday) + Qt::Monday);
+}
+
 std::optional<Weekday> weekdayNamed(const QString& name) {
-    static constexpr std::array names{"Monday", "Tuesday",  "Wednesday", "Thursday",
-                                      "Friday", "Saturday", "Sunday"};
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (name == QLatin1String(names[i]))
-            return Weekday(int(Weekday::Monday) + int(i));
+    for (const Weekday day : everyWeekday)
+        if (name == englishName(day))
+            return day;
     return std::nullopt;
 }
 

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/DateHelpers.h"
+
 #include <QDate>
 #include <QLocale>
 #include <QString>
 
+#include <array>
 #include <initializer_list>
 #include <optional>
 
@@ -18,12 +21,19 @@ enum class Weekday : int { Monday = 101, Tuesday, Wednesday, Thursday, Friday, S
     return day == Weekday::Sunday ? Weekday::Monday : Weekday(int(day) + 1);
 }
 
-// The day's name in the locale's language.
-[[nodiscard]] QString weekdayName(QDate date, const QLocale& locale = QLocale::system());
+inline constexpr std::array everyWeekday{Weekday::Monday,   Weekday::Tuesday, Weekday::Wednesday,
+                                         Weekday::Thursday, Weekday::Friday,  Weekday::Saturday,
+                                         Weekday::Sunday};
 
-// The day of an English name; nothing for any other text. Weekday alarms find today by its name in
-// the user's language, so that in another language than English no day is found: they are then not
-// moved on to another day. That is meant.
+// "Monday".
+[[nodiscard]] QString englishName(Weekday day);
+
+// The day's name in the locale's language: in that of the program's dates.
+[[nodiscard]] QString weekdayName(QDate date, const QLocale& locale = dateLanguage());
+
+// The day of an English name; nothing for any other text. Weekday alarms find today by its name: in
+// another language than English no day would be found, and they would not be moved on to another
+// day. That is meant; the program's dates speak English everywhere.
 [[nodiscard]] std::optional<Weekday> weekdayNamed(const QString& name);
 
 // A set of days.

@@ -26,9 +26,9 @@ QDateTime timeOf(const AlarmForm& form, const QDateTime& now, const QString& tod
     return {};
 }
 
-AlarmPtr alarmBuiltFrom(const AlarmForm& form, const RunLoop& runLoop, const QDateTime& now,
-                        const QString& todaysName, const Alarm* editingOne) {
-    AlarmPtr alarm = Alarm::initWithTime(runLoop, timeOf(form, now, todaysName), form.title);
+AlarmPtr alarmBuiltFrom(const AlarmForm& form, const QDateTime& now, const QString& todaysName,
+                        const Alarm* editingOne) {
+    AlarmPtr alarm = Alarm::initWithTime(timeOf(form, now, todaysName), form.title);
     alarm->setSnoozeTime(form.snoozeTime);
     alarm->setIsTimeWithDate(form.row == Alarm::Dated);
     alarm->setIsMinuteUnits(form.isMinuteUnits);
@@ -42,11 +42,12 @@ AlarmPtr alarmBuiltFrom(const AlarmForm& form, const RunLoop& runLoop, const QDa
     alarm->setShouldUseEveryDay(form.shouldUseEveryDay);
     alarm->setSelRowNo(form.row);
     if (editingOne)
-        alarm->setRunTime(editingOne->selRowNo() == form.row ? editingOne->runTime() : now);
+        alarm->setRunTime(editingOne->selRowNo() == form.row ? editingOne->runTime(instantOf(now))
+                                                             : now);
     if (form.row == Alarm::Weekly) {
         alarm->setShouldUseForever(form.shouldUseForever);
         alarm->setWeekdays(form.weekdays);
-        alarm->setRunTime(alarm->time());
+        alarm->setRunTime(alarm->time(instantOf(now)));
     }
     return alarm;
 }

@@ -15,14 +15,13 @@ struct AlarmForm;
 [[nodiscard]] QDateTime fullDateWithTimeFrom(QTime time, QDate date);
 
 // When the alarm in the form is due: nothing for a relative alarm, which works from its interval.
-// `todaysName` is the name of today's weekday in the user's language, see weekdayNamed().
+// `todaysName` is the name of today's weekday, see weekdayNamed().
 [[nodiscard]] QDateTime timeOf(const AlarmForm& form, const QDateTime& now,
                                const QString& todaysName);
 
 // A new alarm as the form says, set at `now`. An alarm of the same kind that is being edited, which
 // may be null, hands on the moment that it counts from; one of another kind counts from now.
-[[nodiscard]] AlarmPtr alarmBuiltFrom(const AlarmForm& form, const RunLoop& runLoop,
-                                      const QDateTime& now, const QString& todaysName,
-                                      const Alarm* editingOne);
+[[nodiscard]] AlarmPtr alarmBuiltFrom(const AlarmForm& form, const QDateTime& now,
+                                      const QString& todaysName, const Alarm* editingOne);
 
 } // namespace dorvane

@@ -5,8 +5,6 @@
 #include "editor/IntervalRule.h"
 #include "sounds/SoundName.h"
 
-#include <array>
-
 namespace dorvane {
 
 namespace {
@@ -26,14 +24,12 @@ QString datedPiece(const AlarmForm& form, const QLocale& locale) {
 
 // "On every Monday Friday " when days are ticked, nothing else.
 QString daysPiece(const AlarmForm& form) {
-    static constexpr std::array names{"Monday ", "Tuesday ",  "Wednesday ", "Thursday ",
-                                      "Friday ", "Saturday ", "Sunday "};
     if (form.weekdays.isEmpty())
         return {};
     QString piece = form.shouldUseForever ? QStringLiteral("On every ") : QStringLiteral("On ");
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (form.weekdays.contains(Weekday(int(Weekday::Monday) + int(i))))
-            piece += QLatin1String(names[i]);
+    for (const Weekday day : everyWeekday)
+        if (form.weekdays.contains(day))
+            piece += englishName(day) + QLatin1Char(' ');
     return piece;
 }
 

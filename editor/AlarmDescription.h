@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QLocale>
+#include "core/DateHelpers.h"
+
 #include <QString>
 
 namespace dorvane {
@@ -9,8 +10,8 @@ namespace dorvane {
 struct AlarmForm;
 
 // The sentence at the bottom of the editor: what the alarm in the form will do. English; the names
-// of months and the AM/PM mark are the locale's.
+// of months and the AM/PM mark are in the locale's language.
 [[nodiscard]] QString manageDescriptionLabel(const AlarmForm& form,
-                                             const QLocale& locale = QLocale::system());
+                                             const QLocale& locale = dateLanguage());
 
 } // namespace dorvane

@@ -19,8 +19,8 @@ QTime wholeMinute(QTime time) {
     return QTime(time.hour(), time.minute());
 }
 
-void fillWhen(AlarmForm& form, const Alarm& alarm) {
-    const QDateTime time = alarm.time();
+void fillWhen(AlarmForm& form, const Alarm& alarm, Instant now) {
+    const QDateTime time = alarm.time(now);
     switch (form.row) {
     case Alarm::Dated:
         if (time.isValid()) {
@@ -53,10 +53,10 @@ AlarmForm newAlarmForm(const QDateTime& now, qint64 firstSnooze) {
     return form;
 }
 
-AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form) {
+AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form, Instant now) {
     form.row = rowOf(alarm);
     form.title = alarm.title();
-    fillWhen(form, alarm);
+    fillWhen(form, alarm, now);
     form.shouldUseEveryDay = alarm.shouldUseEveryDay();
     form.shouldRepeat = alarm.shouldRepeat();
     form.snoozeTime = alarm.snoozeTime();

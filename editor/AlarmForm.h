@@ -53,7 +53,7 @@ inline constexpr int secondsToEarliest = 60;
 [[nodiscard]] AlarmForm newAlarmForm(const QDateTime& now, qint64 firstSnooze);
 
 // The form for an alarm. What the alarm's kind does not use stays as it is in `form`.
-[[nodiscard]] AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form);
+[[nodiscard]] AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form, Instant now);
 
 // What is wrong with a form: the lines to show, each with its line break, and the field to go to.
 struct FormFaults {

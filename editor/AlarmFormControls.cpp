@@ -11,10 +11,6 @@ namespace {
 constexpr int minutesItem = 0;
 constexpr int hoursItem = 1;
 
-Weekday dayOfBox(std::size_t index) {
-    return Weekday(int(Weekday::Monday) + int(index));
-}
-
 } // namespace
 
 AlarmFormControls::AlarmFormControls(Ui::AlarmSetController& controls)
@@ -42,7 +38,7 @@ void AlarmFormControls::fadePickersWhenDisabled() {
 WeekdaySet AlarmFormControls::checkedDays() const {
     WeekdaySet days;
     for (std::size_t i = 0; i < m_dayBoxes.size(); ++i)
-        days.set(dayOfBox(i), m_dayBoxes[i]->isChecked());
+        days.set(everyWeekday[i], m_dayBoxes[i]->isChecked());
     return days;
 }
 
@@ -84,7 +80,7 @@ void AlarmFormControls::show(const AlarmForm& form) {
     m_controls.everyDayCheck->setChecked(form.shouldUseEveryDay);
     m_controls.atAlarmTimePicker->setChosenTime(form.atAlarmTimePicker);
     for (std::size_t i = 0; i < m_dayBoxes.size(); ++i)
-        m_dayBoxes[i]->setChecked(form.weekdays.contains(dayOfBox(i)));
+        m_dayBoxes[i]->setChecked(form.weekdays.contains(everyWeekday[i]));
     m_controls.foreverCheck->setChecked(form.shouldUseForever);
     m_controls.snoozeTimePopUp->setCurrentIndex(snoozeItem(form.snoozeTime));
     m_controls.playSoundCheck->setChecked(form.isPlaySound);

@@ -185,8 +185,8 @@ void AlarmSetController::fitToScreen() {
 void AlarmSetController::setAlarm(const Alarm* alarm) {
     m_formControls.readInto(m_form);
     const QDateTime now = m_services.runLoop.now();
-    m_form =
-        alarm ? formFilledFrom(*alarm, m_form) : newAlarmForm(now, m_formControls.firstSnooze());
+    m_form = alarm ? formFilledFrom(*alarm, m_form, instantOf(now))
+                   : newAlarmForm(now, m_formControls.firstSnooze());
     if (!alarm)
         m_times->setEarliest(now.addSecs(secondsToEarliest));
     {
@@ -278,9 +278,8 @@ void AlarmSetController::showFaults(const QString& message) {
 
 AlarmPtr AlarmSetController::saveCurrentAlarm() {
     const QDateTime now = m_services.runLoop.now();
-    AlarmPtr alarm = alarmBuiltFrom(m_form, m_services.runLoop, now, weekdayName(now.date()),
-                                    m_editingOne.get());
-    m_services.storedAlarms.put(*alarm);
+    AlarmPtr alarm = alarmBuiltFrom(m_form, now, weekdayName(now.date()), m_editingOne.get());
+    m_services.storedAlarms.put(*alarm, instantOf(now));
     reloadTitles();
     return alarm;
 }

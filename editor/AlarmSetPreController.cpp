@@ -18,14 +18,15 @@ void AlarmSetPreController::setDefault(int minutes) {
 }
 
 AlarmPtr AlarmSetPreController::saveCurrentAlarm(int minutes) {
-    AlarmPtr alarm = Alarm::initWithTime(m_runLoop, m_runLoop.now(), QStringLiteral("default"));
+    const QDateTime now = m_runLoop.now();
+    AlarmPtr alarm = Alarm::initWithTime(now, QStringLiteral("default"));
     alarm->setSnoozeTime(5);
     alarm->setIsMinuteUnits(true);
     alarm->setRingWithinUnits(minutes);
     alarm->setSoundPath(m_soundPath);
     alarm->setIsPlaySound(true);
     alarm->setIsDefaultAlarm(true);
-    m_library.put(*alarm);
+    m_library.put(*alarm, instantOf(now));
     return alarm;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/DatePicker.h"
 
+#include "core/DateHelpers.h"
+
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalBlocker>
@@ -25,6 +27,7 @@ QString dateFormat(const QLocale& locale) {
 DatePicker::DatePicker(QWidget* parent) : QDateEdit(parent) {
     // A date alone is no moment: no night on which clocks are set may refuse it.
     setTimeSpec(Qt::UTC);
+    setLocale(dateLanguage());
     setDisplayFormat(dateFormat(QLocale::system()));
     setFocusPolicy(Qt::StrongFocus);
     lineEdit()->installEventFilter(this);

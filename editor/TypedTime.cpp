@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/TypedTime.h"
 
-#include <QLocale>
+#include "core/DateHelpers.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -56,8 +57,8 @@ QString behindHours(QString after, const QString& hours) {
 } // namespace
 
 QString timeShown(QTime time, bool isTwelveHours) {
-    return QLocale(QLocale::English)
-        .toString(time, isTwelveHours ? QStringLiteral("h:mm AP") : QStringLiteral("HH:mm"));
+    return dateLanguage().toString(time, isTwelveHours ? QStringLiteral("h:mm AP")
+                                                       : QStringLiteral("HH:mm"));
 }
 
 TimeReading timeRead(const QString& text, QTime before, bool isTwelveHours) {

@@ -89,7 +89,7 @@ SnoozeWindowController::~SnoozeWindowController() = default;
 
 void SnoozeWindowController::setAlarm(const AlarmPtr& alarm) {
     using namespace std::chrono;
-    m_form->timeLabel->setText(shortDayTimeString(alarm->time()));
+    m_form->timeLabel->setText(shortDayTimeString(alarm->time(instantNow(m_runLoop))));
     showTitle(alarm->title(), *m_form->titleLabel);
     m_window->setAccessibleName(alarm->title());
     m_windowAlarm = alarm;

@@ -138,7 +138,7 @@ void AlarmMenuController::takeEdited(const AlarmPtr& old, const AlarmPtr& alarm)
     if (old->isTriggered() || old->context())
         endRinging(old); // or an answer to its window would undo what was set
     if (alarm->selRowNo() == Alarm::Weekly)
-        alarm->setRunTime(alarm->time());
+        alarm->setRunTime(alarm->time(instantNow(m_surroundings.runLoop)));
     alarm->setIsActive(true); // or deleting it would look for it in the library
     if (!m_surroundings.clock.replaceAlarm(old, alarm))
         m_surroundings.clock.insertAlarm(alarm); // it rang its last while it was being edited

@@ -36,9 +36,7 @@ MenuEntry alarmEntry(const char* title, std::function<void(const AlarmPtr&)> Men
 // the text has always read, and it is kept.
 QString countdownText(const Alarm& alarm, const MainMenuState& state) {
     const qint64 minutes = alarm.secondsFromNow(state.now) / 60;
-    const QString clockTime = state.locale.toString(alarm.time(), usesTwelveHourClock(state.locale)
-                                                                      ? QStringLiteral("h:mm AP")
-                                                                      : QStringLiteral("H:mm"));
+    const QString clockTime = timeString(alarm.time(state.now), state.locale);
     return (minutes > 0 ? QStringLiteral("In %1 mins at %2") : QStringLiteral("In %1 min at %2"))
         .arg(QString::number(minutes), clockTime);
 }
@@ -57,7 +55,7 @@ void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
         if (alarm->isDefaultAlarm()) {
             entry.title = countdownText(*alarm, state);
         } else {
-            entry.title = shortDayTimeString(alarm->time(), state.locale);
+            entry.title = shortDayTimeString(alarm->time(state.now), state.locale);
             entry.subtitle = alarm->title();
         }
         entry.children.push_back(alarmEntry("Edit...", &MenuCommands::editAlarm, alarm));
@@ -92,7 +90,7 @@ void buildStoredAlarms(Entries& entries, const MainMenuState& state) {
         if (!alarm->isExisInActiveAlarmList())
             continue;
         MenuEntry entry;
-        entry.title = shortDayTimeString(alarm->time(), state.locale);
+        entry.title = shortDayTimeString(alarm->time(state.now), state.locale);
         entry.subtitle = alarm->title();
         entry.command = &MenuCommands::setAlarm;
         entry.alarm = alarm;

@@ -19,7 +19,7 @@ struct MainMenuState {
     bool breaksRun = false;
     QString noAlarmString; // shown when no alarm runs, instead of "No Alarms"
     Instant now;
-    QLocale locale;
+    QLocale locale; // of the territory whose clock is used
 };
 
 // The main menu.

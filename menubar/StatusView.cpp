@@ -3,6 +3,7 @@
 
 #include "core/Clock.h"
 #include "core/DateHelpers.h"
+#include "core/LocalTime.h"
 #include "core/NotificationNames.h"
 #include "core/WholeSecond.h"
 #include "menubar/OneLine.h"
@@ -72,14 +73,14 @@ void StatusView::updateSoon() {
 }
 
 void StatusView::updateStatusView() {
-    const Instant moment = rightAfterWholeSecond(instantOf(m_runLoop.now()));
+    const Instant moment = rightAfterWholeSecond(instantNow(m_runLoop));
     const AlarmPtr nearest = m_clock.nearestAlarm(moment);
     sleepUntilNextChange(moment, nearest);
-    showToolTip(nearest);
+    showToolTip(nearest, moment);
     if (m_flashTimer)
         return;
     if (nearest)
-        setAngleEnd(nearest->minute(), minutesUntil(*nearest, moment));
+        setAngleEnd(nearest->minute(moment), minutesUntil(*nearest, moment));
     else
         setAngleEnd(0, 0);
 }
@@ -89,10 +90,10 @@ void StatusView::updateStatusView() {
 // may become the nearest: the seconds to go of one that is just past stand still for a second.
 void StatusView::sleepUntilNextChange(Instant moment, const AlarmPtr& nearest) {
     m_refreshTimer.cancel();
-    std::optional<Instant> next;
-    const auto lookAt = [&](Instant candidate) {
-        next = std::min(next.value_or(candidate), candidate);
-    };
+    if (!nearest)
+        return;
+    Instant next = instantOf(localMoment(localDateTimeOf(moment).date().addDays(1), QTime(0, 0)));
+    const auto lookAt = [&](Instant candidate) { next = std::min(next, candidate); };
     for (const AlarmPtr& alarm : m_clock.allAlarms()) {
         const std::optional<Instant> due = alarm->due(moment);
         if (alarm->countsFromNow())
@@ -103,19 +104,18 @@ void StatusView::sleepUntilNextChange(Instant moment, const AlarmPtr& nearest) {
             lookAt(*due - 1s - std::chrono::minutes(shown - 1));
     }
     // In the default mode: while our menu is open the icon stands still.
-    if (next)
-        m_refreshTimer = m_runLoop.scheduleAt(
-            localDateTimeOf(std::max(*next, nextWholeSecond(moment))),
-            [this] { updateStatusView(); }, RunLoopMode::Default);
+    m_refreshTimer = m_runLoop.scheduleAt(
+        localDateTimeOf(std::max(next, nextWholeSecond(moment))), [this] { updateStatusView(); },
+        RunLoopMode::Default);
 }
 
 // Nothing that counts down: it would have to be sent to the panel every second or minute.
-void StatusView::showToolTip(const AlarmPtr& nearest) {
+void StatusView::showToolTip(const AlarmPtr& nearest, Instant moment) {
     QString text = QStringLiteral("Dorvane");
     if (nearest) {
         constexpr int longestTitle = 60;
         const QString title = oneLine(nearest->title(), longestTitle);
-        text = dayTimeString(nearest->time(), m_runLoop.now());
+        text = dayTimeString(nearest->time(moment), localDateTimeOf(moment));
         if (!title.isEmpty())
             text += QStringLiteral(" \u2013 ") + title;
     }

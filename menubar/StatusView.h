@@ -59,7 +59,7 @@ private:
     void updateSoon();
     void sleepUntilNextChange(Instant moment, const AlarmPtr& nearest);
     void display();
-    void showToolTip(const AlarmPtr& nearest);
+    void showToolTip(const AlarmPtr& nearest, Instant moment);
 
     RunLoop& m_runLoop;
     Clock& m_clock;

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/sheets/ClockFace.h"
 
+#include "core/DateHelpers.h"
 #include "editor/sheets/ClockFacePainter.h"
+#include "editor/TypedTime.h"
 
 #include <QKeyEvent>
-#include <QLocale>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -29,7 +30,7 @@ ClockFace::ClockFace(QWidget* parent) : QWidget(parent) {
 
 void ClockFace::setTime(QTime time) {
     m_time = QTime(time.hour(), time.minute());
-    setAccessibleDescription(QLocale::system().toString(m_time, QLocale::ShortFormat));
+    setAccessibleDescription(timeShown(m_time, usesTwelveHourClock(QLocale::system())));
     update();
 }
 

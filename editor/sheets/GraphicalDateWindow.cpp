@@ -48,8 +48,7 @@ QTime GraphicalDateWindow::time() const {
 void GraphicalDateWindow::showMoment() {
     const bool isReadable = m_controls->graphicalTimePicker->isReadable();
     m_setButton->setEnabled(isReadable);
-    const QString day =
-        QLocale(QLocale::English).toString(date(), QStringLiteral("dddd, d MMMM yyyy"));
+    const QString day = dateLanguage().toString(date(), QStringLiteral("dddd, d MMMM yyyy"));
     m_controls->chosenMoment->setText(
         isReadable ? day + QStringLiteral(" at ") +
                          timeShown(time(), usesTwelveHourClock(QLocale::system()))

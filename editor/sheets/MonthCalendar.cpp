@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/sheets/MonthCalendar.h"
 
+#include "core/DateHelpers.h"
+
 #include <QPainter>
 #include <QTextCharFormat>
 #include <QToolButton>
@@ -17,7 +19,7 @@ constexpr float unavailable = 0.3F;
 MonthCalendar::MonthCalendar(QWidget* parent)
     : QCalendarWidget(parent)
     , m_days(findChild<QWidget*>(QStringLiteral("qt_calendar_calendarview"))) {
-    setLocale(QLocale(QLocale::English));
+    setLocale(dateLanguage());
     setFirstDayOfWeek(QLocale::system().firstDayOfWeek());
     setVerticalHeaderFormat(NoVerticalHeader);
     // In the colour of the bar's text, instead of the style's icons.

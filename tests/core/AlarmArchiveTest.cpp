@@ -2,12 +2,10 @@
 #include "core/AlarmArchive.h"
 
 #include "platform/linux/preferences/LibplistFormat.h"
-#include "tests/support/VirtualRunLoop.h"
 
 #include <gtest/gtest.h>
 
 using namespace dorvane;
-using dorvane::testing::VirtualRunLoop;
 
 namespace {
 
@@ -88,20 +86,19 @@ protected:
         return *m_format.parse(m_archive.archivedData(alarms));
     }
 
-    VirtualRunLoop m_runLoop{QDateTime(QDate(2026, 11, 21), QTime(7, 0))};
     LibplistFormat m_format;
-    AlarmArchive m_archive{m_format, m_runLoop};
+    AlarmArchive m_archive{m_format};
 };
 
 // The order of the table is that of the format's own archiver: what an object refers to follows it
 // and its class comes last; texts, classes and repeated objects are shared.
 TEST_F(AlarmArchiveTest, writesTheLayoutOfTheFormatsOwnArchiver) {
-    const AlarmPtr first = Alarm::create(m_runLoop);
+    const AlarmPtr first = Alarm::create();
     first->setTitle(QStringLiteral("Tee"));
     first->setVoiceName(QStringLiteral("Tee"));
     first->setTime(QDateTime(QDate(2001, 1, 1), QTime(0, 1, 0, 250), Qt::UTC));
     first->setSnoozeTime((qint64(1) << 32) + 9); // archived in 32 bits
-    const AlarmPtr second = Alarm::create(m_runLoop);
+    const AlarmPtr second = Alarm::create();
     second->setTitle(QStringLiteral("$null")); // in the table, this text means nil
     second->setSoundPath(QStringLiteral(""));
     second->setRunTime(QDateTime(QDate(2000, 12, 31), QTime(23, 59), Qt::UTC));
@@ -156,9 +153,8 @@ TEST_F(AlarmArchiveTest, everyFieldIsReadIntoItsOwnPlace) {
 }
 
 TEST_F(AlarmArchiveTest, sameRecordTwiceIsTheSameAlarmTwice) {
-    const AlarmPtr alarm = Alarm::create(m_runLoop);
-    const auto read =
-        m_archive.unarchive(m_archive.archivedData({alarm, Alarm::create(m_runLoop), alarm}));
+    const AlarmPtr alarm = Alarm::create();
+    const auto read = m_archive.unarchive(m_archive.archivedData({alarm, Alarm::create(), alarm}));
     ASSERT_EQ(read.alarms.size(), 3U);
     EXPECT_EQ(read.alarms[0], read.alarms[2]);
     EXPECT_NE(read.alarms[0], read.alarms[1]);
@@ -184,7 +180,7 @@ TEST_F(AlarmArchiveTest, readsOtherSpellings) {
          dateClass}));
     EXPECT_TRUE(read.isComplete);
     const AlarmPtr expected = Alarm::initWithTime(
-        m_runLoop, QDateTime(QDate(2001, 1, 1), QTime(0, 1), Qt::UTC), QStringLiteral("Wecker"));
+        QDateTime(QDate(2001, 1, 1), QTime(0, 1), Qt::UTC), QStringLiteral("Wecker"));
     expected->setVoiceName(QStringLiteral("Anna"));
     expected->setRunTime(moment);
     expected->setSelRowNo(Alarm::Weekly);
@@ -230,7 +226,7 @@ TEST_F(AlarmArchiveTest, badEntryDoesNotTakeTheOthersAlong) {
         ASSERT_EQ(read.alarms.size(), each.isLeftOut ? 1U : 2U) << each.what;
         EXPECT_EQ(read.alarms.back()->title(), QStringLiteral("good")) << each.what;
         if (!each.isLeftOut)
-            expectSame(archived({read.alarms.front()}), archived({Alarm::create(m_runLoop)}),
+            expectSame(archived({read.alarms.front()}), archived({Alarm::create()}),
                        QLatin1String(each.what));
     }
 }

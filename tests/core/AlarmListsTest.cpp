@@ -5,7 +5,7 @@
 #include "core/NotificationNames.h"
 #include "core/StoredAlarms.h"
 #include "platform/linux/preferences/LibplistFormat.h"
-#include "tests/support/Dates.h"
+#include "tests/support/AlarmOf.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/VirtualRunLoop.h"
@@ -34,23 +34,14 @@ protected:
         MemoryDefaults defaults;
         NotificationCenter notifications;
         LibplistFormat format;
-        AlarmArchive archive{format, loop};
+        AlarmArchive archive{format};
         Clock clock{loop, notifications};
         ActiveAlarms active{defaults, archive, loop, clock};
         StoredAlarms library{defaults, archive, notifications};
         NoDelegate delegate;
 
-        AlarmPtr start(const char* title, qint64 kind, const char* time, int minutes = 0) {
-            const AlarmPtr alarm = Alarm::create(loop);
-            alarm->setTitle(QString::fromUtf8(title));
-            alarm->setSelRowNo(kind);
-            alarm->setIsTimeWithDate(kind == Alarm::Dated);
-            alarm->setIsMinuteUnits(true);
-            alarm->setRingWithinUnits(minutes);
-            if (time)
-                alarm->setTime(at(time));
-            if (kind == Alarm::Weekly)
-                alarm->setWeekdays({Weekday::Monday, Weekday::Thursday});
+        AlarmPtr start(const AlarmOf& values) {
+            AlarmPtr alarm = values.alarm();
             clock.insertAlarm(alarm);
             return alarm;
         }
@@ -58,7 +49,8 @@ protected:
         std::string running() const {
             std::string all;
             for (const AlarmPtr& alarm : clock.allAlarms())
-                all += alarm->title().toStdString() + " " + text(alarm->time()) + "\n";
+                all +=
+                    alarm->title().toStdString() + " " + text(alarm->time(instantNow(loop))) + "\n";
             return all;
         }
     };
@@ -66,10 +58,13 @@ protected:
 
 TEST_F(AlarmListsTest, runningAlarmsComeBackInReverseAndOnlyThoseThatStillCount) {
     Run first(at("2026-11-23 06:00"));
-    first.start("timer", Alarm::Relative, nullptr, 30);
-    first.start("weekly", Alarm::Weekly, "2026-11-23 07:00");
-    first.start("passes", Alarm::Dated, "2026-11-23 09:00");
-    first.start("ahead", Alarm::Dated, "2026-11-25 07:00");
+    first.start({.title = "timer", .minutes = 30});
+    first.start({.title = "weekly",
+                 .kind = Alarm::Weekly,
+                 .time = "2026-11-23 07:00",
+                 .days = {Weekday::Monday, Weekday::Thursday}});
+    first.start({.title = "passes", .kind = Alarm::Dated, .time = "2026-11-23 09:00"});
+    first.start({.title = "ahead", .kind = Alarm::Dated, .time = "2026-11-25 07:00"});
     first.active.storeActiveAlarms();
 
     Run second(at("2026-11-24 10:00"), first.defaults.written());
@@ -92,11 +87,11 @@ TEST_F(AlarmListsTest, runningAlarmsComeBackInReverseAndOnlyThoseThatStillCount)
 
 TEST_F(AlarmListsTest, aRunThatDidNotQuitInOrderLeavesTheListOfTheLastThatDid) {
     Run first(at("2026-11-23 06:00"));
-    first.start("kept", Alarm::Dated, "2026-11-25 07:00");
+    first.start({.title = "kept", .kind = Alarm::Dated, .time = "2026-11-25 07:00"});
     first.active.storeActiveAlarms();
     Run crashed(at("2026-11-23 07:00"), first.defaults.written());
     crashed.active.restoreActiveAlarms(crashed.delegate);
-    crashed.start("lost", Alarm::Dated, "2026-11-26 07:00");
+    crashed.start({.title = "lost", .kind = Alarm::Dated, .time = "2026-11-26 07:00"});
     EXPECT_EQ(crashed.defaults.written(), first.defaults.written());
 }
 
@@ -105,8 +100,8 @@ TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
     Run run(at("2026-11-23 06:00"));
     EXPECT_FALSE(run.library.alarms().has_value()) << "nothing was ever stored";
     StoredAlarms other(run.defaults, run.archive, run.notifications);
-    const AlarmPtr tea = run.start("tea", Alarm::Relative, nullptr, 3);
-    const AlarmPtr egg = run.start("egg", Alarm::Relative, nullptr, 5);
+    const AlarmPtr tea = run.start({.title = "tea", .minutes = 3});
+    const AlarmPtr egg = run.start({.title = "egg", .minutes = 5});
     std::string trace;
     const auto announced =
         run.notifications.addObserver(storedAlarmsDidChangeNotification, [&](const void*) {
@@ -117,10 +112,10 @@ TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
                          (alarm->isExisInActiveAlarmList() ? "! " : " ");
             trace += "| ";
         });
-    run.library.put(*tea);
-    run.library.put(*egg);
+    run.library.put(*tea, {});
+    run.library.put(*egg, {});
     tea->setRingWithinUnits(4);
-    other.put(*tea);
+    other.put(*tea, {});
     other.removeAlarm(QStringLiteral("egg"));
     run.library.removeAlarm(QStringLiteral("egg")); // not there any more: nothing happens
     run.library.updateAlarmList(egg);
@@ -141,7 +136,7 @@ TEST_F(AlarmListsTest, whatCannotBeReadIsKeptOnceAndAsItWas) {
         for (int i = 0; i < 3; ++i)
             EXPECT_TRUE(run.library.alarms()->empty());
     }
-    run.library.put(*run.start("tea", Alarm::Relative, nullptr, 3));
+    run.library.put(*run.start({.title = "tea", .minutes = 3}), {});
     QVariantMap kept = run.defaults.written();
     kept.remove(key);
     EXPECT_EQ(kept, (QVariantMap{{key + QStringLiteral(".damaged-1"), values[0]},

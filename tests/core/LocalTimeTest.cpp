@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/LocalTime.h"
 
-#include "core/DateHelpers.h"
+#include "core/Weekday.h"
 #include "tests/support/Dates.h"
 #include "tests/support/ZoneScope.h"
 
@@ -62,21 +62,26 @@ TEST(LocalTimeTest, addingDaysKeepsTheClockTimeOverMonthsYearsAndOddNights) {
         EXPECT_EQ(text(addingDays(at(c.from), c.days)), c.expected) << c.from;
 }
 
-TEST(DateHelpersTest, shortDayTimeFollowsTheClockOfTheLocale) {
-    const QDateTime morning = at("2026-11-24 07:05");
+// English for everybody, by the clock of where they are, also where no English is spoken.
+TEST(DateHelpersTest, datesAreEnglishByTheClockOfTheTerritory) {
     const QDateTime evening = at("2026-11-24 19:05");
-    const QLocale twelve(QLocale::English, QLocale::UnitedStates);
-    const QLocale twentyFour(QLocale::English, QLocale::UnitedKingdom);
-    EXPECT_EQ(shortDayTimeString(morning, twelve), QStringLiteral("Tue, 7:05 AM"));
-    EXPECT_EQ(shortDayTimeString(evening, twelve), QStringLiteral("Tue, 7:05 PM"));
-    EXPECT_EQ(shortDayTimeString(evening, twentyFour), QStringLiteral("Tue, 19:05"));
-    EXPECT_EQ(dayTimeString(evening, evening.addDays(-6), twentyFour),
-              QStringLiteral("Tue, 19:05"));
-    EXPECT_EQ(dayTimeString(evening, evening.addDays(-7), twelve),
-              evening.toString(QStringLiteral("'Tue, 'd MMM', 7:05 PM'")));
-    EXPECT_EQ(dayTimeString(evening, evening.addYears(-1), twentyFour),
-              evening.toString(QStringLiteral("'Tue, 'd MMM yyyy', 19:05'")));
-    EXPECT_FALSE(usesTwelveHourClock(QLocale(QLocale::German, QLocale::Germany)));
+    const QLocale german(QLocale::German, QLocale::Germany);
+    const QLocale korean(QLocale::Korean, QLocale::SouthKorea);
+    const QLocale french(QLocale::French, QLocale::France);
+    const QLocale american(QLocale::English, QLocale::UnitedStates);
+    EXPECT_EQ(shortDayTimeString(evening, german), QStringLiteral("Tue, 19:05"));
+    EXPECT_EQ(shortDayTimeString(evening, french), QStringLiteral("Tue, 19:05"));
+    EXPECT_EQ(shortDayTimeString(evening, korean), QStringLiteral("Tue, 7:05 PM"));
+    EXPECT_EQ(shortDayTimeString(evening, american), QStringLiteral("Tue, 7:05 PM"));
+    EXPECT_EQ(dayTimeString(evening, evening.addDays(-6), german), QStringLiteral("Tue, 19:05"));
+    EXPECT_EQ(dayTimeString(evening, evening.addDays(-7), american),
+              QStringLiteral("Tue, 24 Nov, 7:05 PM"));
+    EXPECT_EQ(dayTimeString(evening, evening.addYears(-1), german),
+              QStringLiteral("Tue, 24 Nov 2026, 19:05"));
+    for (int day = 0; day < 7; ++day)
+        EXPECT_EQ(weekdayNamed(weekdayName(QDate(2026, 11, 23).addDays(day))),
+                  everyWeekday[size_t(day)]);
+    EXPECT_EQ(weekdayNamed(weekdayName(evening.date(), german)), std::nullopt);
 }
 
 TEST(DateHelpersTest, roundsToFiveMinutesByTheMinuteAlone) {

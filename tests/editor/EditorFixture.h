@@ -37,7 +37,7 @@ public:
         , workspace(trace)
         , bundle(QStringLiteral(DORVANE_TEST_BUNDLE), {})
         , defaults(folder.filePath(QStringLiteral("defaults.plist")), format, loop)
-        , archive(format, loop)
+        , archive(format)
         , library(defaults, archive, notifications)
         , storage(loop, {folder.path(), folder.path(), folder.path(), folder.path()}, {}, player,
                   workspace)
@@ -73,9 +73,9 @@ public:
     // Stores an alarm that `change` completes.
     void store(
         const QString& title, const std::function<void(Alarm&)>& change = [](Alarm&) {}) {
-        const AlarmPtr alarm = Alarm::initWithTime(loop, {}, title);
+        const AlarmPtr alarm = Alarm::initWithTime({}, title);
         change(*alarm);
-        library.put(*alarm);
+        library.put(*alarm, instantNow(loop));
     }
 
     [[nodiscard]] QStringList storedTitles() {

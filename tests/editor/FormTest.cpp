@@ -217,13 +217,11 @@ TEST(Building, FindsTheMoment) {
 }
 
 TEST(Building, GoesOnFromWhereAnAlarmOfItsKindWas) {
-    VirtualRunLoop loop(wednesday);
-    const AlarmPtr running = Alarm::create(loop);
+    const AlarmPtr running = Alarm::create();
     running->setRunTime(at("2026-11-18 07:00"));
     const auto runTime = [&](Alarm::Kind from, Alarm::Kind to) {
         running->setSelRowNo(from);
-        return alarmBuiltFrom(tea(to), loop, wednesday, u"Wednesday"_qs, running.get())
-            ->storedRunTime();
+        return alarmBuiltFrom(tea(to), wednesday, u"Wednesday"_qs, running.get())->storedRunTime();
     };
     EXPECT_EQ(runTime(Alarm::Relative, Alarm::Relative), running->storedRunTime());
     EXPECT_EQ(runTime(Alarm::Weekly, Alarm::Relative), wednesday); // "in 5 minutes" is from now
@@ -231,16 +229,15 @@ TEST(Building, GoesOnFromWhereAnAlarmOfItsKindWas) {
 }
 
 TEST(Filling, StandsDamagedRecords) {
-    VirtualRunLoop loop(wednesday);
     const AlarmForm blank = newAlarmForm(at("2026-11-18 23:59:30"), 1);
     EXPECT_EQ(blank.atDatePicker, QDate(2026, 11, 19));
     EXPECT_EQ(blank.atTimePicker, QTime(0, 0));
 
-    const AlarmPtr alarm = Alarm::create(loop);
+    const AlarmPtr alarm = Alarm::create();
     alarm->setSelRowNo(-1);
-    EXPECT_EQ(formFilledFrom(*alarm, blank).row, Alarm::Relative);
+    EXPECT_EQ(formFilledFrom(*alarm, blank, {}).row, Alarm::Relative);
     alarm->setSelRowNo(77);
-    const AlarmForm form = formFilledFrom(*alarm, blank);
+    const AlarmForm form = formFilledFrom(*alarm, blank, {});
     EXPECT_EQ(form.row, Alarm::Weekly);
     EXPECT_EQ(form.atAlarmTimePicker, blank.atAlarmTimePicker); // it has no time
 }

@@ -61,7 +61,7 @@ protected:
     };
     AlarmPtr alarm(const Ring& ring) {
         const AlarmPtr alarm =
-            Alarm::initWithTime(m_loop, at("2026-11-24 07:30"), QString::fromLatin1(ring.title));
+            Alarm::initWithTime(at("2026-11-24 07:30"), QString::fromLatin1(ring.title));
         alarm->setIsTimeWithDate(true);
         alarm->setSnoozeTime(5);
         alarm->setIsPlaySound(ring.path);

@@ -2,21 +2,18 @@
 #include "core/AlarmArchive.h"
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "tests/fuzz/FuzzSupport.h"
-#include "tests/support/VirtualRunLoop.h"
 
 using namespace dorvane;
 using dorvane::testing::require;
-using dorvane::testing::VirtualRunLoop;
 
 // Alarms that could be read, however odd, know when they are due and survive being stored again.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const VirtualRunLoop runLoop(QDateTime(QDate(2026, 11, 21), QTime(7, 0)));
     const LibplistFormat format;
-    const AlarmArchive archive(format, runLoop);
+    const AlarmArchive archive(format);
     const auto read = archive.unarchive(
         QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
     for (const AlarmPtr& alarm : read.alarms)
-        (void)alarm->time();
+        (void)alarm->time(Instant());
     const QByteArray stored = archive.archivedData(read.alarms);
     const auto again = archive.unarchive(stored);
     require(again.isComplete && again.alarms.size() == read.alarms.size());

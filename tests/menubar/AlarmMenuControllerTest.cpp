@@ -44,7 +44,7 @@ TEST_F(AlarmMenuControllerTest, aTimerFromTheMenuToTheSecondRingAndItsEnd) {
 
 TEST_F(AlarmMenuControllerTest, whatRepeatsRingsAgainAndWhatDoesNotIsGone) {
     const auto relative = [this](bool repeats) {
-        const AlarmPtr alarm = timerAlarm(loop, 10);
+        const AlarmPtr alarm = timerAlarm(10);
         alarm->setShouldRepeat(repeats);
         return alarm;
     };
@@ -55,7 +55,7 @@ TEST_F(AlarmMenuControllerTest, whatRepeatsRingsAgainAndWhatDoesNotIsGone) {
         return alarm;
     };
     const auto weekly = [this](WeekdaySet days, bool forever) {
-        const AlarmPtr alarm = Alarm::initWithTime(loop, at("2026-11-23 08:10"), {});
+        const AlarmPtr alarm = Alarm::initWithTime(at("2026-11-23 08:10"), {});
         alarm->setSelRowNo(Alarm::Weekly);
         alarm->setWeekdays(days);
         alarm->setShouldUseForever(forever);
@@ -85,10 +85,13 @@ TEST_F(AlarmMenuControllerTest, whatRepeatsRingsAgainAndWhatDoesNotIsGone) {
         const auto& running = m_clock.allAlarms();
         EXPECT_EQ(std::count(running.begin(), running.end(), each.alarm), each.next ? 1 : 0)
             << each.kind;
-        EXPECT_EQ(each.alarm->time(), at(each.next ? each.next : "2026-11-23 08:10")) << each.kind;
+        EXPECT_EQ(each.alarm->time(instantNow(loop)),
+                  at(each.next ? each.next : "2026-11-23 08:10"))
+            << each.kind;
     }
     const AlarmPtr stored = library.alarms()->back();
-    EXPECT_EQ(stored->time(), at("2026-11-25 08:10")) << "a weekday alarm moves on there as well";
+    EXPECT_EQ(stored->time(instantNow(loop)), at("2026-11-25 08:10"))
+        << "a weekday alarm moves on there as well";
     EXPECT_EQ(stored->weekdays(), WeekdaySet{Weekday::Wednesday});
 }
 
@@ -148,7 +151,7 @@ TEST_F(AlarmMenuControllerTest, oneAlarmHasOneEditorWhichMayBeClosedTwice) {
 
 TEST_F(AlarmMenuControllerTest, settingWhatRingsEndsItsRingingFirst) {
     player.setFile(QStringLiteral("tea"), {.duration = 60s});
-    const AlarmPtr old = schedule(timerAlarm(loop, 1), "tea");
+    const AlarmPtr old = schedule(timerAlarm(1), "tea");
     loop.advance(61s);
     m_controller.editAlarm(old);
     AlarmSetController& window = *openEditors().front();
@@ -161,7 +164,7 @@ TEST_F(AlarmMenuControllerTest, settingWhatRingsEndsItsRingingFirst) {
 }
 
 TEST_F(AlarmMenuControllerTest, anAlarmThatRangItsLastWhileItWasEditedRunsAsItWasSet) {
-    const AlarmPtr old = schedule(timerAlarm(loop, 1), "tea");
+    const AlarmPtr old = schedule(timerAlarm(1), "tea");
     m_controller.editAlarm(old);
     loop.advance(61s);
     windowOf(old).clearButtonPressed();

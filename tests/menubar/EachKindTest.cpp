@@ -107,7 +107,7 @@ protected:
     std::string ringAndAnswer(Answer how) {
         if (m_clock.allAlarms().empty())
             return "gone";
-        const QDateTime due = m_clock.allAlarms().front()->time();
+        const QDateTime due = m_clock.allAlarms().front()->time(instantNow(loop));
         loop.sleepMachine(std::chrono::milliseconds(loop.now().msecsTo(due)) - 1min);
         loop.advance(1min + 2s);
         if (open("SnoozeWindowController").size() != 1)

@@ -17,7 +17,7 @@ const QDateTime tuesday({2026, 11, 24}, {10, 0});
 class MainMenuEntriesTest : public ::testing::Test {
 protected:
     [[nodiscard]] AlarmPtr timerDueIn(int seconds) const {
-        const AlarmPtr alarm = Alarm::initWithTime(m_loop, tuesday.addSecs(seconds), {});
+        const AlarmPtr alarm = Alarm::initWithTime(tuesday.addSecs(seconds), {});
         alarm->setSelRowNo(Alarm::Weekly); // due to the second
         alarm->setIsDefaultAlarm(true);
         return alarm;

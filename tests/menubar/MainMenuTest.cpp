@@ -165,7 +165,7 @@ QStringList outline(const std::vector<PanelMenuEntry>& entries, const QString& i
 }
 
 TEST_F(MainMenuTest, aPanelGetsTheMenuWhenEntriesChangeAndItsTextsWhenItOpens) {
-    m_clock.insertAlarm(timerAlarm(m_loop, 5));
+    m_clock.insertAlarm(timerAlarm(5));
     m_stored = {storedAlarm(m_loop, {11, 0}, QStringLiteral("Down_ & up"))};
     m_clock.insertAlarm(dated(QStringLiteral("Tea")));
     m_loop.runPending();

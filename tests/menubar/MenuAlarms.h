@@ -8,14 +8,14 @@ namespace dorvane::testing {
 
 // Due today at a time.
 inline AlarmPtr datedAlarm(const RunLoop& loop, const QTime& time, const QString& title = {}) {
-    const AlarmPtr alarm = Alarm::initWithTime(loop, {loop.now().date(), time}, title);
+    const AlarmPtr alarm = Alarm::initWithTime({loop.now().date(), time}, title);
     alarm->setIsTimeWithDate(true);
     return alarm;
 }
 
 // Due some minutes after it is put into the clock.
-inline AlarmPtr timerAlarm(const RunLoop& loop, int minutes) {
-    const AlarmPtr alarm = Alarm::create(loop);
+inline AlarmPtr timerAlarm(int minutes) {
+    const AlarmPtr alarm = Alarm::create();
     alarm->setIsDefaultAlarm(true);
     alarm->setIsMinuteUnits(true);
     alarm->setRingWithinUnits(minutes);

@@ -44,7 +44,7 @@ protected:
         alarm->setSnoozeTime(5);
         alarm->setIsPlaySound(true);
         alarm->setSoundPath(alarm->title());
-        library.put(*alarm);
+        library.put(*alarm, instantNow(loop));
         m_controller.scheduleAlarm(alarm);
         return alarm;
     }

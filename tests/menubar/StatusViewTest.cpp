@@ -18,7 +18,7 @@ namespace {
 
 class StatusViewTest : public ::testing::Test {
 protected:
-    [[nodiscard]] AlarmPtr timer(int minutes) const { return timerAlarm(m_loop, minutes); }
+    [[nodiscard]] static AlarmPtr timer(int minutes) { return timerAlarm(minutes); }
     [[nodiscard]] AlarmPtr dated(const QTime& time, const QString& title = {}) const {
         return datedAlarm(m_loop, time, title);
     }

@@ -20,23 +20,23 @@ struct AlarmOf {
     bool repeats = false;
     bool forever = false;
 
-    [[nodiscard]] AlarmPtr on(const RunLoop& loop) const {
-        AlarmPtr alarm = Alarm::create(loop);
-        alarm->setTitle(QString::fromUtf8(title));
-        alarm->setSelRowNo(kind);
-        alarm->setIsTimeWithDate(kind == Alarm::Dated);
-        alarm->setIsMinuteUnits(hours == 0);
-        alarm->setRingWithinUnits(hours == 0 ? minutes : hours);
+    [[nodiscard]] AlarmPtr alarm() const {
+        AlarmPtr made = Alarm::create();
+        made->setTitle(QString::fromUtf8(title));
+        made->setSelRowNo(kind);
+        made->setIsTimeWithDate(kind == Alarm::Dated);
+        made->setIsMinuteUnits(hours == 0);
+        made->setRingWithinUnits(hours == 0 ? minutes : hours);
         if (time)
-            alarm->setTime(at(time));
+            made->setTime(at(time));
         if (runTime)
-            alarm->setRunTime(at(runTime));
-        alarm->snooze(snoozed);
-        alarm->setWeekdays(days);
-        alarm->setShouldUseEveryDay(everyDay);
-        alarm->setShouldRepeat(repeats);
-        alarm->setShouldUseForever(forever);
-        return alarm;
+            made->setRunTime(at(runTime));
+        made->snooze(snoozed);
+        made->setWeekdays(days);
+        made->setShouldUseEveryDay(everyDay);
+        made->setShouldRepeat(repeats);
+        made->setShouldUseForever(forever);
+        return made;
     }
 };
 

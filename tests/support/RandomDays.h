@@ -96,9 +96,9 @@ private:
                                        .everyDay = upTo(2) == 0,
                                        .repeats = upTo(2) == 0,
                                        .forever = upTo(2) == 0}
-                                   .on(loop);
+                                   .alarm();
         alarm->setTitle(QString::number(m_count++));
-        alarm->setTime(loop.now().addSecs(upTo(40'000) - 5000));
+        alarm->setTime(loop.now().addSecs(upTo(40'000) - 5000).addDays(upTo(2) * upTo(10)));
         alarm->setDelegate(this);
         clock.insertAlarm(alarm);
     }
