@@ -12,6 +12,7 @@
 #include "core/UsersNotificationManager.h"
 #include "menubar/AlarmMenuController.h"
 #include "platform/linux/session/LaunchRequest.h"
+#include "platform/linux/session/ZoneData.h"
 #include "platform/Log.h"
 
 #include <QMessageBox>
@@ -46,6 +47,10 @@ void bfApp::finishLaunching() {
     AlarmMenuController& controller = AlarmMenuController::mainMenuController();
     desktop.defaults.registerDefaults({{QStringLiteral("NSApplicationCrashOnExceptions"), true}});
     ouputRunningInfo(desktop.bundle);
+    if (const auto zone = zoneWithoutData(ZoneSources::ofThisProcess()))
+        qCWarning(logApp).noquote()
+            << "no time zone data for"
+            << *zone + QStringLiteral(": every time is UTC, until tzdata is installed");
     // It starts programs of the desktop, which a start must not be slower for.
     m_schemeCheck = desktop.runLoop.scheduleOnce(
         2s, [this, &desktop] { checkEditorAssignments(desktop.bundle); }, RunLoopMode::Default);
