@@ -72,6 +72,16 @@ TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
               QStringList{QStringLiteral("Tue, 11:30 \u2013 Tea & <b>cake</b>")});
 }
 
+TEST_F(StatusViewTest, toolTipDropsTheDateSixDaysAhead) {
+    StatusView view(m_loop, m_clock, m_notifications, m_item);
+    const AlarmPtr alarm = dated({11, 30});
+    alarm->setTime(alarm->storedTime().addDays(8));
+    m_clock.insertAlarm(alarm);
+    m_loop.advance(7 * 24h);
+    EXPECT_EQ(m_item.toolTips.mid(1),
+              (QStringList{QStringLiteral("Wed, 2 Dec, 11:30"), QStringLiteral("Wed, 11:30")}));
+}
+
 TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {
     StatusView view(m_loop, m_clock, m_notifications, m_item);
     m_clock.insertAlarm(timer(7));

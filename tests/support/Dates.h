@@ -7,9 +7,13 @@
 
 namespace dorvane::testing {
 
-// "2026-03-29 02:30:00" (or without seconds) is local time, "2026-03-29T01:30:00Z" is not.
+// "2026-03-29 02:30:00" (or without seconds) is local time, "2026-03-29T01:30:00Z" is not. Without
+// the year it is 2026: "03-29 02:30".
 inline QDateTime at(const char* text) {
-    const QDateTime date = QDateTime::fromString(QString::fromLatin1(text), Qt::ISODate);
+    QString string = QString::fromLatin1(text);
+    if (string.indexOf(QLatin1Char('-')) == 2)
+        string.prepend(QLatin1String("2026-"));
+    const QDateTime date = QDateTime::fromString(string, Qt::ISODate);
     Q_ASSERT(date.isValid());
     return date;
 }
@@ -19,6 +23,19 @@ inline std::string text(const QDateTime& date) {
     return date.isValid()
                ? date.toOffsetFromUtc(date.offsetFromUtc()).toString(Qt::ISODate).toStdString()
                : "none";
+}
+
+// The same in short, without what at() adds, and with whole hours of the offset: "03-29 03:30+02".
+inline std::string brief(const QDateTime& date) {
+    if (!date.isValid())
+        return "none";
+    QString format = QStringLiteral("MM-dd HH:mm");
+    if (date.date().year() != 2026)
+        format.prepend(QLatin1String("yyyy-"));
+    if (date.time().second() != 0)
+        format += QLatin1String(":ss");
+    return date.toString(format).toStdString() +
+           QString::asprintf("%+03d", date.offsetFromUtc() / 3600).toStdString();
 }
 
 } // namespace dorvane::testing
