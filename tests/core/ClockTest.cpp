@@ -52,22 +52,22 @@ private:
     RunLoopTimer m_set;
 };
 
-TEST(ClockDaysTest, reportsWhatATickOnEverySecondWouldReport) {
-    qsizetype rings = 0;
-    for (unsigned seed = 0; seed < 16; ++seed) {
-        RandomDays days(seed);
-        EverySecond literal(days.loop, days.clock);
-        QStringList trace;
-        days.triggered = [&](const AlarmPtr& alarm) { trace << line(days.loop, alarm); };
-        days.answered = [&](const AlarmPtr& alarm) { literal.answered(alarm); };
-        for (int step = 0; step < 50; ++step)
-            days.step();
-        rings += trace.size();
-        EXPECT_EQ(trace.join(u'\n').toStdString(), literal.trace.join(u'\n').toStdString())
-            << "seed " << seed;
-    }
-    EXPECT_GT(rings, 200) << "or nothing was compared";
+// Each seed has another zone, another start and other alarms.
+class ClockDaysTest : public ::testing::TestWithParam<unsigned> {};
+
+TEST_P(ClockDaysTest, reportsWhatATickOnEverySecondWouldReport) {
+    RandomDays days(GetParam());
+    EverySecond literal(days.loop, days.clock);
+    QStringList trace;
+    days.triggered = [&](const AlarmPtr& alarm) { trace << line(days.loop, alarm); };
+    days.answered = [&](const AlarmPtr& alarm) { literal.answered(alarm); };
+    for (int step = 0; step < 50; ++step)
+        days.step();
+    EXPECT_EQ(trace.join(u'\n').toStdString(), literal.trace.join(u'\n').toStdString());
+    EXPECT_GT(trace.size(), 5) << "or nothing was compared";
 }
+
+INSTANTIATE_TEST_SUITE_P(Seeds, ClockDaysTest, ::testing::Range(0U, 10U));
 
 // A clock whose alarms write down when they report; each is then marked triggered, as ringing does.
 class ClockTest : public ::testing::Test, protected AlarmDelegate {
