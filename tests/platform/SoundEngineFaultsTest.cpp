@@ -86,7 +86,7 @@ TEST_F(SoundEngineFaultsTest, hoursOfSoundAreNeitherHeldInMemoryNorWaitedFor) {
     playing.sound->setCurrentTime(Sound::Seconds(0.9 * length));
     ASSERT_TRUE(until([&] { return playing.sound->currentTime().count() > 0.9 * length + 0.1; }));
     EXPECT_LT(s_capture->now() - playing.from, 1 * patience());
-    EXPECT_LT(resident() - before, 100'000'000);
+    EXPECT_LT(resident() - before, 400'000'000) << "a sanitizer keeps what was freed for a while";
 }
 
 TEST_F(SoundEngineFaultsTest, missingServerIsReportedAndAReturnedOneIsUsed) {
