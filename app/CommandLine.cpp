@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
 
+#include "app/Commands.h"
 #include "app/OwnAddress.h"
 
 #include <QMap>
@@ -12,6 +13,7 @@ namespace dorvane {
 namespace {
 
 constexpr const char* help = R"(Usage: dorvane [option] [address]
+       dorvane command [--help] ...
 
 An alarm clock, one-click timers and a break reminder behind a clock icon in the status area.
 While it runs, a second start opens its menu.
@@ -30,6 +32,10 @@ int showVersion() {
 
 int showHelp() {
     std::fputs(help, stdout);
+    if (!commands().empty())
+        std::fputs("\nCommands:\n", stdout);
+    for (const Command& command : commands())
+        std::printf("  %-14s %s\n", qPrintable(command.name), qPrintable(command.help));
     return 0;
 }
 

@@ -2,6 +2,7 @@
 #include "app/Announce.h"
 #include "app/bfApp.h"
 #include "app/CommandLine.h"
+#include "app/Commands.h"
 #include "app/OwnAddress.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
@@ -38,6 +39,8 @@ int statusOf(SingleInstance::Standing standing) {
 
 int main(int argc, char** argv) {
     const QStringList arguments = commandLine(argc, argv);
+    if (const auto status = runCommand(commands(), arguments))
+        return *status;
     const QStringList schemes =
         arguments.isEmpty() ? QStringList() : ownSchemes(mainBundle(LibplistFormat()));
     if (const auto status = answerCommandLine(arguments, schemes))
