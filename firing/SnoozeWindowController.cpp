@@ -138,7 +138,8 @@ void SnoozeWindowController::clearButtonPressed() {
 
 // An alarm that nobody answers is cleared, not snoozed.
 void SnoozeWindowController::setNextAlarm() {
-    clearButtonPressed();
+    m_nextAlarmTimer.cancel();
+    m_delegate.snoozeWindowWasNotAnswered(*this);
 }
 
 void SnoozeWindowController::close() {

@@ -11,8 +11,11 @@ public:
     virtual ~SnoozeWindowControllerDelegate() = default;
 
     virtual void snoozeWindowDidSnooze(SnoozeWindowController& window) = 0;
-    // Also when nobody answered within the alarm's snooze time.
     virtual void snoozeWindowDidClear(SnoozeWindowController& window) = 0;
+    // Nobody answered within the alarm's snooze time, which clears the alarm.
+    virtual void snoozeWindowWasNotAnswered(SnoozeWindowController& window) {
+        snoozeWindowDidClear(window);
+    }
 };
 
 } // namespace dorvane

@@ -183,7 +183,7 @@ void AlarmMenuController::unscheduleAlarm(const AlarmPtr& alarm) {
 // Its window and the flashing stay: clearing from the menu ends the alarm, not the call for
 // attention. That is meant; Delete ends both.
 void AlarmMenuController::clearFromMenu(const AlarmPtr& alarm) {
-    m_ringer.deactivateAlarm(alarm);
+    silence(alarm, RingEvent::Cleared);
     removeAlarm(alarm);
 }
 
@@ -206,8 +206,19 @@ void AlarmMenuController::deleteAlarm(const AlarmPtr& alarm) {
 void AlarmMenuController::endRinging(const AlarmPtr& alarm) {
     if (alarm->context())
         alarm->context()->close();
-    m_ringer.deactivateAlarm(alarm);
+    silence(alarm, RingEvent::Cleared);
     m_statusView.stopFlashing();
+}
+
+void AlarmMenuController::silence(const AlarmPtr& alarm, RingEvent event) {
+    if (alarm->isTriggered())
+        tell(event, alarm);
+    m_ringer.deactivateAlarm(alarm);
+}
+
+void AlarmMenuController::tell(RingEvent event, const AlarmPtr& alarm) const {
+    if (m_surroundings.ringing)
+        m_surroundings.ringing(event, alarm);
 }
 
 void AlarmMenuController::createRespito() {
@@ -229,12 +240,13 @@ void AlarmMenuController::alarmIsNear(const AlarmPtr& alarm) {
 }
 
 void AlarmMenuController::alarmTriggered(const AlarmPtr& alarm) {
+    tell(RingEvent::Rings, alarm);
     m_ringer.activateAlarm(alarm);
 }
 
 void AlarmMenuController::snoozeWindowDidSnooze(SnoozeWindowController& window) {
     const AlarmPtr alarm = window.windowAlarm();
-    m_ringer.deactivateAlarm(alarm);
+    silence(alarm, RingEvent::Snoozed);
     alarm->snooze(qint32(alarm->snoozeTime()));
     m_surroundings.clock.alarmDidChange();
     m_statusView.stopFlashing();
@@ -242,8 +254,16 @@ void AlarmMenuController::snoozeWindowDidSnooze(SnoozeWindowController& window) 
 }
 
 void AlarmMenuController::snoozeWindowDidClear(SnoozeWindowController& window) {
+    endWindow(window, RingEvent::Cleared);
+}
+
+void AlarmMenuController::snoozeWindowWasNotAnswered(SnoozeWindowController& window) {
+    endWindow(window, RingEvent::Unanswered);
+}
+
+void AlarmMenuController::endWindow(SnoozeWindowController& window, RingEvent event) {
     const AlarmPtr alarm = window.windowAlarm();
-    m_ringer.deactivateAlarm(alarm);
+    silence(alarm, event);
     unscheduleAlarm(alarm);
     m_statusView.stopFlashing();
     window.close();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/AlarmDelegate.h"
+#include "core/RingEvent.h"
 #include "editor/AlarmEditorDelegate.h"
 #include "editor/AlarmSetPreController.h"
 #include "firing/AlarmRinger.h"
@@ -63,6 +64,8 @@ public:
         std::function<void()> openPrefs;
         std::function<void()> showGoogleHelp;
         std::function<void()> terminate;
+        // Told what befalls each alarm that rings; must not touch the clock's list. May be empty.
+        std::function<void(RingEvent event, const AlarmPtr& alarm)> ringing = {};
     };
 
     // Shows the icon with its menu.
@@ -112,6 +115,7 @@ public:
     void acceptedPreAlarm(AlarmSetPreController& controller, const AlarmPtr& alarm) override;
     void snoozeWindowDidSnooze(SnoozeWindowController& window) override;
     void snoozeWindowDidClear(SnoozeWindowController& window) override;
+    void snoozeWindowWasNotAnswered(SnoozeWindowController& window) override;
 
 private:
     [[nodiscard]] MenuCommands menuCommands();
@@ -119,7 +123,10 @@ private:
     void showEditor(const AlarmPtr& alarm);
     [[nodiscard]] AlarmSetController* editorOf(const Alarm& alarm) const;
     void editorClosed(const AlarmSetController* editor);
+    void silence(const AlarmPtr& alarm, RingEvent event);
     void endRinging(const AlarmPtr& alarm);
+    void endWindow(SnoozeWindowController& window, RingEvent event);
+    void tell(RingEvent event, const AlarmPtr& alarm) const;
     void takeEdited(const AlarmPtr& old, const AlarmPtr& alarm);
 
     Surroundings m_surroundings;

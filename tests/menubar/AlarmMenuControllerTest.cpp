@@ -40,6 +40,8 @@ TEST_F(AlarmMenuControllerTest, aTimerFromTheMenuToTheSecondRingAndItsEnd) {
     EXPECT_EQ(openWindows(), 0);
     // The tick in the last second before the due time rings.
     EXPECT_THAT(rings(), ElementsAre("59000 ping", "359000 ping"));
+    EXPECT_EQ(m_told.join(u'|').toStdString(),
+              "default rings|default snoozed|default rings|default unanswered");
 }
 
 TEST_F(AlarmMenuControllerTest, whatRepeatsRingsAgainAndWhatDoesNotIsGone) {
@@ -105,7 +107,8 @@ TEST_F(AlarmMenuControllerTest, clearInTheMenuLeavesTheWindowAndDeleteTakesItAlo
     m_controller.deleteAlarm(b);
     EXPECT_EQ(openWindows(), 1);
     EXPECT_TRUE(m_clock.allAlarms().empty());
-    a->context()->close();
+    windowOf(a).clearButtonPressed();
+    EXPECT_EQ(m_told.join(u'|').toStdString(), "b rings|a rings|a cleared|b cleared");
 }
 
 // The panel's copy follows the library by itself.

@@ -95,6 +95,7 @@ protected:
         return found;
     }
 
+    QStringList m_told; // what befell alarms that rang: "tea snoozed"
     Clock m_clock{loop, notifications};
     SoundRepeat m_repeat{loop, player};
     FakeStatusItem m_item;
@@ -118,7 +119,12 @@ protected:
          .breaksRun = {},
          .openPrefs = {},
          .showGoogleHelp = {},
-         .terminate = {}}};
+         .terminate = {},
+         .ringing =
+             [this](RingEvent event, const AlarmPtr& alarm) {
+                 constexpr const char* words[] = {"rings", "snoozed", "cleared", "unanswered"};
+                 m_told << alarm->title() + QLatin1Char(' ') + QLatin1String(words[int(event)]);
+             }}};
 };
 
 } // namespace dorvane::testing
