@@ -3,18 +3,11 @@
 #include "app/PrefController.h"
 #include "platform/Bundle.h"
 #include "platform/linux/session/AutostartLoginItems.h"
-#include "tests/support/LogCapture.h"
+#include "tests/support/Windows.h"
 
 #include <QCheckBox>
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
-using dorvane::testing::LogCapture;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -24,7 +17,7 @@ protected:
     LaunchAtLoginTest() {
         for (const QString& copy : {m_here, m_there}) {
             QDir().mkpath(copy);
-            write(copy + QStringLiteral("/dorvane"), "");
+            write(copy + u"/dorvane"_qs, "");
         }
     }
 
@@ -36,26 +29,26 @@ protected:
 
     void writeItem(const QString& name, const QByteArray& text) const {
         QDir().mkpath(m_folder);
-        write(m_folder + QLatin1Char('/') + name, "[Desktop Entry]\n" + text);
+        write(m_folder + u'/' + name, "[Desktop Entry]\n" + text);
     }
 
     [[nodiscard]] QStringList files() const { return QDir(m_folder).entryList(QDir::Files); }
 
     QTemporaryDir m_root;
-    QString m_here = m_root.filePath(QStringLiteral("my 100% \"$HOME\" `copy`/Dorvane.app"));
-    QString m_there = m_root.filePath(QStringLiteral("there/Dorvane.app"));
-    QString m_folder = m_root.filePath(QStringLiteral("autostart"));
+    QString m_here = m_root.filePath(u"my 100% \"$HOME\" `copy`/Dorvane.app"_qs);
+    QString m_there = m_root.filePath(u"there/Dorvane.app"_qs);
+    QString m_folder = m_root.filePath(u"autostart"_qs);
     AutostartLoginItems m_items{
         {.home = {}, .caches = {}, .configuration = m_root.path(), .data = {}}};
     LaunchAtLoginController m_controller{m_items, m_here};
 };
 
 TEST_F(LaunchAtLoginTest, standsForThisCopyOnceAndInFront) {
-    const QString own = QStringLiteral("com.brackenfold.Dorvane.desktop");
+    const QString own = u"com.brackenfold.Dorvane.desktop"_qs;
     EXPECT_FALSE(m_controller.launchAtLogin());
     m_controller.setLaunchAtLogin(true, m_there);
     EXPECT_FALSE(m_controller.launchAtLogin()) << "another copy does not count";
-    writeItem(QStringLiteral("other.desktop"), "Exec=no-such-program\n");
+    writeItem(u"other.desktop"_qs, "Exec=no-such-program\n");
     m_controller.setLaunchAtLogin(true);
     m_controller.setLaunchAtLogin(true);
     EXPECT_TRUE(m_controller.launchAtLogin());
@@ -63,14 +56,14 @@ TEST_F(LaunchAtLoginTest, standsForThisCopyOnceAndInFront) {
     EXPECT_EQ(m_items.snapshot().front().bundlePath, m_here);
     m_controller.setLaunchAtLogin(false);
     m_controller.setLaunchAtLogin(false);
-    EXPECT_EQ(files(), (QStringList{own, QStringLiteral("other.desktop")}));
+    EXPECT_EQ(files(), (QStringList{own, u"other.desktop"_qs}));
     EXPECT_TRUE(m_controller.willLaunchAtLogin(m_there));
 }
 
 TEST_F(LaunchAtLoginTest, takesASwitchedOffItemForNoneAndTakesItOver) {
     const QByteArray exec = "Exec=" + m_there.toUtf8() + "/dorvane\n";
     for (const char* off : {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n"}) {
-        writeItem(QStringLiteral("com.brackenfold.Dorvane.desktop"), exec + off);
+        writeItem(u"com.brackenfold.Dorvane.desktop"_qs, exec + off);
         EXPECT_FALSE(m_controller.willLaunchAtLogin(m_there)) << off;
         m_controller.setLaunchAtLogin(true, m_there);
         EXPECT_TRUE(m_controller.willLaunchAtLogin(m_there)) << off;
@@ -79,17 +72,16 @@ TEST_F(LaunchAtLoginTest, takesASwitchedOffItemForNoneAndTakesItOver) {
 }
 
 TEST_F(LaunchAtLoginTest, isMirroredByTheBoxWhoeverChangesItAndWhenItCannotBeChanged) {
-    const Bundle bundle(m_here,
-                        {{QStringLiteral("CFBundleExecutable"), QStringLiteral("Dorvane")},
-                         {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("1.0")}});
+    const Bundle bundle(m_here, {{u"CFBundleExecutable"_qs, u"Dorvane"_qs},
+                                 {u"CFBundleShortVersionString"_qs, u"1.0"_qs}});
     QDir().mkpath(m_folder);
     PrefController preferences({.bundle = bundle,
                                 .launchAtLogin = m_controller,
-                                .manual = QUrl(QStringLiteral("file:///manual.html")),
+                                .manual = QUrl(u"file:///manual.html"_qs),
                                 .openUrl = {}});
     preferences.show();
-    EXPECT_EQ(preferences.prefsWindow().windowTitle(), QStringLiteral("Dorvane 1.0"));
-    auto& box = *preferences.prefsWindow().findChild<QCheckBox*>(QStringLiteral("startupCheckBox"));
+    EXPECT_EQ(preferences.prefsWindow().windowTitle(), u"Dorvane 1.0"_qs);
+    auto& box = *preferences.prefsWindow().findChild<QCheckBox*>(u"startupCheckBox"_qs);
     box.click();
     EXPECT_TRUE(m_controller.launchAtLogin());
     QDir(m_folder).remove(files().value(0)); // somebody else's doing

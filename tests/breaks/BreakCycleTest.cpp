@@ -4,17 +4,11 @@
 #include "breaks/PendixTakeABreakSettings.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UserFolders.h"
-#include "tests/support/Dates.h"
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/MemoryDefaults.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Testing.h"
 
-#include <gmock/gmock.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
-using ::testing::ElementsAreArray;
 
 namespace {
 
@@ -32,12 +26,12 @@ public:
         m_isNew = false;
     }
     void begin() override {
-        m_trace.add(QStringLiteral("begin"));
+        m_trace.add(u"begin"_qs);
         m_isVisible = true;
     }
     [[nodiscard]] bool isVisible() const override { return m_isVisible; }
     void end(SheetCode code) override {
-        m_trace.add(QStringLiteral("end %1").arg(int(code)));
+        m_trace.add(u"end %1"_qs.arg(int(code)));
         m_isVisible = false;
         m_completion(code);
     }
@@ -59,8 +53,8 @@ private:
 struct Rig {
     Rig() {
         settings.loadPrefs();
-        settings.setSoundPath(QStringLiteral("in"));
-        settings.setDurationSoundPath(QStringLiteral("out"));
+        settings.setSoundPath(u"in"_qs);
+        settings.setDurationSoundPath(u"out"_qs);
         settings.writePrefs();
     }
 
@@ -71,7 +65,7 @@ struct Rig {
         cycle.enableRespito();
     }
     void setDuration(qint64 minutes) {
-        defaults.setValue(QStringLiteral("PendixTakeABreakDuration"), minutes);
+        defaults.setValue(u"PendixTakeABreakDuration"_qs, minutes);
         settings.loadPrefs();
     }
     [[nodiscard]] bool isOn() {

@@ -12,30 +12,14 @@
 #include "platform/UserFolders.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/PullDownPopUp.h"
-#include "tests/support/Dates.h"
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/FakeWorkspace.h"
 #include "tests/support/MemoryDefaults.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Windows.h"
 
-#include <QAbstractButton>
-#include <QApplication>
 #include <QDialog>
-#include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QSlider>
-#include <QTemporaryDir>
-#include <QTest>
 
-#include <gmock/gmock.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
-using ::testing::ElementsAre;
-using ::testing::EndsWith;
 
 namespace {
 
@@ -58,8 +42,7 @@ protected:
     }
     static QDialog* sheet() {
         for (QWidget* window : QApplication::topLevelWidgets())
-            if (window->objectName() == QStringLiteral("CustomModalWindowController") &&
-                window->isVisible())
+            if (window->objectName() == u"CustomModalWindowController"_qs && window->isVisible())
                 return qobject_cast<QDialog*>(window);
         return nullptr;
     }
@@ -74,7 +57,7 @@ protected:
     VirtualRunLoop m_loop{at("2026-11-23 08:00")};
     Trace m_trace{m_loop};
     QTemporaryDir m_folder;
-    const QString m_tink = m_folder.filePath(QStringLiteral("Dorvane/Rings/Tink.aiff"));
+    const QString m_tink = m_folder.filePath(u"Dorvane/Rings/Tink.aiff"_qs);
     UserFolders m_user{m_folder.path(), m_folder.path(), m_folder.path(), m_folder.path()};
     NotificationCenter m_notifications;
     MemoryDefaults m_defaults;
@@ -108,8 +91,8 @@ protected:
          .library = m_library,
          .workspace = m_workspace,
          .audioPlayer = [this]() -> RespitoAudioPlayerController& { return m_track; },
-         .showRecordingWindow = [this] { m_trace.add(QStringLiteral("record")); },
-         .beep = [this] { m_trace.add(QStringLiteral("beep")); }}};
+         .showRecordingWindow = [this] { m_trace.add(u"record"_qs); },
+         .beep = [this] { m_trace.add(u"beep"_qs); }}};
 };
 
 TEST(BreakFormatterTest, TakesWhatCanBecomeANumberItAllows) {
@@ -121,16 +104,16 @@ TEST(BreakFormatterTest, TakesWhatCanBecomeANumberItAllows) {
         EXPECT_EQ(every.verdictOn(QString::fromLatin1(text)), Refused) << text;
     for (const char* text : {"12a", "5.5", "400x"})
         EXPECT_EQ(every.verdictOn(QString::fromLatin1(text)), RefusedWithBeep) << text;
-    EXPECT_EQ(BreakDurationFormatter([] {}, nullptr).verdictOn(QStringLiteral("1")), Refused);
-    EXPECT_EQ(BreakDurationFormatter([] {}, nullptr).verdictOn(QStringLiteral("60")), Accepted);
-    EXPECT_EQ(BreakRepeatFormatter([] {}, nullptr).verdictOn(QStringLiteral("31")), Refused);
+    EXPECT_EQ(BreakDurationFormatter([] {}, nullptr).verdictOn(u"1"_qs), Refused);
+    EXPECT_EQ(BreakDurationFormatter([] {}, nullptr).verdictOn(u"60"_qs), Accepted);
+    EXPECT_EQ(BreakRepeatFormatter([] {}, nullptr).verdictOn(u"31"_qs), Refused);
 }
 
 TEST_F(BreakWindowsTest, SlidersAndFieldsGoTogetherAndAreStored) {
     m_window.showWindow();
-    EXPECT_EQ(text("textBreakFreq"), QStringLiteral("25"));
+    EXPECT_EQ(text("textBreakFreq"), u"25"_qs);
     find<QSlider>("breakDurationSlider")->setValue(7);
-    EXPECT_EQ(text("textBreakDuration"), QStringLiteral("7"));
+    EXPECT_EQ(text("textBreakDuration"), u"7"_qs);
     EXPECT_EQ(stored("PendixTakeABreakDuration"), 7);
     EXPECT_FALSE(stored("NextDate").isValid());
 
@@ -139,7 +122,7 @@ TEST_F(BreakWindowsTest, SlidersAndFieldsGoTogetherAndAreStored) {
         QTest::keyClicks(find<QLineEdit>("textBreakFreq"), QString::fromLatin1(typed));
     }
     EXPECT_EQ(m_trace.events(), std::vector<std::string>{"0 beep"});
-    EXPECT_EQ(text("textBreakFreq"), QStringLiteral("60"));
+    EXPECT_EQ(text("textBreakFreq"), u"60"_qs);
     EXPECT_EQ(find<QSlider>("breakFreqSlider")->value(), 60);
     EXPECT_EQ(stored("PendixTakeABreakFrequency"), 60);
 
@@ -158,8 +141,8 @@ TEST_F(BreakWindowsTest, StartedFromTheWindowTheBreaksFollowEachOther) {
         m_loop.advance(25min);
         ASSERT_TRUE(sheet()) << left;
         EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
-        EXPECT_EQ(sheet()->findChild<QLabel*>(QStringLiteral("showBreakTime"))->text(),
-                  QStringLiteral("Take a break for %1 mins").arg(QLatin1String(left)));
+        EXPECT_EQ(sheet()->findChild<QLabel*>(u"showBreakTime"_qs)->text(),
+                  u"Take a break for %1 mins"_qs.arg(QLatin1String(left)));
         sheet()->close(); // is done, too
         ASSERT_FALSE(sheet());
     }
@@ -178,7 +161,7 @@ TEST_F(BreakWindowsTest, StoppedInTheWindowTheTimerStillCalls) {
     m_window.showWindow();
     click("stopRespito");
     EXPECT_EQ(stored("PendixRespitoStatus"), 0);
-    EXPECT_EQ(find<QLabel>("nextBreakTime")->text(), QStringLiteral("Respito is Off"));
+    EXPECT_EQ(find<QLabel>("nextBreakTime")->text(), u"Respito is Off"_qs);
     m_loop.advance(25min);
     clickInSheet("preferences");
     m_loop.advance(25min);
@@ -195,10 +178,10 @@ TEST_F(BreakWindowsTest, EachSwitchHasItsSound) {
     };
     choose(1);
     choose(3);
-    EXPECT_EQ(button->currentText(), QStringLiteral("Tink"));
+    EXPECT_EQ(button->currentText(), u"Tink"_qs);
     EXPECT_EQ(stored("PendixTakeABreakSoundPath"), m_tink);
     click("breakDuration");
-    EXPECT_EQ(button->currentText(), QStringLiteral("Basso"));
+    EXPECT_EQ(button->currentText(), u"Basso"_qs);
     click("playButton");
     choose(3);
     EXPECT_EQ(stored("PendixTakeADurationSoundPath"), m_tink);
@@ -209,7 +192,7 @@ TEST_F(BreakWindowsTest, EachSwitchHasItsSound) {
 }
 
 TEST_F(BreakWindowsTest, TheBuiltInStartSoundOpensThePlayerForBothSwitches) {
-    m_defaults.setValue(QStringLiteral("PendixTakeABreakSoundPath"), QStringLiteral("Respito"));
+    m_defaults.setValue(u"PendixTakeABreakSoundPath"_qs, u"Respito"_qs);
     m_window.showWindow();
     click("breakDuration");
     click("playButton");

@@ -3,17 +3,12 @@
 
 #include "platform/NotificationCenter.h"
 #include "platform/UserFolders.h"
-#include "tests/support/Dates.h"
 #include "tests/support/MemoryDefaults.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Testing.h"
 
 #include <QRegularExpression>
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -29,9 +24,8 @@ protected:
 
     static QString text(const PendixTakeABreakSettings& settings) {
         QStringList paths = {settings.soundPath(), settings.durationSoundPath()};
-        paths.replaceInStrings(QRegularExpression(QStringLiteral("^/c/Pendix/Rings/")), {});
-        return QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
-            .arg(settings.enableTakeABreak())
+        paths.replaceInStrings(QRegularExpression(u"^/c/Pendix/Rings/"_qs), {});
+        return u"%1 %2 %3 %4 %5 %6 %7"_qs.arg(settings.enableTakeABreak())
             .arg(settings.takeABreakDuration())
             .arg(settings.takeABreakFrequency())
             .arg(settings.takeARepeatFrequency())
@@ -43,21 +37,21 @@ protected:
     VirtualRunLoop m_loop{at("2026-11-23 08:00")};
     NotificationCenter m_notifications;
     MemoryDefaults m_defaults;
-    UserFolders m_user{.home = {}, .caches = QStringLiteral("/c"), .configuration = {}, .data = {}};
+    UserFolders m_user{.home = {}, .caches = u"/c"_qs, .configuration = {}, .data = {}};
     PendixTakeABreakSettings m_settings{m_defaults, m_user, m_loop, m_notifications};
 };
 
-const auto enable = QStringLiteral("PendixEnableTakeABreak");
-const auto duration = QStringLiteral("PendixTakeABreakDuration");
-const auto frequency = QStringLiteral("PendixTakeABreakFrequency");
-const auto repeat = QStringLiteral("PendixTakeARepeatFrequency");
-const auto show = QStringLiteral("PendixRespitoShowMenu");
-const auto status = QStringLiteral("PendixRespitoStatus");
-const auto sound = QStringLiteral("PendixTakeABreakSoundPath");
-const auto endSound = QStringLiteral("PendixTakeADurationSoundPath");
+const auto enable = u"PendixEnableTakeABreak"_qs;
+const auto duration = u"PendixTakeABreakDuration"_qs;
+const auto frequency = u"PendixTakeABreakFrequency"_qs;
+const auto repeat = u"PendixTakeARepeatFrequency"_qs;
+const auto show = u"PendixRespitoShowMenu"_qs;
+const auto status = u"PendixRespitoStatus"_qs;
+const auto sound = u"PendixTakeABreakSoundPath"_qs;
+const auto endSound = u"PendixTakeADurationSoundPath"_qs;
 
 TEST_F(BreakSettingsTest, WhatIsStoredIsBoundedBeforeItIsCut) {
-    const auto inPath = QStringLiteral("/in");
+    const auto inPath = u"/in"_qs;
     const std::pair<QVariantMap, const char*> table[] = {
         {{}, "5 5 25 8 1 0  Basso.aiff"},
         {{{duration, 1}, {frequency, 4}, {repeat, 0}}, "5 2 5 2 1 0  Basso.aiff"},
@@ -69,18 +63,17 @@ TEST_F(BreakSettingsTest, WhatIsStoredIsBoundedBeforeItIsCut) {
         {{{duration, 7.9}, {frequency, inPath}, {repeat, QVariantList()}},
          "7 7 25 8 1 -1  Basso.aiff"},
         {{{sound, inPath}, {endSound, 5}}, "7 7 25 8 1 -1 /in Basso.aiff"},
-        {{{endSound, QStringLiteral("/out")}}, "7 7 25 8 1 -1 /in /out"},
+        {{{endSound, u"/out"_qs}}, "7 7 25 8 1 -1 /in /out"},
     };
     for (const auto& [stored, expected] : table)
         EXPECT_EQ(loaded(stored).toStdString(), expected);
 }
 
 TEST_F(BreakSettingsTest, WrittenSettingsReachTheDiskByThemselvesAndComeBack) {
-    loaded(
-        {{duration, 3}, {frequency, 60}, {repeat, 4}, {show, 0}, {sound, QStringLiteral("/in")}});
+    loaded({{duration, 3}, {frequency, 60}, {repeat, 4}, {show, 0}, {sound, u"/in"_qs}});
     m_settings.setEnableTakeABreak(0);
     m_settings.setRespitoStatus(1);
-    m_settings.setDurationSoundPath(QStringLiteral("/out"));
+    m_settings.setDurationSoundPath(u"/out"_qs);
     m_settings.writePrefsAndSync();
     EXPECT_FALSE(m_defaults.written().contains(endSound));
     m_loop.advance(2s);

@@ -2,24 +2,12 @@
 #include "breaks/RespitoAudioPlayerController.h"
 
 #include "platform/Bundle.h"
-#include "tests/support/Dates.h"
 #include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/LogCapture.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Windows.h"
 
-#include <QApplication>
-#include <QFile>
-#include <QLabel>
-#include <QSlider>
 #include <QToolButton>
-#include <QtTest/QTest>
 
-#include <gmock/gmock.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
-using ::testing::ElementsAre;
 
 namespace {
 
@@ -30,7 +18,7 @@ class RespitoAudioPlayerTest : public ::testing::Test {
 protected:
     RespitoAudioPlayerTest() {
         m_player.setFile(track, {.duration = 95s, .loadDelay = 200ms});
-        m_controller.setWindowWillClose([this] { m_trace.add(QStringLiteral("closed")); });
+        m_controller.setWindowWillClose([this] { m_trace.add(u"closed"_qs); });
         const LogCapture platformNotes; // of the offscreen platform
         m_controller.showWindow();
     }
@@ -38,7 +26,7 @@ protected:
     template<typename Control>
     static Control& control(const char* name) {
         for (QWidget* window : QApplication::topLevelWidgets())
-            if (window->objectName() == QStringLiteral("RespitoAudioPlayer"))
+            if (window->objectName() == u"RespitoAudioPlayer"_qs)
                 return *window->findChild<Control*>(QString::fromLatin1(name));
         std::abort();
     }
@@ -51,9 +39,9 @@ protected:
             if (control<QWidget>(name).isEnabled())
                 parts << QString::fromLatin1(name).first(4);
         if (!control<QWidget>("playFeedback").isHidden())
-            parts << QStringLiteral("light");
+            parts << u"light"_qs;
         parts << control<QLabel>("startTime").text() << control<QLabel>("endTime").text()
-              << QStringLiteral("at %1").arg(control<QSlider>("timeSlider").value() / 1000.0);
+              << u"at %1"_qs.arg(control<QSlider>("timeSlider").value() / 1000.0);
         return parts.join(u' ').toStdString();
     }
 

@@ -3,26 +3,12 @@
 
 #include "platform/Bundle.h"
 #include "sounds/ReminderStrings.h"
-#include "tests/support/Dates.h"
 #include "tests/support/FakeAudioRecorder.h"
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/FakeWorkspace.h"
-#include "tests/support/LogCapture.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Windows.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QDir>
-#include <QLineEdit>
-#include <QTemporaryDir>
-#include <QtTest/QTest>
-
-#include <algorithm>
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -41,7 +27,7 @@ TEST(RespitoReminderTest, recordsWithOneButtonAndOpensAgain) {
     const Bundle bundle{QStringLiteral(DORVANE_BUNDLE), {}};
     const auto controller = RespitoReminderController::create(
         {loop, center, recorder, player, workspace, bundle, user,
-         [](const QString& path) { return path.endsWith(QStringLiteral(".aiff")); }});
+         [](const QString& path) { return path.endsWith(u".aiff"_qs); }});
     for (const char* title : {"Stand up", "Sit down"}) {
         {
             const LogCapture platformNotes; // of the offscreen platform
@@ -49,11 +35,11 @@ TEST(RespitoReminderTest, recordsWithOneButtonAndOpensAgain) {
         }
         const auto windows = QApplication::topLevelWidgets();
         const auto found =
-            std::ranges::find(windows, QStringLiteral("Record Break Sound"), &QWidget::windowTitle);
+            std::ranges::find(windows, u"Record Break Sound"_qs, &QWidget::windowTitle);
         ASSERT_NE(found, windows.end());
         QWidget* const window = *found;
-        auto& record = *window->findChild<QAbstractButton*>(QStringLiteral("recordButton"));
-        auto& name = *window->findChild<QLineEdit*>(QStringLiteral("reminderTitle"));
+        auto& record = *window->findChild<QAbstractButton*>(u"recordButton"_qs);
+        auto& name = *window->findChild<QLineEdit*>(u"reminderTitle"_qs);
         name.clear();
         EXPECT_FALSE(record.isEnabled());
         name.setText(QString::fromLatin1(title));
@@ -73,7 +59,7 @@ TEST(RespitoReminderTest, recordsWithOneButtonAndOpensAgain) {
         loop.runPending();
     }
     EXPECT_EQ(QDir(ReminderStrings::soundDirectory(user)).entryList(QDir::Files, QDir::Name),
-              QStringList({QStringLiteral("Sit down.aiff"), QStringLiteral("Stand up.aiff")}));
+              QStringList({u"Sit down.aiff"_qs, u"Stand up.aiff"_qs}));
 }
 
 } // namespace

@@ -2,10 +2,9 @@
 #include "core/AlarmArchive.h"
 
 #include "platform/linux/preferences/LibplistFormat.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -14,31 +13,30 @@ QVariant uid(quint64 index) {
 }
 
 QVariantMap classOf(const QVariantList& names) {
-    return {{QStringLiteral("$classname"), names.first()}, {QStringLiteral("$classes"), names}};
+    return {{u"$classname"_qs, names.first()}, {u"$classes"_qs, names}};
 }
 
 QVariantMap record(const QString& key, const QVariant& value, quint64 classIndex) {
-    return {{key, value}, {QStringLiteral("$class"), uid(classIndex)}};
+    return {{key, value}, {u"$class"_qs, uid(classIndex)}};
 }
 
 QVariantMap listRecord(const QVariant& elements, quint64 classIndex) {
-    return record(QStringLiteral("NS.objects"), elements, classIndex);
+    return record(u"NS.objects"_qs, elements, classIndex);
 }
 
 QVariantMap dateRecord(const QVariant& seconds, quint64 classIndex) {
-    return record(QStringLiteral("NS.time"), seconds, classIndex);
+    return record(u"NS.time"_qs, seconds, classIndex);
 }
 
-const QVariant null = QStringLiteral("$null");
-const QVariant object = QStringLiteral("NSObject");
-const QVariantMap alarmClass = classOf({QStringLiteral("Alarm"), object});
-const QVariantMap dateClass = classOf({QStringLiteral("NSDate"), object});
-const QVariantMap listClass =
-    classOf({QStringLiteral("NSMutableArray"), QStringLiteral("NSArray"), object});
+const QVariant null = u"$null"_qs;
+const QVariant object = u"NSObject"_qs;
+const QVariantMap alarmClass = classOf({u"Alarm"_qs, object});
+const QVariantMap dateClass = classOf({u"NSDate"_qs, object});
+const QVariantMap listClass = classOf({u"NSMutableArray"_qs, u"NSArray"_qs, object});
 
 // The record of an alarm with everything at its default, under `changes`.
 QVariantMap alarmRecord(quint64 classIndex, const QVariantMap& changes = {}) {
-    QVariantMap values{{QStringLiteral("$class"), uid(classIndex)}};
+    QVariantMap values{{u"$class"_qs, uid(classIndex)}};
     for (const char* key : {"title", "time", "runTime", "soundPath", "voiceName"})
         values.insert(QLatin1String(key), uid(0));
     for (const char* key : {"ringWithinUnits", "snoozeTime", "selRowNo"})
@@ -54,10 +52,10 @@ QVariantMap alarmRecord(quint64 classIndex, const QVariantMap& changes = {}) {
 }
 
 QVariantMap archive(const QVariantList& objects) {
-    return {{QStringLiteral("$version"), qint64(100000)},
-            {QStringLiteral("$archiver"), QStringLiteral("NSKeyedArchiver")},
-            {QStringLiteral("$top"), QVariantMap{{QStringLiteral("root"), uid(1)}}},
-            {QStringLiteral("$objects"), objects}};
+    return {{u"$version"_qs, qint64(100000)},
+            {u"$archiver"_qs, u"NSKeyedArchiver"_qs},
+            {u"$top"_qs, QVariantMap{{u"root"_qs, uid(1)}}},
+            {u"$objects"_qs, objects}};
 }
 
 class AlarmArchiveTest : public ::testing::Test {
@@ -94,31 +92,30 @@ protected:
 // and its class comes last; texts, classes and repeated objects are shared.
 TEST_F(AlarmArchiveTest, writesTheLayoutOfTheFormatsOwnArchiver) {
     const AlarmPtr first = Alarm::create();
-    first->setTitle(QStringLiteral("Tee"));
-    first->setVoiceName(QStringLiteral("Tee"));
+    first->setTitle(u"Tee"_qs);
+    first->setVoiceName(u"Tee"_qs);
     first->setTime(QDateTime(QDate(2001, 1, 1), QTime(0, 1, 0, 250), Qt::UTC));
     first->setSnoozeTime((qint64(1) << 32) + 9); // archived in 32 bits
     const AlarmPtr second = Alarm::create();
-    second->setTitle(QStringLiteral("$null")); // in the table, this text means nil
-    second->setSoundPath(QStringLiteral(""));
+    second->setTitle(u"$null"_qs); // in the table, this text means nil
+    second->setSoundPath(u""_qs);
     second->setRunTime(QDateTime(QDate(2000, 12, 31), QTime(23, 59), Qt::UTC));
     first->setIsTriggered(true);
     first->setIsActive(true);
     first->snooze(5);
 
-    const QVariantMap firstRecord = alarmRecord(6, {{QStringLiteral("title"), uid(3)},
-                                                    {QStringLiteral("voiceName"), uid(3)},
-                                                    {QStringLiteral("time"), uid(4)},
-                                                    {QStringLiteral("snoozeTime"), qint64(9)}});
-    const QVariantMap secondRecord = alarmRecord(6, {{QStringLiteral("title"), uid(8)},
-                                                     {QStringLiteral("runTime"), uid(10)},
-                                                     {QStringLiteral("soundPath"), uid(11)}});
-    const QVariantMap stringClass = classOf({QStringLiteral("NSString"), object});
+    const QVariantMap firstRecord = alarmRecord(6, {{u"title"_qs, uid(3)},
+                                                    {u"voiceName"_qs, uid(3)},
+                                                    {u"time"_qs, uid(4)},
+                                                    {u"snoozeTime"_qs, qint64(9)}});
+    const QVariantMap secondRecord = alarmRecord(
+        6, {{u"title"_qs, uid(8)}, {u"runTime"_qs, uid(10)}, {u"soundPath"_qs, uid(11)}});
+    const QVariantMap stringClass = classOf({u"NSString"_qs, object});
     expectSame(archived({first, second, first}),
                archive({null, listRecord(QVariantList{uid(2), uid(7), uid(2)}, 12), firstRecord,
-                        QStringLiteral("Tee"), dateRecord(60.25, 5), dateClass, alarmClass,
-                        secondRecord, record(QStringLiteral("NS.string"), null, 9), stringClass,
-                        dateRecord(-60.0, 5), QString(QLatin1String("")), listClass}),
+                        u"Tee"_qs, dateRecord(60.25, 5), dateClass, alarmClass, secondRecord,
+                        record(u"NS.string"_qs, null, 9), stringClass, dateRecord(-60.0, 5),
+                        QString(QLatin1String("")), listClass}),
                QString());
 }
 
@@ -132,12 +129,12 @@ TEST_F(AlarmArchiveTest, everyFieldIsReadIntoItsOwnPlace) {
             value = true;
         } else if (defaults[key].typeId() == QMetaType::LongLong) {
             value = qint64(-7);
-        } else if (key.endsWith(QStringLiteral("ime"))) {
+        } else if (key.endsWith(u"ime"_qs)) {
             value = uid(3);
             referred = {dateRecord(814900500.123, 4), dateClass};
         } else if (!key.startsWith(u'$')) {
             value = uid(3);
-            referred = {QStringLiteral("Größe ⏰")};
+            referred = {u"Größe ⏰"_qs};
         } else {
             continue;
         }
@@ -166,22 +163,20 @@ TEST_F(AlarmArchiveTest, readsOtherSpellings) {
     const QDateTime moment(QDate(2026, 11, 21), QTime(6, 30), Qt::UTC);
     const auto read = unarchive(archive(
         {null, listRecord(QVariantList{uid(2)}, 8),
-         QVariantMap{{QStringLiteral("$class"), uid(7)},
-                     {QStringLiteral("title"), uid(3)},
-                     {QStringLiteral("voiceName"), uid(4)},
-                     {QStringLiteral("time"), uid(5)},
-                     {QStringLiteral("runTime"), uid(6)},
-                     {QStringLiteral("selRowNo"), 2.0},
-                     {QStringLiteral("RunOnSunday"), qint64(1)}},
-         record(QStringLiteral("NS.string"), QStringLiteral("Wecker"), 9),
-         record(QStringLiteral("NS.string"), QByteArray("Anna"), 9), dateRecord(qint64(60), 10),
-         moment, alarmClass, classOf({QStringLiteral("NSArray"), object}),
-         classOf({QStringLiteral("NSMutableString"), QStringLiteral("NSString"), object}),
-         dateClass}));
+         QVariantMap{{u"$class"_qs, uid(7)},
+                     {u"title"_qs, uid(3)},
+                     {u"voiceName"_qs, uid(4)},
+                     {u"time"_qs, uid(5)},
+                     {u"runTime"_qs, uid(6)},
+                     {u"selRowNo"_qs, 2.0},
+                     {u"RunOnSunday"_qs, qint64(1)}},
+         record(u"NS.string"_qs, u"Wecker"_qs, 9), record(u"NS.string"_qs, QByteArray("Anna"), 9),
+         dateRecord(qint64(60), 10), moment, alarmClass, classOf({u"NSArray"_qs, object}),
+         classOf({u"NSMutableString"_qs, u"NSString"_qs, object}), dateClass}));
     EXPECT_TRUE(read.isComplete);
-    const AlarmPtr expected = Alarm::initWithTime(
-        QDateTime(QDate(2001, 1, 1), QTime(0, 1), Qt::UTC), QStringLiteral("Wecker"));
-    expected->setVoiceName(QStringLiteral("Anna"));
+    const AlarmPtr expected =
+        Alarm::initWithTime(QDateTime(QDate(2001, 1, 1), QTime(0, 1), Qt::UTC), u"Wecker"_qs);
+    expected->setVoiceName(u"Anna"_qs);
     expected->setRunTime(moment);
     expected->setSelRowNo(Alarm::Weekly);
     expected->setWeekdays({Weekday::Sunday});
@@ -199,7 +194,7 @@ TEST_F(AlarmArchiveTest, badEntryDoesNotTakeTheOthersAlong) {
         QVariant entry;
         bool isLeftOut = false;
     } cases[] = {
-        {"an entry that is a text", QStringLiteral("Alarm"), true},
+        {"an entry that is a text", u"Alarm"_qs, true},
         {"an entry that is another entry's reference", uid(2), true},
         {"an entry without class", QVariantMap(), true},
         {"a class beyond the table", alarmRecord(99), true},
@@ -208,23 +203,22 @@ TEST_F(AlarmArchiveTest, badEntryDoesNotTakeTheOthersAlong) {
         {"a title beyond the table", changed("title", uid(~quint64(0)))},
         {"a title that is the alarm", changed("title", uid(3))},
         {"a title that is a number", changed("title", qint64(5))},
-        {"a time that is a text", changed("time", QStringLiteral("07:00"))},
+        {"a time that is a text", changed("time", u"07:00"_qs)},
         {"a time that is a class", changed("time", uid(4))},
         {"a time without end", changed("time", dateRecord(1e300, 4))},
         {"a time before the calendar", changed("time", dateRecord(-1e11, 4))},
         {"a number that is a real beyond it", changed("ringWithinUnits", 1e19)},
         {"a number that is huge", changed("selRowNo", ~quint64(0))},
         {"a number of more than 32 bits", changed("snoozeTime", qint64(1) << 31)},
-        {"a flag that is a text", changed("isPlaySound", QStringLiteral("YES"))},
+        {"a flag that is a text", changed("isPlaySound", u"YES"_qs)},
     };
     for (const auto& each : cases) {
-        const auto read =
-            unarchive(archive({null, listRecord(QVariantList{uid(3), uid(2)}, 6),
-                               alarmRecord(4, {{QStringLiteral("title"), uid(5)}}), each.entry,
-                               alarmClass, QStringLiteral("good"), listClass}));
+        const auto read = unarchive(archive({null, listRecord(QVariantList{uid(3), uid(2)}, 6),
+                                             alarmRecord(4, {{u"title"_qs, uid(5)}}), each.entry,
+                                             alarmClass, u"good"_qs, listClass}));
         EXPECT_EQ(read.isComplete, !each.isLeftOut) << each.what;
         ASSERT_EQ(read.alarms.size(), each.isLeftOut ? 1U : 2U) << each.what;
-        EXPECT_EQ(read.alarms.back()->title(), QStringLiteral("good")) << each.what;
+        EXPECT_EQ(read.alarms.back()->title(), u"good"_qs) << each.what;
         if (!each.isLeftOut)
             expectSame(archived({read.alarms.front()}), archived({Alarm::create()}),
                        QLatin1String(each.what));
@@ -239,17 +233,17 @@ TEST_F(AlarmArchiveTest, whatIsNoArchiveOfAListIsAnEmptyIncompleteList) {
     };
     const QVariant cases[] = {
         QVariantList(),
-        with("$objects", QVariantList{null, QStringLiteral("root")}),
+        with("$objects", QVariantList{null, u"root"_qs}),
         with("$objects", QVariantList{null, listRecord(uid(1), 2)}),
         with("$top", uid(1)),
         with("$top", QVariantMap()),
-        with("$top", QVariantMap{{QStringLiteral("root"), uid(0)}}),
-        with("$top", QVariantMap{{QStringLiteral("root"), uid(3)}}),
-        with("$top", QVariantMap{{QStringLiteral("x"), uid(1)}, {QStringLiteral("y"), uid(1)}}),
+        with("$top", QVariantMap{{u"root"_qs, uid(0)}}),
+        with("$top", QVariantMap{{u"root"_qs, uid(3)}}),
+        with("$top", QVariantMap{{u"x"_qs, uid(1)}, {u"y"_qs, uid(1)}}),
     };
     for (const QVariant& tree : cases)
         EXPECT_FALSE(unarchive(tree).isComplete) << m_format.binary(tree)->constData();
-    EXPECT_TRUE(unarchive(with("$top", QVariantMap{{QStringLiteral("$0"), uid(1)}})).isComplete)
+    EXPECT_TRUE(unarchive(with("$top", QVariantMap{{u"$0"_qs, uid(1)}})).isComplete)
         << "a single object at the top is the root under any key";
     EXPECT_TRUE(m_archive.unarchive(m_archive.archivedData({})).isComplete) << "an empty list";
 }

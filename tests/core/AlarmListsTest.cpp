@@ -6,15 +6,10 @@
 #include "core/StoredAlarms.h"
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "tests/support/AlarmOf.h"
-#include "tests/support/LogCapture.h"
 #include "tests/support/MemoryDefaults.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -116,8 +111,8 @@ TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
     run.library.put(*egg, {});
     tea->setRingWithinUnits(4);
     other.put(*tea, {});
-    other.removeAlarm(QStringLiteral("egg"));
-    run.library.removeAlarm(QStringLiteral("egg")); // not there any more: nothing happens
+    other.removeAlarm(u"egg"_qs);
+    run.library.removeAlarm(u"egg"_qs); // not there any more: nothing happens
     run.library.updateAlarmList(egg);
     tea->setRingWithinUnits(7);
     run.library.updateAlarmList(tea);
@@ -126,10 +121,10 @@ TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
 }
 
 TEST_F(AlarmListsTest, whatCannotBeReadIsKeptOnceAndAsItWas) {
-    const QString key = QStringLiteral("StoredAlarmsKey");
+    const QString key = u"StoredAlarmsKey"_qs;
     Run run(at("2026-11-23 06:00"));
     const QVariant values[] = {QByteArray("not an archive"), QByteArray("neither"),
-                               QStringLiteral("not even data"), QByteArray("neither")};
+                               u"not even data"_qs, QByteArray("neither")};
     const LogCapture log;
     for (const QVariant& value : values) {
         run.defaults.setValue(key, value);
@@ -139,9 +134,9 @@ TEST_F(AlarmListsTest, whatCannotBeReadIsKeptOnceAndAsItWas) {
     run.library.put(*run.start({.title = "tea", .minutes = 3}), {});
     QVariantMap kept = run.defaults.written();
     kept.remove(key);
-    EXPECT_EQ(kept, (QVariantMap{{key + QStringLiteral(".damaged-1"), values[0]},
-                                 {key + QStringLiteral(".damaged-2"), values[1]},
-                                 {key + QStringLiteral(".damaged-3"), values[2]}}));
+    EXPECT_EQ(kept, (QVariantMap{{key + u".damaged-1"_qs, values[0]},
+                                 {key + u".damaged-2"_qs, values[1]},
+                                 {key + u".damaged-3"_qs, values[2]}}));
     EXPECT_EQ(log.messages().size(), 3);
 }
 

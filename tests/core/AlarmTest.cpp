@@ -3,13 +3,10 @@
 
 #include "core/AlarmDelegate.h"
 #include "tests/support/AlarmOf.h"
+#include "tests/support/Testing.h"
 #include "tests/support/ZoneScope.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -137,9 +134,9 @@ TEST(AlarmTest, comparesItsStoredTimeWithTheDueTimeOfTheOther) {
 }
 
 TEST(AlarmTest, describesItselfWithAndWithoutATitle) {
-    EXPECT_EQ(Alarm::create()->description(), QStringLiteral("Alarm at (null) (no reminder)"));
+    EXPECT_EQ(Alarm::create()->description(), u"Alarm at (null) (no reminder)"_qs);
     EXPECT_EQ((AlarmOf{.title = "Tea %1", .time = "11-21 07:00"}.alarm()->description()),
-              QStringLiteral("Alarm at 2026-11-21T07:00:00+01:00 (\"Tea %1\")"));
+              u"Alarm at 2026-11-21T07:00:00+01:00 (\"Tea %1\")"_qs);
 }
 
 } // namespace

@@ -3,19 +3,14 @@
 
 #include "core/WholeSecond.h"
 #include "tests/support/RandomDays.h"
+#include "tests/support/Testing.h"
 
-#include <QStringList>
-
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
 QString line(const RunLoop& loop, const AlarmPtr& alarm) {
-    return loop.now().toUTC().toString(QStringLiteral("MM-dd HH:mm:ss ")) + alarm->title();
+    return loop.now().toUTC().toString(u"MM-dd HH:mm:ss "_qs) + alarm->title();
 }
 
 // A clock that asks every alarm on every second, the moment late that a timer is; what it would
@@ -78,7 +73,7 @@ protected:
         alarm->setIsTriggered(true);
     }
     void note(const char* what, const AlarmPtr& alarm) {
-        m_trace += "|" + m_loop.now().toString(QStringLiteral("HH:mm:ss")).toStdString() + what +
+        m_trace += "|" + m_loop.now().toString(u"HH:mm:ss"_qs).toStdString() + what +
                    alarm->title().toStdString();
     }
     AlarmPtr running(const AlarmOf& values) {

@@ -2,12 +2,9 @@
 #include "core/LocalTime.h"
 
 #include "core/Weekday.h"
-#include "tests/support/Dates.h"
+#include "tests/support/Testing.h"
 #include "tests/support/ZoneScope.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
 
 namespace {

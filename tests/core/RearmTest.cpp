@@ -3,10 +3,8 @@
 
 #include "core/NextOccurrence.h"
 #include "tests/support/AlarmOf.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
 
 namespace {
@@ -41,9 +39,8 @@ TEST(NextOccurrenceTest, firstDateOfAWeekdayAlarm) {
         const QString name = weekdayName(now.date());
         EXPECT_EQ(brief(firstWeekdayDate(c.ticked, at(c.time), now, name)), c.expected) << c.name;
     }
-    EXPECT_EQ(
-        firstWeekdayDate({Fri}, at("11-25 07:30"), at("11-25 08:00"), QStringLiteral("Mittwoch")),
-        at("11-25 07:30"))
+    EXPECT_EQ(firstWeekdayDate({Fri}, at("11-25 07:30"), at("11-25 08:00"), u"Mittwoch"_qs),
+              at("11-25 07:30"))
         << "a day name that is not English";
 }
 

@@ -8,26 +8,14 @@
 #include "editor/TitleBox.h"
 #include "sounds/PullDownPopUp.h"
 #include "tests/editor/EditorFixture.h"
-#include "tests/support/Dates.h"
-#include "tests/support/LogCapture.h"
+#include "tests/support/Windows.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QDateEdit>
-#include <QLabel>
-#include <QMenu>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QtTest/QTest>
 
-#include <algorithm>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using ::testing::ElementsAre;
 
 namespace {
 

@@ -3,13 +3,11 @@
 
 #include "editor/sheets/ClockFacePainter.h"
 #include "editor/sheets/ClockHands.h"
+#include "tests/support/Windows.h"
 
-#include <QtTest/QTest>
 #include <QWheelEvent>
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
+using namespace dorvane::testing;
 
 namespace {
 

@@ -15,13 +15,7 @@
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/FakeSpeechService.h"
 #include "tests/support/FakeWorkspace.h"
-#include "tests/support/Trace.h"
-#include "tests/support/VirtualRunLoop.h"
-
-#include <QTemporaryDir>
-
-#include <functional>
-#include <vector>
+#include "tests/support/Testing.h"
 
 namespace dorvane::testing {
 
@@ -36,7 +30,7 @@ public:
         , speech(loop, trace)
         , workspace(trace)
         , bundle(QStringLiteral(DORVANE_TEST_BUNDLE), {})
-        , defaults(folder.filePath(QStringLiteral("defaults.plist")), format, loop)
+        , defaults(folder.filePath(u"defaults.plist"_qs), format, loop)
         , archive(format)
         , library(defaults, archive, notifications)
         , storage(loop, {folder.path(), folder.path(), folder.path(), folder.path()}, {}, player,

@@ -4,10 +4,8 @@
 #include "editor/AlarmForm.h"
 #include "editor/IntervalRule.h"
 #include "editor/SoundPreview.h"
-#include "tests/support/Dates.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
 #include <limits>
 
 namespace dorvane {

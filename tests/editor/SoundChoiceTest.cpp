@@ -2,27 +2,13 @@
 #include "sounds/PullDownPopUp.h"
 #include "sounds/SoundFileWell.h"
 #include "tests/editor/EditorFixture.h"
-#include "tests/support/Dates.h"
-#include "tests/support/LogCapture.h"
+#include "tests/support/Windows.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QDir>
 #include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QSlider>
-#include <QtTest/QTest>
 #include <QWindow>
 
-#include <algorithm>
-#include <gmock/gmock.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
-using ::testing::ElementsAre;
 
 namespace {
 

@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/TimePicker.h"
 
-#include "tests/support/Dates.h"
+#include "tests/support/Windows.h"
 
 #include <QHBoxLayout>
-#include <QLineEdit>
-#include <QtTest/QTest>
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
 
 namespace {

@@ -8,23 +8,11 @@
 #include "firing/SoundRepeat.h"
 #include "firing/TextSpeaker.h"
 #include "firing/WindowPlace.h"
-#include "tests/support/Dates.h"
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/FakeSpeechService.h"
-#include "tests/support/LogCapture.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Windows.h"
 
-#include <QApplication>
-#include <QLabel>
-#include <QPushButton>
-#include <QtTest/QTest>
-
-#include <gmock/gmock.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
-using ::testing::ElementsAre;
 
 namespace {
 
@@ -42,14 +30,14 @@ protected:
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    void startFlashing() override { m_trace.add(QStringLiteral("flash")); }
+    void startFlashing() override { m_trace.add(u"flash"_qs); }
     void stopFlashing() override {}
     [[nodiscard]] QPoint placeFor(QSize) const override { return {300, 40}; }
     void snoozeWindowDidSnooze(SnoozeWindowController& window) override {
-        m_trace.add(window.windowAlarm()->title() + QStringLiteral(" snoozed"));
+        m_trace.add(window.windowAlarm()->title() + u" snoozed"_qs);
     }
     void snoozeWindowDidClear(SnoozeWindowController& window) override {
-        m_trace.add(window.windowAlarm()->title() + QStringLiteral(" cleared"));
+        m_trace.add(window.windowAlarm()->title() + u" cleared"_qs);
         window.close();
     }
 
@@ -81,8 +69,7 @@ protected:
     static QList<QWidget*> windows() {
         QList<QWidget*> visible;
         for (QWidget* widget : QApplication::topLevelWidgets())
-            if (widget->objectName() == QStringLiteral("SnoozeWindowController") &&
-                widget->isVisible())
+            if (widget->objectName() == u"SnoozeWindowController"_qs && widget->isVisible())
                 visible << widget;
         return visible;
     }
@@ -106,7 +93,7 @@ protected:
     FakeSpeechService m_speech{m_loop, m_trace};
     TextSpeaker m_speaker{m_speech};
     AlarmRinger m_ringer{{m_loop, m_player, m_repeat, m_speaker, *this, *this, *this,
-                          [](const QString& path) { return path == QStringLiteral("ping"); }}};
+                          [](const QString& path) { return path == u"ping"_qs; }}};
     std::vector<AlarmPtr> m_alarms;
 };
 
@@ -142,7 +129,7 @@ TEST_F(RingingTest, otherSoundPlaysOnceAndStopsWithItsAlarmOrTheNextOrFades) {
 }
 
 TEST_F(RingingTest, spokenTitleComesBeforeTheSoundOfAnAlarmThatStillRings) {
-    m_player.setFile(QStringLiteral("song"), {.duration = 2s});
+    m_player.setFile(u"song"_qs, {.duration = 2s});
     const AlarmPtr snoozed = ring({"tea", "song", "Zoe"});
     m_loop.advance(500ms);
     m_ringer.deactivateAlarm(snoozed);
@@ -170,7 +157,7 @@ TEST_F(RingingTest, preparedAlarmRingsAtOnceAndAsItIsThen) {
     m_loop.advance(10s);
     m_ringer.activateAlarm(tea);
     m_loop.advance(5s);
-    cake->setSoundPath(QStringLiteral("other"));
+    cake->setSoundPath(u"other"_qs);
     m_ringer.activateAlarm(cake);
     m_loop.advance(6s);
     EXPECT_THAT(m_trace.events(), ElementsAre("0 Zoe learns nap", "10000 song play", "10000 flash",
@@ -183,7 +170,7 @@ TEST_F(RingingTest, preparedAlarmRingsAtOnceAndAsItIsThen) {
 
 TEST_F(RingingTest, whateverCannotBeHeardStillGetsItsWindowAndTheFlashing) {
     const LogCapture log;
-    m_player.setFile(QStringLiteral("gone"), {.isPlayable = false});
+    m_player.setFile(u"gone"_qs, {.isPlayable = false});
     ring({"silent"});
     ring({"gone", "gone"});
     m_ringer.deactivateAlarm(ring({"answered elsewhere before its turn"}));
@@ -195,7 +182,7 @@ TEST_F(RingingTest, whateverCannotBeHeardStillGetsItsWindowAndTheFlashing) {
     EXPECT_EQ(std::count(m_trace.events().begin(), m_trace.events().end(), "0 flash"), 4);
     EXPECT_TRUE(mute->isTriggered());
     EXPECT_TRUE(log.messages().contains(
-        QStringLiteral("dorvane.firing: cannot speak: the voice Gone is not installed")));
+        u"dorvane.firing: cannot speak: the voice Gone is not installed"_qs));
 }
 
 TEST_F(RingingTest, eachWindowAnswersForItsOwnAlarmAndAnUnansweredOneClearsIt) {
@@ -211,18 +198,18 @@ TEST_F(RingingTest, eachWindowAnswersForItsOwnAlarmAndAnUnansweredOneClearsIt) {
 }
 
 TEST_F(RingingTest, windowShowsATitleOfAnyLengthInTwoLines) {
-    const QString word = QStringLiteral("Donaudampfschifffahrt");
-    const QString bins = QStringLiteral("take the bins out ");
-    const QString wide = QStringLiteral("\u8d77\u5e8a");
+    const QString word = u"Donaudampfschifffahrt"_qs;
+    const QString bins = u"take the bins out "_qs;
+    const QString wide = u"\u8d77\u5e8a"_qs;
     const struct {
         QString title, begin;
         bool isCut = false;
     } cases[] = {
-        {QStringLiteral("<b>Tea</b> & cake"), QStringLiteral("<b>Tea</b> & cake")},
+        {u"<b>Tea</b> & cake"_qs, u"<b>Tea</b> & cake"_qs},
         {{}, {}},
-        {word.repeated(2) + QStringLiteral(" now"), word},
+        {word.repeated(2) + u" now"_qs, word},
         {word.repeated(500), word, true},
-        {bins.repeated(20), bins + QStringLiteral("take"), true},
+        {bins.repeated(20), bins + u"take"_qs, true},
         {wide.repeated(80), wide, true},
     };
     for (const auto& [title, begin, isCut] : cases) {
@@ -231,7 +218,7 @@ TEST_F(RingingTest, windowShowsATitleOfAnyLengthInTwoLines) {
         m_ringer.activateAlarm(titled);
         m_loop.advance(1s);
         const QWidget& window = *windows().front();
-        const auto label = window.findChild<QLabel*>(QStringLiteral("titleLabel"));
+        const auto label = window.findChild<QLabel*>(u"titleLabel"_qs);
         SCOPED_TRACE(label->text().toStdString());
         EXPECT_TRUE(label->text().startsWith(begin));
         EXPECT_EQ(label->text().endsWith(u'\u2026'), isCut);
@@ -239,8 +226,7 @@ TEST_F(RingingTest, windowShowsATitleOfAnyLengthInTwoLines) {
         EXPECT_LE(label->text().count(u'\n'), 1);
         EXPECT_LE(label->fontMetrics().size(0, label->text()).width(), label->width());
         EXPECT_EQ(label->textFormat(), Qt::PlainText);
-        EXPECT_EQ(window.findChild<QLabel*>(QStringLiteral("timeLabel"))->text(),
-                  QStringLiteral("Tue, 7:30"));
+        EXPECT_EQ(window.findChild<QLabel*>(u"timeLabel"_qs)->text(), u"Tue, 7:30"_qs);
         titled->context()->close();
     }
 }

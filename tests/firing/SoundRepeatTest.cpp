@@ -2,20 +2,14 @@
 #include "firing/SoundRepeat.h"
 
 #include "firing/FadingSound.h"
-#include "tests/support/Dates.h"
 #include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Testing.h"
 
-#include <gmock/gmock.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
-using ::testing::ElementsAre;
 
 namespace {
 
-const QString file = QStringLiteral("a");
+const QString file = u"a"_qs;
 
 class SoundRepeatTest : public ::testing::Test {
 protected:
@@ -45,8 +39,8 @@ TEST_F(SoundRepeatTest, startsThreeTimesOneDurationApartAndThenLetsGo) {
 }
 
 TEST_F(SoundRepeatTest, unplayableFilesAreLetGoAndTheNextOneTriesAgain) {
-    m_player.setFile(QStringLiteral("bad"), {.isPlayable = false});
-    m_repeat.playSoundAtPath(QStringLiteral("bad"), 3);
+    m_player.setFile(u"bad"_qs, {.isPlayable = false});
+    m_repeat.playSoundAtPath(u"bad"_qs, 3);
     m_player.hasServer = false;
     m_repeat.playSoundAtPath(file, 3);
     m_loop.advance(1ms);

@@ -2,19 +2,12 @@
 #include "firing/TextSpeaker.h"
 
 #include "firing/VoiceMenuTarget.h"
-#include "tests/support/Dates.h"
 #include "tests/support/FakeSpeechService.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Windows.h"
 
-#include <QMenu>
 #include <QScreen>
-#include <QtTest/QTest>
 
-#include <gmock/gmock.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using ::testing::ElementsAre;
 
 namespace {
 
@@ -22,10 +15,10 @@ class TextSpeakerTest : public ::testing::Test, protected VoiceMenuTarget {
 protected:
     TextSpeakerTest() {
         m_speaker.setTarget(this);
-        m_menu.addAction(QStringLiteral("Select Voice"));
+        m_menu.addAction(u"Select Voice"_qs);
     }
     void voiceSelected(const QAction& item) override {
-        m_trace.add(item.data().toString() + QStringLiteral(" selected"));
+        m_trace.add(item.data().toString() + u" selected"_qs);
     }
 
     VirtualRunLoop m_loop{at("2026-11-24 07:30")};
@@ -42,26 +35,25 @@ TEST_F(TextSpeakerTest, menuKeepsItsFaceAndHoldsEachVoiceOnce) {
     QStringList titles;
     for (const QAction* item : m_menu.actions())
         titles << item->text();
-    EXPECT_EQ(titles, (QStringList{QStringLiteral("Select Voice"), QStringLiteral("Anna"),
-                                   QStringLiteral("Tom && Tim"), QStringLiteral("Zoe")}));
+    EXPECT_EQ(titles, (QStringList{u"Select Voice"_qs, u"Anna"_qs, u"Tom && Tim"_qs, u"Zoe"_qs}));
     m_menu.actions().at(2)->trigger();
-    m_speaker.speakText(QStringLiteral("tea"), 2);
-    m_speaker.speakText(QStringLiteral("none"), 0);
-    m_speaker.speakText(QStringLiteral("none"), 4);
+    m_speaker.speakText(u"tea"_qs, 2);
+    m_speaker.speakText(u"none"_qs, 0);
+    m_speaker.speakText(u"none"_qs, 4);
     EXPECT_THAT(m_trace.events(), ElementsAre("0 Tom & Tim selected", "0 Tom & Tim says tea"));
 }
 
 TEST_F(TextSpeakerTest, menuOfManyVoicesFitsTheScreenAndIsSearchedByTyping) {
     m_speech.voices.clear();
     for (int i = 0; i < 130; ++i)
-        m_speech.voices << QStringLiteral("Voice %1").arg(i);
-    m_speech.voices << QStringLiteral("Welsh") << QStringLiteral("Western Armenian");
+        m_speech.voices << u"Voice %1"_qs.arg(i);
+    m_speech.voices << u"Welsh"_qs << u"Western Armenian"_qs;
     m_speaker.fillMenuWithVoices(&m_menu);
     m_loop.runPending();
     m_menu.popup({});
     EXPECT_LE(m_menu.height(), m_menu.screen()->size().height());
     EXPECT_LT(m_menu.width(), 200) << "one column";
-    QTest::keyClicks(&m_menu, QStringLiteral("wes"));
+    QTest::keyClicks(&m_menu, u"wes"_qs);
     QTest::keyClick(&m_menu, Qt::Key_Return);
     EXPECT_THAT(m_trace.events(), ElementsAre("0 Western Armenian selected"));
 }
@@ -71,7 +63,7 @@ TEST_F(TextSpeakerTest, menuAndSpeakerMayBeGoneBeforeTheVoicesAreKnown) {
     auto speaker = std::make_unique<TextSpeaker>(m_speech);
     m_speaker.fillMenuWithVoices(menu.get());
     speaker->fillMenuWithVoices(&m_menu);
-    speaker->speakText(QStringLiteral("tea"), 1);
+    speaker->speakText(u"tea"_qs, 1);
     menu.reset();
     speaker.reset();
     m_loop.runPending();

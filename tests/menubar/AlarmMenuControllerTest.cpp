@@ -3,15 +3,9 @@
 
 #include "core/NotificationNames.h"
 #include "tests/menubar/MenuFixture.h"
+#include "tests/support/Windows.h"
 
-#include <QLineEdit>
-
-#include <gmock/gmock.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
-using ::testing::ElementsAre;
 
 namespace {
 
@@ -21,12 +15,12 @@ TEST_F(AlarmMenuControllerTest, aTimerFromTheMenuToTheSecondRingAndItsEnd) {
     m_controller.createPreAlarm(45); // the library keeps the last one only
     m_controller.clearFromMenu(m_clock.allAlarms().front());
     const QImage idle = m_item.shown();
-    choose({QStringLiteral("Timer..."), QStringLiteral("1 min")});
+    choose({u"Timer..."_qs, u"1 min"_qs});
     ASSERT_EQ(m_clock.allAlarms().size(), 1u);
     const AlarmPtr timer = m_clock.allAlarms().front();
     loop.advance(200ms);
     EXPECT_NE(m_item.shown(), idle) << "the wedge";
-    EXPECT_EQ(storedTitles(), QStringList{QStringLiteral("default")});
+    EXPECT_EQ(storedTitles(), QStringList{u"default"_qs});
     EXPECT_EQ(library.alarms()->front()->ringWithinUnits(), 1);
 
     loop.advance(60s);
@@ -118,8 +112,7 @@ TEST_F(AlarmMenuControllerTest, savingListsAnAlarmOnceAndDeletingItThereForgetsI
         QStringList texts;
         for (const PanelMenuEntry& entry : m_item.panelMenu)
             texts << entry.text;
-        return texts.mid(texts.indexOf(QStringLiteral("Inactive alarms:")) + 1)
-            .filter(QStringLiteral("tea"));
+        return texts.mid(texts.indexOf(u"Inactive alarms:"_qs) + 1).filter(u"tea"_qs);
     };
     const AlarmPtr tea = dated("tea", 30);
     EXPECT_EQ(listed().size(), 0);
@@ -153,12 +146,12 @@ TEST_F(AlarmMenuControllerTest, oneAlarmHasOneEditorWhichMayBeClosedTwice) {
 }
 
 TEST_F(AlarmMenuControllerTest, settingWhatRingsEndsItsRingingFirst) {
-    player.setFile(QStringLiteral("tea"), {.duration = 60s});
+    player.setFile(u"tea"_qs, {.duration = 60s});
     const AlarmPtr old = schedule(timerAlarm(1), "tea");
     loop.advance(61s);
     m_controller.editAlarm(old);
     AlarmSetController& window = *openEditors().front();
-    window.findChild<QLineEdit*>(QStringLiteral("inTimeField"))->setText(QStringLiteral("3"));
+    window.findChild<QLineEdit*>(u"inTimeField"_qs)->setText(u"3"_qs);
     set(window);
     EXPECT_EQ(openWindows(), 0);
     loop.advance(10min);

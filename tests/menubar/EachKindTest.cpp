@@ -3,11 +3,8 @@
 // answered in its window. Time, panel, sound and voices are virtual.
 #include "editor/TitleBox.h"
 #include "tests/menubar/MenuFixture.h"
+#include "tests/support/Windows.h"
 
-#include <QLineEdit>
-#include <QtTest/QTest>
-
-using namespace dorvane;
 using namespace dorvane::testing;
 
 namespace {
@@ -58,12 +55,12 @@ protected:
     EachKindTest() {
         speech.whenVoicesKnown([] {});
         loop.runPending();
-        store(QStringLiteral("Tea"), [](Alarm& alarm) {
+        store(u"Tea"_qs, [](Alarm& alarm) {
             alarm.setSnoozeTime(7);
             alarm.setIsPlaySound(true);
-            alarm.setSoundPath(QStringLiteral("/bell"));
+            alarm.setSoundPath(u"/bell"_qs);
             alarm.setIsSpeakAlarmName(true);
-            alarm.setVoiceName(QStringLiteral("Zoe"));
+            alarm.setVoiceName(u"Zoe"_qs);
         });
     }
 
@@ -75,7 +72,7 @@ protected:
     }
 
     static void use(const AlarmSetController& window, const QString& control) {
-        const QString name = control.section(QLatin1Char('='), 0, 0);
+        const QString name = control.section(u'=', 0, 0);
         const auto widget = window.findChild<QWidget*>(name);
         ASSERT_TRUE(widget && widget->isEnabled()) << qPrintable(name);
         if (const auto button = qobject_cast<QAbstractButton*>(widget))
@@ -83,7 +80,7 @@ protected:
         widget->setFocus(Qt::TabFocusReason);
         if (const auto field = qobject_cast<QLineEdit*>(widget))
             field->selectAll();
-        QTest::keyClicks(widget, control.section(QLatin1Char('='), 1));
+        QTest::keyClicks(widget, control.section(u'=', 1));
         QTest::keyClick(widget, Qt::Key_Tab);
     }
 
@@ -114,12 +111,10 @@ protected:
             return "silent";
         open("SnoozeWindowController")
             .front()
-            ->findChild<QPushButton*>(how == Answer::Snooze ? QStringLiteral("snoozeButton")
-                                                            : QStringLiteral("clearButton"))
+            ->findChild<QPushButton*>(how == Answer::Snooze ? u"snoozeButton"_qs
+                                                            : u"clearButton"_qs)
             ->click();
-        return QLocale::c()
-            .toString(loop.now().addSecs(-2), QStringLiteral("ddd dd HH:mm:ss"))
-            .toStdString();
+        return QLocale::c().toString(loop.now().addSecs(-2), u"ddd dd HH:mm:ss"_qs).toStdString();
     }
 
     // Whole seconds after the test began to run, asleep not counted.

@@ -3,11 +3,8 @@
 
 #include "tests/menubar/MenuAlarms.h"
 #include "tests/menubar/RecordedCommands.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
 
 namespace {
@@ -36,17 +33,17 @@ protected:
 // A line for each entry: title, subtitle in brackets, what a click does.
 void outline(const std::vector<MenuEntry>& entries, const QString& indent, QStringList& lines) {
     for (const MenuEntry& entry : entries) {
-        QString line = indent + (entry.isSeparator ? QStringLiteral("--") : entry.title);
+        QString line = indent + (entry.isSeparator ? u"--"_qs : entry.title);
         if (!entry.subtitle.isEmpty())
-            line += QStringLiteral(" [%1]").arg(entry.subtitle);
+            line += u" [%1]"_qs.arg(entry.subtitle);
         QStringList trace;
         const MenuCommands commands = recordedCommands(trace);
         if (const auto command = commandOf(entry, commands))
             command();
         if (!trace.isEmpty())
-            line += QStringLiteral(" = ") + trace.join(u',');
+            line += u" = "_qs + trace.join(u',');
         lines << line;
-        outline(entry.children, indent + QStringLiteral("  "), lines);
+        outline(entry.children, indent + u"  "_qs, lines);
     }
 }
 
@@ -87,7 +84,7 @@ TEST_F(MainMenuEntriesTest, nothingRunsAndNothingIsStored) {
     EXPECT_EQ(outlineOf(mainMenuEntries(state)), "Active alarms:\nNo Alarms\n" +
                                                      std::string(settablePart) +
                                                      "Start = startRespito" + applicationPart);
-    state.noAlarmString = QStringLiteral("All quiet");
+    state.noAlarmString = u"All quiet"_qs;
     state.storedAlarms.emplace(); // a store that cannot be read
     const std::string outline = outlineOf(mainMenuEntries(state));
     EXPECT_TRUE(outline.starts_with("Active alarms:\nAll quiet\n--"));
@@ -96,9 +93,9 @@ TEST_F(MainMenuEntriesTest, nothingRunsAndNothingIsStored) {
 
 TEST_F(MainMenuEntriesTest, runningAndStoredAlarms) {
     MainMenuState state =
-        stateWith({datedAlarm(m_loop, {18, 5}, QStringLiteral("Tea & cake")), timerDueIn(600)});
-    state.storedAlarms = {{datedAlarm(m_loop, {9, 0}, QStringLiteral("not listed")),
-                           storedAlarm(m_loop, {7, 30}, QStringLiteral("Up"))}};
+        stateWith({datedAlarm(m_loop, {18, 5}, u"Tea & cake"_qs), timerDueIn(600)});
+    state.storedAlarms = {
+        {datedAlarm(m_loop, {9, 0}, u"not listed"_qs), storedAlarm(m_loop, {7, 30}, u"Up"_qs)}};
     state.breaksRun = true;
     EXPECT_EQ(outlineOf(mainMenuEntries(state)), std::string(R"(Active alarms:
 Tue, 18:05 [Tea & cake]

@@ -6,17 +6,11 @@
 #include "tests/menubar/MenuAlarms.h"
 #include "tests/menubar/RecordedCommands.h"
 #include "tests/support/FakeStatusItem.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Windows.h"
 
 #include <QAccessible>
-#include <QTest>
 
-#include <gtest/gtest.h>
-#include <memory>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -60,14 +54,14 @@ protected:
     NotificationCenter m_notifications;
     Clock m_clock{m_loop, m_notifications};
     QStringList m_trace;
-    std::vector<AlarmPtr> m_stored{storedAlarm(m_loop, {11, 0}, QStringLiteral("Up"))};
+    std::vector<AlarmPtr> m_stored{storedAlarm(m_loop, {11, 0}, u"Up"_qs)};
     StatusMenu m_menu{m_loop};
     FakeStatusItem m_item;
     std::unique_ptr<MainMenuConstructor> m_constructor;
 };
 
 TEST_F(MainMenuTest, parentItemActsOnClickAndReturnAndOpensOnTheArrow) {
-    const QStringList setsUp{QStringLiteral("setAlarm Up")};
+    const QStringList setsUp{u"setAlarm Up"_qs};
     open();
     click(m_menu, item(m_menu, "Tue, 11:00 Up"));
     EXPECT_EQ(done(), setsUp) << "click";
@@ -84,7 +78,7 @@ TEST_F(MainMenuTest, parentItemActsOnClickAndReturnAndOpensOnTheArrow) {
     ASSERT_TRUE(submenu->isVisible());
     QTest::keyClick(submenu, Qt::Key_Down);
     QTest::keyClick(submenu, Qt::Key_Return);
-    EXPECT_EQ(done(), QStringList{QStringLiteral("deleteAlarm Up")}) << "Right, Down, Return";
+    EXPECT_EQ(done(), QStringList{u"deleteAlarm Up"_qs}) << "Right, Down, Return";
 
     open();
     const QPoint row = m_menu.actionGeometry(item(m_menu, "Tue, 11:00 Up")).center();
@@ -110,16 +104,15 @@ TEST_F(MainMenuTest, itemsWithoutCommandOrWithAMissingOneAreDisabled) {
     for (const QAction* action : m_menu.actions())
         if (!action->isEnabled())
             disabled << action->text();
-    EXPECT_EQ(disabled,
-              (QStringList{QStringLiteral("Active alarms:"), QStringLiteral("No Alarms"),
-                           QStringLiteral("Inactive alarms:"), QStringLiteral("Help...")}));
+    EXPECT_EQ(disabled, (QStringList{u"Active alarms:"_qs, u"No Alarms"_qs, u"Inactive alarms:"_qs,
+                                     u"Help..."_qs}));
     click(m_menu, item(m_menu, "Active alarms:"));
     click(m_menu, item(m_menu, "Tue, 11:00 Up"));
     EXPECT_TRUE(m_menu.isVisible());
 }
 
 TEST_F(MainMenuTest, openMenuHoldsUpTimersAndStaysAsItIs) {
-    const AlarmPtr alarm = dated(QStringLiteral("Tea"));
+    const AlarmPtr alarm = dated(u"Tea"_qs);
     m_clock.insertAlarm(alarm);
     open();
     EXPECT_EQ(alarm->menuItem(), item(m_menu, "Tue, 11:00 Tea"));
@@ -141,7 +134,7 @@ TEST_F(MainMenuTest, openMenuHoldsUpTimersAndStaysAsItIs) {
 }
 
 TEST_F(MainMenuTest, commandMayRebuildTheMenuThatItCameFrom) {
-    m_clock.insertAlarm(dated(QStringLiteral("Tea")));
+    m_clock.insertAlarm(dated(u"Tea"_qs));
     open();
     QMenu* submenu = item(m_menu, "Tue, 11:00 Tea")->menu();
     m_menu.setActiveAction(item(m_menu, "Tue, 11:00 Tea"));
@@ -149,16 +142,16 @@ TEST_F(MainMenuTest, commandMayRebuildTheMenuThatItCameFrom) {
     click(*submenu, item(*submenu, "Clear"));
     m_clock.removeAlarm(m_clock.allAlarms().front());
     m_constructor->constructMenu();
-    EXPECT_EQ(done(), QStringList{QStringLiteral("clearFromMenu Tea")});
+    EXPECT_EQ(done(), QStringList{u"clearFromMenu Tea"_qs});
 }
 
 // A line for each entry: its title, what makes it itself, whether it is disabled.
 QStringList outline(const std::vector<PanelMenuEntry>& entries, const QString& indent = {}) {
     QStringList lines;
     for (const PanelMenuEntry& entry : entries) {
-        lines << indent + (entry.isSeparator ? QStringLiteral("--") : entry.text) +
+        lines << indent + (entry.isSeparator ? u"--"_qs : entry.text) +
                      (entry.key == entry.text ? QString() : u'|' + entry.key) +
-                     (entry.isEnabled || entry.isSeparator ? QString() : QStringLiteral(" off"));
+                     (entry.isEnabled || entry.isSeparator ? QString() : u" off"_qs);
         lines << outline(entry.children, indent + u' ');
     }
     return lines;
@@ -166,37 +159,36 @@ QStringList outline(const std::vector<PanelMenuEntry>& entries, const QString& i
 
 TEST_F(MainMenuTest, aPanelGetsTheMenuWhenEntriesChangeAndItsTextsWhenItOpens) {
     m_clock.insertAlarm(timerAlarm(5));
-    m_stored = {storedAlarm(m_loop, {11, 0}, QStringLiteral("Down_ & up"))};
-    m_clock.insertAlarm(dated(QStringLiteral("Tea")));
+    m_stored = {storedAlarm(m_loop, {11, 0}, u"Down_ & up"_qs)};
+    m_clock.insertAlarm(dated(u"Tea"_qs));
     m_loop.runPending();
     const auto menu = [this] { return outline(m_item.panelMenu); };
     const QStringList shown = menu();
     EXPECT_EQ(shown.mid(0, 11).join(u','),
-              QStringLiteral("Active alarms: off,Tue, 11:00 Tea|, Edit..., Clear, Save, Delete,"
-                             "In 4 mins at 10:05|, Edit..., Clear, Delete,--"));
-    EXPECT_EQ(shown.mid(shown.indexOf(QStringLiteral("Inactive alarms: off")), 6).join(u','),
-              QStringLiteral("Inactive alarms: off,Tue, 11:00 Down_ & up|Down_ & up, Set, Edit...,"
-                             " Delete,--"));
+              u"Active alarms: off,Tue, 11:00 Tea|, Edit..., Clear, Save, Delete,"
+              "In 4 mins at 10:05|, Edit..., Clear, Delete,--"_qs);
+    EXPECT_EQ(shown.mid(shown.indexOf(u"Inactive alarms: off"_qs), 6).join(u','),
+              u"Inactive alarms: off,Tue, 11:00 Down_ & up|Down_ & up, Set, Edit...,"
+              " Delete,--"_qs);
     EXPECT_EQ(m_item.panelMenu[1].subject, m_clock.allAlarms()[0]);
 
     m_loop.advance(90s);
     EXPECT_EQ(menu(), shown);
     m_item.panelMenuWillOpen();
-    EXPECT_EQ(menu()[6], QStringLiteral("In 3 mins at 10:05|"));
+    EXPECT_EQ(menu()[6], u"In 3 mins at 10:05|"_qs);
     m_loop.defer(m_item.panelMenu[12].children.front().chosen);
-    EXPECT_EQ(done(), QStringList{QStringLiteral("setAlarm Down_ & up")});
+    EXPECT_EQ(done(), QStringList{u"setAlarm Down_ & up"_qs});
 }
 
 TEST_F(MainMenuTest, anyTitleLeavesTheMenuWhole) {
-    const QString titles[] = {
-        QStringLiteral("&Tea & && cake&"),
-        QStringLiteral("line\nline\ttab\u2029"),
-        QString(10'000, u'W'),
-        QStringLiteral("\u05e9\u05dc\u05d5\u05dd \u0645\u0631\u062d\u0628\u0627"),
-        QStringLiteral("\U0001F469\u200D\U0001F680").repeated(40),
-        QString(u'\u001f'),
-        QString(),
-        QString(3000, QChar(0x0301))};
+    const QString titles[] = {u"&Tea & && cake&"_qs,
+                              u"line\nline\ttab\u2029"_qs,
+                              QString(10'000, u'W'),
+                              u"\u05e9\u05dc\u05d5\u05dd \u0645\u0631\u062d\u0628\u0627"_qs,
+                              u"\U0001F469\u200D\U0001F680"_qs.repeated(40),
+                              QString(u'\u001f'),
+                              QString(),
+                              QString(3000, QChar(0x0301))};
     for (const QString& title : titles)
         m_clock.insertAlarm(dated(title));
     open();
@@ -204,8 +196,7 @@ TEST_F(MainMenuTest, anyTitleLeavesTheMenuWhole) {
     EXPECT_LT(m_menu.width(), 320);
     const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&m_menu);
     ASSERT_NE(accessible, nullptr);
-    EXPECT_EQ(accessible->child(8)->text(QAccessible::Name),
-              QStringLiteral("Tue, 11:00 &Tea & && cake&"));
+    EXPECT_EQ(accessible->child(8)->text(QAccessible::Name), u"Tue, 11:00 &Tea & && cake&"_qs);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "core/Alarm.h"
 #include "platform/RunLoop.h"
+#include "tests/support/Testing.h"
 
 namespace dorvane::testing {
 

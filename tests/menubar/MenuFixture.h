@@ -9,13 +9,8 @@
 #include "platform/Appearance.h"
 #include "tests/editor/EditorFixture.h"
 #include "tests/menubar/MenuAlarms.h"
-#include "tests/support/Dates.h"
 #include "tests/support/FakeStatusItem.h"
-
-#include <QApplication>
-#include <QPushButton>
-
-#include <gtest/gtest.h>
+#include "tests/support/Windows.h"
 
 namespace dorvane::testing {
 
@@ -82,7 +77,7 @@ protected:
     }
     static void set(AlarmSetController& window) {
         for (QPushButton* button : window.findChildren<QPushButton*>())
-            if (button->text() == QStringLiteral("&Set"))
+            if (button->text() == u"&Set"_qs)
                 button->click();
     }
 
@@ -113,7 +108,7 @@ protected:
          .speech = speech,
          .isSystemSound = [](const QString&) { return false; },
          .makeEditor = [this] { return std::make_unique<AlarmSetController>(services()); },
-         .presetSoundPath = [] { return QStringLiteral("ping"); },
+         .presetSoundPath = [] { return u"ping"_qs; },
          .sharedRespito = {},
          .breakCycle = {},
          .breaksRun = {},

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MenuItemExtras.h"
 #include "menubar/OneLine.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -15,17 +14,15 @@ TEST(MenuTitles, subtitleIsCutToItsWidth) {
         double widthOfPart;
         QString expected;
     };
-    const QString forty = QStringLiteral("abcdefghijklmnopqrstuvwxyzabcdefghijklmn");
+    const QString forty = u"abcdefghijklmnopqrstuvwxyzabcdefghijklmn"_qs;
     const Case cases[] = {
         {"fits", forty, 124.9, u' ' + forty},
-        {"just does not", forty, 125.0, u' ' + forty.left(38) + QStringLiteral("...")},
-        {"twice as wide", forty, 250.0, u' ' + forty.left(17) + QStringLiteral("...")},
-        {"one huge letter", QStringLiteral("W"), 900.0, QStringLiteral("...")},
-        {"ends inside an emoji", QStringLiteral("ab\U0001F600\U0001F600\U0001F600"), 200.0,
-         QStringLiteral(" ab...")},
-        {"ends before an accent", QStringLiteral("abe\u0301fgh"), 170.0, QStringLiteral(" ab...")},
-        {"ten thousand", QString(10'000, u'x'), 60'000.0,
-         u' ' + QString(17, u'x') + QStringLiteral("...")},
+        {"just does not", forty, 125.0, u' ' + forty.left(38) + u"..."_qs},
+        {"twice as wide", forty, 250.0, u' ' + forty.left(17) + u"..."_qs},
+        {"one huge letter", u"W"_qs, 900.0, u"..."_qs},
+        {"ends inside an emoji", u"ab\U0001F600\U0001F600\U0001F600"_qs, 200.0, u" ab..."_qs},
+        {"ends before an accent", u"abe\u0301fgh"_qs, 170.0, u" ab..."_qs},
+        {"ten thousand", QString(10'000, u'x'), 60'000.0, u' ' + QString(17, u'x') + u"..."_qs},
     };
     for (const Case& c : cases) {
         const auto width = [&](const QString& part) {
@@ -37,9 +34,9 @@ TEST(MenuTitles, subtitleIsCutToItsWidth) {
 }
 
 TEST(MenuTitles, oneLine) {
-    EXPECT_EQ(oneLine(QStringLiteral("a\nb\tc\u2028d"), 100), QStringLiteral("a b c d"));
-    EXPECT_EQ(oneLine(QStringLiteral("abcdef"), 6), QStringLiteral("abcdef"));
-    EXPECT_EQ(oneLine(QStringLiteral("abcdefg"), 6), QStringLiteral("abcdef..."));
+    EXPECT_EQ(oneLine(u"a\nb\tc\u2028d"_qs, 100), u"a b c d"_qs);
+    EXPECT_EQ(oneLine(u"abcdef"_qs, 6), u"abcdef"_qs);
+    EXPECT_EQ(oneLine(u"abcdefg"_qs, 6), u"abcdef..."_qs);
 }
 
 } // namespace

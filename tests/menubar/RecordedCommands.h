@@ -2,8 +2,7 @@
 #pragma once
 
 #include "menubar/MenuCommands.h"
-
-#include <QStringList>
+#include "tests/support/Testing.h"
 
 namespace dorvane::testing {
 
@@ -19,8 +18,7 @@ inline MenuCommands recordedCommands(QStringList& trace) {
     };
     return {
         .createAlarm = plain("createAlarm"),
-        .createPreAlarm =
-            [&trace](int minutes) { trace << QStringLiteral("createPreAlarm %1").arg(minutes); },
+        .createPreAlarm = [&trace](int minutes) { trace << u"createPreAlarm %1"_qs.arg(minutes); },
         .editAlarm = onAlarm("editAlarm"),
         .clearFromMenu = onAlarm("clearFromMenu"),
         .saveFromMenu = onAlarm("saveFromMenu"),

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/StatusPicture.h"
 
-#include "tests/support/LogCapture.h"
+#include "tests/support/Testing.h"
 
 #include <QPainter>
 
 #include <cmath>
-#include <gtest/gtest.h>
 #include <numbers>
 
-using namespace dorvane;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -79,9 +78,9 @@ TEST(StatusPicture, ringAndWedgeAreSeenOnPanelsOfAnyColour) {
         }
     }
     const dorvane::testing::LogCapture capture;
-    picture.setBackgroundImage(QStringLiteral("/none.svg"));
+    picture.setBackgroundImage(u"/none.svg"_qs);
     EXPECT_EQ(at(picture.image({30, 60}, 22), 0, 3).lightness(), 0) << "the wedge alone";
-    EXPECT_TRUE(capture.messages().join(u'\n').contains(QStringLiteral("none.svg")));
+    EXPECT_TRUE(capture.messages().join(u'\n').contains(u"none.svg"_qs));
 }
 
 } // namespace

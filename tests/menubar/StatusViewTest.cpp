@@ -6,13 +6,9 @@
 #include "tests/menubar/MenuAlarms.h"
 #include "tests/support/FakeStatusItem.h"
 #include "tests/support/RandomDays.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-#include <string>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -55,9 +51,9 @@ TEST(StatusViewDaysTest, lookAtAnyTimeFindsNothingNew) {
 
 TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
     StatusView view(m_loop, m_clock, m_notifications, m_item);
-    EXPECT_EQ(m_item.toolTips, QStringList{QStringLiteral("Dorvane")});
+    EXPECT_EQ(m_item.toolTips, QStringList{u"Dorvane"_qs});
     for (int i = 0; i < 50; ++i)
-        m_clock.insertAlarm(dated({11, 30}, QStringLiteral("Tea\n& <b>cake</b>")));
+        m_clock.insertAlarm(dated({11, 30}, u"Tea\n& <b>cake</b>"_qs));
     m_loop.runPending();
     EXPECT_EQ(m_item.iconsSent, 2) << "one pass for fifty changes";
 
@@ -68,8 +64,7 @@ TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
     EXPECT_EQ(m_loop.firings() - before, 10) << "one a minute";
     EXPECT_EQ(m_item.iconsSent, 2 + 10);
     EXPECT_TRUE(shows(30, 50));
-    EXPECT_EQ(m_item.toolTips.mid(1),
-              QStringList{QStringLiteral("Tue, 11:30 \u2013 Tea & <b>cake</b>")});
+    EXPECT_EQ(m_item.toolTips.mid(1), QStringList{u"Tue, 11:30 \u2013 Tea & <b>cake</b>"_qs});
 }
 
 TEST_F(StatusViewTest, toolTipDropsTheDateSixDaysAhead) {
@@ -78,8 +73,7 @@ TEST_F(StatusViewTest, toolTipDropsTheDateSixDaysAhead) {
     alarm->setTime(alarm->storedTime().addDays(8));
     m_clock.insertAlarm(alarm);
     m_loop.advance(7 * 24h);
-    EXPECT_EQ(m_item.toolTips.mid(1),
-              (QStringList{QStringLiteral("Wed, 2 Dec, 11:30"), QStringLiteral("Wed, 11:30")}));
+    EXPECT_EQ(m_item.toolTips.mid(1), (QStringList{u"Wed, 2 Dec, 11:30"_qs, u"Wed, 11:30"_qs}));
 }
 
 TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {

@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/preferences/AtomicFile.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
+#include "tests/support/Testing.h"
 
 #include <csignal>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-using namespace dorvane;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -31,7 +28,7 @@ extern "C" int fsync(int descriptor) {
     struct stat status {};
     ::fstat(descriptor, &status);
     if (!watched.isEmpty())
-        synced << (S_ISDIR(status.st_mode) ? QStringLiteral("folder ") : QStringLiteral("file ")) +
+        synced << (S_ISDIR(status.st_mode) ? u"folder "_qs : u"file "_qs) +
                       QString::fromLatin1(contents(watched).first(1));
     return int(::syscall(SYS_fsync, descriptor));
 }
@@ -40,7 +37,7 @@ namespace {
 
 class AtomicFileTest : public ::testing::Test {
 protected:
-    AtomicFileTest() : m_path(m_folder.filePath(QStringLiteral("file"))) {}
+    AtomicFileTest() : m_path(m_folder.filePath(u"file"_qs)) {}
 
     QTemporaryDir m_folder;
     QString m_path;
@@ -53,7 +50,7 @@ TEST_F(AtomicFileTest, isOnTheDiskBeforeItTakesTheOldOnesPlaceAndSoIsItsNameAfte
     watched = m_path;
     EXPECT_FALSE(writeFileAtomically(m_path, m_new));
     watched.clear();
-    EXPECT_EQ(synced, (QStringList{QStringLiteral("file o"), QStringLiteral("folder n")}));
+    EXPECT_EQ(synced, (QStringList{u"file o"_qs, u"folder n"_qs}));
 }
 
 TEST_F(AtomicFileTest, fullDiskLeavesTheOldFileAndNoRubbish) {
@@ -68,12 +65,12 @@ TEST_F(AtomicFileTest, fullDiskLeavesTheOldFileAndNoRubbish) {
     std::signal(SIGXFSZ, before);
     ::setrlimit(RLIMIT_FSIZE, &limit);
     EXPECT_EQ(contents(m_path), m_old);
-    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("file")});
+    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), QStringList{u"file"_qs});
 }
 
 TEST_F(AtomicFileTest, keepsPermissionsAndLinks) {
-    const QString target = m_folder.filePath(QStringLiteral("elsewhere"));
-    ASSERT_TRUE(QFile::link(QStringLiteral("elsewhere"), m_path));
+    const QString target = m_folder.filePath(u"elsewhere"_qs);
+    ASSERT_TRUE(QFile::link(u"elsewhere"_qs, m_path));
     EXPECT_FALSE(writeFileAtomically(m_path, "made behind a link that led nowhere"));
     const auto userOnly = QFile::ReadUser | QFile::WriteUser | QFile::ReadOwner | QFile::WriteOwner;
     EXPECT_EQ(QFile::permissions(target), userOnly);
@@ -86,14 +83,14 @@ TEST_F(AtomicFileTest, keepsPermissionsAndLinks) {
 }
 
 TEST_F(AtomicFileTest, saysWhatWentWrong) {
-    const QString folder = m_folder.filePath(QStringLiteral("folder"));
-    ASSERT_TRUE(QDir().mkpath(folder + QStringLiteral("/inside")));
-    const QString circle = m_folder.filePath(QStringLiteral("circle"));
+    const QString folder = m_folder.filePath(u"folder"_qs);
+    ASSERT_TRUE(QDir().mkpath(folder + u"/inside"_qs));
+    const QString circle = m_folder.filePath(u"circle"_qs);
     ASSERT_TRUE(QFile::link(circle, circle));
-    const QString cases[] = {folder, circle, m_folder.filePath(QStringLiteral("missing/file"))};
+    const QString cases[] = {folder, circle, m_folder.filePath(u"missing/file"_qs)};
     for (const QString& path : cases)
         EXPECT_TRUE(writeFileAtomically(path, m_new)) << qPrintable(path);
-    EXPECT_TRUE(QDir(folder).exists(QStringLiteral("inside")));
+    EXPECT_TRUE(QDir(folder).exists(u"inside"_qs));
     EXPECT_TRUE(QDir(m_folder.path()).entryList(QDir::Files | QDir::NoSymLinks).isEmpty());
 }
 

@@ -5,21 +5,17 @@
 #include "platform/linux/session/LogindPowerMonitor.h"
 #include "platform/linux/session/UnixSignals.h"
 #include "tests/support/BusTest.h"
+#include "tests/support/Windows.h"
 
-#include <QApplication>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDesktopServices>
-#include <QFile>
-#include <QTest>
 #include <QToolTip>
 #include <QUrl>
 
 #include <csignal>
-#include <utility>
 
-using namespace dorvane;
-using dorvane::testing::BusTest;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -32,16 +28,16 @@ using LogindTest = BusTest;
 using WorkspaceTest = BusTest;
 
 TEST_F(LogindTest, tellsOfWakingUpAndNotOfFallingAsleep) {
-    ASSERT_TRUE(m_theirs.registerService(QStringLiteral("org.freedesktop.login1")));
+    ASSERT_TRUE(m_theirs.registerService(u"org.freedesktop.login1"_qs));
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_address.toUtf8());
     LogindPowerMonitor monitor;
     int woken = 0;
     monitor.setPoweredOn([&] { ++woken; });
     settle(); // it starts to listen
     for (const bool goingToSleep : {true, false})
-        m_theirs.send(QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/login1"),
-                                                 QStringLiteral("org.freedesktop.login1.Manager"),
-                                                 QStringLiteral("PrepareForSleep"))
+        m_theirs.send(QDBusMessage::createSignal(u"/org/freedesktop/login1"_qs,
+                                                 u"org.freedesktop.login1.Manager"_qs,
+                                                 u"PrepareForSleep"_qs)
                       << goingToSleep);
     EXPECT_TRUE(QTest::qWaitFor([&] { return woken == 1; }));
     settle();
@@ -55,14 +51,13 @@ class FakePortal : public QObject {
 
 public:
     explicit FakePortal(QDBusConnection bus) {
-        bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
+        bus.registerObject(u"/org/freedesktop/portal/desktop"_qs, this,
                            QDBusConnection::ExportAllContents);
-        EXPECT_TRUE(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+        EXPECT_TRUE(bus.registerService(u"org.freedesktop.portal.Desktop"_qs));
     }
 
     void change(const QString& key, uint value) {
-        Q_EMIT SettingChanged(QStringLiteral("org.freedesktop.appearance"), key,
-                              QDBusVariant(value));
+        Q_EMIT SettingChanged(u"org.freedesktop.appearance"_qs, key, QDBusVariant(value));
     }
 
 public Q_SLOTS:
@@ -114,7 +109,7 @@ void expectDarkAndReadable(const QPalette& palette) {
 }
 
 TEST_F(AppearanceTest, followsThePortalAndWithoutAPreferenceThePalette) {
-    const auto scheme = QStringLiteral("color-scheme");
+    const auto scheme = u"color-scheme"_qs;
     setPaletteDark(false);
     FakePortal portal(m_theirs);
     PortalAppearance appearance(m_ours);
@@ -123,7 +118,7 @@ TEST_F(AppearanceTest, followsThePortalAndWithoutAPreferenceThePalette) {
     EXPECT_TRUE(becomes(appearance, true, 1));
     expectDarkAndReadable(QApplication::palette());
     EXPECT_EQ(QToolTip::palette(), QApplication::palette());
-    portal.change(QStringLiteral("contrast"), 0);
+    portal.change(u"contrast"_qs, 0);
     EXPECT_TRUE(becomes(appearance, true, 0));
     portal.change(scheme, 2);
     EXPECT_TRUE(becomes(appearance, false, 1));
@@ -158,35 +153,33 @@ public Q_SLOTS:
 
 TEST_F(WorkspaceTest, revealsInTheFileManagerOrElseOpensTheFolder) {
     FakeFileManager manager;
-    QDesktopServices::setUrlHandler(QStringLiteral("file"), &manager, "open");
-    m_theirs.registerObject(QStringLiteral("/org/freedesktop/FileManager1"), &manager,
+    QDesktopServices::setUrlHandler(u"file"_qs, &manager, "open");
+    m_theirs.registerObject(u"/org/freedesktop/FileManager1"_qs, &manager,
                             QDBusConnection::ExportAllSlots);
-    ASSERT_TRUE(m_theirs.registerService(QStringLiteral("org.freedesktop.FileManager1")));
+    ASSERT_TRUE(m_theirs.registerService(u"org.freedesktop.FileManager1"_qs));
     DesktopWorkspace workspace(m_ours);
-    workspace.reveal(QStringLiteral("/some place/100% ü.mp3"));
+    workspace.reveal(u"/some place/100% ü.mp3"_qs);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !manager.shown.isEmpty(); }));
-    EXPECT_EQ(manager.shown,
-              QStringList{QStringLiteral("file:///some%20place/100%25%20%C3%BC.mp3")});
+    EXPECT_EQ(manager.shown, QStringList{u"file:///some%20place/100%25%20%C3%BC.mp3"_qs});
     settle();
     EXPECT_EQ(manager.opened, QStringList());
 
-    ASSERT_TRUE(m_theirs.unregisterService(QStringLiteral("org.freedesktop.FileManager1")));
-    workspace.reveal(QStringLiteral("/some place/song.mp3"));
+    ASSERT_TRUE(m_theirs.unregisterService(u"org.freedesktop.FileManager1"_qs));
+    workspace.reveal(u"/some place/song.mp3"_qs);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !manager.opened.isEmpty(); }));
-    DesktopWorkspace(QDBusConnection(QStringLiteral("none"))).reveal(QStringLiteral("/other/song"));
-    EXPECT_EQ(manager.opened,
-              (QStringList{QStringLiteral("file:///some place"), QStringLiteral("file:///other")}));
-    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    DesktopWorkspace(QDBusConnection(u"none"_qs)).reveal(u"/other/song"_qs);
+    EXPECT_EQ(manager.opened, (QStringList{u"file:///some place"_qs, u"file:///other"_qs}));
+    QDesktopServices::unsetUrlHandler(u"file"_qs);
 }
 
 TEST_F(WorkspaceTest, goesByContentWhereTheNameDoesNotTell) {
     const QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("sound")));
+    QFile file(folder.filePath(u"sound"_qs));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
     file.write(QByteArray("RIFF\x24\0\0\0WAVEfmt ", 16));
     const DesktopWorkspace workspace(m_ours);
-    EXPECT_EQ(workspace.typeOfFile(file.fileName()), QStringLiteral("audio/x-wav"));
-    EXPECT_EQ(workspace.typeOfFile(folder.filePath(QStringLiteral("gone.wav"))), QString());
+    EXPECT_EQ(workspace.typeOfFile(file.fileName()), u"audio/x-wav"_qs);
+    EXPECT_EQ(workspace.typeOfFile(folder.filePath(u"gone.wav"_qs)), QString());
 }
 
 TEST(UnixSignalsTest, arriveFromTheLoopAndIgnoredOnesStayIgnored) {

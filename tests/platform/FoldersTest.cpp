@@ -3,48 +3,42 @@
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
 #include "platform/linux/preferences/LibplistFormat.h"
-#include "tests/support/LogCapture.h"
+#include "tests/support/Testing.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 #include <pwd.h>
 #include <unistd.h>
 
-using namespace dorvane;
-using dorvane::testing::LogCapture;
+using namespace dorvane::testing;
 
 namespace {
 
 TEST(MainBundleTest, readsTheInformationFileAndDoesWithoutOne) {
     const std::pair<QByteArray, QString> cases[] = {
-        {"<plist><dict><key>CFBundleVersion</key><string>7</string></dict></plist>",
-         QStringLiteral("7")},
+        {"<plist><dict><key>CFBundleVersion</key><string>7</string></dict></plist>", u"7"_qs},
         {"<plist><dict><key>CFBundleVersion</key><string>7", {}},
         {"<plist><array/></plist>", {}},
         {{}, {}}, // no file
     };
     for (const auto& [contents, version] : cases) {
         const QTemporaryDir folder;
-        QFile file(folder.filePath(QStringLiteral("Info.plist")));
+        QFile file(folder.filePath(u"Info.plist"_qs));
         if (!contents.isNull() && file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
             file.write(contents);
         const LogCapture log;
         const Bundle bundle = bundleWithPath(folder.path(), LibplistFormat());
-        EXPECT_EQ(bundle.infoString(QStringLiteral("CFBundleVersion")), version);
+        EXPECT_EQ(bundle.infoString(u"CFBundleVersion"_qs), version);
         EXPECT_EQ(log.messages().isEmpty(), !version.isEmpty()) << contents.constData();
     }
 }
 
 // As the desktop-entry specification has it: quoted, then escaped as every value is.
 TEST(DesktopExecTest, namesTheProgramWhateverItsPathHolds) {
-    EXPECT_EQ(desktopExec(QStringLiteral("/a \"b\" $c `d` \\e 100%/dorvane")).toStdString(),
+    EXPECT_EQ(desktopExec(u"/a \"b\" $c `d` \\e 100%/dorvane"_qs).toStdString(),
               R"("/a \\"b\\" \\$c \\`d\\` \\\\e 100%%/dorvane" %u)");
     for (const char* path :
          {"/usr/bin/x", "/a \"b\" $c `d` \\e 100%u/x", "/tab\t/line\n/x", "/\\n/x"})
         EXPECT_EQ(programOfDesktopExec(desktopExec(QLatin1String(path))), QLatin1String(path));
-    EXPECT_EQ(programOfDesktopExec(QStringLiteral("dorvane %u")), QStringLiteral("dorvane"));
+    EXPECT_EQ(programOfDesktopExec(u"dorvane %u"_qs), u"dorvane"_qs);
 }
 
 TEST(XdgFoldersTest, relativeAndMissingValuesFallBack) {

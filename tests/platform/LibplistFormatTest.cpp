@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/preferences/LibplistFormat.h"
 
-#include <QDateTime>
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
 #include <limits>
 
-using namespace dorvane;
+using namespace dorvane::testing;
 
 namespace {
 

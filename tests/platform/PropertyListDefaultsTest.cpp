@@ -2,30 +2,19 @@
 #include "platform/linux/preferences/PropertyListDefaults.h"
 
 #include "platform/linux/preferences/LibplistFormat.h"
-#include "tests/support/LogCapture.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Testing.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gmock/gmock.h>
-#include <memory>
-
-using namespace dorvane;
-using dorvane::testing::LogCapture;
-using dorvane::testing::VirtualRunLoop;
-using ::testing::ElementsAre;
+using namespace dorvane::testing;
 using ::testing::Pair;
 
 namespace {
 
-const QString a = QStringLiteral("a");
-const QString b = QStringLiteral("b");
+const QString a = u"a"_qs;
+const QString b = u"b"_qs;
 
 class PropertyListDefaultsTest : public ::testing::Test {
 protected:
-    PropertyListDefaultsTest() : m_path(m_folder.filePath(QStringLiteral("Dorvane/x.plist"))) {}
+    PropertyListDefaultsTest() : m_path(m_folder.filePath(u"Dorvane/x.plist"_qs)) {}
 
     [[nodiscard]] std::unique_ptr<PropertyListDefaults> open() const {
         return std::make_unique<PropertyListDefaults>(m_path, m_format, m_runLoop);
@@ -44,12 +33,12 @@ protected:
         file.write(data);
     }
     void put(const QVariantMap& values) const { put(*m_format.binary(values)); }
-    [[nodiscard]] QString folder() const { return m_folder.filePath(QStringLiteral("Dorvane")); }
+    [[nodiscard]] QString folder() const { return m_folder.filePath(u"Dorvane"_qs); }
     // Every file of the folder but the preferences, oldest name first, and what is in it.
     [[nodiscard]] std::vector<std::pair<QString, QByteArray>> others() const {
         std::vector<std::pair<QString, QByteArray>> found;
         for (const QString& name : QDir(folder()).entryList(QDir::Files | QDir::Hidden, QDir::Name))
-            if (name != QStringLiteral("x.plist"))
+            if (name != u"x.plist"_qs)
                 found.emplace_back(name, contents(folder() + u'/' + name));
         return found;
     }
@@ -79,14 +68,13 @@ TEST_F(PropertyListDefaultsTest, keepsValuesInAFileThatOnlyTheUserCanRead) {
 }
 
 TEST_F(PropertyListDefaultsTest, mergesWithWhatOthersWroteMeanwhile) {
-    const QString theirs = QStringLiteral("theirs");
+    const QString theirs = u"theirs"_qs;
     put({{a, qint64(1)}, {b, qint64(1)}});
     const auto defaults = open();
     put({{a, qint64(2)}, {theirs, 0.5}}); // changes a, removes b, adds a key of its own
-    defaults->setValue(QStringLiteral("ours"), true);
+    defaults->setValue(u"ours"_qs, true);
     EXPECT_TRUE(defaults->synchronize());
-    EXPECT_EQ(onDisk(),
-              (QVariantMap{{a, qint64(2)}, {theirs, 0.5}, {QStringLiteral("ours"), true}}));
+    EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(2)}, {theirs, 0.5}, {u"ours"_qs, true}}));
     EXPECT_EQ(defaults->value(a), qint64(2));
 
     put({{a, qint64(3)}});
@@ -108,7 +96,7 @@ TEST_F(PropertyListDefaultsTest, damagedFileIsPutAsideAndNeverOverwritten) {
         EXPECT_TRUE(defaults->synchronize());
         EXPECT_EQ(onDisk(), (QVariantMap{{b, true}}));
     }
-    const QString name = QStringLiteral("x.plist.damaged-2026-11-21T03-15-00");
+    const QString name = u"x.plist.damaged-2026-11-21T03-15-00"_qs;
     EXPECT_THAT(others(), ElementsAre(Pair(name, QByteArray()), Pair(name + u"-2"_qs, cut),
                                       Pair(name + u"-3"_qs, list)));
 }
@@ -145,8 +133,7 @@ TEST_F(PropertyListDefaultsTest, unreadFileIsLeftAloneAndCopiedBeforeItIsWritten
         EXPECT_TRUE(defaults->synchronize());
         EXPECT_EQ(onDisk(), (QVariantMap{{a, value}, {b, true}}));
     }
-    EXPECT_THAT(others(),
-                ElementsAre(Pair(QStringLiteral("x.plist.unread-2026-11-21T03-15-00"), unread)));
+    EXPECT_THAT(others(), ElementsAre(Pair(u"x.plist.unread-2026-11-21T03-15-00"_qs, unread)));
 }
 
 TEST_F(PropertyListDefaultsTest, changesOutliveAFailedWrite) {

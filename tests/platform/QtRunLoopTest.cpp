@@ -2,15 +2,9 @@
 #include "platform/linux/session/QtRunLoop.h"
 
 #include "tests/support/LoopWait.h"
+#include "tests/support/Testing.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -41,13 +35,13 @@ TEST_F(QtRunLoopTest, defaultTimersWaitForTheMenuToCloseAndThenCatchUpOnce) {
     QStringList trace;
     m_loop.beginEventTracking();
     const auto tick = m_loop.scheduleRepeating(
-        10ms, [&] { trace << QStringLiteral("tick"); }, RunLoopMode::Default);
+        10ms, [&] { trace << u"tick"_qs; }, RunLoopMode::Default);
     const auto moment = m_loop.scheduleAt(
-        m_loop.now().addMSecs(5), [&] { trace << QStringLiteral("moment"); }, RunLoopMode::Default);
+        m_loop.now().addMSecs(5), [&] { trace << u"moment"_qs; }, RunLoopMode::Default);
     const auto close = m_loop.scheduleAt(
         m_loop.now().addMSecs(65),
         [&] {
-            trace << QStringLiteral("close");
+            trace << u"close"_qs;
             m_loop.endEventTracking();
         },
         RunLoopMode::Common);
@@ -63,18 +57,18 @@ TEST_F(QtRunLoopTest, timerMayCancelItselfAndItsNeighbourFromItsCallback) {
     self = m_loop.scheduleRepeating(
         5ms,
         [&] {
-            trace << QStringLiteral("self");
+            trace << u"self"_qs;
             neighbour.cancel();
             self.cancel();
         },
         RunLoopMode::Default);
     neighbour = m_loop.scheduleOnce(
-        5ms, [&] { trace << QStringLiteral("neighbour"); }, RunLoopMode::Default);
+        5ms, [&] { trace << u"neighbour"_qs; }, RunLoopMode::Default);
     const auto end = m_loop.scheduleOnce(
-        40ms, [&] { trace << QStringLiteral("end"); }, RunLoopMode::Default);
+        40ms, [&] { trace << u"end"_qs; }, RunLoopMode::Default);
     EXPECT_TRUE(runUntil(
-        m_loop, [&] { return trace.contains(QStringLiteral("end")); }, 2s));
-    EXPECT_EQ(trace, (QStringList{QStringLiteral("self"), QStringLiteral("end")}));
+        m_loop, [&] { return trace.contains(u"end"_qs); }, 2s));
+    EXPECT_EQ(trace, (QStringList{u"self"_qs, u"end"_qs}));
 }
 
 TEST_F(QtRunLoopTest, handleMayOutliveTheLoop) {
@@ -88,16 +82,16 @@ TEST_F(QtRunLoopTest, handleMayOutliveTheLoop) {
 // timedatectl and the settings of desktops put a new link in the place of the old one.
 TEST_F(QtRunLoopTest, zoneThatIsLinkedAnewCountsAsAClockThatWasSet) {
     const QTemporaryDir folder;
-    const QString link = folder.filePath(QStringLiteral("localtime"));
-    ASSERT_TRUE(QFile::link(QStringLiteral("Europe/Berlin"), link));
+    const QString link = folder.filePath(u"localtime"_qs);
+    ASSERT_TRUE(QFile::link(u"Europe/Berlin"_qs, link));
     int set = 0;
     const WallClock clock({.reached = [] {}, .wasSet = [&] { ++set; }},
                           QFile::encodeName(link).constData());
-    ASSERT_TRUE(QFile::link(QStringLiteral("Asia/Tokyo"), link + QStringLiteral(".new")));
+    ASSERT_TRUE(QFile::link(u"Asia/Tokyo"_qs, link + u".new"_qs));
     EXPECT_FALSE(runUntil(
         m_loop, [&] { return set > 0; }, 50ms))
         << "another file";
-    std::rename(qPrintable(link + QStringLiteral(".new")), qPrintable(link));
+    std::rename(qPrintable(link + u".new"_qs), qPrintable(link));
     EXPECT_TRUE(runUntil(
         m_loop, [&] { return set > 0; }, 2s));
 }

@@ -3,21 +3,16 @@
 #include "platform/linux/session/QtRunLoop.h"
 #include "tests/support/LoopWait.h"
 #include "tests/support/Run.h"
+#include "tests/support/Testing.h"
 
-#include <QDir>
 #include <QLibrary>
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <cmath>
-#include <gmock/gmock.h>
 #include <sndfile.hh>
 #include <sys/mount.h>
 
-using namespace dorvane;
-using dorvane::testing::run;
-using dorvane::testing::runUntil;
-using ::testing::StartsWith;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -38,7 +33,7 @@ protected:
     }
     bool begins(const char* file) {
         begin(file);
-        return runUntil(m_loop, [&] { return files().endsWith(QStringLiteral(".part")); });
+        return runUntil(m_loop, [&] { return files().endsWith(u".part"_qs); });
     }
     bool ends() {
         return runUntil(m_loop, [&] { return !m_recorder.isRecording(); });
@@ -50,13 +45,12 @@ protected:
     // Plays a sine of amplitude 0.5 into the microphone.
     void speak(double seconds) {
         const QTemporaryDir elsewhere;
-        const QString tone = elsewhere.filePath(QStringLiteral("tone.wav"));
-        run(QStringLiteral(
-                "ffmpeg -v error -f lavfi -i aevalsrc=0.5*sin(2*PI*441*t):s=48000:d=%1 %2")
+        const QString tone = elsewhere.filePath(u"tone.wav"_qs);
+        run(u"ffmpeg -v error -f lavfi -i aevalsrc=0.5*sin(2*PI*441*t):s=48000:d=%1 %2"_qs
                 .arg(seconds)
                 .arg(tone));
         QProcess player;
-        player.startCommand(QStringLiteral("paplay --device=micfeed ") + tone);
+        player.startCommand(u"paplay --device=micfeed "_qs + tone);
         EXPECT_TRUE(runUntil(m_loop, [&] { return player.state() == QProcess::NotRunning; }));
     }
 
@@ -73,7 +67,7 @@ TEST_F(RecordingTest, recordingHoldsEveryFrameAtItsLevel) {
     m_recorder.stop();
     ASSERT_TRUE(ends());
     ASSERT_FALSE(m_error) << domain();
-    EXPECT_EQ(files(), QStringLiteral("Tea time.aiff"));
+    EXPECT_EQ(files(), u"Tea time.aiff"_qs);
 
     SndfileHandle sound(QFile::encodeName(path("Tea time.aiff")).constData());
     EXPECT_EQ(sound.format(), SF_FORMAT_AIFF | SF_FORMAT_PCM_16);
@@ -108,10 +102,9 @@ TEST_F(RecordingTest, compressedRecordingIsStereoAacAt11025Hz) {
         ASSERT_FALSE(error) << qPrintable(error->domain);
     speak(1);
     EXPECT_FALSE(recorder->stop());
-    EXPECT_EQ(run(QStringLiteral("ffprobe -v error -of csv=p=0 -show_entries "
-                                 "stream=codec_name,profile,sample_rate,channels \"file:%1\"")
-                      .arg(file)),
-              QStringLiteral("aac,LC,11025,2"));
+    EXPECT_EQ(run(u"ffprobe -v error -of csv=p=0 -show_entries "
+                  "stream=codec_name,profile,sample_rate,channels \"file:%1\""_qs.arg(file)),
+              u"aac,LC,11025,2"_qs);
 }
 
 TEST_F(RecordingTest, cancelledRecordingLeavesNoFileAndTheNextOneWorks) {
@@ -123,19 +116,19 @@ TEST_F(RecordingTest, cancelledRecordingLeavesNoFileAndTheNextOneWorks) {
     ASSERT_TRUE(begins("b.aiff"));
     m_recorder.stop();
     ASSERT_TRUE(ends());
-    EXPECT_EQ(files(), QStringLiteral("b.aiff"));
+    EXPECT_EQ(files(), u"b.aiff"_qs);
 }
 
 TEST_F(RecordingTest, endOfTheProgramKeepsWhatStopCompletesAndNothingElse) {
     ASSERT_TRUE(begins("kept.aiff"));
     m_recorder.stop();
     m_recorder.finish();
-    EXPECT_EQ(files(), QStringLiteral("kept.aiff"));
+    EXPECT_EQ(files(), u"kept.aiff"_qs);
     ModuleAudioRecorder other(m_loop, QStringLiteral(DORVANE_RECORDING_MODULE));
     EXPECT_TRUE(other.record(path("other.aiff"), [](const auto&) {}));
-    EXPECT_TRUE(runUntil(m_loop, [&] { return files().endsWith(QStringLiteral(".part")); }));
+    EXPECT_TRUE(runUntil(m_loop, [&] { return files().endsWith(u".part"_qs); }));
     other.finish();
-    EXPECT_EQ(files(), QStringLiteral("kept.aiff"));
+    EXPECT_EQ(files(), u"kept.aiff"_qs);
 }
 
 TEST_F(RecordingTest, serverAndMicrophoneThatAreMissingOrGoEndTheRecordingWithoutAFile) {
@@ -146,19 +139,18 @@ TEST_F(RecordingTest, serverAndMicrophoneThatAreMissingOrGoEndTheRecordingWithou
     EXPECT_THAT(domain(), StartsWith("Error opening component: 6"));
     qputenv("PULSE_SERVER", server);
 
-    const QString module =
-        run(QStringLiteral("pactl load-module module-sine-source source_name=other"));
-    run(QStringLiteral("pactl set-default-source other"));
+    const QString module = run(u"pactl load-module module-sine-source source_name=other"_qs);
+    run(u"pactl set-default-source other"_qs);
     begin("a.aiff");
     float loudest = 0;
     EXPECT_TRUE(runUntil(m_loop, [&] {
         loudest = std::max(loudest, m_recorder.takeLevel());
         return loudest > 0.01F;
     }));
-    run(QStringLiteral("pactl unload-module ") + module);
+    run(u"pactl unload-module "_qs + module);
     EXPECT_TRUE(ends());
     EXPECT_THAT(domain(), StartsWith("Failed to read AU: "));
-    run(QStringLiteral("pactl set-default-source mic"));
+    run(u"pactl set-default-source mic"_qs);
     EXPECT_EQ(files(), QString());
 }
 

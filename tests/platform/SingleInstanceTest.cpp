@@ -3,29 +3,27 @@
 
 #include "platform/linux/session/LaunchRequest.h"
 #include "tests/support/BusTest.h"
+#include "tests/support/Windows.h"
 
 #include <QDBusMessage>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTest>
 
 #include <future>
 
-using namespace dorvane;
-using dorvane::testing::BusTest;
+using namespace dorvane::testing;
 using Standing = SingleInstance::Standing;
 
 namespace {
 
 const LaunchRequest plain;
-const LaunchRequest action{QStringLiteral("new-alarm"), {}};
-const LaunchRequest open{QString(), {QStringLiteral("dorvane:a%20b"), QStringLiteral("dorvane:ü")}};
+const LaunchRequest action{u"new-alarm"_qs, {}};
+const LaunchRequest open{QString(), {u"dorvane:a%20b"_qs, u"dorvane:ü"_qs}};
 
 // Whether the instances meet on a bus.
 class SingleInstanceTest : public BusTest, public ::testing::WithParamInterface<bool> {
 protected:
     [[nodiscard]] QDBusConnection bus() {
-        return GetParam() ? join() : QDBusConnection(QStringLiteral("none"));
+        return GetParam() ? join() : QDBusConnection(u"none"_qs);
     }
 
     // A second launch, whose process would wait meanwhile; this one runs its loop if it `answers`.
@@ -70,8 +68,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, SingleInstanceTest, ::testing::Bool(),
 TEST(InstanceLockTest, aCrashedInstanceLeavesNothingInTheWay) {
     const QTemporaryDir folder;
     for (const char* suffix : {".lock", ".socket"}) { // what it left behind, no longer locked
-        QFile file(folder.filePath(QStringLiteral("com.brackenfold.Dorvane")) +
-                   QLatin1String(suffix));
+        QFile file(folder.filePath(u"com.brackenfold.Dorvane"_qs) + QLatin1String(suffix));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     }
     InstanceLock lock(folder.path());

@@ -4,14 +4,9 @@
 #include "platform/linux/sound/SoundModule.h"
 #include "tests/support/Purity.h"
 #include "tests/support/Run.h"
+#include "tests/support/Testing.h"
 
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
-using namespace dorvane;
-using dorvane::testing::purity;
-using dorvane::testing::run;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -45,9 +40,9 @@ const Case cases[] = {
 
 QString tone(const QTemporaryDir& folder, const Case& c, int frames) {
     const QString path = folder.filePath(QLatin1String(c.name));
-    const QString wave = QStringLiteral("0.9*sin(2*PI*%1*t)").arg(frequency);
-    run(QStringLiteral("ffmpeg -v error -f lavfi -i "
-                       "aevalsrc=%1:c=%2:s=%3,atrim=end_sample=%4 -c:a %5 %6")
+    const QString wave = u"0.9*sin(2*PI*%1*t)"_qs.arg(frequency);
+    run(u"ffmpeg -v error -f lavfi -i "
+        "aevalsrc=%1:c=%2:s=%3,atrim=end_sample=%4 -c:a %5 %6"_qs
             .arg(QStringList(c.channels, wave).join(u'|'), QLatin1String(c.layout))
             .arg(c.rate)
             .arg(frames)

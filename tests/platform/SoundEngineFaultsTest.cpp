@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/platform/SoundEngineFixture.h"
-#include "tests/support/LogCapture.h"
-
-#include <QDir>
+#include "tests/support/Testing.h"
 
 #include <sys/stat.h>
 
-using namespace dorvane;
-using dorvane::testing::LogCapture;
-using dorvane::testing::run;
-using namespace std::chrono_literals;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -27,18 +22,18 @@ protected:
     }
     // The streams that the server holds for us.
     static qsizetype streams() {
-        return run(QStringLiteral("pactl list short sink-inputs")).count(QLatin1String("float32"));
+        return run(u"pactl list short sink-inputs"_qs).count(QLatin1String("float32"));
     }
 };
 
 TEST_F(SoundEngineFaultsTest, whatCannotBePlayedSaysSoOnceWithItsName) {
     const QString mp3 = tone("f.mp3", 0.5);
-    const QString pipe = s_folder->filePath(QStringLiteral("pipe.wav"));
+    const QString pipe = s_folder->filePath(u"pipe.wav"_qs);
     ASSERT_EQ(mkfifo(qPrintable(pipe), 0600), 0);
     for (const QString& path :
          {file("empty.mp3", {}), file("text.wav", "not a sound at all\n"),
           file("start.mp3", contents(mp3).left(90)), file("list.m3u8", "#EXTM3U\n" + mp3.toUtf8()),
-          QStringLiteral("/nowhere/to/be/found.mp3"), s_folder->path(), pipe}) {
+          u"/nowhere/to/be/found.mp3"_qs, s_folder->path(), pipe}) {
         SCOPED_TRACE(qPrintable(path));
         const LogCapture log;
         Playing playing(*this, path);
@@ -72,7 +67,7 @@ TEST_F(SoundEngineFaultsTest, hoursOfSoundAreNeitherHeldInMemoryNorWaitedFor) {
     ASSERT_TRUE(QFile::resize(path, size));
     const double length = (size - 44) / 88200.0;
     const auto resident = [] {
-        return contents(QStringLiteral("/proc/self/statm")).split(' ')[1].toLongLong() * 4096;
+        return contents(u"/proc/self/statm"_qs).split(' ')[1].toLongLong() * 4096;
     };
 
     const qint64 before = resident();

@@ -6,16 +6,10 @@
 #include "tests/support/LoopWait.h"
 #include "tests/support/Run.h"
 #include "tests/support/SinkCapture.h"
+#include "tests/support/Testing.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <algorithm>
 #include <cstdlib>
-#include <gtest/gtest.h>
-#include <memory>
 #include <thread>
-#include <vector>
 
 namespace dorvane::testing {
 
@@ -45,8 +39,8 @@ protected:
     static QString tone(const char* name, double seconds, const char* codec = "", double begin = 0,
                         double frequency = 441) {
         const QString path = s_folder->filePath(QLatin1String(name));
-        const auto command = QStringLiteral("ffmpeg -nostdin -v error -f lavfi -i "
-                                            "aevalsrc=0.5*sin(2*PI*%1*t)*gte(t\\,%2):d=%3 %4 %5");
+        const auto command = u"ffmpeg -nostdin -v error -f lavfi -i "
+                             "aevalsrc=0.5*sin(2*PI*%1*t)*gte(t\\,%2):d=%3 %4 %5"_qs;
         if (!QFile::exists(path))
             run(command.arg(frequency).arg(begin).arg(seconds).arg(QLatin1String(codec), path));
         return path;

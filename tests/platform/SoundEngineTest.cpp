@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "firing/SoundRepeat.h"
 #include "tests/platform/SoundEngineFixture.h"
+#include "tests/support/Testing.h"
 
-using namespace dorvane;
-using dorvane::testing::SinkCapture;
-using namespace std::chrono_literals;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -57,7 +56,7 @@ TEST_F(SoundEngineTest, everyFormatIsHeardWholeAndItsDurationIsExact) {
         EXPECT_NEAR(s_capture->level(heard[0].begin + 0.1, heard[0].begin + 0.4), 0.5, 0.03);
     }
     EXPECT_EQ(m_player.soundUnfilteredTypes(),
-              ModuleSoundPlayer(m_loop, QStringLiteral("/none")).soundUnfilteredTypes())
+              ModuleSoundPlayer(m_loop, u"/none"_qs).soundUnfilteredTypes())
         << "the installed libraries play every known type";
 }
 

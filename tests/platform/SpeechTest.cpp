@@ -2,15 +2,11 @@
 #include "platform/linux/session/QtRunLoop.h"
 #include "platform/linux/sound/ModuleSoundPlayer.h"
 #include "platform/linux/speech/ModuleSpeechService.h"
-#include "tests/support/LogCapture.h"
 #include "tests/support/LoopWait.h"
 #include "tests/support/SinkCapture.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -36,19 +32,18 @@ TEST_F(SpeechTest, announcementsAreHeardOverlapAndReportTheirEnd) {
     ASSERT_TRUE(sink.isRunning()) << "run this program through tests/support/sound-rig";
     EXPECT_GT(m_speech.voiceNames().size(), 100);
     const int english = voice("English (America)");
-    const QString longText = QStringLiteral("The kettle has been boiling for a very long time.");
+    const QString longText = u"The kettle has been boiling for a very long time."_qs;
     m_speech.prepare(longText, english);
     (void)runUntil(
         m_loop, [] { return false; }, 500ms);
     const double from = sink.now();
     QStringList ended;
-    m_speech.speak(longText, english, [&] { ended << QStringLiteral("long"); });
-    m_speech.speak(QStringLiteral("Tea."), voice("German"),
-                   [&] { ended << QStringLiteral("tea"); });
-    m_speech.speak(QString(), 1, [&] { ended << QStringLiteral("empty"); });
-    m_speech.speak(longText, 0, [&] { ended << QStringLiteral("no voice"); });
+    m_speech.speak(longText, english, [&] { ended << u"long"_qs; });
+    m_speech.speak(u"Tea."_qs, voice("German"), [&] { ended << u"tea"_qs; });
+    m_speech.speak(QString(), 1, [&] { ended << u"empty"_qs; });
+    m_speech.speak(longText, 0, [&] { ended << u"no voice"_qs; });
     ASSERT_TRUE(runUntil(m_loop, [&] { return ended.size() == 3; }));
-    EXPECT_EQ(ended.join(QLatin1Char(' ')), QStringLiteral("empty tea long"));
+    EXPECT_EQ(ended.join(u' '), u"empty tea long"_qs);
     const auto heard = sink.bursts(from, 0.5);
     ASSERT_EQ(heard.size(), 1U) << "one after the other, they would be apart";
     EXPECT_GT(heard[0].length(), 2);
@@ -64,19 +59,19 @@ TEST_F(SpeechTest, anyTextInAnyVoiceComesToAnEnd) {
         m_speech.speak(odd, number, [&] { ++ended; });
     EXPECT_TRUE(runUntil(m_loop, [&] { return ended == 4; }));
     // Nobody waits for a novel at the end of the program.
-    m_speech.speak(QStringLiteral("and so on ").repeated(100'000), 1, [] {});
+    m_speech.speak(u"and so on "_qs.repeated(100'000), 1, [] {});
 }
 
 TEST_F(SpeechTest, withoutASynthesiserThereAreNoVoicesAndTheLogSaysWhy) {
     const LogCapture log;
-    ModuleSpeechService speech(m_loop, m_player, QStringLiteral("/nowhere/speech.so"));
+    ModuleSpeechService speech(m_loop, m_player, u"/nowhere/speech.so"_qs);
     int answers = 0;
     for (int i = 0; i < 2; ++i)
         speech.whenVoicesKnown([&] { ++answers; });
     EXPECT_TRUE(runUntil(m_loop, [&] { return answers == 2; }));
     EXPECT_TRUE(speech.voiceNames().isEmpty());
     ASSERT_EQ(log.messages().size(), 1);
-    EXPECT_TRUE(log.messages()[0].contains(QStringLiteral("/nowhere/speech.so")));
+    EXPECT_TRUE(log.messages()[0].contains(u"/nowhere/speech.so"_qs));
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/tray/StatusPlacement.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
-using namespace dorvane;
+using namespace dorvane::testing;
 
 namespace {
 

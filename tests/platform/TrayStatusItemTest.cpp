@@ -6,20 +6,14 @@
 #include "platform/linux/tray/PlatformChoice.h"
 #include "tests/support/BusTest.h"
 #include "tests/support/MemoryDefaults.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Windows.h"
 
-#include <QApplication>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QHelpEvent>
-#include <QTest>
 #include <QToolTip>
 
-using namespace dorvane;
-using namespace std::chrono_literals;
-using dorvane::testing::BusTest;
-using dorvane::testing::MemoryDefaults;
-using dorvane::testing::VirtualRunLoop;
+using namespace dorvane::testing;
 using Host = NotifierHostWatcher::Host;
 
 namespace {
@@ -33,7 +27,7 @@ class FakeNotifierWatcher : public QObject {
 public:
     FakeNotifierWatcher(QDBusConnection bus, bool hosted)
         : m_bus(std::move(bus)), m_hosted(hosted) {
-        m_bus.registerObject(QStringLiteral("/StatusNotifierWatcher"), this,
+        m_bus.registerObject(u"/StatusNotifierWatcher"_qs, this,
                              QDBusConnection::ExportAllContents);
         EXPECT_TRUE(m_bus.registerService(service()));
     }
@@ -58,7 +52,7 @@ Q_SIGNALS:
     void StatusNotifierHostUnregistered();
 
 private:
-    static QString service() { return QStringLiteral("org.kde.StatusNotifierWatcher"); }
+    static QString service() { return u"org.kde.StatusNotifierWatcher"_qs; }
     QDBusConnection m_bus;
     bool m_hosted;
 };
@@ -101,7 +95,7 @@ TEST_F(TrayTest, aClockFloatsWhereItWasLeftWhenNoPanelComes) {
     MemoryDefaults defaults;
     int pressed = 0;
     {
-        TrayStatusItem item(loop, defaults, QDBusConnection(QStringLiteral("none")));
+        TrayStatusItem item(loop, defaults, QDBusConnection(u"none"_qs));
         item.setPressed([&] { ++pressed; });
         loop.advance(4900ms);
         EXPECT_EQ(floatingClock(), nullptr);
@@ -109,10 +103,10 @@ TEST_F(TrayTest, aClockFloatsWhereItWasLeftWhenNoPanelComes) {
         FloatingClock* clock = floatingClock();
         ASSERT_NE(clock, nullptr);
         EXPECT_EQ(item.geometry(), clock->frameGeometry());
-        item.setToolTip(QStringLiteral("Tea"));
+        item.setToolTip(u"Tea"_qs);
         QHelpEvent hover(QEvent::ToolTip, {10, 10}, clock->mapToGlobal(QPoint(10, 10)));
         QApplication::sendEvent(clock, &hover);
-        EXPECT_EQ(QToolTip::text(), QStringLiteral("Tea"));
+        EXPECT_EQ(QToolTip::text(), u"Tea"_qs);
         QToolTip::hideText();
 
         QTest::keyClick(clock, Qt::Key_Return);
@@ -124,7 +118,7 @@ TEST_F(TrayTest, aClockFloatsWhereItWasLeftWhenNoPanelComes) {
         QTest::mouseRelease(clock, Qt::LeftButton, {}, {10, 10});
         EXPECT_EQ(pressed, 1) << "dragging is not a click";
     }
-    TrayStatusItem item(loop, defaults, QDBusConnection(QStringLiteral("none")));
+    TrayStatusItem item(loop, defaults, QDBusConnection(u"none"_qs));
     loop.advance(6s);
     ASSERT_NE(floatingClock(), nullptr);
     EXPECT_EQ(floatingClock()->pos(), QPoint(534, 112));
@@ -137,10 +131,10 @@ class Panel : public QObject {
 public:
     Panel(QDBusConnection bus, QString item) : m_bus(std::move(bus)), m_item(std::move(item)) {
         for (const char* name : {"NewIcon", "NewAttentionIcon", "NewToolTip", "NewStatus"})
-            m_bus.connect(m_item, QStringLiteral("/StatusNotifierItem"), {}, QLatin1String(name),
-                          this, SLOT(heard(QDBusMessage)));
+            m_bus.connect(m_item, u"/StatusNotifierItem"_qs, {}, QLatin1String(name), this,
+                          SLOT(heard(QDBusMessage)));
         for (const char* name : {"LayoutUpdated", "ItemsPropertiesUpdated"})
-            m_bus.connect(m_item, QStringLiteral("/MenuBar"), {}, QLatin1String(name), this,
+            m_bus.connect(m_item, u"/MenuBar"_qs, {}, QLatin1String(name), this,
                           SLOT(heard(QDBusMessage)));
     }
     QDBusMessage call(const char* path, const char* interface, const char* method,
@@ -154,7 +148,7 @@ public:
     }
     QVariant property(const char* name) {
         return call("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
-                    {QStringLiteral("org.kde.StatusNotifierItem"), QLatin1String(name)})
+                    {u"org.kde.StatusNotifierItem"_qs, QLatin1String(name)})
             .arguments()
             .value(0)
             .value<QDBusVariant>()
@@ -208,7 +202,7 @@ TEST_F(TrayTest, aPanelIsToldOfDifferencesAloneAndOpensTheMenuThatItWasTold) {
     item.setIcon(square(Qt::red, Qt::blue));
     item.setPanelMenu({entry("No_ne"), entry("Quit", &chosen)});
     item.setPanelMenuWillOpen([&] {
-        chosen << QStringLiteral("opens");
+        chosen << u"opens"_qs;
         item.setPanelMenu({entry("No_ne"), entry("Tea", &chosen), entry("Quit", &chosen)});
     });
     EXPECT_TRUE(QTest::qWaitFor([&] {
@@ -222,12 +216,12 @@ TEST_F(TrayTest, aPanelIsToldOfDifferencesAloneAndOpensTheMenuThatItWasTold) {
     item.setIcon(square(Qt::red, Qt::blue));
     EXPECT_EQ(panel.told(), QString());
     item.setIcon(square(Qt::red, Qt::green));
-    EXPECT_EQ(panel.told(), QStringLiteral("NewIcon"));
+    EXPECT_EQ(panel.told(), u"NewIcon"_qs);
     item.setNeedsAttention(true);
-    EXPECT_EQ(panel.told(), QStringLiteral("NewAttentionIcon NewStatus"));
-    EXPECT_EQ(panel.property("Status").toString(), QStringLiteral("NeedsAttention"));
+    EXPECT_EQ(panel.told(), u"NewAttentionIcon NewStatus"_qs);
+    EXPECT_EQ(panel.property("Status").toString(), u"NeedsAttention"_qs);
     item.setIcon(square(Qt::black, Qt::green));
-    EXPECT_EQ(panel.told(), QStringLiteral("NewIcon NewAttentionIcon"));
+    EXPECT_EQ(panel.told(), u"NewIcon NewAttentionIcon"_qs);
     const auto pixmaps =
         qdbus_cast<NotifierPixmaps>(panel.property("AttentionIconPixmap").value<QDBusArgument>());
     ASSERT_EQ(pixmaps.size(), 2);
@@ -240,29 +234,25 @@ TEST_F(TrayTest, aPanelIsToldOfDifferencesAloneAndOpensTheMenuThatItWasTold) {
         QStringList rows;
         for (const DbusMenuLayout& row :
              qdbus_cast<DbusMenuLayout>(read.value(1).value<QDBusArgument>()).children)
-            rows << QString::number(row.item.number) +
-                        row.item.properties[QStringLiteral("label")].toString() +
-                        (row.item.properties.contains(QStringLiteral("enabled"))
-                             ? QStringLiteral(" off")
-                             : QString());
+            rows << QString::number(row.item.number) + row.item.properties[u"label"_qs].toString() +
+                        (row.item.properties.contains(u"enabled"_qs) ? u" off"_qs : QString());
         return rows.join(u',');
     };
-    EXPECT_EQ(layout(), QStringLiteral("1No__ne off,2Quit"));
+    EXPECT_EQ(layout(), u"1No__ne off,2Quit"_qs);
     const QVariant root = QVariant::fromValue(QList<int>{0});
     EXPECT_EQ(qdbus_cast<QList<int>>(panel.menu("AboutToShowGroup", {root}).value(0)),
               QList<int>{0});
-    EXPECT_EQ(panel.told(), QStringLiteral("LayoutUpdated"));
-    EXPECT_EQ(layout(), QStringLiteral("1No__ne off,3Tea,2Quit"));
+    EXPECT_EQ(panel.told(), u"LayoutUpdated"_qs);
+    EXPECT_EQ(layout(), u"1No__ne off,3Tea,2Quit"_qs);
     EXPECT_EQ(panel.menu("AboutToShow", {0}), QVariantList{false});
     EXPECT_EQ(panel.told(), QString());
 
     const QVariantList all = panel.menu("GetGroupProperties", {root, QStringList()});
     EXPECT_EQ(qdbus_cast<QList<DbusMenuItem>>(all.value(0)).size(), 1);
     for (const int number : {1, 2, 99})
-        panel.menu("Event",
-                   {number, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U});
+        panel.menu("Event", {number, u"clicked"_qs, QVariant::fromValue(QDBusVariant(0)), 0U});
     loop.runPending();
-    EXPECT_EQ(chosen.join(u' '), QStringLiteral("opens opens Quit"));
+    EXPECT_EQ(chosen.join(u' '), u"opens opens Quit"_qs);
 }
 
 // The numbers of the items, as a tree, and what the panel is told.

@@ -1,13 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Testing.h"
 
-#include "tests/support/Dates.h"
-
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/session/ZoneData.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -36,13 +32,13 @@ TEST(ZoneDataTest, tellsOfAZoneThatIsSetAndNotThere) {
     for (const auto& c : cases) {
         const QTemporaryDir root;
         ZoneSources sources{.variable = c.variable,
-                            .link = root.filePath(QStringLiteral("localtime")),
-                            .name = root.filePath(QStringLiteral("timezone")),
-                            .folder = root.filePath(QStringLiteral("zoneinfo"))};
-        QDir().mkpath(sources.folder + QStringLiteral("/Europe"));
-        EXPECT_TRUE(QFile(sources.folder + QStringLiteral("/Europe/Berlin")).open(QFile::NewOnly));
+                            .link = root.filePath(u"localtime"_qs),
+                            .name = root.filePath(u"timezone"_qs),
+                            .folder = root.filePath(u"zoneinfo"_qs)};
+        QDir().mkpath(sources.folder + u"/Europe"_qs);
+        EXPECT_TRUE(QFile(sources.folder + u"/Europe/Berlin"_qs).open(QFile::NewOnly));
         if (c.link)
-            QFile::link(sources.folder + QLatin1Char('/') + QLatin1String(c.link), sources.link);
+            QFile::link(sources.folder + u'/' + QLatin1String(c.link), sources.link);
         if (QFile file(sources.name); c.name && file.open(QFile::WriteOnly))
             file.write(QByteArray(c.name) + '\n');
         EXPECT_EQ(zoneWithoutData(sources).value_or(QString()), QString::fromLatin1(c.expected))

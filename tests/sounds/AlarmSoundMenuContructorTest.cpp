@@ -3,8 +3,7 @@
 
 #include "sounds/SoundMenuTarget.h"
 #include "tests/sounds/SoundLibraryFixture.h"
-
-#include <QMenu>
+#include "tests/support/Windows.h"
 
 namespace dorvane::testing {
 namespace {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sounds/SoundName.h"
 #include "tests/sounds/SoundLibraryFixture.h"
+#include "tests/support/Testing.h"
 
 namespace dorvane::testing {
 namespace {
@@ -66,7 +67,7 @@ TEST_F(AudioStorageControllerTest, ListsWhatCanBePlayed) {
     QStringList expected;
     for (const auto& file : files) {
         for (const QString& folder : {folders.rings, folders.recordings, folders.iMovie})
-            write(folder + QLatin1Char('/') + QString::fromUtf8(file.name), file.contents);
+            write(folder + u'/' + QString::fromUtf8(file.name), file.contents);
         if (file.isSound)
             expected << QString::fromUtf8(file.name);
     }

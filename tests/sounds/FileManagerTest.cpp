@@ -2,6 +2,7 @@
 #include "sounds/FileManager.h"
 
 #include "tests/sounds/SoundLibraryFixture.h"
+#include "tests/support/Testing.h"
 
 #include <csignal>
 #include <sys/resource.h>

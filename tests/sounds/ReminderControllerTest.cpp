@@ -5,27 +5,11 @@
 #include "platform/NotificationCenter.h"
 #include "platform/Workspace.h"
 #include "sounds/ReminderStrings.h"
-#include "tests/support/Dates.h"
 #include "tests/support/FakeAudioRecorder.h"
 #include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/LogCapture.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Windows.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QComboBox>
-#include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTemporaryDir>
-#include <QtTest/QTest>
-
-#include <gmock/gmock.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
-using ::testing::ElementsAre;
 
 namespace {
 
@@ -43,19 +27,18 @@ protected:
     }
 
     void openUrl(const QUrl&) override {}
-    void reveal(const QString& path) override { m_trace.add(QStringLiteral("reveal ") + path); }
+    void reveal(const QString& path) override { m_trace.add(u"reveal "_qs + path); }
     [[nodiscard]] QString typeOfFile(const QString&) const override { return {}; }
 
     void open() {
         const LogCapture platformNotes; // of the offscreen platform
-        ReminderController::create(
-            {m_loop, m_center, m_recorder, m_player, *this, m_bundle, m_user,
-             [](const QString& path) { return path.endsWith(QStringLiteral(".aiff")); }})
+        ReminderController::create({m_loop, m_center, m_recorder, m_player, *this, m_bundle, m_user,
+                                    [](const QString& path) { return path.endsWith(u".aiff"_qs); }})
             ->show();
     }
     static QWidget* window() {
         for (QWidget* widget : QApplication::topLevelWidgets())
-            if (widget->objectName() == QStringLiteral("ReminderController"))
+            if (widget->objectName() == u"ReminderController"_qs)
                 return widget;
         return nullptr;
     }
@@ -67,7 +50,7 @@ protected:
     static QComboBox& comboBox() { return control<QComboBox>("comboBox"); }
 
     void add(const QString& name) {
-        QFile file(m_folder + QLatin1Char('/') + name);
+        QFile file(m_folder + u'/' + name);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     }
     [[nodiscard]] QStringList files() const { return QDir(m_folder).entryList(QDir::Files); }
@@ -98,22 +81,22 @@ protected:
 };
 
 TEST_F(ReminderControllerTest, recordingStopsAfterTenSecondsAndStandsFirst) {
-    add(QStringLiteral("old.aiff"));
-    add(QStringLiteral("notes.txt"));
-    add(QStringLiteral("half.aiff.part"));
+    add(u"old.aiff"_qs);
+    add(u"notes.txt"_qs);
+    add(u"half.aiff.part"_qs);
     open();
     EXPECT_EQ(comboBox().count(), 1);
     EXPECT_EQ(enabled(), "reminderTitle okButton comboBox");
-    record(QStringLiteral("Tea  / coffee"));
+    record(u"Tea  / coffee"_qs);
     m_loop.advance(9'999ms);
     EXPECT_EQ(enabled(), "recordButton stopButton cancelButton");
     m_loop.advance(1ms);
     EXPECT_EQ(enabled(), "reminderTitle recordButton playButton deleteButton okButton comboBox");
     EXPECT_EQ(comboBox().currentIndex(), 0);
-    EXPECT_EQ(comboBox().currentText(), QStringLiteral("Tea / coffee"));
+    EXPECT_EQ(comboBox().currentText(), u"Tea / coffee"_qs);
     comboBox().showPopup(); // read again from the file's name
     comboBox().hidePopup();
-    EXPECT_EQ(comboBox().currentText(), QStringLiteral("Tea / coffee"));
+    EXPECT_EQ(comboBox().currentText(), u"Tea / coffee"_qs);
     EXPECT_THAT(
         m_trace.events(),
         ElementsAre("0 record " + m_folder.toStdString() + "/Tea  %2F coffee.aiff", "10000 stop"));
@@ -123,25 +106,24 @@ TEST_F(ReminderControllerTest, recordingThatIsCancelledClosedOrBrokenLeavesTheWi
     open();
     const LogCapture log;
     const auto& message = control<QLabel>("messageLabel");
-    record(QStringLiteral("a"));
+    record(u"a"_qs);
     m_loop.advance(1s);
     button("cancelButton").click();
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
-    record(QStringLiteral("a"));
-    m_recorder.end(
-        AudioError{QStringLiteral("Failed to read AU: 5"), 5, QStringLiteral("No such entity")});
+    record(u"a"_qs);
+    m_recorder.end(AudioError{u"Failed to read AU: 5"_qs, 5, u"No such entity"_qs});
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
-    EXPECT_EQ(message.text(), QStringLiteral("The recording failed: No such entity."));
+    EXPECT_EQ(message.text(), u"The recording failed: No such entity."_qs);
     EXPECT_TRUE(log.messages().contains(
-        QStringLiteral("dorvane.sounds: cannot record: Failed to read AU: 5 - No such entity")));
+        u"dorvane.sounds: cannot record: Failed to read AU: 5 - No such entity"_qs));
 
-    ASSERT_TRUE(m_recorder.record(QStringLiteral("/elsewhere"), [](const auto&) {}));
-    record(QStringLiteral("a"));
+    ASSERT_TRUE(m_recorder.record(u"/elsewhere"_qs, [](const auto&) {}));
+    record(u"a"_qs);
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
-    EXPECT_TRUE(message.text().contains(QStringLiteral("another window"))) << "says why";
+    EXPECT_TRUE(message.text().contains(u"another window"_qs)) << "says why";
     m_recorder.end({});
 
-    record(QStringLiteral("a"));
+    record(u"a"_qs);
     EXPECT_EQ(message.text(), QString());
     m_loop.advance(1s);
     window()->close();
@@ -153,26 +135,26 @@ TEST_F(ReminderControllerTest, recordingThatIsCancelledClosedOrBrokenLeavesTheWi
 }
 
 TEST_F(ReminderControllerTest, playingShowsAndStopsAndGoesWithTheChoiceAndTheWindow) {
-    add(QStringLiteral("song.aiff"));
+    add(u"song.aiff"_qs);
     const std::string song = m_folder.toStdString() + "/song.aiff";
     const LogCapture log;
     open();
     comboBox().setCurrentIndex(0);
     m_loop.runPending();
     QTest::keyClick(&button("playButton"), Qt::Key_Return);
-    EXPECT_EQ(button("playButton").accessibleName(), QStringLiteral("Stop playing"));
+    EXPECT_EQ(button("playButton").accessibleName(), u"Stop playing"_qs);
     comboBox().showPopup(); // a look at the list stops nothing
     m_loop.runPending();
     comboBox().hidePopup();
     m_loop.advance(1s);
-    EXPECT_EQ(button("playButton").accessibleName(), QStringLiteral("Play"));
+    EXPECT_EQ(button("playButton").accessibleName(), u"Play"_qs);
     button("playButton").click();
     m_loop.advance(500ms);
     button("playButton").click();
     m_loop.advance(500ms);
     m_player.hasServer = false;
     button("playButton").click();
-    EXPECT_EQ(button("playButton").accessibleName(), QStringLiteral("Play"));
+    EXPECT_EQ(button("playButton").accessibleName(), u"Play"_qs);
     m_player.hasServer = true;
     button("playButton").click();
     window()->close();
@@ -189,21 +171,15 @@ TEST_F(ReminderControllerTest, typingCompletesAndChooses) {
         add(QString::fromLatin1(name));
     open();
     const QString firstWithB = comboBox().itemText(
-        comboBox().findText(QStringLiteral("B"), Qt::MatchStartsWith | Qt::MatchCaseSensitive));
+        comboBox().findText(u"B"_qs, Qt::MatchStartsWith | Qt::MatchCaseSensitive));
     struct {
         const char* keys; // '<' for Backspace
         QString text;
         bool isChosen;
     } const steps[] = {
-        {"T", QStringLiteral("Tea"), true},
-        {"<", QStringLiteral("T"), false},
-        {"e", QStringLiteral("Tea"), true},
-        {"x", QStringLiteral("Tex"), false},
-        {"<<<", QString(), false},
-        {"B", firstWithB, true},
-        {"utt", QStringLiteral("Butter"), true},
-        {"er", QStringLiteral("Butter"), true},
-        {"<<<<<<b", QStringLiteral("b"), false},
+        {"T", u"Tea"_qs, true},      {"<", u"T"_qs, false},      {"e", u"Tea"_qs, true},
+        {"x", u"Tex"_qs, false},     {"<<<", QString(), false},  {"B", firstWithB, true},
+        {"utt", u"Butter"_qs, true}, {"er", u"Butter"_qs, true}, {"<<<<<<b", u"b"_qs, false},
     };
     for (const auto& [keys, text, isChosen] : steps) {
         for (const char* key = keys; *key; ++key) {
@@ -219,12 +195,12 @@ TEST_F(ReminderControllerTest, typingCompletesAndChooses) {
     }
     comboBox().showPopup();
     comboBox().hidePopup();
-    EXPECT_EQ(comboBox().currentText(), QStringLiteral("b")) << "what was typed stays";
+    EXPECT_EQ(comboBox().currentText(), u"b"_qs) << "what was typed stays";
 }
 
 TEST_F(ReminderControllerTest, deletedRecordingGivesWayToTheOneBefore) {
-    add(QStringLiteral("a.aiff"));
-    add(QStringLiteral("b.aiff"));
+    add(u"a.aiff"_qs);
+    add(u"b.aiff"_qs);
     open();
     comboBox().setCurrentIndex(1);
     m_loop.runPending();
@@ -232,9 +208,9 @@ TEST_F(ReminderControllerTest, deletedRecordingGivesWayToTheOneBefore) {
     button("deleteButton").click();
     m_loop.runPending();
     EXPECT_EQ(comboBox().currentText(), before);
-    EXPECT_EQ(files(), QStringList{before + QStringLiteral(".aiff")});
+    EXPECT_EQ(files(), QStringList{before + u".aiff"_qs});
 
-    QFile::remove(m_folder + QLatin1Char('/') + files().first()); // by the file manager
+    QFile::remove(m_folder + u'/' + files().first()); // by the file manager
     QEvent activation(QEvent::WindowActivate);
     QApplication::sendEvent(window(), &activation);
     EXPECT_EQ(enabled(), "reminderTitle okButton comboBox");
@@ -249,9 +225,9 @@ TEST_F(ReminderControllerTest, sixteenthRecordingDeletesTheOldestAndASecondTakeR
         m_loop.runPending();
         EXPECT_EQ(comboBox().count(), std::min(i, 15));
     }
-    EXPECT_EQ(comboBox().itemText(0), QStringLiteral("16"));
+    EXPECT_EQ(comboBox().itemText(0), u"16"_qs);
     EXPECT_EQ(files().size(), 15);
-    EXPECT_FALSE(files().contains(QStringLiteral("1.aiff")));
+    EXPECT_FALSE(files().contains(u"1.aiff"_qs));
 }
 
 } // namespace

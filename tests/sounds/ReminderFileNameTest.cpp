@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sounds/ReminderFileName.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
-using namespace dorvane;
+using namespace dorvane::testing;
 
 namespace {
 
@@ -32,9 +32,9 @@ TEST(ReminderFileNameTest, longTextsAreCutBetweenCharactersAndStayApart) {
         const QString name = reminderFileName(text);
         EXPECT_LE(name.toUtf8().size(), 200);
         EXPECT_GT(name.toUtf8().size(), 190) << piece;
-        EXPECT_NE(name, reminderFileName(text + QStringLiteral("!")));
+        EXPECT_NE(name, reminderFileName(text + u"!"_qs));
         const QString shown = reminderText(name);
-        EXPECT_TRUE(shown.endsWith(QStringLiteral("…")));
+        EXPECT_TRUE(shown.endsWith(u"…"_qs));
         EXPECT_TRUE(text.startsWith(shown.chopped(1))) << qPrintable(shown);
     }
 }

@@ -4,9 +4,8 @@
 #include "platform/NotificationCenter.h"
 #include "tests/sounds/SoundLibraryFixture.h"
 #include "tests/support/FakePropertyListFormat.h"
-#include "tests/support/LogCapture.h"
+#include "tests/support/Windows.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QDragEnterEvent>
 #include <QMimeData>

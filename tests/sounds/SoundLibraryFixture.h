@@ -5,14 +5,7 @@
 #include "sounds/AudioStorageController.h"
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/FakeWorkspace.h"
-#include "tests/support/VirtualRunLoop.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <gmock/gmock.h>
+#include "tests/support/Windows.h"
 
 namespace dorvane::testing {
 
@@ -30,7 +23,7 @@ protected:
     }
 
     [[nodiscard]] QString path(const char* relative) const {
-        return dir.path() + QLatin1Char('/') + QString::fromUtf8(relative);
+        return dir.path() + u'/' + QString::fromUtf8(relative);
     }
 
     static void write(const QString& file, const QByteArray& contents) {
@@ -43,8 +36,8 @@ protected:
     void fill(const QString& folder, const QStringList& files) {
         QDir().mkpath(folder);
         for (const QString& file : files) {
-            const auto mark = file.indexOf(QLatin1Char('='));
-            write(folder + QLatin1Char('/') + file.left(mark), file.mid(mark + 1).toUtf8());
+            const auto mark = file.indexOf(u'=');
+            write(folder + u'/' + file.left(mark), file.mid(mark + 1).toUtf8());
         }
     }
 
@@ -54,7 +47,7 @@ protected:
         for (const QFileInfo& entry : QDir(folder).entryInfoList(everything, QDir::Name)) {
             QFile file(entry.filePath());
             EXPECT_TRUE(file.open(QIODevice::ReadOnly) || entry.isDir());
-            files << entry.fileName() + QLatin1Char('=') + QString::fromUtf8(file.readAll());
+            files << entry.fileName() + u'=' + QString::fromUtf8(file.readAll());
         }
         return files;
     }
@@ -62,7 +55,7 @@ protected:
     // Until the loading thread has brought the folder to this.
     static void waitUntilHeld(const QString& folder, const QStringList& files) {
         EXPECT_TRUE(QTest::qWaitFor([&] { return held(folder) == files; }, 10'000))
-            << qPrintable(held(folder).join(QLatin1Char('\n')));
+            << qPrintable(held(folder).join(u'\n'));
     }
 
     QTemporaryDir dir;

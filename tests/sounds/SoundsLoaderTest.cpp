@@ -2,6 +2,7 @@
 #include "sounds/SoundsLoader.h"
 
 #include "tests/sounds/SoundLibraryFixture.h"
+#include "tests/support/Testing.h"
 
 namespace dorvane::testing {
 namespace {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/BusTest.h"
 
-#include <QFile>
+#include "tests/support/Testing.h"
+
 #include <QUuid>
 
 namespace dorvane::testing {
@@ -36,15 +37,13 @@ QDBusConnection BusTest::join() {
 }
 
 QString BusTest::start() {
-    QFile file(m_folder.filePath(QStringLiteral("bus.conf")));
+    QFile file(m_folder.filePath(u"bus.conf"_qs));
     if (!file.open(QIODevice::WriteOnly))
         return {};
     file.write(QString::fromLatin1(configuration).arg(m_folder.path()).toUtf8());
     file.close();
-    m_daemon.start(QStringLiteral("dbus-daemon"),
-                   {QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
-                    QStringLiteral("--print-address"),
-                    QStringLiteral("--config-file=") + file.fileName()});
+    m_daemon.start(u"dbus-daemon"_qs, {u"--nofork"_qs, u"--nopidfile"_qs, u"--print-address"_qs,
+                                       u"--config-file="_qs + file.fileName()});
     return m_daemon.waitForReadyRead(5000) ? QString::fromUtf8(m_daemon.readLine()).trimmed()
                                            : QString();
 }

@@ -11,7 +11,7 @@ namespace dorvane::testing {
 // the year it is 2026: "03-29 02:30".
 inline QDateTime at(const char* text) {
     QString string = QString::fromLatin1(text);
-    if (string.indexOf(QLatin1Char('-')) == 2)
+    if (string.indexOf(u'-') == 2)
         string.prepend(QLatin1String("2026-"));
     const QDateTime date = QDateTime::fromString(string, Qt::ISODate);
     Q_ASSERT(date.isValid());
@@ -29,7 +29,7 @@ inline std::string text(const QDateTime& date) {
 inline std::string brief(const QDateTime& date) {
     if (!date.isValid())
         return "none";
-    QString format = QStringLiteral("MM-dd HH:mm");
+    QString format = u"MM-dd HH:mm"_qs;
     if (date.date().year() != 2026)
         format.prepend(QLatin1String("yyyy-"));
     if (date.time().second() != 0)

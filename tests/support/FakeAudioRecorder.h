@@ -18,14 +18,14 @@ public:
     [[nodiscard]] bool record(const QString& path, Finished finished) override {
         if (isRecording())
             return false;
-        m_trace.add(QStringLiteral("record ") + path);
+        m_trace.add(u"record "_qs + path);
         m_path = path;
         m_finished = std::move(finished);
         return true;
     }
     [[nodiscard]] bool isRecording() const override { return m_finished != nullptr; }
     void stop() override {
-        m_trace.add(QStringLiteral("stop"));
+        m_trace.add(u"stop"_qs);
         m_loop.defer([this] {
             QFile file(m_path);
             (void)file.open(QIODevice::WriteOnly);
@@ -33,7 +33,7 @@ public:
         });
     }
     void cancel() override {
-        m_trace.add(QStringLiteral("cancel"));
+        m_trace.add(u"cancel"_qs);
         m_finished = nullptr;
     }
     [[nodiscard]] float takeLevel() override { return 0.5F; }

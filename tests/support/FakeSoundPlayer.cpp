@@ -20,17 +20,17 @@ public:
     FakeSound& operator=(const FakeSound&) = delete;
     ~FakeSound() override {
         if (m_isPlaying)
-            record(QStringLiteral("dropped"));
+            record(u"dropped"_qs);
         std::erase(m_player.m_sounds, this);
     }
 
     bool play() override {
         const bool isUnplayable = m_isLoaded && !m_file.isPlayable;
         if (m_isPlaying || isUnplayable || !m_player.hasServer) {
-            record(QStringLiteral("refused"));
+            record(u"refused"_qs);
             return false;
         }
-        record(QStringLiteral("play"));
+        record(u"play"_qs);
         m_isPlaying = true;
         if (m_isLoaded)
             run();
@@ -38,21 +38,21 @@ public:
     }
     void stop() override {
         if (m_isPlaying)
-            end(QStringLiteral("stop"), false);
+            end(u"stop"_qs, false);
         m_position = Seconds(0);
     }
     [[nodiscard]] bool isPlaying() const override { return m_isPlaying; }
     void pause() override {
         if (!m_isPlaying || m_isPaused)
             return;
-        record(QStringLiteral("pause"));
+        record(u"pause"_qs);
         hold();
         m_isPaused = true;
     }
     void resume() override {
         if (!m_isPaused)
             return;
-        record(QStringLiteral("resume"));
+        record(u"resume"_qs);
         m_isPaused = false;
         if (m_isLoaded)
             run();
@@ -65,7 +65,7 @@ public:
         return m_running ? m_position + std::max(heard, Seconds(0)) : m_position;
     }
     void setCurrentTime(Seconds position) override {
-        record(QStringLiteral("seek %1").arg(position.count(), 0, 'f', 3));
+        record(u"seek %1"_qs.arg(position.count(), 0, 'f', 3));
         const bool wasRunning = static_cast<bool>(m_running);
         hold();
         m_position = position;
@@ -74,7 +74,7 @@ public:
     }
     [[nodiscard]] float volume() const override { return m_volume; }
     void setVolume(float volume) override {
-        record(QStringLiteral("volume %1").arg(static_cast<double>(volume), 0, 'f', 2));
+        record(u"volume %1"_qs.arg(static_cast<double>(volume), 0, 'f', 2));
         m_volume = volume;
     }
     void whenLoaded(std::function<void()> callback) override {
@@ -104,7 +104,7 @@ private:
     void loaded() {
         m_isLoaded = true;
         if (m_isPlaying && !m_file.isPlayable)
-            end(QStringLiteral("failed"), false);
+            end(u"failed"_qs, false);
         else if (m_isPlaying && !m_isPaused)
             run();
         const auto callbacks = std::move(m_whenLoaded);
@@ -116,13 +116,13 @@ private:
         m_runningSince = m_player.m_loop.uptime() + delay;
         const auto left = std::chrono::ceil<RunLoop::Milliseconds>(m_file.duration - m_position);
         m_running = m_player.m_loop.scheduleOnce(
-            delay + left, [this] { end(QStringLiteral("finished"), true); }, RunLoopMode::Common);
+            delay + left, [this] { end(u"finished"_qs, true); }, RunLoopMode::Common);
     }
     void hold() {
         m_position = currentTime();
         m_running.cancel();
     }
-    void record(const QString& event) { m_player.m_trace.add(m_path + QLatin1Char(' ') + event); }
+    void record(const QString& event) { m_player.m_trace.add(m_path + u' ' + event); }
 
     FakeSoundPlayer& m_player;
     const QString m_path;
@@ -148,7 +148,7 @@ std::unique_ptr<Sound> FakeSoundPlayer::soundWithContentsOfFile(const QString& p
 void FakeSoundPlayer::fail() {
     for (Sound* sound : std::vector(m_sounds))
         if (sound->isPlaying())
-            static_cast<FakeSound*>(sound)->end(QStringLiteral("failed"), false);
+            static_cast<FakeSound*>(sound)->end(u"failed"_qs, false);
 }
 
 } // namespace dorvane::testing

@@ -57,9 +57,8 @@ public:
     // With no server play() answers false.
     bool hasServer = true;
 
-    QStringList types = {QStringLiteral("audio/x-aiff"), QStringLiteral("audio/mpeg"),
-                         QStringLiteral("audio/x-wav"), QStringLiteral("audio/x-vorbis+ogg"),
-                         QStringLiteral("audio/mp4")};
+    QStringList types = {u"audio/x-aiff"_qs, u"audio/mpeg"_qs, u"audio/x-wav"_qs,
+                         u"audio/x-vorbis+ogg"_qs, u"audio/mp4"_qs};
 
     // The sounds that exist, oldest first: what is left here at the end has leaked.
     [[nodiscard]] const std::vector<Sound*>& sounds() const { return m_sounds; }

@@ -27,23 +27,22 @@ public:
     }
     void prepare(const QString& text, int voice) override {
         if (const QString name = m_known.value(voice - 1); !name.isEmpty())
-            m_trace.add(name + QStringLiteral(" learns ") + text);
+            m_trace.add(name + u" learns "_qs + text);
     }
     void speak(const QString& text, int voice, std::function<void()> done) override {
         const QString name = m_known.value(voice - 1);
         if (name.isEmpty())
             return;
-        m_trace.add(name + QStringLiteral(" says ") + text);
+        m_trace.add(name + u" says "_qs + text);
         const auto said = [this, name, text, done = std::move(done)] {
-            m_trace.add(name + QStringLiteral(" said ") + text);
+            m_trace.add(name + u" said "_qs + text);
             done();
         };
         m_timers.push_back(m_loop.scheduleOnce(std::chrono::seconds(1), said));
     }
 
     // What is installed; for the next question about voices.
-    QStringList voices = {QStringLiteral("Anna"), QStringLiteral("Tom & Tim"),
-                          QStringLiteral("Zoe")};
+    QStringList voices = {u"Anna"_qs, u"Tom & Tim"_qs, u"Zoe"_qs};
 
 private:
     RunLoop& m_loop;

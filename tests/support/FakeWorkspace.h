@@ -15,7 +15,7 @@ public:
     explicit FakeWorkspace(Trace& trace) : m_trace(trace) {}
 
     void openUrl(const QUrl&) override {}
-    void reveal(const QString& path) override { m_trace.add(QStringLiteral("reveal ") + path); }
+    void reveal(const QString& path) override { m_trace.add(u"reveal "_qs + path); }
     [[nodiscard]] QString typeOfFile(const QString& path) const override {
         return QMimeDatabase().mimeTypeForFile(path).name();
     }

@@ -15,13 +15,13 @@ bool capturing = false;
 QStringList captured;
 
 void handle(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    const QString line = QString::fromUtf8(context.category) + QStringLiteral(": ") + text;
+    const QString line = QString::fromUtf8(context.category) + u": "_qs + text;
     const QMutexLocker lock(&mutex);
     if (capturing) {
         captured << line;
         return;
     }
-    if (text.contains(QStringLiteral("This plugin does not support")))
+    if (text.contains(u"This plugin does not support"_qs))
         return; // noise of the offscreen platform
     if (type == QtWarningMsg || type == QtCriticalMsg)
         ADD_FAILURE() << "unexpected warning: " << qPrintable(line);

@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
     set("HOME", home.path().toUtf8());
     set("XDG_RUNTIME_DIR", home.path().toUtf8()); // a temporary folder is private already
     for (const char* name : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"})
-        set(name, (home.path() + QStringLiteral("/") + QLatin1String(name)).toUtf8());
+        set(name, (home.path() + u"/"_qs + QLatin1String(name)).toUtf8());
     set("QT_QPA_PLATFORM", "offscreen");
     set("LC_ALL", "C.UTF-8");
     if (!qEnvironmentVariableIsSet("TZ"))
