@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QHash>
 #include <QIcon>
 #include <QImage>
 #include <QString>
@@ -44,6 +45,7 @@ private:
     [[nodiscard]] QColor wedgeColour() const;
 
     std::unique_ptr<QSvgRenderer> m_image;
+    mutable QHash<int, QImage> m_backgrounds; // by their pixels
     bool m_imageIsLight = false;
 };
 

@@ -3,6 +3,7 @@
 
 #include "tests/support/Testing.h"
 
+#include <QDir>
 #include <QPainter>
 
 #include <cmath>
@@ -52,6 +53,15 @@ TEST(StatusPicture, wedgeCoversTheMinutesBeforeTheAlarmAndTwoDegreesMoreAtEither
                 EXPECT_EQ(at(image, angle, 5.8).alpha(), 0) << c.what << " at " << angle;
         }
     }
+}
+
+// Each would be a wake-up more.
+TEST(StatusPicture, movingTheWedgeStartsNoThreads) {
+    const QDir threads(QStringLiteral("/proc/self/task"));
+    const uint before = threads.count();
+    (void)StatusPicture().icon({30, 60});
+    threads.refresh();
+    EXPECT_EQ(threads.count(), before);
 }
 
 // How far apart two colours look, from 0 to 255.
