@@ -3,7 +3,6 @@
 
 #include "tests/support/Testing.h"
 
-#include <QDir>
 #include <QPainter>
 
 #include <cmath>
