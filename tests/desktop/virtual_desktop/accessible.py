@@ -9,7 +9,7 @@ from typing import Any, Iterator, Mapping
 from .bus import Bus, Connection, GLib
 from .picture import Rect
 from .processes import Processes, find_program, wait_for
-from .screen import Screen
+from .screen import SCALE, Screen
 
 _ATSPI = "org.a11y.atspi"
 _REGISTRY = f"{_ATSPI}.Registry"
@@ -45,7 +45,8 @@ class Accessible:
 
     @property
     def rect(self) -> Rect:
-        return Rect(*self._call("Component.GetExtents", GLib.Variant("(u)", (_ON_SCREEN,))))
+        extents = self._call("Component.GetExtents", GLib.Variant("(u)", (_ON_SCREEN,)))
+        return Rect(*(SCALE * extent for extent in extents))
 
     def descendants(self) -> Iterator[Accessible]:
         for child in self.children:

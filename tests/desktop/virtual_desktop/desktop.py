@@ -17,10 +17,10 @@ from .panel import Panel, Tint2, WindowManager, XfcePanel
 from .picture import Picture, Rect, changed_rect
 from .processes import Processes, wait_for
 from .program import Program, User
-from .screen import Screen, Window
+from .screen import SCALE, SIZE, Screen, Window
 from .sound import SoundServer
 
-_AWAY = (400, 500)  # where the pointer touches nothing
+_AWAY = (10, SIZE[1] - 10)  # where the pointer touches nothing
 
 
 @dataclass(frozen=True)
@@ -38,27 +38,28 @@ class VirtualDesktop:
     """A screen with a window manager, buses, and a sound card; the panel is started by the test.
 
     Everything lives in a folder of its own below the temporary folder. close() ends what was
-    started and removes the folder.
+    started and removes the folder. `theme` is the one of the panel and of window frames.
     """
 
-    def __init__(self, accessible: bool = True) -> None:
+    def __init__(self, accessible: bool = True, theme: str = "Adwaita") -> None:
         self.folder = Path(tempfile.mkdtemp(prefix="dorvane-desktop-"))
         logs = self.folder / "logs"
         logs.mkdir()
         self.processes = Processes(logs)
         try:
-            self._start(accessible)
+            self._start(accessible, theme)
         except BaseException:
             self.close()
             raise
 
-    def _start(self, accessible: bool) -> None:
+    def _start(self, accessible: bool, theme: str) -> None:
         run = self.folder / "run"
         run.mkdir(mode=0o700)
         desk = User(self.folder / "desk")
         self.env = {**desk.environment(), "PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "TZ": "UTC",
                     "USER": os.environ.get("USER", "user"), "XDG_RUNTIME_DIR": str(run),
-                    "XDG_CURRENT_DESKTOP": "XFCE", "GTK_MODULES": ""}
+                    "XDG_CURRENT_DESKTOP": "XFCE", "GTK_MODULES": "", "GTK_THEME": theme,
+                    "GDK_SCALE": str(SCALE), "QT_SCALE_FACTOR": str(SCALE)}
         self.screen = Screen(self.processes, self.folder, self.env)
         self.env["DISPLAY"] = self.screen.display
         self.session_bus = Bus(self.processes, run, self.env, "session")

@@ -13,7 +13,7 @@ from gi.repository import GLib
 from .bus import Bus
 from .picture import Rect
 from .processes import Processes, find_program, wait_for
-from .screen import SIZE, Screen
+from .screen import SCALE, SIZE, Screen
 
 PANEL_HEIGHT = 30
 
@@ -73,7 +73,7 @@ class WindowManager:
 class Panel:
     """A panel along the top of the screen."""
 
-    AREA = Rect(0, 0, SIZE[0], PANEL_HEIGHT)
+    AREA = Rect(0, 0, SIZE[0], PANEL_HEIGHT * SCALE)
     is_ready: Callable[[], bool]  # to take icons
     icon_count: Callable[[], int]
 

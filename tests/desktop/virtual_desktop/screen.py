@@ -14,7 +14,9 @@ import numpy as np
 from .picture import Picture, Rect, crop
 from .processes import Processes, find_program, wait_for
 
-SIZE = (1280, 800)
+SCALE = int(os.environ.get("VIRTUAL_DESKTOP_SCALE", "1"))
+"""Pixels of the screen to one of the programs': 2 for pictures that are to be shown sharp."""
+SIZE = (1280 * SCALE, 800 * SCALE)
 _BACKGROUND = "#5b7083"
 
 
