@@ -11,5 +11,6 @@ Q_LOGGING_CATEGORY(logEditor, "dorvane.editor", QtInfoMsg)
 Q_LOGGING_CATEGORY(logBreaks, "dorvane.breaks", QtInfoMsg)
 Q_LOGGING_CATEGORY(logMenubar, "dorvane.menubar", QtInfoMsg)
 Q_LOGGING_CATEGORY(logPlatform, "dorvane.platform", QtInfoMsg)
+Q_LOGGING_CATEGORY(logRelocate, "dorvane.relocate", QtInfoMsg)
 
 } // namespace dorvane

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Relocator.h"
+
+namespace dorvane {
+
+// Copies a bundle with the rights of root, as Relocator says: beside the destination, compared,
+// then renamed; what was at the destination goes last, and comes back when the copy cannot take its
+// place. The copy is root's. Waits for the person whom pkexec asks, and for the disk. Any thread.
+[[nodiscard]] Relocator::Authorised copyAsRoot(const QString& source, const QString& destination);
+
+} // namespace dorvane

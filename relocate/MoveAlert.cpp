@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "relocate/MoveAlert.h"
+
+#include "relocate/MoveOffer.h"
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace dorvane {
+
+namespace {
+
+QString localised(const char* text) {
+    return QCoreApplication::translate("MoveApplication", text);
+}
+
+QString explanation(const MoveOffer& offer) {
+    const QString text = localised(QT_TRANSLATE_NOOP(
+        "MoveApplication", "I can move myself to the Applications folder if you'd like."));
+    if (offer.needsAuthorisation)
+        return text + QLatin1Char(' ') +
+               localised(QT_TRANSLATE_NOOP("MoveApplication", "Note that this will require an "
+                                                              "administrator password."));
+    if (offer.isDownload)
+        return text + QLatin1Char(' ') +
+               localised(QT_TRANSLATE_NOOP("MoveApplication", "This will keep your Downloads "
+                                                              "folder uncluttered."));
+    return text;
+}
+
+std::unique_ptr<QMessageBox> alert(QMessageBox::Icon icon, const QString& message) {
+    auto box = std::make_unique<QMessageBox>(icon, QStringLiteral("Dorvane"),
+                                             QStringLiteral("<b>%1</b>").arg(message));
+    box->setTextFormat(Qt::RichText);
+    return box;
+}
+
+} // namespace
+
+std::unique_ptr<QMessageBox> moveAlert(const MoveOffer& offer) {
+    auto box =
+        alert(QMessageBox::Question,
+              localised(QT_TRANSLATE_NOOP("MoveApplication", "Move to Applications folder?")));
+    box->setInformativeText(explanation(offer));
+    auto* const move = box->addButton(
+        localised(QT_TRANSLATE_NOOP("MoveApplication", "Move to Applications Folder")),
+        QMessageBox::AcceptRole);
+    auto* const stay = box->addButton(
+        localised(QT_TRANSLATE_NOOP("MoveApplication", "Do Not Move")), QMessageBox::RejectRole);
+    box->setDefaultButton(move);
+    box->setEscapeButton(stay);
+
+    auto suppression = std::make_unique<QCheckBox>(
+        localised(QT_TRANSLATE_NOOP("MoveApplication", "Do not show this message again")));
+    QFont small = suppression->font();
+    small.setPointSizeF(small.pointSizeF() * 0.9);
+    suppression->setFont(small);
+    box->setCheckBox(suppression.release());
+    return box;
+}
+
+std::unique_ptr<QMessageBox> moveFailure() {
+    return alert(
+        QMessageBox::Warning,
+        localised(QT_TRANSLATE_NOOP("MoveApplication", "Could not move to Applications folder")));
+}
+
+} // namespace dorvane

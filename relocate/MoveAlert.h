@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+
+class QMessageBox;
+
+namespace dorvane {
+
+struct MoveOffer;
+
+// The question, with "Move to Applications Folder" as its default button, "Do Not Move" on Escape,
+// and a box with which the question goes away for good. The caller shows it; main thread only.
+[[nodiscard]] std::unique_ptr<QMessageBox> moveAlert(const MoveOffer& offer);
+
+// What is shown when the program could not be moved.
+[[nodiscard]] std::unique_ptr<QMessageBox> moveFailure();
+
+} // namespace dorvane

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "relocate/MoveToApplications.h"
+
+#include "platform/Log.h"
+#include "platform/Relocator.h"
+#include "platform/RunLoop.h"
+#include "platform/UserDefaults.h"
+#include "relocate/MoveAlert.h"
+
+#include <QCheckBox>
+#include <QMessageBox>
+#include <QThreadPool>
+
+#include <utility>
+
+namespace dorvane {
+
+namespace {
+
+const auto suppressKey = QStringLiteral("moveToApplicationsFolderAlertSuppress");
+
+bool canBeReplacedAsRoot(const MoveOffer& offer) {
+    return offer.destination.endsWith(QStringLiteral(".app")) &&
+           !offer.destination.trimmed().isEmpty() && !offer.source.trimmed().isEmpty();
+}
+
+// Shows it above other windows; it goes away by itself when it is answered.
+void present(std::unique_ptr<QMessageBox> alert) {
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    QMessageBox* const shown = alert.release();
+    shown->show();
+    shown->raise();
+    shown->activateWindow();
+}
+
+} // namespace
+
+MoveToApplications::MoveToApplications(Surroundings surroundings)
+    : m_surroundings(std::move(surroundings)) {}
+
+void MoveToApplications::offer(const QString& bundlePath, std::function<void()> stay) {
+    m_stay = std::move(stay);
+    std::optional<MoveOffer> offer;
+    if (!m_surroundings.defaults.value(suppressKey).toBool())
+        offer = offerToMove(bundlePath, m_surroundings.relocator);
+    if (!offer) {
+        m_stay();
+        return;
+    }
+    m_offer = *std::move(offer);
+    ask();
+}
+
+void MoveToApplications::ask() {
+    auto alert = moveAlert(m_offer);
+    QMessageBox* const box = alert.get();
+    QObject::connect(box, &QMessageBox::finished, box, [this, box] { answer(*box); });
+    present(std::move(alert));
+}
+
+void MoveToApplications::answer(const QMessageBox& alert) {
+    if (alert.buttonRole(alert.clickedButton()) == QMessageBox::AcceptRole) {
+        move();
+        return;
+    }
+    if (alert.checkBox()->isChecked()) {
+        m_surroundings.defaults.setValue(suppressKey, true);
+        m_surroundings.defaults.synchronize();
+    }
+    m_stay();
+}
+
+void MoveToApplications::move() {
+    qCInfo(logRelocate, "INFO -- Moving myself to the Applications folder");
+    QThreadPool::globalInstance()->start([offer = m_offer, weak = m_lifeline.weak(),
+                                          &loop = m_surroundings.runLoop,
+                                          &relocator = m_surroundings.relocator] {
+        const Outcome outcome = copy(relocator, offer);
+        loop.post([weak, outcome] {
+            if (MoveToApplications* const self = weak.get())
+                self->conclude(outcome);
+        });
+    });
+}
+
+MoveToApplications::Outcome MoveToApplications::copy(Relocator& relocator, const MoveOffer& offer) {
+    if (!offer.needsAuthorisation)
+        return copyHere(relocator, offer);
+    const auto done = canBeReplacedAsRoot(offer)
+                          ? relocator.copyWithAuthorisation(offer.source, offer.destination)
+                          : Relocator::Authorised::Failed;
+    if (done == Relocator::Authorised::Done)
+        return Outcome::Copied;
+    if (done == Relocator::Authorised::Refused) {
+        qCInfo(logRelocate, "INFO -- Not moving because user canceled authorization");
+        return Outcome::Refused;
+    }
+    qCWarning(logRelocate, "ERROR -- Could not copy myself to /Applications with authorization");
+    return Outcome::Failed;
+}
+
+// What is at the destination goes only when there is a whole copy to take its place.
+MoveToApplications::Outcome MoveToApplications::copyHere(Relocator& relocator,
+                                                         const MoveOffer& offer) {
+    const QString& destination = offer.destination;
+    const bool isTaken = relocator.exists(destination);
+    if (isTaken && relocator.isRunning(destination))
+        return Outcome::Switched;
+    auto error = relocator.copyBeside(offer.source, destination);
+    if (!error && isTaken && !relocator.moveToTrash(destination)) {
+        relocator.discardCopy(destination);
+        return Outcome::Failed;
+    }
+    if (!error)
+        error = relocator.putInPlace(destination);
+    if (!error)
+        return Outcome::Copied;
+    qCWarning(logRelocate).noquote() << QStringLiteral("ERROR -- Could not copy '%1' to '%2' (%3)")
+                                            .arg(offer.source, destination, *error);
+    qCWarning(logRelocate).noquote() << "ERROR -- Could not copy myself to" << destination;
+    return Outcome::Failed;
+}
+
+void MoveToApplications::conclude(Outcome outcome) {
+    switch (outcome) {
+    case Outcome::Copied:
+        leave();
+        break;
+    case Outcome::Switched:
+        qCInfo(logRelocate, "INFO -- Switching to an already running version");
+        m_surroundings.relocator.open(m_offer.destination);
+        m_surroundings.end();
+        break;
+    case Outcome::Failed:
+        present(moveFailure());
+        m_stay();
+        break;
+    case Outcome::Refused:
+        m_stay();
+        break;
+    }
+}
+
+// Waits for the disk, as there is nothing else left to do.
+void MoveToApplications::leave() {
+    Relocator& relocator = m_surroundings.relocator;
+    m_surroundings.moved(m_offer.destination);
+    if (!m_offer.isNested && !m_offer.diskImageDevice) {
+        if (const auto error = relocator.removeCopied(m_offer.source, m_offer.destination)) {
+            qCWarning(logRelocate).noquote()
+                << QStringLiteral("WARNING -- Could not delete '%1': %2")
+                       .arg(m_offer.source, *error);
+            if (!relocator.moveToTrash(m_offer.source))
+                qCWarning(logRelocate, "WARNING -- Could not delete application after moving it "
+                                       "to Applications folder");
+        }
+    }
+    relocator.openAfterTheEnd(m_offer.destination);
+    if (m_offer.diskImageDevice && !m_offer.isNested)
+        relocator.detachSoon(*m_offer.diskImageDevice);
+    m_surroundings.end();
+}
+
+} // namespace dorvane

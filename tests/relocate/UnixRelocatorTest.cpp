@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/relocate/UnixRelocator.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+using namespace dorvane;
+
+namespace {
+
+const std::string placed = "./Dorvane.app 755|./Dorvane.app/Info.plist 644|"
+                           "./Dorvane.app/Resources 755|./Dorvane.app/Resources/empty 755|"
+                           "./Dorvane.app/Resources/sound 644|./Dorvane.app/dorvane 755|"
+                           "./Dorvane.app/link 777|";
+
+const std::string oldVersion = "./Dorvane.app 700|";
+
+// No file can grow beyond it, as on a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_before{};
+};
+
+// A bundle to be moved, and a folder that stands for /opt.
+class UnixRelocatorTest : public ::testing::Test {
+protected:
+    UnixRelocatorTest() {
+        QDir().mkpath(m_opt);
+        sh(u"mkdir -p \"$1/Resources/empty\" && cd \"$1\" && cp /bin/true dorvane && "
+           "echo info > Info.plist && printf '%070000d' 0 > Resources/sound && "
+           "ln -s Resources/sound link && chmod 400 Resources/sound && chmod 555 Resources"_qs);
+    }
+    ~UnixRelocatorTest() override { sh(u"chmod -R u+w \"${1%/*}\""_qs); }
+
+    // What a shell script prints; $1 is the bundle, $2 the destination.
+    std::string sh(const QString& script) const {
+        QProcess process;
+        process.start(u"/bin/sh"_qs, {u"-c"_qs, script, u"sh"_qs, m_bundle, m_destination});
+        EXPECT_TRUE(process.waitForFinished() && process.exitCode() == 0) << qPrintable(script);
+        return process.readAll().toStdString();
+    }
+
+    // Every name below /opt, with its permissions.
+    std::string opt() const {
+        return sh(
+            u"cd \"${2%/*}\" && find . -mindepth 1 -printf './%P %m|\n' | LC_ALL=C sort | tr -d '\n'"_qs);
+    }
+
+    // As somebody who puts `script` in the place of pkexec.
+    Relocator::Authorised authorise(const QByteArray& script) {
+        QFile pkexec(m_root.filePath(u"bin/pkexec"_qs));
+        QDir().mkpath(m_root.filePath(u"bin"_qs));
+        EXPECT_TRUE(pkexec.open(QIODevice::WriteOnly));
+        pkexec.write("#!/bin/sh\n" + script);
+        pkexec.close();
+        pkexec.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", QFile::encodeName(m_root.filePath(u"bin:"_qs)) + path);
+        const auto answer = m_relocator.copyWithAuthorisation(m_bundle, m_destination);
+        qputenv("PATH", path);
+        return answer;
+    }
+
+    QTemporaryDir m_root;
+    QString m_opt = m_root.filePath(u"opt"_qs);
+    QString m_bundle = m_root.filePath(u"it's \"$HOME\"/Dorvane.app"_qs);
+    QString m_destination = m_opt + u"/Dorvane.app"_qs;
+    UnixRelocator m_relocator{{.home = m_root.path(),
+                               .caches = {},
+                               .configuration = {},
+                               .data = m_root.filePath(u"data"_qs)},
+                              m_opt};
+};
+
+TEST_F(UnixRelocatorTest, copiesWholeAndOnlyThenRemoves) {
+    sh(u"mkdir -p \"${2%/*}/.Dorvane.app.moving/left\""_qs); // by a copy that a power cut ended
+    EXPECT_EQ(m_relocator.copyBeside(m_bundle, m_destination), std::nullopt);
+    EXPECT_FALSE(m_relocator.exists(m_destination));
+    EXPECT_EQ(m_relocator.putInPlace(m_destination), std::nullopt);
+    EXPECT_EQ(opt(), placed);
+    sh(u"diff -r --no-dereference \"$1\" \"$2\" && chmod 755 \"$1/Resources\""_qs);
+
+    sh(u"echo changed >> \"$1/Info.plist\""_qs);
+    EXPECT_NE(m_relocator.removeCopied(m_bundle, m_destination), std::nullopt);
+    sh(u"diff -rq \"$1/Resources\" \"$2/Resources\""_qs);
+    sh(u"cp \"$2/Info.plist\" \"$1\""_qs);
+    EXPECT_EQ(m_relocator.removeCopied(m_bundle, m_destination), std::nullopt);
+    EXPECT_FALSE(m_relocator.exists(m_bundle));
+}
+
+TEST_F(UnixRelocatorTest, leavesNothingOfACopyThatFails) {
+    sh(u"mkfifo \"$1/Resources/pipe\""_qs);
+    EXPECT_NE(m_relocator.copyBeside(m_bundle, m_destination), std::nullopt);
+    EXPECT_EQ(opt(), "");
+    sh(u"rm -f \"$1/Resources/pipe\""_qs);
+    {
+        const FileSizeLimit limit(50'000);
+        EXPECT_NE(m_relocator.copyBeside(m_bundle, m_destination), std::nullopt);
+    }
+    EXPECT_EQ(opt(), "");
+
+    EXPECT_EQ(m_relocator.copyBeside(m_bundle, m_destination), std::nullopt);
+    sh(u"mkdir -m 700 \"$2\""_qs);
+    EXPECT_NE(m_relocator.putInPlace(m_destination), std::nullopt);
+    EXPECT_EQ(opt(), oldVersion);
+}
+
+TEST_F(UnixRelocatorTest, copiesAsRootOrLeavesWhatIsThere) {
+    const struct {
+        const char* pkexec;
+        Relocator::Authorised answer;
+        std::string opt;
+    } rows[] = {
+        {"exit 126", Relocator::Authorised::Refused, oldVersion},
+        {"exit 127", Relocator::Authorised::Failed, oldVersion},
+        {"kill -9 $$", Relocator::Authorised::Failed, oldVersion},
+        {"ulimit -f 50; trap '' XFSZ; exec \"$@\"", Relocator::Authorised::Failed, oldVersion},
+        {"exec \"$@\"", Relocator::Authorised::Done, placed},
+    };
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can play the administrator";
+    sh(u"mkdir -m 700 \"$2\" && chmod u+s \"$1/dorvane\""_qs);
+    for (const auto& [pkexec, answer, left] : rows) {
+        EXPECT_EQ(authorise(pkexec), answer) << pkexec;
+        EXPECT_EQ(opt(), left) << pkexec;
+    }
+}
+
+TEST_F(UnixRelocatorTest, knowsWhatRuns) {
+    sh(u"mkdir \"$2\" && cp /bin/sleep \"$2/dorvane\""_qs);
+    EXPECT_FALSE(m_relocator.isRunning(m_destination));
+    QProcess process;
+    process.start(m_destination + u"/dorvane"_qs, {u"60"_qs});
+    ASSERT_TRUE(process.waitForStarted());
+    EXPECT_TRUE(m_relocator.isRunning(m_destination));
+    process.kill();
+    process.waitForFinished();
+}
+
+} // namespace
