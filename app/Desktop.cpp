@@ -20,6 +20,7 @@ Desktop::Desktop()
     , userNotifications(runLoop, folders, bundle.bundlePath() + QStringLiteral("/dorvane"),
                         QDBusConnection::sessionBus())
     , loginItems(folders)
+    , relocator(folders, QStringLiteral("/opt"))
     , urlSchemes(folders)
     , appearance(QDBusConnection::sessionBus())
     , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {}

@@ -9,6 +9,7 @@
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
 #include "platform/linux/recording/ModuleAudioRecorder.h"
+#include "platform/linux/relocate/UnixRelocator.h"
 #include "platform/linux/session/AutostartLoginItems.h"
 #include "platform/linux/session/LogindPowerMonitor.h"
 #include "platform/linux/session/QtRunLoop.h"
@@ -37,6 +38,7 @@ struct Desktop {
     DesktopWorkspace workspace;
     SystemdNotificationCenter userNotifications;
     AutostartLoginItems loginItems;
+    UnixRelocator relocator;
     XdgUrlSchemes urlSchemes;
     LogindPowerMonitor powerMonitor;
     PortalAppearance appearance;

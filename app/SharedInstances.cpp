@@ -20,6 +20,7 @@
 #include "firing/SoundRepeat.h"
 #include "menubar/AlarmMenuController.h"
 #include "platform/Log.h"
+#include "relocate/MoveToApplications.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/ReminderController.h"
 
@@ -169,6 +170,23 @@ std::unique_ptr<BreakCycle> makeBreakCycle() {
                                  .settings = PendixTakeABreakSettings::sharedInstance(),
                                  .player = sharedDesktop().soundPlayer,
                                  .makeSheet = makeBreakSheet});
+}
+
+std::unique_ptr<MoveToApplications> makeMover() {
+    Desktop& desktop = sharedDesktop();
+    return std::make_unique<MoveToApplications>(MoveToApplications::Surroundings{
+        .runLoop = desktop.runLoop,
+        .defaults = desktop.defaults,
+        .relocator = desktop.relocator,
+        .moved =
+            [](const QString& destination) {
+                auto& login = LaunchAtLoginController::sharedController();
+                if (!login.launchAtLogin())
+                    return;
+                login.setLaunchAtLogin(false);
+                login.setLaunchAtLogin(true, destination);
+            },
+        .end = [] { bfApp::quit(); }});
 }
 
 PendixRespitoWindowsController& PendixRespitoWindowsController::sharedRespito() {

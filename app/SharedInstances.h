@@ -8,6 +8,7 @@ namespace dorvane {
 class ActiveAlarms;
 class BreakCycle;
 class ClockBreaks;
+class MoveToApplications;
 class SoundRepeat;
 class StoredAlarms;
 struct Desktop;
@@ -22,5 +23,8 @@ struct Desktop;
 
 // The cycle that the application owns.
 [[nodiscard]] std::unique_ptr<BreakCycle> makeBreakCycle();
+
+// What offers to move the program at the start.
+[[nodiscard]] std::unique_ptr<MoveToApplications> makeMover();
 
 } // namespace dorvane

@@ -14,12 +14,15 @@
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/linux/session/ZoneData.h"
 #include "platform/Log.h"
+#include "relocate/MoveToApplications.h"
 
 #include <QMessageBox>
 #include <QSessionManager>
 #include <QSysInfo>
 #include <QTranslator>
 #include <QUrl>
+
+#include <utility>
 
 namespace dorvane {
 
@@ -37,15 +40,25 @@ bfApp& bfApp::sharedApplication() {
     return *static_cast<bfApp*>(instance());
 }
 
-void bfApp::finishLaunching() {
+void bfApp::finishLaunching(std::function<void()> launched) {
+    Desktop& desktop = sharedDesktop();
+    loadTranslations(desktop.bundle);
+    desktop.defaults.registerDefaults({{QStringLiteral("NSApplicationCrashOnExceptions"), true}});
+    m_mover = makeMover();
+    m_mover->offer(desktop.bundle.bundlePath(), [this, launched = std::move(launched)] {
+        launch();
+        launched();
+    });
+}
+
+// Only from here on is there something to hand over at the end.
+void bfApp::launch() {
     Desktop& desktop = sharedDesktop();
     watchForTheEnd();
-    loadTranslations(desktop.bundle);
     desktop.workspace.setNothingOpens(showWhereItLies);
     desktop.powerMonitor.setPoweredOn([&desktop] { desktop.notifications.post(wakeNotification); });
 
     AlarmMenuController& controller = AlarmMenuController::mainMenuController();
-    desktop.defaults.registerDefaults({{QStringLiteral("NSApplicationCrashOnExceptions"), true}});
     ouputRunningInfo(desktop.bundle);
     if (const auto zone = zoneWithoutData(ZoneSources::ofThisProcess()))
         qCWarning(logApp).noquote()

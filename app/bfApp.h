@@ -6,6 +6,7 @@
 
 #include <QApplication>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -13,6 +14,7 @@ namespace dorvane {
 
 class BreakCycle;
 class Bundle;
+class MoveToApplications;
 struct LaunchRequest;
 
 // The application: what happens, in which order, when it starts and when it quits. Main thread
@@ -26,8 +28,10 @@ public:
 
     [[nodiscard]] static bfApp& sharedApplication();
 
-    // The launch sequence. Nothing in it stops the launch; what fails is logged.
-    void finishLaunching();
+    // The launch sequence; calls back at its end. Nothing in it stops the launch; what fails is
+    // logged. Where the user is asked whether the program may move, it goes on with his answer, or
+    // the loop ends with status 0 and the moved program starts.
+    void finishLaunching(std::function<void()> launched);
 
     // The quit sequence; ends the main loop with status 0. A second call does nothing more.
     void terminate();
@@ -58,12 +62,14 @@ public:
     void checkEditorAssignments(const Bundle& bundle);
 
 private:
+    void launch();
     void watchForTheEnd();
     static void showWhereItLies(const QUrl& url);
     void loadTranslations(const Bundle& bundle);
     void switchBreaksOff();
 
     std::optional<UnixSignals> m_signals;
+    std::unique_ptr<MoveToApplications> m_mover;
     std::unique_ptr<BreakCycle> m_breakCycle;
     RunLoopTimer m_schemeCheck;
     RunLoopTimer m_takeBack;

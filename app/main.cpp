@@ -58,10 +58,11 @@ int main(int argc, char** argv) {
 
     choosePlatform(QDBusConnection::sessionBus());
     bfApp application(argc, argv);
-    application.finishLaunching();
-    instance.setRequested([&](const LaunchRequest& further) { application.open(further); });
-    if (!request.uris.isEmpty())
-        application.open(request);
+    application.finishLaunching([&] {
+        instance.setRequested([&](const LaunchRequest& further) { application.open(further); });
+        if (!request.uris.isEmpty())
+            application.open(request);
+    });
     const int status = bfApp::exec();
     // What had to be done in order is done. The sound engine's threads, which nobody waits for,
     // must not meet an application that is being taken apart.

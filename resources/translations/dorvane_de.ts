@@ -80,4 +80,39 @@
         <translation>Beendet diese Pause; die nächste kommt zu ihrer Zeit</translation>
     </message>
 </context>
+<context>
+    <name>MoveApplication</name>
+    <message>
+        <source>Move to Applications folder?</source>
+        <translation>In den Ordner für Programme umziehen?</translation>
+    </message>
+    <message>
+        <source>I can move myself to the Applications folder if you'd like.</source>
+        <translation>Wenn Sie möchten, ziehe ich in den Ordner für Programme um.</translation>
+    </message>
+    <message>
+        <source>Note that this will require an administrator password.</source>
+        <translation>Dafür wird das Passwort eines Administrators gebraucht.</translation>
+    </message>
+    <message>
+        <source>This will keep your Downloads folder uncluttered.</source>
+        <translation>So bleibt Ihr Ordner für Downloads aufgeräumt.</translation>
+    </message>
+    <message>
+        <source>Move to Applications Folder</source>
+        <translation>Umziehen</translation>
+    </message>
+    <message>
+        <source>Do Not Move</source>
+        <translation>Nicht umziehen</translation>
+    </message>
+    <message>
+        <source>Do not show this message again</source>
+        <translation>Nicht mehr fragen</translation>
+    </message>
+    <message>
+        <source>Could not move to Applications folder</source>
+        <translation>Der Umzug in den Ordner für Programme ist nicht gelungen</translation>
+    </message>
+</context>
 </TS>

@@ -1,0 +1,111 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Moving in: from a mounted disk image to where programs live, in a private view of the machine."""
+
+from __future__ import annotations
+
+import ctypes
+import os
+import shutil
+import signal
+import subprocess
+import time
+import unittest
+from pathlib import Path
+
+from desktop_case import DesktopTest, main
+from virtual_desktop import wait_for
+from virtual_desktop.accessible import Accessible
+from virtual_desktop.archive import Alarm
+from virtual_desktop.program import BUS_NAME, Program, program_path
+
+_CLONE_NEWNS = 0x20000
+_PLACE = Path("/opt/Dorvane.app")
+
+
+def run(*command: str | Path) -> None:
+    """Runs a command as far as this machine allows it."""
+    result = subprocess.run(command, capture_output=True, text=True, check=False)
+    if result.returncode != 0:
+        raise unittest.SkipTest(f"{command[0]}: {result.stderr.strip()}")
+
+
+class RelocateTest(DesktopTest):
+    @classmethod
+    def setUpClass(cls) -> None:
+        if os.geteuid() != 0 or ctypes.CDLL(None).unshare(_CLONE_NEWNS) != 0:
+            raise unittest.SkipTest("a private /opt and disk images need root and mount namespaces")
+        run("mount", "--make-rprivate", "/")
+        super().setUpClass()
+
+    def setUp(self) -> None:
+        super().setUp()
+        run("mount", "-t", "tmpfs", "tmpfs", "/opt")
+        self.addCleanup(run, "umount", "/opt")
+        self.image = self.user.home / "image"
+        self.volume = self.user.home / "Dorvane volume's"
+        bundle = self.user.home / "content/Dorvane.app"
+        shutil.copytree(program_path().parent, bundle)
+        self.volume.mkdir()
+        run("mkfs.ext4", "-q", "-d", bundle.parent, self.image, "256M")
+        run("mount", "-o", "loop,ro", self.image, self.volume)
+        self.addCleanup(lambda: self.is_mounted() and run("umount", self.volume))
+        built = os.environ.get("DORVANE_PROGRAM")
+        os.environ["DORVANE_PROGRAM"] = str(self.volume / "Dorvane.app/dorvane")
+        self.addCleanup(lambda: os.environ.update(DORVANE_PROGRAM=built)
+                        if built else os.environ.pop("DORVANE_PROGRAM"))
+        self.user.set_running_alarms(Alarm("Tea", time.time() + 3600))
+
+    def is_mounted(self) -> bool:
+        return str(self.image) in subprocess.run(
+            ["losetup", "--list", "--noheadings", "--output", "BACK-FILE"], capture_output=True,
+            text=True, check=True).stdout
+
+    def button(self, program: Program, name: str) -> Accessible:
+        """A button of the question, once that has come up."""
+        def find() -> Accessible | None:
+            root = self.desktop.reader.program(program.pid)
+            parts = root.descendants() if root else ()
+            return next((part for part in parts if part.name == name), None)
+        found = wait_for(name, find, 5.0)
+        time.sleep(0.3)  # for the window manager to have placed it
+        return found
+
+    def titles(self) -> list[object]:
+        return [alarm["title"] for alarm in self.user.running_alarms()]
+
+    def test_moves_in_and_goes_on_from_there(self) -> None:
+        _PLACE.mkdir()
+        (_PLACE / "old").touch()
+        program = self.start()
+        self.desktop.screen.click(self.button(program, "Move to Applications Folder").rect.centre)
+        self.assertEqual(program.wait_for_exit(), 0)
+        bus = self.desktop.session_bus.connection
+        bus.wait_for_owner(BUS_NAME)
+        moved = bus.process_of(BUS_NAME)
+        self.addCleanup(lambda: bus.owner(BUS_NAME) and os.kill(moved, signal.SIGKILL))
+        self.assertEqual(os.readlink(f"/proc/{moved}/exe"), str(_PLACE / "dorvane"))
+        self.desktop.panel.wait_for_icon()
+        self.assertEqual(list(Path("/opt").glob(".Trash*/files/*/*")),
+                         [Path("/opt/.Trash-0/files/Dorvane.app/old")])
+        wait_for("the image to be detached", lambda: not self.is_mounted(), 8.0)
+        os.kill(moved, signal.SIGTERM)
+        wait_for("its end", lambda: not bus.owner(BUS_NAME), 5.0)
+        self.assertEqual(self.titles(), ["Tea"])
+
+    def test_stays_when_told_to_and_keeps_its_alarms(self) -> None:
+        program = self.start()
+        self.button(program, "Do Not Move")
+        program.quit()
+        self.assertEqual(self.titles(), ["Tea"])
+
+        program = self.start()
+        self.button(program, "Do Not Move")
+        self.desktop.screen.press_key("Escape")
+        self.desktop.panel.wait_for_icon()
+        self.assertEqual(program.quit(), 0)
+        self.assertEqual(self.titles(), ["Tea"])
+        self.assertFalse(_PLACE.exists())
+
+
+if __name__ == "__main__":
+    main()
