@@ -161,6 +161,10 @@ public:
     // The alarm rings.
     [[nodiscard]] bool isTriggered() const { return m_isTriggered; }
     void setIsTriggered(bool on) { setDue(m_isTriggered, on); }
+    // What the clock knows the alarm by while it runs, and the one that takes its place when it is
+    // edited; empty before.
+    [[nodiscard]] const QString& identity() const { return m_identity; }
+    void setIdentity(const QString& identity) { m_identity = identity; }
     // The alarm is, or was, among the clock's running alarms.
     [[nodiscard]] bool isActive() const { return m_isActive; }
     void setIsActive(bool on) { m_isActive = on; }
@@ -192,6 +196,7 @@ private:
     QString m_title;
     QString m_soundPath;
     QString m_voiceName;
+    QString m_identity;
     std::optional<Instant> m_time;
     std::optional<Instant> m_runTime;
     std::optional<Instant>

@@ -4,8 +4,11 @@
 #include "core/NotificationNames.h"
 #include "core/WholeSecond.h"
 
+#include <QRandomGenerator>
+
 #include <algorithm>
 #include <limits>
+#include <string_view>
 
 namespace dorvane {
 
@@ -82,9 +85,29 @@ void Clock::insertAlarmAtIndex(AlarmPtr alarm, int index) {
     const QDateTime now = m_runLoop.now();
     alarm->setRunTime(alarm->selRowNo() == Alarm::Weekly ? alarm->time(instantOf(now)) : now);
     std::erase(m_alarms, alarm);
+    if (alarm->identity().isEmpty())
+        alarm->setIdentity(newIdentity());
     watch(alarm);
     m_alarms.insert(m_alarms.begin() + index, std::move(alarm));
     announceChange();
+}
+
+// Drawn by lot, so that what a script remembers of an earlier run is not another alarm now.
+// Without vowels no words come about.
+QString Clock::newIdentity() const {
+    constexpr std::string_view characters = "bcdfghjkmnpqrstvwxz23456789";
+    const auto isTaken = [this](const QString& identity) {
+        return std::any_of(m_alarms.begin(), m_alarms.end(),
+                           [&](const AlarmPtr& alarm) { return alarm->identity() == identity; });
+    };
+    QString identity;
+    do {
+        identity.clear();
+        while (identity.size() < 4)
+            identity += QLatin1Char(
+                characters[QRandomGenerator::global()->bounded(quint32(characters.size()))]);
+    } while (isTaken(identity));
+    return identity;
 }
 
 void Clock::removeAlarm(AlarmPtr alarm) { // NOLINT(performance-unnecessary-value-param)
@@ -100,6 +123,7 @@ bool Clock::replaceAlarm(const AlarmPtr& old, const AlarmPtr& replacement) {
     if (found == m_alarms.end())
         return false;
     old->setDueChanged({});
+    replacement->setIdentity(old->identity());
     *found = replacement;
     watch(replacement);
     announceChange();

@@ -25,7 +25,8 @@ public:
     static Clock& sharedClock();
 
     // Puts the alarm at the front. Its run time starts afresh: at its own due time for a weekday
-    // alarm, now for every other kind. An alarm that is in the list already is moved.
+    // alarm, now for every other kind. An alarm that is in the list already is moved; one that has
+    // no identity is given one, of four small letters and digits.
     void insertAlarm(const AlarmPtr& alarm);
     // The same at an index of 0 to the count of the other alarms; does not touch isActive. By
     // value, here and below, since the pointer given may be the one in the list.
@@ -34,8 +35,8 @@ public:
     // An alarm that is not in the list is ignored.
     void removeAlarm(AlarmPtr alarm);
 
-    // Puts `replacement` in the place of `old` without touching its dates. False, and nothing
-    // happens, when `old` is not in the list.
+    // Puts `replacement` in the place of `old`, with its identity, without touching its dates.
+    // False, and nothing happens, when `old` is not in the list.
     [[nodiscard]] bool replaceAlarm(const AlarmPtr& old, const AlarmPtr& replacement);
 
     // The alarm that is due soonest by whole seconds, of several the one nearest the front; null
@@ -54,6 +55,7 @@ public:
 private:
     void updateAlarms();
     void awakeFromSleep();
+    [[nodiscard]] QString newIdentity() const;
     void watch(const AlarmPtr& alarm);
     void sleepUntilNextTick();
     void sleepUntilTickOf(const Alarm& alarm);

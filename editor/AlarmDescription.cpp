@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/AlarmDescription.h"
 
-#include "editor/AlarmForm.h"
-#include "editor/IntervalRule.h"
+#include "core/AlarmForm.h"
+#include "core/IntervalRule.h"
 #include "sounds/SoundName.h"
 
 namespace dorvane {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/AlarmFormControls.h"
 
-#include "editor/AlarmForm.h"
+#include "core/AlarmForm.h"
+#include "editor/FormEnabling.h"
 #include "ui_AlarmSetController.h"
 
 namespace dorvane {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/AlarmSetController.h"
 
+#include "core/AlarmBuilding.h"
 #include "core/NotificationNames.h"
 #include "core/StoredAlarms.h"
 #include "core/Weekday.h"
-#include "editor/AlarmBuilding.h"
 #include "editor/AlarmDescription.h"
 #include "editor/AlarmEditorDelegate.h"
 #include "editor/DialogButtons.h"

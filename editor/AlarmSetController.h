@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/AlarmForm.h"
 #include "editor/AlarmEditorServices.h"
-#include "editor/AlarmForm.h"
 #include "editor/AlarmFormControls.h"
+#include "editor/FormEnabling.h"
 #include "platform/NotificationCenter.h"
 
 #include <QDialog>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/IntervalField.h"
 
-#include "editor/IntervalRule.h"
+#include "core/IntervalRule.h"
 
 #include <QFocusEvent>
 #include <QValidator>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/TimeChoice.h"
 
-#include "editor/AlarmBuilding.h"
-#include "editor/AlarmForm.h"
+#include "core/AlarmBuilding.h"
+#include "core/AlarmForm.h"
 #include "editor/sheets/GraphicalDateWindow.h"
 #include "editor/sheets/GraphicalTimeWindow.h"
 #include "platform/RunLoop.h"

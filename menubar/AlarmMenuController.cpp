@@ -245,28 +245,41 @@ void AlarmMenuController::alarmTriggered(const AlarmPtr& alarm) {
 }
 
 void AlarmMenuController::snoozeWindowDidSnooze(SnoozeWindowController& window) {
-    const AlarmPtr alarm = window.windowAlarm();
-    silence(alarm, RingEvent::Snoozed);
-    alarm->snooze(qint32(alarm->snoozeTime()));
-    m_surroundings.clock.alarmDidChange();
-    m_statusView.stopFlashing();
-    window.close();
+    snoozeAlarm(window.windowAlarm());
+    window.close(); // whose alarm may have another one by now
 }
 
 void AlarmMenuController::snoozeWindowDidClear(SnoozeWindowController& window) {
-    endWindow(window, RingEvent::Cleared);
+    clearAlarm(window.windowAlarm());
+    window.close();
 }
 
 void AlarmMenuController::snoozeWindowWasNotAnswered(SnoozeWindowController& window) {
-    endWindow(window, RingEvent::Unanswered);
+    finishRinging(window.windowAlarm(), RingEvent::Unanswered);
+    window.close();
 }
 
-void AlarmMenuController::endWindow(SnoozeWindowController& window, RingEvent event) {
-    const AlarmPtr alarm = window.windowAlarm();
+void AlarmMenuController::snoozeAlarm(const AlarmPtr& alarm) {
+    silence(alarm, RingEvent::Snoozed);
+    alarm->snooze(qint32(alarm->snoozeTime()));
+    m_surroundings.clock.alarmDidChange();
+    stopCalling(alarm);
+}
+
+void AlarmMenuController::clearAlarm(const AlarmPtr& alarm) {
+    finishRinging(alarm, RingEvent::Cleared);
+}
+
+void AlarmMenuController::finishRinging(const AlarmPtr& alarm, RingEvent event) {
     silence(alarm, event);
     unscheduleAlarm(alarm);
+    stopCalling(alarm);
+}
+
+void AlarmMenuController::stopCalling(const AlarmPtr& alarm) {
     m_statusView.stopFlashing();
-    window.close();
+    if (alarm->context())
+        alarm->context()->close();
 }
 
 void AlarmMenuController::updateStatusView() {

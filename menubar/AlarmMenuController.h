@@ -89,6 +89,9 @@ public:
     void clearFromMenu(const AlarmPtr& alarm);
     // Puts a running alarm into the library, once.
     void saveFromMenu(const AlarmPtr& alarm);
+    // Answers an alarm that rings, as the buttons of its window do.
+    void snoozeAlarm(const AlarmPtr& alarm);
+    void clearAlarm(const AlarmPtr& alarm);
     // Deletes a stored alarm from the library, or ends a running one with its window.
     void deleteAlarm(const AlarmPtr& alarm);
 
@@ -125,7 +128,8 @@ private:
     void editorClosed(const AlarmSetController* editor);
     void silence(const AlarmPtr& alarm, RingEvent event);
     void endRinging(const AlarmPtr& alarm);
-    void endWindow(SnoozeWindowController& window, RingEvent event);
+    void finishRinging(const AlarmPtr& alarm, RingEvent event);
+    void stopCalling(const AlarmPtr& alarm);
     void tell(RingEvent event, const AlarmPtr& alarm) const;
     void takeEdited(const AlarmPtr& old, const AlarmPtr& alarm);
 

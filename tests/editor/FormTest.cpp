@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/AlarmBuilding.h"
+#include "core/AlarmBuilding.h"
+#include "core/AlarmForm.h"
+#include "core/IntervalRule.h"
 #include "editor/AlarmDescription.h"
-#include "editor/AlarmForm.h"
-#include "editor/IntervalRule.h"
 #include "editor/SoundPreview.h"
 #include "tests/support/Testing.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/IntervalRule.h"
+#include "core/IntervalRule.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/AlarmBuilding.h"
+#include "core/AlarmBuilding.h"
 
+#include "core/AlarmForm.h"
+#include "core/IntervalRule.h"
 #include "core/LocalTime.h"
 #include "core/NextOccurrence.h"
-#include "editor/AlarmForm.h"
-#include "editor/IntervalRule.h"
 
 namespace dorvane {
 

@@ -9,8 +9,9 @@
 
 namespace dorvane {
 
-// What the controls of the alarm editor say: a plain value, on which everything is decided. Dates
-// and times are those of the clock on the wall.
+// What is said of an alarm that is to be made, by the controls of the alarm editor or by another
+// program: a plain value, on which everything is decided. Dates and times are those of the clock on
+// the wall.
 struct AlarmForm {
     QString title;
     // The chosen row of the three.
@@ -64,26 +65,5 @@ struct FormFaults {
 };
 
 [[nodiscard]] FormFaults faultsOf(const AlarmForm& form);
-
-// Which controls of the editor can be used. Each handler of a control changes its share of this
-// and leaves the rest as it was, so that what is enabled depends on what was touched last.
-struct FormEnabling {
-    bool interval = false;     // inTimeField, inTimeTypePopUp, repeatCheck
-    bool atTimePicker = false; //
-    bool date = false;         // calendarButton, atDatePicker
-    bool weekly = false;       // alarmButton, atAlarmTimePicker, the weekday boxes
-    bool foreverCheck = false;
-    bool selectSoundButton = false;
-    bool playButton = false; // with the volume of the preview
-    bool shouldFadeInCheck = false;
-    bool voiceNamePopUp = false;
-
-    void alarmTimeRadioChanged(const AlarmForm& form);
-    void everyDayCheckChanged(const AlarmForm& form);
-    void actDaysCheckBoxSelected(const AlarmForm& form);
-    void soundPathChanged(const AlarmForm& form);
-    void playSoundCheckChanged(const AlarmForm& form);
-    void speakNameCheckChanged(const AlarmForm& form);
-};
 
 } // namespace dorvane
