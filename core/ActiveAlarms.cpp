@@ -2,16 +2,15 @@
 #include "core/ActiveAlarms.h"
 
 #include "core/Clock.h"
-#include "core/Rearm.h"
 
 namespace dorvane {
 
-ActiveAlarms::ActiveAlarms(UserDefaults& defaults, const AlarmArchive& archive,
-                           const RunLoop& runLoop, Clock& clock)
+ActiveAlarms::ActiveAlarms(UserDefaults& defaults, const AlarmArchive& archive, RunLoop& runLoop,
+                           Clock& clock)
     // Preferences of earlier versions use this spelling.
     : m_list(QStringLiteral("AcitveAlarmsStoredKey"), defaults, archive)
-    , m_runLoop(runLoop)
-    , m_clock(clock) {}
+    , m_clock(clock)
+    , m_restored(runLoop, clock) {}
 
 void ActiveAlarms::storeActiveAlarms() {
     m_list.save(m_clock.allAlarms());
@@ -19,19 +18,8 @@ void ActiveAlarms::storeActiveAlarms() {
 
 void ActiveAlarms::restoreActiveAlarms(AlarmDelegate& delegate) {
     const auto stored = m_list.load();
-    if (!stored)
-        return;
-    const QDateTime now = m_runLoop.now();
-    const QString today = weekdayName(now.date());
-    for (const AlarmPtr& alarm : *stored) {
-        const RearmDecision decision = rearmAtRestore(*alarm, now, today);
-        if (decision.outcome == RearmDecision::Outcome::Remove)
-            continue;
-        applyRearm(decision, *alarm);
-        // Each goes to the front, so that the list comes back in reverse.
-        m_clock.insertAlarm(alarm);
-        alarm->setDelegate(&delegate);
-    }
+    m_hadStored = stored.has_value();
+    m_restored.restore(stored.value_or(std::vector<AlarmPtr>()), delegate);
 }
 
 } // namespace dorvane

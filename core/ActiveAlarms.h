@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/ArchivedList.h"
+#include "core/RestoredAlarms.h"
 
 namespace dorvane {
 
@@ -12,19 +13,25 @@ class Clock;
 // it starts. Main thread only.
 class ActiveAlarms {
 public:
-    ActiveAlarms(UserDefaults& defaults, const AlarmArchive& archive, const RunLoop& runLoop,
+    ActiveAlarms(UserDefaults& defaults, const AlarmArchive& archive, RunLoop& runLoop,
                  Clock& clock);
 
     void storeActiveAlarms();
 
     // Puts the alarms of the last orderly quit back and makes `delegate` theirs. Past alarms are
-    // dropped, but for weekday alarms, which move on to their next day. What is stored stays.
+    // dropped, but for weekday alarms, which move on to their next day. What is stored stays. Once.
     void restoreActiveAlarms(AlarmDelegate& delegate);
+
+    // False when nothing was ever stored, or it is lost.
+    [[nodiscard]] bool hadStored() const { return m_hadStored; }
+    // What became of the stored alarms.
+    [[nodiscard]] RestoredAlarms& restored() { return m_restored; }
 
 private:
     ArchivedList m_list;
-    const RunLoop& m_runLoop;
     Clock& m_clock;
+    RestoredAlarms m_restored;
+    bool m_hadStored = false;
 };
 
 } // namespace dorvane

@@ -52,6 +52,9 @@ public:
     // Time since an arbitrary start that never jumps and stands still while the machine sleeps.
     [[nodiscard]] virtual Milliseconds uptime() const = 0;
 
+    // Time since the machine was booted, its sleep included; never jumps.
+    [[nodiscard]] virtual Milliseconds sinceBoot() const = 0;
+
     // Fires once, `delay` (of uptime) from now; a negative delay counts as zero. Never fires from
     // inside this call.
     [[nodiscard]] virtual RunLoopTimer scheduleOnce(Milliseconds delay, Callback callback,

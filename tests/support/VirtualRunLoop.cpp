@@ -89,6 +89,7 @@ void VirtualRunLoop::advance(Milliseconds duration) {
 
 void VirtualRunLoop::sleepMachine(Milliseconds duration) {
     m_wallAtZero += duration;
+    m_slept += duration;
     if (m_woken)
         m_woken();
     runPending();

@@ -19,6 +19,7 @@ public:
 
     [[nodiscard]] QDateTime now() const override;
     [[nodiscard]] Milliseconds uptime() const override { return m_uptime; }
+    [[nodiscard]] Milliseconds sinceBoot() const override { return m_uptime + m_slept; }
     [[nodiscard]] RunLoopTimer scheduleOnce(Milliseconds delay, Callback callback,
                                             RunLoopMode mode) override;
     [[nodiscard]] RunLoopTimer scheduleRepeating(Milliseconds interval, Callback callback,
@@ -61,6 +62,7 @@ private:
 
     Milliseconds m_wallAtZero; // since the epoch, at uptime 0
     Milliseconds m_uptime{0};
+    Milliseconds m_slept{0};
     std::map<Id, std::shared_ptr<Entry>> m_entries;
     std::deque<Callback> m_deferred;
     Callback m_woken;

@@ -2,6 +2,7 @@
 #include "platform/linux/session/QtRunLoop.h"
 
 #include <algorithm>
+#include <ctime>
 #include <optional>
 #include <vector>
 
@@ -69,6 +70,13 @@ QDateTime QtRunLoop::now() const {
 
 RunLoop::Milliseconds QtRunLoop::uptime() const {
     return Milliseconds(m_uptime.elapsed());
+}
+
+RunLoop::Milliseconds QtRunLoop::sinceBoot() const {
+    timespec time{};
+    ::clock_gettime(CLOCK_BOOTTIME, &time);
+    return std::chrono::duration_cast<Milliseconds>(std::chrono::seconds(time.tv_sec) +
+                                                    std::chrono::nanoseconds(time.tv_nsec));
 }
 
 RunLoopTimer QtRunLoop::scheduleOnce(Milliseconds delay, Callback callback, RunLoopMode mode) {

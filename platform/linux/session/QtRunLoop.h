@@ -23,6 +23,7 @@ public:
 
     [[nodiscard]] QDateTime now() const override;
     [[nodiscard]] Milliseconds uptime() const override;
+    [[nodiscard]] Milliseconds sinceBoot() const override;
     [[nodiscard]] RunLoopTimer scheduleOnce(Milliseconds delay, Callback callback,
                                             RunLoopMode mode) override;
     [[nodiscard]] RunLoopTimer scheduleRepeating(Milliseconds interval, Callback callback,
