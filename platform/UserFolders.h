@@ -12,6 +12,7 @@ struct UserFolders {
     QString caches;        // $XDG_CACHE_HOME
     QString configuration; // $XDG_CONFIG_HOME
     QString data;          // $XDG_DATA_HOME
+    QString state = {};    // $XDG_STATE_HOME
 };
 
 } // namespace dorvane

@@ -28,7 +28,8 @@ UserFolders xdgFolders() {
     return {.home = home,
             .caches = folderFrom("XDG_CACHE_HOME", home + QStringLiteral("/.cache")),
             .configuration = folderFrom("XDG_CONFIG_HOME", home + QStringLiteral("/.config")),
-            .data = folderFrom("XDG_DATA_HOME", home + QStringLiteral("/.local/share"))};
+            .data = folderFrom("XDG_DATA_HOME", home + QStringLiteral("/.local/share")),
+            .state = folderFrom("XDG_STATE_HOME", home + QStringLiteral("/.local/state"))};
 }
 
 } // namespace dorvane

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+
+#include <optional>
+
+namespace dorvane {
+
+// One small file in which the program keeps what it knows of itself. Main thread only.
+class StateFile {
+public:
+    virtual ~StateFile() = default;
+
+    // What the file holds, empty when there is no file. Nothing when it is there and cannot be
+    // read. Waits for the disk.
+    [[nodiscard]] virtual std::optional<QByteArray> read() = 0;
+
+    // Has the file replaced, as a whole and by another thread; of several calls in a row only the
+    // last may come to be written. What cannot be written is logged, once until it can be again.
+    virtual void write(const QByteArray& contents) = 0;
+
+    // Waits until what write() was given is on the disk.
+    virtual void flush() = 0;
+
+    // Gives the file another name, under which it stays. False, with a line in the log, when that
+    // cannot be done; it must not be written over then.
+    [[nodiscard]] virtual bool putAside() = 0;
+};
+
+} // namespace dorvane
