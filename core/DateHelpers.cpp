@@ -25,7 +25,7 @@ QString shortDayTimeString(const QDateTime& date, const QLocale& territory) {
 
 QString dayTimeString(const QDateTime& date, const QDateTime& now, const QLocale& territory) {
     constexpr int aWeekday = 6;
-    if (now.date().daysTo(date.date()) <= aWeekday)
+    if (qAbs(now.date().daysTo(date.date())) <= aWeekday)
         return shortDayTimeString(date, territory);
     const QString day = date.date().year() == now.date().year()
                             ? QStringLiteral("ddd, d MMM, ")

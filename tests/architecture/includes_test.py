@@ -20,6 +20,7 @@ ARROWS = {
     "platform": set(),
     "cli": {"platform"},
     "core": {"platform"},
+    "journal": {"core"},
     "sounds": {"core"},
     "firing": {"core", "sounds"},
     "editor": {"core", "sounds", "firing"},

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "journal/MissedAlarm.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace dorvane {
+
+// Something that happened to an alarm, or to the program.
+struct JournalEvent {
+    enum class What { Rang, Unanswered, Lost, Passed, Crashed };
+
+    What what = What::Rang;
+    Instant when; // it was written down
+    Instant due;  // the alarm's
+    QString text; // the alarm's title; of a crash, the path of its report
+};
+
+// What the journal holds.
+struct JournalContents {
+    bool isOrderly = true;             // the run that wrote it has quit in order
+    std::vector<RunningAlarm> running; // as the clock lists them
+    std::vector<MissedAlarm> missed;   // offered to the user, who has not answered yet
+    std::vector<JournalEvent> events;  // the oldest first
+};
+
+} // namespace dorvane

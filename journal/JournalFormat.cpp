@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "journal/JournalFormat.h"
+
+#include "platform/PropertyList.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace dorvane {
+
+namespace {
+
+using What = JournalEvent::What;
+
+const auto isOrderlyKey = QStringLiteral("isOrderly");
+const auto runningKey = QStringLiteral("running");
+const auto lostKey = QStringLiteral("lost");
+const auto passedKey = QStringLiteral("passed");
+const auto eventsKey = QStringLiteral("events");
+const auto alarmsKey = QStringLiteral("alarms");
+const auto dueKey = QStringLiteral("due");
+const auto whatKey = QStringLiteral("what");
+const auto whenKey = QStringLiteral("when");
+const auto textKey = QStringLiteral("text");
+
+constexpr const char* words[] = {"rang", "unanswered", "lost", "passed", "crashed"};
+
+QVariant dateOf(Instant instant) {
+    return localDateTimeOf(instant).toUTC();
+}
+
+QVariantMap encoded(const JournalEvent& event) {
+    return {{whatKey, QLatin1String(words[int(event.what)])},
+            {whenKey, dateOf(event.when)},
+            {dueKey, dateOf(event.due)},
+            {textKey, event.text}};
+}
+
+std::optional<JournalEvent> eventIn(const QVariantMap& map) {
+    const QString word = map.value(whatKey).toString();
+    const auto what = std::find_if(std::begin(words), std::end(words),
+                                   [&](const char* known) { return word == QLatin1String(known); });
+    const QDateTime when = map.value(whenKey).toDateTime();
+    if (what == std::end(words) || !when.isValid())
+        return std::nullopt;
+    return JournalEvent{What(what - std::begin(words)), instantOf(when),
+                        instantOf(map.value(dueKey).toDateTime()), map.value(textKey).toString()};
+}
+
+QVariantMap encoded(const std::vector<RunningAlarm>& list, const AlarmArchive& archive) {
+    std::vector<AlarmPtr> alarms;
+    QVariantList due;
+    for (const RunningAlarm& running : list) {
+        alarms.push_back(running.alarm);
+        due << dateOf(running.due);
+    }
+    return {{alarmsKey, archive.archivedData(alarms)}, {dueKey, due}};
+}
+
+std::vector<RunningAlarm> withReason(const std::vector<MissedAlarm>& all,
+                                     MissedAlarm::Reason reason) {
+    std::vector<RunningAlarm> found;
+    for (const MissedAlarm& missed : all)
+        if (missed.reason == reason)
+            found.push_back({missed.alarm, missed.due});
+    return found;
+}
+
+} // namespace
+
+JournalFormat::JournalFormat(const PropertyListFormat& format)
+    : m_format(format), m_archive(format) {}
+
+QByteArray JournalFormat::encode(const JournalContents& contents) const {
+    QVariantList events;
+    for (const JournalEvent& event : contents.events)
+        events << encoded(event);
+    using Reason = MissedAlarm::Reason;
+    const QVariantMap root{
+        {isOrderlyKey, contents.isOrderly},
+        {runningKey, encoded(contents.running, m_archive)},
+        {lostKey, encoded(withReason(contents.missed, Reason::Lost), m_archive)},
+        {passedKey, encoded(withReason(contents.missed, Reason::Passed), m_archive)},
+        {eventsKey, events}};
+    return m_format.binary(root).value_or(QByteArray());
+}
+
+// An alarm whose due time is missing is one that cannot be read.
+bool JournalFormat::decodeRunning(const QVariantMap& list,
+                                  std::vector<RunningAlarm>& running) const {
+    const auto read = m_archive.unarchive(list.value(alarmsKey).toByteArray());
+    const QVariantList due = list.value(dueKey).toList();
+    const auto count = std::min(read.alarms.size(), std::size_t(due.size()));
+    for (std::size_t i = 0; i < count; ++i)
+        if (const QDateTime date = due.at(qsizetype(i)).toDateTime(); date.isValid())
+            running.push_back({read.alarms[i], instantOf(date)});
+    return read.isComplete && running.size() == std::size_t(due.size());
+}
+
+JournalFormat::Decoded JournalFormat::decode(const QByteArray& data) const {
+    Decoded decoded;
+    if (data.isEmpty())
+        return decoded;
+    JournalContents& contents = decoded.contents;
+    const QVariantMap root = m_format.parse(data).value_or(QVariant()).toMap();
+    contents.isOrderly = root.value(isOrderlyKey, true).toBool();
+    decoded.isComplete = decodeRunning(root.value(runningKey).toMap(), contents.running);
+    using Reason = MissedAlarm::Reason;
+    for (const auto& [key, reason] :
+         {std::pair(lostKey, Reason::Lost), {passedKey, Reason::Passed}}) {
+        std::vector<RunningAlarm> list;
+        decoded.isComplete = decodeRunning(root.value(key).toMap(), list) && decoded.isComplete;
+        for (const RunningAlarm& running : list)
+            contents.missed.push_back({running.alarm, running.due, reason});
+    }
+    for (const QVariant& event : root.value(eventsKey).toList())
+        if (const auto read = eventIn(event.toMap()))
+            contents.events.push_back(*read);
+    return decoded;
+}
+
+} // namespace dorvane

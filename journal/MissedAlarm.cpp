@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "journal/MissedAlarm.h"
+
+#include "core/LocalTime.h"
+#include "core/Rearm.h"
+
+#include <algorithm>
+
+namespace dorvane {
+
+namespace {
+
+bool isRelative(const Alarm& alarm) {
+    return !alarm.isTimeWithDate() && alarm.selRowNo() < Alarm::Weekly;
+}
+
+// A relative alarm has none, and the date of one that repeats moves on.
+bool isAtTheSameTime(const Alarm& one, const Alarm& other) {
+    if (isRelative(one))
+        return true;
+    const bool movesOn = one.selRowNo() >= Alarm::Weekly || one.shouldUseEveryDay();
+    return movesOn ? one.storedTime().time() == other.storedTime().time()
+                   : one.storedTime() == other.storedTime();
+}
+
+// A weekday alarm that is not kept for every week uses its days up.
+bool hasTheSameDays(const Alarm& one, const Alarm& other) {
+    return !one.shouldUseForever() || one.weekdays() == other.weekdays();
+}
+
+RearmDecision nextDay(const Alarm& alarm, const QDateTime& now) {
+    return rearmAtRestore(alarm, now, weekdayName(now.date()));
+}
+
+std::optional<QDateTime> nextDue(const Alarm& alarm, const QDateTime& now) {
+    if (isRelative(alarm)) {
+        const AlarmPtr fresh = alarm.copy(instantOf(now));
+        fresh->setRunTime(now);
+        return fresh->time(instantOf(now));
+    }
+    if (alarm.selRowNo() == Alarm::Weekly) {
+        const RearmDecision decision = nextDay(alarm, now);
+        return decision.outcome == RearmDecision::Outcome::NextWeekday
+                   ? std::optional(decision.next)
+                   : std::nullopt;
+    }
+    const QDateTime time = alarm.storedTime();
+    if (!alarm.shouldUseEveryDay() || !time.isValid())
+        return std::nullopt;
+    const QDateTime today = addingDays(time, int(time.date().daysTo(now.date())));
+    return today >= now ? today : addingDays(time, int(time.date().daysTo(now.date())) + 1);
+}
+
+} // namespace
+
+bool isSameAlarm(const Alarm& one, const Alarm& other) {
+    return one.title() == other.title() && one.selRowNo() == other.selRowNo() &&
+           one.isTimeWithDate() == other.isTimeWithDate() &&
+           one.ringWithinUnits() == other.ringWithinUnits() &&
+           one.isMinuteUnits() == other.isMinuteUnits() &&
+           one.shouldRepeat() == other.shouldRepeat() &&
+           one.shouldUseEveryDay() == other.shouldUseEveryDay() &&
+           one.shouldUseForever() == other.shouldUseForever() && hasTheSameDays(one, other) &&
+           isAtTheSameTime(one, other);
+}
+
+std::vector<RunningAlarm> missingFrom(const std::vector<AlarmPtr>& now,
+                                      std::vector<RunningAlarm> then) {
+    for (const AlarmPtr& alarm : now) {
+        const auto same = std::find_if(then.begin(), then.end(), [&](const RunningAlarm& running) {
+            return isSameAlarm(*running.alarm, *alarm);
+        });
+        if (same != then.end())
+            then.erase(same);
+    }
+    return then;
+}
+
+std::optional<QDateTime> dueAgain(const MissedAlarm& missed, const QDateTime& now) {
+    const QDateTime due = localDateTimeOf(missed.due);
+    return due >= now ? due : nextDue(*missed.alarm, now);
+}
+
+void startAgain(const MissedAlarm& missed, const QDateTime& now,
+                const std::function<void(const AlarmPtr& alarm)>& schedule) {
+    Alarm& alarm = *missed.alarm;
+    const QDateTime start = alarm.storedRunTime();
+    const bool isAhead = missed.due >= instantOf(now);
+    if (!isAhead && alarm.selRowNo() == Alarm::Weekly)
+        applyRearm(nextDay(alarm, now), alarm);
+    else if (!isAhead && !isRelative(alarm))
+        alarm.setTime(dueAgain(missed, now).value_or(QDateTime()));
+    schedule(missed.alarm); // which lets a timer count from now
+    if (!isAhead)
+        return;
+    if (isRelative(alarm) && start.isValid())
+        alarm.setRunTime(start);
+    if (const auto due = alarm.due(instantOf(now)); due && *due < missed.due)
+        alarm.setSnoozedMinutes(
+            quint64(std::chrono::floor<std::chrono::minutes>(missed.due - *due).count()));
+}
+
+} // namespace dorvane

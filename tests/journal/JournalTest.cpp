@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "journal/Journal.h"
+
+#include "core/Clock.h"
+#include "journal/MissedReport.h"
+#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/StateFile.h"
+#include "tests/support/AlarmOf.h"
+#include "tests/support/VirtualRunLoop.h"
+
+#include <gtest/gtest.h>
+
+using namespace dorvane;
+using namespace dorvane::testing;
+using namespace std::chrono_literals;
+
+namespace {
+
+// What outlives a run.
+struct Disk {
+    QByteArray journal;
+    QByteArray aside;
+    int writes = 0;
+    bool isStuck = false; // nothing can be renamed
+};
+
+class FileInMemory final : public StateFile {
+public:
+    explicit FileInMemory(Disk& disk) : m_disk(disk) {}
+    [[nodiscard]] std::optional<QByteArray> read() override { return m_disk.journal; }
+    void write(const QByteArray& contents) override {
+        m_disk.journal = contents;
+        ++m_disk.writes;
+    }
+    void flush() override {}
+    [[nodiscard]] bool putAside() override {
+        if (!m_disk.isStuck)
+            m_disk.aside = std::exchange(m_disk.journal, {});
+        return !m_disk.isStuck;
+    }
+
+private:
+    Disk& m_disk;
+};
+
+struct OneRun {
+    OneRun(Disk& disk, const char* start) : loop(at(start)), file(disk) {}
+
+    void insert(const AlarmPtr& alarm) { clock.insertAlarm(alarm); }
+    std::string missed() const {
+        std::string all;
+        for (const MissedAlarm& each : journal.missed())
+            all += titleOf(*each.alarm).toStdString() + ", " +
+                   dueText(each, loop.now()).toStdString() + ", " +
+                   dueAgainText(each, loop.now()).toStdString() + "\n";
+        return all;
+    }
+    std::string running() const {
+        std::string all;
+        for (const AlarmPtr& alarm : clock.allAlarms())
+            all += alarm->title().toStdString() + " " + brief(alarm->time(instantNow(loop))) + "\n";
+        return all;
+    }
+
+    VirtualRunLoop loop;
+    FileInMemory file;
+    NotificationCenter notifications;
+    LibplistFormat format;
+    Clock clock{loop, notifications};
+    Journal journal{{loop, notifications, clock, format, file}};
+};
+
+std::string report(const Disk& disk, const char* now, bool isRunning) {
+    const LibplistFormat plist;
+    const auto [contents, isComplete] = JournalFormat(plist).decode(disk.journal);
+    EXPECT_TRUE(isComplete);
+    return missedReport(contents, isRunning, at(now)).join(u'\n').toStdString();
+}
+
+// A Monday. The run ends at nine, without a word.
+const AlarmOf running[] = {
+    {.title = "kept", .kind = Alarm::Dated, .time = "11-25 07:00"},
+    {.title = "egg", .minutes = 5},
+    {.title = "roast", .minutes = 90},
+    {.title = "pills", .hours = 1, .repeats = true},
+    {.title = "train", .kind = Alarm::Dated, .time = "11-23 09:10"},
+    {.title = "walk", .kind = Alarm::Dated, .time = "11-23 09:05", .everyDay = true},
+    {.title = "school",
+     .kind = Alarm::Weekly,
+     .time = "11-23 09:15",
+     .runTime = "11-23 09:15",
+     .days = {Weekday::Monday, Weekday::Thursday},
+     .forever = true},
+    {.title = "once",
+     .kind = Alarm::Weekly,
+     .time = "11-23 09:15",
+     .runTime = "11-23 09:15",
+     .days = {Weekday::Monday}},
+};
+
+TEST(JournalTest, offersAfterACrashWhatIsMissingAndStartsItAgain) {
+    Disk disk;
+    OneRun first(disk, "11-23 08:50");
+    first.journal.open({});
+    for (const AlarmOf& values : running)
+        first.insert(values.alarm());
+    const AlarmPtr egg = first.clock.allAlarms()[6];
+    first.loop.advance(5min);
+    egg->snooze(10);
+    first.clock.alarmDidChange();
+    first.loop.advance(5min);
+
+    OneRun second(disk, "11-23 09:30");
+    second.insert(running[0].alarm()); // of the last orderly quit
+    second.journal.open({});
+    EXPECT_EQ(second.missed(), "once, Mon, 9:15, has had its day\n"
+                               "school, Mon, 9:15, Thu, 9:15\n"
+                               "walk, Mon, 9:05, Tue, 9:05\n"
+                               "train, Mon, 9:10, has had its day\n"
+                               "pills, Mon, 9:50, Mon, 9:50\n"
+                               "roast, Mon, 10:20, Mon, 10:20\n"
+                               "egg, Mon, 9:05, in 5 minutes\n");
+    for (const MissedAlarm& each : second.journal.missed())
+        if (dueAgain(each, second.loop.now()))
+            startAgain(each, second.loop.now(), [&](const auto& alarm) { second.insert(alarm); });
+    EXPECT_EQ(second.running(), "egg 11-23 09:35+01\n"
+                                "roast 11-23 10:20+01\n"
+                                "pills 11-23 09:50+01\n"
+                                "walk 11-24 09:05+01\n"
+                                "school 11-26 09:15+01\n"
+                                "kept 11-25 07:00+01\n");
+
+    // The window was not answered before the power went; nothing is offered twice.
+    second.loop.advance(2s);
+    OneRun third(disk, "11-23 09:31");
+    for (const AlarmPtr& alarm : second.clock.allAlarms())
+        third.insert(alarm);
+    third.journal.open({});
+    EXPECT_EQ(third.journal.missed().size(), 7U);
+    third.journal.answered();
+    third.loop.advance(2s);
+    OneRun fourth(disk, "11-23 09:32");
+    for (const AlarmPtr& alarm : third.clock.allAlarms())
+        fourth.insert(alarm);
+    fourth.journal.open({});
+    EXPECT_EQ(fourth.missed(), "");
+}
+
+TEST(JournalTest, aSnoozedAlarmThatIsStillAheadKeepsItsSnooze) {
+    Disk disk;
+    OneRun first(disk, "11-23 09:00");
+    first.journal.open({});
+    for (const int index : {1, 4}) // egg, train
+        first.insert(running[index].alarm());
+    first.loop.advance(11min);
+    for (const AlarmPtr& alarm : first.clock.allAlarms())
+        alarm->snooze(10);
+    first.clock.alarmDidChange();
+    first.loop.advance(1min);
+    OneRun second(disk, "11-23 09:12");
+    second.journal.open({});
+    for (const MissedAlarm& each : second.journal.missed())
+        startAgain(each, second.loop.now(), [&](const auto& alarm) { second.insert(alarm); });
+    EXPECT_EQ(second.running(), "egg 11-23 09:15+01\ntrain 11-23 09:20+01\n");
+}
+
+TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
+    Disk disk;
+    const AlarmPtr train = running[4].alarm();
+    {
+        OneRun first(disk, "11-23 08:50");
+        first.journal.open({});
+        first.insert(train);
+        const AlarmPtr tea = AlarmOf{.title = "tea", .minutes = 5}.alarm();
+        first.insert(tea);
+        first.loop.advance(5min);
+        first.journal.note(RingEvent::Rings, tea);
+        first.journal.note(RingEvent::Unanswered, tea);
+        first.clock.removeAlarm(tea);
+        first.journal.close({});
+    }
+    EXPECT_EQ(report(disk, "11-23 09:30", false),
+              "Mon, 8:55  tea: rang and was not answered\n"
+              "Mon, 9:10  train: passed while Dorvane was not running");
+    OneRun second(disk, "11-23 09:30");
+    second.journal.open({.dropped = {train}});
+    EXPECT_EQ(second.missed(), "train, Mon, 9:10, has had its day\n");
+    second.loop.advance(1min);
+    second.journal.noteCrash(QStringLiteral("/crash"));
+    second.loop.advance(2s);
+    EXPECT_EQ(report(disk, "12-01 09:31", true),
+              "Mon, 23 Nov, 8:55  tea: rang and was not answered\n"
+              "Mon, 23 Nov, 9:10  train: passed while Dorvane was not running\n"
+              "Mon, 23 Nov, 9:31  Dorvane had crashed; the report is in /crash");
+    // The clock had been ahead.
+    second.journal.correct({train}, {running[0].alarm()});
+    EXPECT_EQ(second.missed(), "kept, Wed, 7:00, Wed, 7:00\n");
+
+    second.journal.answered();
+    second.journal.close({});
+    OneRun later(disk, "12-24 00:00");
+    later.journal.open({});
+    later.loop.advance(5s);
+    EXPECT_NE(report(disk, "12-24 00:00", true), "") << "a clock may be wrong at the start";
+    later.loop.advance(11min);
+    later.insert(train);
+    later.loop.advance(5s);
+    EXPECT_EQ(report(disk, "12-24 00:11", true), "");
+}
+
+TEST(JournalTest, aListThatIsLostIsMadeUpFor) {
+    Disk disk;
+    OneRun first(disk, "11-23 08:50");
+    first.insert(running[0].alarm());
+    first.journal.close({});
+    OneRun second(disk, "11-23 09:00");
+    second.journal.open({.hadStored = false, .dropped = {}});
+    EXPECT_EQ(second.missed(), "kept, Wed, 7:00, Wed, 7:00\n");
+}
+
+TEST(JournalTest, writesAtMostOnceASecondAndNothingAtRest) {
+    Disk disk;
+    OneRun run(disk, "11-23 08:50");
+    run.journal.open({});
+    for (int i = 0; i < 250; ++i) {
+        run.insert(running[0].alarm());
+        run.loop.advance(10ms);
+    }
+    run.loop.advance(1s);
+    EXPECT_EQ(disk.writes, 4);
+    EXPECT_EQ(JournalFormat(run.format).decode(disk.journal).contents.running.size(), 250U);
+    run.clock.alarmDidChange();
+    const auto before = run.loop.firings();
+    run.loop.advance(6h);
+    EXPECT_EQ(disk.writes, 4);
+    EXPECT_LE(run.loop.firings() - before, 1);
+}
+
+TEST(JournalTest, aDamagedJournalIsPutAsideAndCostsNothingElse) {
+    Disk whole;
+    OneRun first(whole, "11-23 08:50");
+    first.insert(running[0].alarm());
+    first.journal.close({});
+    for (const QByteArray& damaged :
+         {QByteArray("no journal"), whole.journal.chopped(20), QByteArray(100, '\0')})
+        for (const bool isStuck : {false, true}) {
+            Disk disk{.journal = damaged, .aside = {}, .isStuck = isStuck};
+            OneRun run(disk, "11-23 09:00");
+            run.journal.open({.dropped = {running[4].alarm()}});
+            EXPECT_EQ(run.journal.missed().size(), 1U);
+            run.journal.close({});
+            EXPECT_EQ(isStuck ? disk.journal : disk.aside, damaged);
+            EXPECT_EQ(disk.writes, isStuck ? 0 : 1);
+        }
+}
+
+} // namespace
