@@ -14,6 +14,7 @@ Desktop::Desktop()
     , defaults(folders.configuration + QStringLiteral("/Dorvane/com.brackenfold.Dorvane.plist"),
                propertyLists, runLoop)
     , soundPlayer(runLoop, bundle.modulePath(QStringLiteral("dorvane_sound.so")))
+    , soundOutput(runLoop, soundPlayer.loader())
     , speech(runLoop, soundPlayer, bundle.modulePath(QStringLiteral("dorvane_speech.so")))
     , recorder(runLoop, bundle.modulePath(QStringLiteral("dorvane_recording.so")))
     , workspace(QDBusConnection::sessionBus())

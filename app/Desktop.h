@@ -12,7 +12,9 @@
 #include "platform/linux/relocate/UnixRelocator.h"
 #include "platform/linux/session/AutostartLoginItems.h"
 #include "platform/linux/session/LogindPowerMonitor.h"
+#include "platform/linux/session/LogindSleepInhibitor.h"
 #include "platform/linux/session/QtRunLoop.h"
+#include "platform/linux/sound/ModuleSoundOutput.h"
 #include "platform/linux/sound/ModuleSoundPlayer.h"
 #include "platform/linux/speech/ModuleSpeechService.h"
 #include "platform/linux/tray/TrayStatusItem.h"
@@ -33,6 +35,7 @@ struct Desktop {
     UserFolders folders;
     PropertyListDefaults defaults;
     ModuleSoundPlayer soundPlayer;
+    ModuleSoundOutput soundOutput;
     ModuleSpeechService speech;
     ModuleAudioRecorder recorder;
     DesktopWorkspace workspace;
@@ -41,6 +44,7 @@ struct Desktop {
     UnixRelocator relocator;
     XdgUrlSchemes urlSchemes;
     LogindPowerMonitor powerMonitor;
+    LogindSleepInhibitor sleepInhibitor;
     PortalAppearance appearance;
     TrayStatusItem statusItem;
 };

@@ -10,6 +10,10 @@
 
 namespace dorvane {
 
+// Why a sound cannot be played: its file is not there, or cannot be read or decoded; or what
+// decodes and plays sounds cannot be loaded.
+enum class SoundFault { None, Gone, Unplayable, NoEngine };
+
 // One sound, made from a file's contents. Loading and decoding happen on other threads; every
 // member is called on, and every callback arrives on, the main thread. Destroying it stops it and
 // drops its callbacks.
@@ -42,6 +46,9 @@ public:
 
     // Zero until the file is loaded, and for a sound that cannot be played.
     [[nodiscard]] virtual Seconds duration() const = 0;
+
+    // None until that is known, and for as long as the sound can be played.
+    [[nodiscard]] virtual SoundFault fault() const = 0;
 
     // The position that is being heard.
     [[nodiscard]] virtual Seconds currentTime() const = 0;

@@ -3,17 +3,23 @@
 #include "platform/linux/desktop/PortalAppearance.h"
 #include "platform/linux/desktop/WindowColours.h"
 #include "platform/linux/session/LogindPowerMonitor.h"
+#include "platform/linux/session/LogindSleepInhibitor.h"
 #include "platform/linux/session/UnixSignals.h"
 #include "tests/support/BusTest.h"
 #include "tests/support/Windows.h"
 
 #include <QDBusMessage>
+#include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 #include <QDesktopServices>
 #include <QToolTip>
 #include <QUrl>
 
+#include <array>
 #include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
 
 using namespace dorvane::testing;
 
@@ -27,9 +33,46 @@ void settle() {
 using LogindTest = BusTest;
 using WorkspaceTest = BusTest;
 
-TEST_F(LogindTest, tellsOfWakingUpAndNotOfFallingAsleep) {
+class FakeLogind : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.login1.Manager")
+
+public:
+    QStringList asked;
+    std::array<int, 2> pipe{-1, -1}; // an inhibitor is held while its other end is open
+
+public Q_SLOTS:
+    QDBusUnixFileDescriptor Inhibit(const QString& what, const QString& who, const QString& why,
+                                    const QString& mode) {
+        asked << QStringList{what, who, why, mode}.join(u'|');
+        EXPECT_EQ(::pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK), 0);
+        QDBusUnixFileDescriptor inhibitor;
+        inhibitor.giveFileDescriptor(pipe[1]);
+        return inhibitor;
+    }
+};
+
+TEST_F(LogindTest, tellsOfWakingUpAndIsKeptFromIdleSleepAlone) {
+    FakeLogind logind;
+    m_theirs.registerObject(u"/org/freedesktop/login1"_qs, &logind,
+                            QDBusConnection::ExportAllSlots);
     ASSERT_TRUE(m_theirs.registerService(u"org.freedesktop.login1"_qs));
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_address.toUtf8());
+    char byte = 0;
+    const auto isReleased = [&] { return ::read(logind.pipe[0], &byte, 1) == 0; };
+    LogindSleepInhibitor inhibitor;
+    for (const bool isHeld : {true, false, true, true}) // answered before logind did
+        inhibitor.setHeld(isHeld);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !logind.asked.isEmpty(); }));
+    settle();
+    EXPECT_FALSE(isReleased());
+    inhibitor.setHeld(false);
+    EXPECT_TRUE(QTest::qWaitFor(isReleased));
+    EXPECT_EQ(logind.asked, QStringList{u"idle|Dorvane|An alarm rings|block"_qs});
+    inhibitor.setHeld(true);
+    inhibitor.setHeld(false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return logind.asked.size() == 2 && isReleased(); }));
+
     LogindPowerMonitor monitor;
     int woken = 0;
     monitor.setPoweredOn([&] { ++woken; });

@@ -60,6 +60,9 @@ public:
     [[nodiscard]] Seconds duration() const override {
         return m_isLoaded && m_file.isPlayable ? m_file.duration : Seconds(0);
     }
+    [[nodiscard]] SoundFault fault() const override {
+        return m_isLoaded && !m_file.isPlayable ? SoundFault::Gone : SoundFault::None;
+    }
     [[nodiscard]] Seconds currentTime() const override {
         const Seconds heard = m_player.m_loop.uptime() - m_runningSince;
         return m_running ? m_position + std::max(heard, Seconds(0)) : m_position;

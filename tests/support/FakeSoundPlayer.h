@@ -38,7 +38,7 @@ public:
     struct File {
         Sound::Seconds duration{1.0};
         RunLoop::Milliseconds loadDelay{0};
-        bool isPlayable = true;
+        bool isPlayable = true;              // otherwise it is not there
         RunLoop::Milliseconds startDelay{0}; // before the first play is heard
     };
 

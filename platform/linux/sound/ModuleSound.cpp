@@ -4,6 +4,8 @@
 #include "platform/linux/sound/SoundModule.h"
 #include "platform/Log.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <new>
 #include <utility>
@@ -59,9 +61,14 @@ void ModuleSound::load(const QString& name, Open open) {
             return;
         const auto cancelled = [&reply] { return reply.isUnwanted(); };
         QString error;
+        SoundFault fault = SoundFault::Unplayable;
         const bool isLoaded = withMemory(error, [&] {
             const File file = open(error);
+            if (!file && !QFileInfo::exists(name))
+                fault = SoundFault::Gone;
             const SoundModule* module = file ? loader.load(error) : nullptr;
+            if (file && !module)
+                fault = SoundFault::NoEngine;
             const Decoder decoder =
                 module ? module->decoder(file, Seconds(0), cancelled, error) : nullptr;
             if (!decoder)
@@ -75,7 +82,7 @@ void ModuleSound::load(const QString& name, Open open) {
         if (isLoaded || reply.isUnwanted())
             return;
         qCWarning(logPlatform).noquote() << "cannot play" << name + QStringLiteral(":") << error;
-        reply.post([](ModuleSound& sound) { sound.loaded(Load::Failed, Seconds(0)); });
+        reply.post([fault](ModuleSound& sound) { sound.loaded(Load::Failed, Seconds(0), fault); });
     });
 }
 
@@ -86,8 +93,9 @@ void ModuleSound::opened(File file, Decoder atBeginning) {
         start();
 }
 
-void ModuleSound::loaded(Load result, Seconds duration) {
+void ModuleSound::loaded(Load result, Seconds duration, SoundFault fault) {
     m_load = result;
+    m_fault = fault;
     m_duration = duration;
     if (result == Load::Failed && m_playing) {
         end();

@@ -42,6 +42,7 @@ public:
     void pause() override { setPaused(true); }
     void resume() override { setPaused(false); }
     [[nodiscard]] Seconds duration() const override { return m_duration; }
+    [[nodiscard]] SoundFault fault() const override { return m_fault; }
     [[nodiscard]] Seconds currentTime() const override;
     void setCurrentTime(Seconds position) override;
     [[nodiscard]] float volume() const override { return m_volume; }
@@ -56,7 +57,7 @@ private:
 
     void load(const QString& name, Open open);
     void opened(File file, Decoder atBeginning);
-    void loaded(Load result, Seconds duration);
+    void loaded(Load result, Seconds duration, SoundFault fault = SoundFault::None);
     void start();
     void requestDecoder(Seconds at, std::function<void(ModuleSound&, Decoder)> receive);
     void begin(Decoder decoder);
@@ -70,6 +71,7 @@ private:
     const SoundUse m_use;
 
     Load m_load = Load::Running;
+    SoundFault m_fault = SoundFault::None;
     File m_file;       // null until it is known to be playable
     Decoder m_reserve; // at the beginning
     Seconds m_duration{0};

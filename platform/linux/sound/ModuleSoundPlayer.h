@@ -32,6 +32,9 @@ public:
     // are loaded: listing sound files must not bring them in.
     [[nodiscard]] QStringList soundUnfilteredTypes() const override;
 
+    // For what else needs the module.
+    [[nodiscard]] const std::shared_ptr<SoundLoader>& loader() const { return m_loader; }
+
 private:
     RunLoop& m_loop;
     std::shared_ptr<SoundLoader> m_loader; // its sounds may outlive the player

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Sound.h"
+#include "platform/SoundOutput.h"
 
 #include <QString>
 
@@ -66,6 +67,13 @@ struct SoundVoiceStart {
     std::function<void(bool completed)> finished;
 };
 
+// Something that is asked of the sound server for as long as this is kept. Main thread only.
+class SoundWatch {
+public:
+    // What it calls back may still arrive just afterwards.
+    virtual ~SoundWatch() = default;
+};
+
 // What the loadable module gives: decoding and output. The libraries behind it are large, so they
 // come into the process with the first sound only. Members may be called on any thread.
 class SoundModule {
@@ -89,6 +97,11 @@ public:
 
     [[nodiscard]] virtual std::unique_ptr<SoundVoice> play(std::shared_ptr<SoundDecoder> decoder,
                                                            SoundVoiceStart start) = 0;
+
+    // Calls back on the audio thread with the state of the output that our sounds are heard on,
+    // and after each change; where no server answers, one is looked for every second.
+    [[nodiscard]] virtual std::unique_ptr<SoundWatch>
+    watch(std::function<void(const SoundOutputState& state)> changed) = 0;
 
     // Whether the installed libraries have a demuxer and a decoder of these names.
     [[nodiscard]] virtual bool supports(const char* demuxer, const char* decoder) const = 0;

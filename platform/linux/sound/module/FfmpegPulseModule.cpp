@@ -47,6 +47,11 @@ public:
         return m_output.play(std::move(decoder), std::move(start));
     }
 
+    [[nodiscard]] std::unique_ptr<SoundWatch>
+    watch(std::function<void(const SoundOutputState&)> changed) override {
+        return m_output.watch(std::move(changed));
+    }
+
     [[nodiscard]] bool supports(const char* demuxer, const char* decoder) const override {
         return FfmpegDecoder::supports(demuxer, decoder);
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/sound/module/PulseOutput.h"
 
+#include "platform/linux/sound/module/PulseWatch.h"
 #include "platform/Log.h"
 
 #include <algorithm>
@@ -31,6 +32,24 @@ public:
 private:
     PulseOutput& m_output;
     std::shared_ptr<PulseVoice> m_voice;
+};
+
+// The main thread's end of somebody with a connection of its own.
+class PulseOutput::ClientHandle final : public SoundWatch {
+public:
+    ClientHandle(PulseOutput& output, std::shared_ptr<PulseClient> client)
+        : m_output(output), m_client(std::move(client)) {
+        m_output.post([begun = m_client] { begun->begin(); });
+    }
+    ClientHandle(const ClientHandle&) = delete;
+    ClientHandle& operator=(const ClientHandle&) = delete;
+    ~ClientHandle() override {
+        m_output.post([client = std::move(m_client)] { client->end(); });
+    }
+
+private:
+    PulseOutput& m_output;
+    std::shared_ptr<PulseClient> m_client;
 };
 
 PulseOutput::PulseOutput()
@@ -70,6 +89,13 @@ std::unique_ptr<SoundVoice> PulseOutput::play(std::shared_ptr<SoundDecoder> deco
     auto voice = std::make_shared<PulseVoice>(std::move(decoder), std::move(start), closed);
     post([this, voice] { add(voice); });
     return std::make_unique<Handle>(*this, std::move(voice));
+}
+
+std::unique_ptr<SoundWatch>
+PulseOutput::watch(std::function<void(const SoundOutputState&)> changed) {
+    return std::make_unique<ClientHandle>(
+        *this, std::make_shared<PulseWatch>(*pa_threaded_mainloop_get_api(m_mainloop),
+                                            std::move(changed)));
 }
 
 void PulseOutput::post(Command command) {

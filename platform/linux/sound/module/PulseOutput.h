@@ -26,9 +26,12 @@ public:
     // Any thread.
     [[nodiscard]] std::unique_ptr<SoundVoice> play(std::shared_ptr<SoundDecoder> decoder,
                                                    SoundVoiceStart start);
+    [[nodiscard]] std::unique_ptr<SoundWatch>
+    watch(std::function<void(const SoundOutputState&)> changed);
 
 private:
     class Handle;
+    class ClientHandle;
     using Command = std::function<void()>;
 
     // Any thread.

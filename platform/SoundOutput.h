@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace dorvane {
+
+// What stands between a sound and somebody's ears.
+struct SoundOutputState {
+    enum class Obstacle {
+        None,
+        NoModule,    // what plays sounds cannot be loaded
+        NoServer,    // no sound server answers
+        NoOutput,    // the server has no output
+        DummyOutput, // it has only the one that plays to nobody
+        Muted,
+        VolumeZero,
+    };
+    Obstacle obstacle = Obstacle::None;
+    QString detail; // the output's name; of NoModule and NoServer the reason
+    int volume = 0; // of the output, in percent; boosted ones have more than 100
+    friend bool operator==(const SoundOutputState&, const SoundOutputState&) = default;
+};
+
+// The output on which sounds are heard. Main thread only.
+class SoundOutput {
+public:
+    // Destroying it ends what it stands for, and no callback follows.
+    class Watch {
+    public:
+        virtual ~Watch() = default;
+    };
+    using Changed = std::function<void(const SoundOutputState& state)>;
+
+    virtual ~SoundOutput() = default;
+
+    // Calls back with the state as soon as it is known, and after each change while the watch is
+    // kept; never from inside this call. Somebody who watches costs the machine a little: keep a
+    // watch only as long as it matters.
+    [[nodiscard]] virtual std::unique_ptr<Watch> watch(Changed changed) = 0;
+};
+
+} // namespace dorvane

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/ModuleSoundOutput.h"
+#include "tests/platform/SoundEngineFixture.h"
+
+#include <optional>
+
+using namespace dorvane;
+using dorvane::testing::run;
+using Obstacle = SoundOutputState::Obstacle;
+
+namespace {
+
+// Another output than the one that the other tests listen at.
+class SoundOutputTest : public dorvane::testing::SoundEngineFixture {
+protected:
+    SoundOutputTest() {
+        for (const char* sink : {"auto_null", "desk sink_properties=device.description=Desk"})
+            m_modules << pactl("load-module module-null-sink sink_name=%1", sink);
+    }
+    ~SoundOutputTest() override {
+        pactl("set-default-sink out");
+        for (const QString& module : m_modules)
+            pactl("unload-module %1", module);
+    }
+
+    static QString pactl(const char* command) {
+        return run(QStringLiteral("pactl ") + QLatin1String(command));
+    }
+    template<typename Text>
+    static QString pactl(const char* command, const Text& argument) {
+        return run(QStringLiteral("pactl ") +
+                   QString::fromLatin1(command).arg(QAnyStringView(argument).toString()));
+    }
+
+    QStringList m_modules;
+
+    ModuleSoundOutput m_output{m_loop, m_player.loader()};
+};
+
+TEST_F(SoundOutputTest, tellsWhatStandsBetweenASoundAndSomebodysEars) {
+    std::optional<SoundOutputState> state;
+    const auto watch = m_output.watch([&](const SoundOutputState& now) { state = now; });
+    const auto becomes = [&](Obstacle obstacle, int volume) {
+        return until(
+            [&] { return state && state->obstacle == obstacle && state->volume == volume; });
+    };
+    const struct {
+        const char* command;
+        Obstacle obstacle;
+        int volume;
+    } steps[] = {
+        {"set-default-sink desk", Obstacle::None, 100},
+        {"set-sink-volume desk 130%", Obstacle::None, 130},
+        {"set-sink-mute desk 1", Obstacle::Muted, 130},
+        {"set-sink-volume desk 0%", Obstacle::Muted, 0},
+        {"set-sink-mute desk 0", Obstacle::VolumeZero, 0},
+        {"set-default-sink auto_null", Obstacle::DummyOutput, 100},
+        {"set-default-sink out", Obstacle::None, 100},
+    };
+    for (const auto& [command, obstacle, volume] : steps) {
+        pactl(command);
+        EXPECT_TRUE(becomes(obstacle, volume)) << command;
+    }
+
+    // A sound goes where its stream is, and may be muted by itself.
+    Playing playing(*this, tone("long.wav", 20));
+    ASSERT_TRUE(playing.start());
+    ASSERT_TRUE(until([&] { return playing.sound->currentTime().count() > 0; }));
+    QString stream;
+    for (const QString& line : pactl("list short sink-inputs").split(u'\n'))
+        if (line.contains(QLatin1String("float32")))
+            stream = line.section(u'\t', 0, 0);
+    pactl("set-sink-input-mute %1 1", stream);
+    EXPECT_TRUE(becomes(Obstacle::Muted, 100));
+    pactl("set-sink-input-mute %1 0", stream);
+    pactl("move-sink-input %1 desk", stream);
+    EXPECT_TRUE(becomes(Obstacle::VolumeZero, 0));
+    EXPECT_EQ(state->detail, QStringLiteral("Desk"));
+    playing.sound->stop();
+    EXPECT_TRUE(becomes(Obstacle::None, 100));
+}
+
+TEST_F(SoundOutputTest, findsTheServerThatComesLater) {
+    const QByteArray rig = qgetenv("PULSE_SERVER");
+    qputenv("PULSE_SERVER", "unix:/nope");
+    std::vector<Obstacle> told;
+    const auto watch =
+        m_output.watch([&](const SoundOutputState& state) { told.push_back(state.obstacle); });
+    EXPECT_TRUE(until([&] { return !told.empty(); }));
+    runFor(1.5);
+    qputenv("PULSE_SERVER", rig);
+    EXPECT_TRUE(until([&] { return told.size() >= 2; }));
+    EXPECT_EQ(told, (std::vector{Obstacle::NoServer, Obstacle::None}));
+
+    ModuleSoundPlayer none(m_loop, QStringLiteral("/nowhere/module.so"));
+    const auto blind =
+        ModuleSoundOutput(m_loop, none.loader()).watch([&](const SoundOutputState& state) {
+            told = {state.obstacle};
+        });
+    EXPECT_TRUE(until([&] { return told.size() == 1; }));
+    EXPECT_EQ(told.front(), Obstacle::NoModule);
+}
+
+} // namespace
