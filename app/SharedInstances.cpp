@@ -268,6 +268,8 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
             .player = desktop.soundPlayer,
             .repeat = sharedSoundRepeat(),
             .speech = desktop.speech,
+            .soundOutput = desktop.soundOutput,
+            .sleepInhibitor = desktop.sleepInhibitor,
             .isSystemSound =
                 [](const QString& path) {
                     return AudioStorageController::sharedController().isSystemSound(path);

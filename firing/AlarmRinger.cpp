@@ -6,15 +6,25 @@
 #include "firing/SoundRepeat.h"
 #include "firing/TextSpeaker.h"
 
+#include <QFileInfo>
+
 namespace dorvane {
 
 using namespace std::chrono_literals;
+
+namespace {
+
+// A disk that does not answer by then may never do.
+constexpr auto longestLoading = 5s;
+
+} // namespace
 
 AlarmRinger::AlarmRinger(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
     , m_windows(m_surroundings.place)
     , m_prepared(m_surroundings.runLoop, m_surroundings.player)
-    , m_playingSound(m_surroundings.runLoop) {
+    , m_playingSound(m_surroundings.runLoop)
+    , m_ringing(m_surroundings.output, m_surroundings.inhibitor) {
     m_surroundings.textSpeaker.setDelegate(this);
 }
 
@@ -48,8 +58,10 @@ void AlarmRinger::ringNext() {
 }
 
 void AlarmRinger::ring(const AlarmPtr& alarm) {
-    alarm->setContext(SnoozeWindowController::showCloseTo(m_windows, m_surroundings.runLoop,
-                                                          m_surroundings.windowDelegate, alarm));
+    const auto window = SnoozeWindowController::showCloseTo(m_windows, m_surroundings.runLoop,
+                                                            m_surroundings.windowDelegate, alarm);
+    alarm->setContext(window);
+    m_ringing.add(alarm, window);
     if (alarm->isSpeakAlarmName() && !alarm->voiceName().isEmpty()) {
         m_surroundings.textSpeaker.setContext(alarm);
         m_surroundings.textSpeaker.speakText(alarm->title(), alarm->voiceName());
@@ -65,25 +77,67 @@ void AlarmRinger::textSpeakerFinishedSpeakingText(TextSpeaker& speaker) {
         soundAlarm(alarm);
 }
 
+void AlarmRinger::textSpeakerLacksVoice(TextSpeaker& speaker) {
+    const AlarmPtr alarm = speaker.context();
+    m_ringing.setFault(
+        alarm, QStringLiteral("Not heard: no voice %1 is installed.").arg(alarm->voiceName()));
+}
+
 void AlarmRinger::soundAlarm(const AlarmPtr& alarm) {
     if (!alarm->isPlaySound())
         return;
+    // What was to be heard and may be missing is found out all the same.
+    if (const auto loading = m_loading.find(m_sounding); loading != m_loading.end())
+        loading->second.replaced = m_playingSound.release();
     m_playingSound.stop();
     const QString& path = alarm->soundPath();
+    auto sound = m_prepared.take(path);
+    watchLoading(alarm, *sound);
     if (m_surroundings.isSystemSound(path)) {
-        m_surroundings.repeat.play(m_prepared.take(path), 3);
+        m_surroundings.repeat.play(std::move(sound), 3);
         return;
     }
-    FadingSound& playing = m_playingSound.replace(m_prepared.take(path));
+    FadingSound& playing = m_playingSound.replace(std::move(sound));
+    m_sounding = alarm;
     if (alarm->shouldFadeIn())
         playing.playFor(20s, 10s);
     else
         playing.sound().play();
 }
 
+// The sound may outlive the ringer, and ends with its callback; its file may never answer.
+void AlarmRinger::watchLoading(const AlarmPtr& alarm, Sound& sound) {
+    m_loading[alarm].patience = m_surroundings.runLoop.scheduleOnce(
+        longestLoading,
+        [this, alarm] { ringStandIn(AlarmPtr(alarm), QStringLiteral("cannot be read")); },
+        RunLoopMode::Common);
+    sound.whenLoaded([ringer = m_lifeline.weak(), alarm, &sound] {
+        AlarmRinger* const self = ringer.get();
+        const SoundFault fault = sound.fault(); // what is erased may be the sound
+        if (!self || self->m_loading.erase(alarm) == 0)
+            return;
+        if (fault == SoundFault::Gone)
+            self->ringStandIn(alarm, QStringLiteral("is missing"));
+        else if (fault == SoundFault::Unplayable)
+            self->ringStandIn(alarm, QStringLiteral("cannot be played"));
+    });
+}
+
+void AlarmRinger::ringStandIn(const AlarmPtr& alarm, const QString& why) {
+    m_loading.erase(alarm);
+    const QString file = QFileInfo(alarm->soundPath()).fileName();
+    const QString name = file.isEmpty() ? QStringLiteral("The sound") : file;
+    m_ringing.setFault(alarm, name + QStringLiteral(" %1, so Ping rings.").arg(why));
+    m_surroundings.repeat.playSoundAtPath(m_surroundings.standInPath(), 3);
+}
+
 void AlarmRinger::deactivateAlarm(const AlarmPtr& alarm) {
     alarm->setIsTriggered(false);
+    m_loading.erase(alarm);
+    m_ringing.remove(alarm);
     m_playingSound.stop();
+    if (m_sounding == alarm)
+        m_sounding.reset();
 }
 
 } // namespace dorvane

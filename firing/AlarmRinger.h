@@ -4,6 +4,7 @@
 #include "core/Alarm.h"
 #include "firing/CurrentSound.h"
 #include "firing/PreparedSounds.h"
+#include "firing/RingingAlarms.h"
 #include "firing/SnoozeWindowStack.h"
 #include "firing/TextSpeakerDelegate.h"
 #include "platform/Lifeline.h"
@@ -12,6 +13,7 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 
 namespace dorvane {
@@ -37,6 +39,10 @@ public:
         SnoozeWindowControllerDelegate& windowDelegate;
         // Whether the path is one of the short alert sounds, which are played several times.
         std::function<bool(const QString& path)> isSystemSound;
+        SoundOutput& output;
+        SleepInhibitor& inhibitor;
+        // The alert sound that is heard in place of a file that cannot be.
+        std::function<QString()> standInPath;
     };
 
     // Becomes the delegate of the text speaker.
@@ -55,7 +61,8 @@ public:
 
     // Starts the alarm's sound, if it plays one, in place of the one that plays now. An alert sound
     // is played three times, whatever the user does; any other file once, or for 20 s with its end
-    // faded.
+    // faded. In place of a file that is gone, cannot be decoded or keeps its disk waiting, an alert
+    // sound is heard, and the window says so.
     void soundAlarm(const AlarmPtr& alarm);
 
     // The alarm rings no more: stops the sound that plays now.
@@ -64,13 +71,25 @@ public:
 private:
     void ringNext();
     void ring(const AlarmPtr& alarm);
+    void watchLoading(const AlarmPtr& alarm, Sound& sound);
+    void ringStandIn(const AlarmPtr& alarm, const QString& why);
     void textSpeakerFinishedSpeakingText(TextSpeaker& speaker) override;
+    void textSpeakerLacksVoice(TextSpeaker& speaker) override;
 
     Surroundings m_surroundings;
     SnoozeWindowStack m_windows;
     std::deque<AlarmPtr> m_waiting;
     PreparedSounds m_prepared;
     CurrentSound m_playingSound;
+    RingingAlarms m_ringing;
+
+    // An alarm of which it is not known yet whether its sound can be played.
+    struct Loading {
+        RunLoopTimer patience;
+        std::unique_ptr<FadingSound> replaced; // a sound that another took the place of meanwhile
+    };
+    std::map<AlarmPtr, Loading> m_loading;
+    AlarmPtr m_sounding; // whose sound m_playingSound is, or was
     Lifeline<AlarmRinger> m_lifeline{*this};
 };
 

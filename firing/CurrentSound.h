@@ -24,6 +24,9 @@ public:
 
     void stop();
 
+    // Stops the sound and hands it over; null when there is none.
+    [[nodiscard]] std::unique_ptr<FadingSound> release();
+
 private:
     RunLoop& m_runLoop;
     std::unique_ptr<FadingSound> m_sound;

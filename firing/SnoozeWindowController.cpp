@@ -48,6 +48,14 @@ void showTitle(const QString& title, QLabel& label) {
         label.setToolTip(QStringLiteral("<p>%1</p>").arg(title.left(1000).toHtmlEscaped()));
 }
 
+// The line of the note is there always, as the gap above the buttons: all windows are of one size.
+void makeNote(QLabel& label) {
+    QFont small = label.font();
+    small.setPointSizeF(small.pointSizeF() * 0.9);
+    label.setFont(small);
+    label.setFixedHeight(label.fontMetrics().lineSpacing());
+}
+
 } // namespace
 
 std::shared_ptr<SnoozeWindowController>
@@ -72,6 +80,7 @@ SnoozeWindowController::SnoozeWindowController(SnoozeWindowStack& stack, RunLoop
     , m_window(std::make_unique<SnoozePanel>([this] { snoozeButtonPressed(); }))
     , m_typingGuard(new TypingGuard(runLoop, m_window.get())) {
     m_form->setupUi(m_window.get());
+    makeNote(*m_form->noteLabel);
     const auto escape = new QShortcut(Qt::Key_Escape, m_window.get());
     QObject::connect(escape, &QShortcut::activated, m_window.get(),
                      [this] { snoozeButtonPressed(); });
@@ -97,6 +106,21 @@ void SnoozeWindowController::setAlarm(const AlarmPtr& alarm) {
     const minutes unanswered(std::clamp<qint64>(alarm->snoozeTime(), 1, 24 * 60));
     m_nextAlarmTimer = m_runLoop.scheduleOnce(
         unanswered, [this] { setNextAlarm(); }, RunLoopMode::Default);
+}
+
+// A long name in it gives way in its middle.
+void SnoozeWindowController::setNote(const QString& line) {
+    if (!m_window || m_form->noteLabel->accessibleName() == line)
+        return;
+    QLabel& label = *m_form->noteLabel;
+    const int width = m_form->titleLabel->minimumWidth();
+    const QString shown = label.fontMetrics().elidedText(line, Qt::ElideMiddle, width);
+    label.setText(shown);
+    label.setAccessibleName(line);
+    label.setToolTip(shown == line ? QString()
+                                   : QStringLiteral("<p>%1</p>").arg(line.toHtmlEscaped()));
+    const QString due = QStringLiteral("An alarm is due");
+    m_window->setAccessibleDescription(line.isEmpty() ? due : due + QStringLiteral(". ") + line);
 }
 
 void SnoozeWindowController::show() {

@@ -36,6 +36,9 @@ public:
     void snoozeButtonPressed();
     void clearButtonPressed();
 
+    // One line of what the person should know of how this alarm rings; empty for nothing.
+    void setNote(const QString& line);
+
     void close() override;
 
     // The keyboard: whether the window has it; takes it, guarded from what is being typed.

@@ -67,10 +67,13 @@ void TextSpeaker::speakText(const QString& text, int voiceNumber) {
 void TextSpeaker::speakText(const QString& text, const QString& voiceName) {
     whenVoicesKnown([text, voiceName, context = m_context](TextSpeaker& self) {
         const int number = self.voiceNumber(voiceName);
-        if (number == 0)
-            qCWarning(logFiring).noquote()
-                << "cannot speak: the voice" << voiceName << "is not installed";
-        self.speak(text, number, context);
+        if (number > 0) {
+            self.speak(text, number, context);
+            return;
+        }
+        qCWarning(logFiring).noquote()
+            << "cannot speak: the voice" << voiceName << "is not installed";
+        self.tell(&TextSpeakerDelegate::textSpeakerLacksVoice, context);
     });
 }
 
@@ -80,16 +83,17 @@ int TextSpeaker::voiceNumber(const QString& voiceName) const {
 }
 
 void TextSpeaker::speak(const QString& text, int voiceNumber, const AlarmPtr& context) {
-    m_service.speak(text, voiceNumber,
-                    m_lifeline.guard([context](TextSpeaker& self) { self.finished(context); }));
+    m_service.speak(text, voiceNumber, m_lifeline.guard([context](TextSpeaker& self) {
+        self.tell(&TextSpeakerDelegate::textSpeakerFinishedSpeakingText, context);
+    }));
 }
 
-void TextSpeaker::finished(const AlarmPtr& context) {
+void TextSpeaker::tell(void (TextSpeakerDelegate::*what)(TextSpeaker&), const AlarmPtr& context) {
     if (!m_delegate)
         return;
     const auto self = m_lifeline.weak();
     AlarmPtr next = std::exchange(m_context, context);
-    m_delegate->textSpeakerFinishedSpeakingText(*this);
+    (m_delegate->*what)(*this);
     if (!self.isCut())
         m_context = std::move(next);
 }

@@ -51,15 +51,15 @@ public:
     // there is passed over.
     void prepareText(const QString& text, const QString& voiceName);
 
-    // Starts speaking and returns. With a voice that is not there nothing is spoken, and the
-    // delegate hears nothing; a missing name is logged.
+    // Starts speaking and returns. With a voice that is not there nothing is spoken; of a number
+    // the delegate hears nothing then, of a name that it is missing, and so does the log.
     void speakText(const QString& text, int voiceNumber);
     void speakText(const QString& text, const QString& voiceName);
 
 private:
     [[nodiscard]] int voiceNumber(const QString& voiceName) const;
     void speak(const QString& text, int voiceNumber, const AlarmPtr& context);
-    void finished(const AlarmPtr& context);
+    void tell(void (TextSpeakerDelegate::*what)(TextSpeaker&), const AlarmPtr& context);
     void addVoices(QMenu& menu);
     void whenVoicesKnown(std::function<void(TextSpeaker&)> callback);
 

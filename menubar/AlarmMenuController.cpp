@@ -36,7 +36,10 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
                 .icon = m_statusView,
                 .place = m_statusView,
                 .windowDelegate = *this,
-                .isSystemSound = m_surroundings.isSystemSound}) {
+                .isSystemSound = m_surroundings.isSystemSound,
+                .output = m_surroundings.soundOutput,
+                .inhibitor = m_surroundings.sleepInhibitor,
+                .standInPath = m_surroundings.presetSoundPath}) {
     m_menuConstructor.setObjectMenu(&m_ourMenu);
     m_statusView.setAlarmMenu(&m_ourMenu);
     m_surroundings.appearance.setChanged([this] { darkModeChanged(); });

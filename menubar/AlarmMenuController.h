@@ -25,6 +25,8 @@ class BreakCycle;
 class Bundle;
 class Clock;
 class PendixRespitoWindowsController;
+class SleepInhibitor;
+class SoundOutput;
 class SpeechService;
 class StatusItem;
 class StoredAlarms;
@@ -49,11 +51,13 @@ public:
         SoundPlayer& player;
         SoundRepeat& repeat;
         SpeechService& speech;
+        SoundOutput& soundOutput;
+        SleepInhibitor& sleepInhibitor;
         // See AlarmRinger.
         std::function<bool(const QString& path)> isSystemSound;
         // Makes an editor window, not shown yet.
         std::function<std::unique_ptr<AlarmSetController>()> makeEditor;
-        // The full path of the sound that quick alarms play.
+        // The full path of the sound that quick alarms play, and those whose own is gone.
         std::function<QString()> presetSoundPath;
         // The break reminder: its window, made when it is first needed, its cycle, and whether it
         // runs. Empty where there is none.

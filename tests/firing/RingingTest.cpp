@@ -8,6 +8,7 @@
 #include "firing/SoundRepeat.h"
 #include "firing/TextSpeaker.h"
 #include "firing/WindowPlace.h"
+#include "tests/support/FakeSoundOutput.h"
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/FakeSpeechService.h"
 #include "tests/support/Windows.h"
@@ -86,14 +87,37 @@ protected:
                           Qt::LeftButton);
     }
 
+    // What each window says beside its title, oldest first.
+    std::vector<std::string> notes() const {
+        std::vector<std::string> found;
+        for (const AlarmPtr& alarm : m_alarms)
+            found.push_back(alarm->title().toStdString() + ": " +
+                            windowOf(qPrintable(alarm->title()))
+                                ->findChild<QLabel*>(u"noteLabel"_qs)
+                                ->accessibleName()
+                                .toStdString());
+        return found;
+    }
+
+    std::vector<std::string> plays() const {
+        std::vector<std::string> found;
+        for (const std::string& event : m_trace.events())
+            if (event.ends_with(" play"))
+                found.push_back(event.substr(0, event.size() - 5));
+        return found;
+    }
+
     VirtualRunLoop m_loop{at("2026-11-24 07:30")};
     Trace m_trace{m_loop};
     FakeSoundPlayer m_player{m_loop, m_trace};
     SoundRepeat m_repeat{m_loop, m_player};
     FakeSpeechService m_speech{m_loop, m_trace};
     TextSpeaker m_speaker{m_speech};
+    FakeSoundOutput m_output{m_loop};
+    FakeSleepInhibitor m_inhibitor;
     AlarmRinger m_ringer{{m_loop, m_player, m_repeat, m_speaker, *this, *this, *this,
-                          [](const QString& path) { return path == u"ping"_qs; }}};
+                          [](const QString& path) { return path == u"ping"_qs; },
+                          m_output, m_inhibitor, [] { return u"ping"_qs; }}};
     std::vector<AlarmPtr> m_alarms;
 };
 
@@ -168,18 +192,62 @@ TEST_F(RingingTest, preparedAlarmRingsAtOnceAndAsItIsThen) {
     EXPECT_TRUE(m_player.sounds().empty());
 }
 
+TEST_F(RingingTest, fileThatCannotBeHeardRingsAsThreePingsAndTheWindowNamesIt) {
+    const LogCapture log;
+    m_player.setFile(u"/songs/gone.mp3"_qs, {.isPlayable = false});
+    m_player.setFile(u"/net/hangs"_qs, {.duration = 1s, .loadDelay = 1h});
+    m_player.setFile(u"answered"_qs, {.loadDelay = 2s, .isPlayable = false});
+    ring({"gone", "/songs/gone.mp3"}); // the next one takes its place before that is known
+    const AlarmPtr snoozed = ring({"snoozed", "answered"});
+    m_loop.advance(1s);
+    m_ringer.deactivateAlarm(snoozed);
+    ring({.title = "hangs", .path = "/net/hangs", .fades = true});
+    ring({"mute", "ping", "No such voice"});
+    m_loop.advance(10s);
+    EXPECT_THAT(notes(), ElementsAre("gone: gone.mp3 is missing, so Ping rings.",
+                                     "snoozed: ", "hangs: hangs cannot be read, so Ping rings.",
+                                     "mute: Not heard: no voice No such voice is installed."));
+    EXPECT_THAT(plays(),
+                ElementsAre("0 /songs/gone.mp3", "0 answered", "0 ping", "1000 ping",
+                            "1000 /net/hangs", "2000 ping", "6000 ping", "7000 ping", "8000 ping"));
+}
+
+TEST_F(RingingTest, windowsOfAlarmsThatAreToBeHeardSayWhyTheyAreNotUntilTheyAre) {
+    m_player.setFile(u"gone"_qs, {.isPlayable = false});
+    using Obstacle = SoundOutputState::Obstacle;
+    m_output.setState({.obstacle = Obstacle::Muted, .detail = {}, .volume = 50});
+    const AlarmPtr silent = ring({"silent"});
+    m_loop.advance(1s);
+    EXPECT_TRUE(m_inhibitor.isHeld);
+    EXPECT_EQ(m_output.watches(), 0U) << "nobody needs it";
+    const AlarmPtr song = ring({"song", "gone"});
+    const AlarmPtr said = ring({"said", nullptr, "Zoe"});
+    m_loop.advance(1s);
+    const std::string muted = "Not heard: the sound is muted.";
+    EXPECT_THAT(notes(), ElementsAre("silent: ", "song: " + muted, "said: " + muted));
+    m_output.setState({.obstacle = Obstacle::DummyOutput, .detail = {}, .volume = 50});
+    EXPECT_EQ(notes()[2], "said: Not heard: there is no sound output.");
+    m_output.setState({.obstacle = Obstacle::None, .detail = {}, .volume = 50});
+    EXPECT_THAT(notes(),
+                ElementsAre("silent: ", "song: gone is missing, so Ping rings.", "said: "));
+    for (const AlarmPtr& alarm : {song, silent, said}) {
+        EXPECT_TRUE(m_inhibitor.isHeld);
+        m_ringer.deactivateAlarm(alarm);
+    }
+    EXPECT_FALSE(m_inhibitor.isHeld);
+    EXPECT_EQ(m_output.watches(), 0U);
+}
+
 TEST_F(RingingTest, whateverCannotBeHeardStillGetsItsWindowAndTheFlashing) {
     const LogCapture log;
-    m_player.setFile(u"gone"_qs, {.isPlayable = false});
     ring({"silent"});
-    ring({"gone", "gone"});
     m_ringer.deactivateAlarm(ring({"answered elsewhere before its turn"}));
     const AlarmPtr mute = ring({"no such voice", "ping", "Gone"});
     m_player.hasServer = false;
     ring({"no server", "ping"});
     m_loop.advance(1s);
-    EXPECT_EQ(windows().size(), 4);
-    EXPECT_EQ(std::count(m_trace.events().begin(), m_trace.events().end(), "0 flash"), 4);
+    EXPECT_EQ(windows().size(), 3);
+    EXPECT_EQ(std::count(m_trace.events().begin(), m_trace.events().end(), "0 flash"), 3);
     EXPECT_TRUE(mute->isTriggered());
     EXPECT_TRUE(log.messages().contains(
         u"dorvane.firing: cannot speak: the voice Gone is not installed"_qs));

@@ -9,6 +9,7 @@
 #include "platform/Appearance.h"
 #include "tests/editor/EditorFixture.h"
 #include "tests/menubar/MenuAlarms.h"
+#include "tests/support/FakeSoundOutput.h"
 #include "tests/support/FakeStatusItem.h"
 #include "tests/support/Windows.h"
 
@@ -94,6 +95,8 @@ protected:
     Clock m_clock{loop, notifications};
     SoundRepeat m_repeat{loop, player};
     FakeStatusItem m_item;
+    FakeSoundOutput m_output{loop};
+    FakeSleepInhibitor m_inhibitor;
     LightDesktop m_appearance;
     AlarmMenuController m_controller{
         {.runLoop = loop,
@@ -106,6 +109,8 @@ protected:
          .player = player,
          .repeat = m_repeat,
          .speech = speech,
+         .soundOutput = m_output,
+         .sleepInhibitor = m_inhibitor,
          .isSystemSound = [](const QString&) { return false; },
          .makeEditor = [this] { return std::make_unique<AlarmSetController>(services()); },
          .presetSoundPath = [] { return u"ping"_qs; },

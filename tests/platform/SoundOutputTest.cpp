@@ -24,11 +24,11 @@ protected:
     }
 
     static QString pactl(const char* command) {
-        return run(QStringLiteral("pactl ") + QLatin1String(command));
+        return run(u"pactl "_qs + QLatin1String(command));
     }
     template<typename Text>
     static QString pactl(const char* command, const Text& argument) {
-        return run(QStringLiteral("pactl ") +
+        return run(u"pactl "_qs +
                    QString::fromLatin1(command).arg(QAnyStringView(argument).toString()));
     }
 
@@ -75,7 +75,7 @@ TEST_F(SoundOutputTest, tellsWhatStandsBetweenASoundAndSomebodysEars) {
     pactl("set-sink-input-mute %1 0", stream);
     pactl("move-sink-input %1 desk", stream);
     EXPECT_TRUE(becomes(Obstacle::VolumeZero, 0));
-    EXPECT_EQ(state->detail, QStringLiteral("Desk"));
+    EXPECT_EQ(state->detail, u"Desk"_qs);
     playing.sound->stop();
     EXPECT_TRUE(becomes(Obstacle::None, 100));
 }
@@ -92,7 +92,7 @@ TEST_F(SoundOutputTest, findsTheServerThatComesLater) {
     EXPECT_TRUE(until([&] { return told.size() >= 2; }));
     EXPECT_EQ(told, (std::vector{Obstacle::NoServer, Obstacle::None}));
 
-    ModuleSoundPlayer none(m_loop, QStringLiteral("/nowhere/module.so"));
+    ModuleSoundPlayer none(m_loop, u"/nowhere/module.so"_qs);
     const auto blind =
         ModuleSoundOutput(m_loop, none.loader()).watch([&](const SoundOutputState& state) {
             told = {state.obstacle};
