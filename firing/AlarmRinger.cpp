@@ -79,8 +79,8 @@ void AlarmRinger::textSpeakerFinishedSpeakingText(TextSpeaker& speaker) {
 
 void AlarmRinger::textSpeakerLacksVoice(TextSpeaker& speaker) {
     const AlarmPtr alarm = speaker.context();
-    m_ringing.setFault(
-        alarm, QStringLiteral("Not heard: no voice %1 is installed.").arg(alarm->voiceName()));
+    m_ringing.setFault(alarm,
+                       {QStringLiteral("Not heard: the voice %1 is missing."), alarm->voiceName()});
 }
 
 void AlarmRinger::soundAlarm(const AlarmPtr& alarm) {
@@ -109,7 +109,9 @@ void AlarmRinger::soundAlarm(const AlarmPtr& alarm) {
 void AlarmRinger::watchLoading(const AlarmPtr& alarm, Sound& sound) {
     m_loading[alarm].patience = m_surroundings.runLoop.scheduleOnce(
         longestLoading,
-        [this, alarm] { ringStandIn(AlarmPtr(alarm), QStringLiteral("cannot be read")); },
+        [this, alarm] {
+            ringStandIn(AlarmPtr(alarm), QStringLiteral("%1 cannot be read: Ping rings."));
+        },
         RunLoopMode::Common);
     sound.whenLoaded([ringer = m_lifeline.weak(), alarm, &sound] {
         AlarmRinger* const self = ringer.get();
@@ -117,17 +119,17 @@ void AlarmRinger::watchLoading(const AlarmPtr& alarm, Sound& sound) {
         if (!self || self->m_loading.erase(alarm) == 0)
             return;
         if (fault == SoundFault::Gone)
-            self->ringStandIn(alarm, QStringLiteral("is missing"));
+            self->ringStandIn(alarm, QStringLiteral("%1 is missing: Ping rings."));
         else if (fault == SoundFault::Unplayable)
-            self->ringStandIn(alarm, QStringLiteral("cannot be played"));
+            self->ringStandIn(alarm, QStringLiteral("%1 cannot be played: Ping rings."));
     });
 }
 
-void AlarmRinger::ringStandIn(const AlarmPtr& alarm, const QString& why) {
+void AlarmRinger::ringStandIn(const AlarmPtr& alarm, const QString& note) {
     m_loading.erase(alarm);
     const QString file = QFileInfo(alarm->soundPath()).fileName();
     const QString name = file.isEmpty() ? QStringLiteral("The sound") : file;
-    m_ringing.setFault(alarm, name + QStringLiteral(" %1, so Ping rings.").arg(why));
+    m_ringing.setFault(alarm, {note, name});
     m_surroundings.repeat.playSoundAtPath(m_surroundings.standInPath(), 3);
 }
 

@@ -72,7 +72,7 @@ private:
     void ringNext();
     void ring(const AlarmPtr& alarm);
     void watchLoading(const AlarmPtr& alarm, Sound& sound);
-    void ringStandIn(const AlarmPtr& alarm, const QString& why);
+    void ringStandIn(const AlarmPtr& alarm, const QString& note);
     void textSpeakerFinishedSpeakingText(TextSpeaker& speaker) override;
     void textSpeakerLacksVoice(TextSpeaker& speaker) override;
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "firing/RingingAlarms.h"
 
-#include "firing/SnoozeWindowController.h"
 #include "platform/SleepInhibitor.h"
 
 #include <algorithm>
@@ -62,10 +61,10 @@ void RingingAlarms::remove(const AlarmPtr& alarm) {
     m_outputFault.clear();
 }
 
-void RingingAlarms::setFault(const AlarmPtr& alarm, const QString& line) {
+void RingingAlarms::setFault(const AlarmPtr& alarm, const SnoozeWindowController::Note& fault) {
     for (Ringing& ringing : m_ringing)
         if (ringing.alarm == alarm) {
-            ringing.fault = line;
+            ringing.fault = fault;
             show(ringing);
         }
 }
@@ -81,7 +80,7 @@ void RingingAlarms::show(const Ringing& ringing) const {
     if (!window)
         return;
     const bool isUnheard = !m_outputFault.isEmpty() && isToBeHeard(*ringing.alarm);
-    window->setNote(isUnheard ? m_outputFault : ringing.fault);
+    window->setNote(isUnheard ? SnoozeWindowController::Note{m_outputFault, {}} : ringing.fault);
 }
 
 } // namespace dorvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Alarm.h"
+#include "firing/SnoozeWindowController.h"
 #include "platform/SoundOutput.h"
 
 #include <memory>
@@ -10,7 +11,6 @@
 namespace dorvane {
 
 class SleepInhibitor;
-class SnoozeWindowController;
 
 // The alarms that ring and wait for an answer. While there are any, the machine does not fall
 // asleep; and their windows say in a line what keeps them from being heard. Main thread only.
@@ -30,13 +30,13 @@ public:
 
     // What is wrong with the alarm's own sound. Gives way to what keeps every sound from being
     // heard.
-    void setFault(const AlarmPtr& alarm, const QString& line);
+    void setFault(const AlarmPtr& alarm, const SnoozeWindowController::Note& fault);
 
 private:
     struct Ringing {
         AlarmPtr alarm;
         std::weak_ptr<SnoozeWindowController> window;
-        QString fault;
+        SnoozeWindowController::Note fault;
     };
 
     void show(const Ringing& ringing) const;

@@ -48,12 +48,12 @@ void showTitle(const QString& title, QLabel& label) {
         label.setToolTip(QStringLiteral("<p>%1</p>").arg(title.left(1000).toHtmlEscaped()));
 }
 
-// The line of the note is there always, as the gap above the buttons: all windows are of one size.
+// Its line is there always, as the gap above the buttons: all windows are of one size.
 void makeNote(QLabel& label) {
     QFont small = label.font();
     small.setPointSizeF(small.pointSizeF() * 0.9);
     label.setFont(small);
-    label.setFixedHeight(label.fontMetrics().lineSpacing());
+    label.setFixedHeight(label.fontMetrics().lineSpacing() + 4);
 }
 
 } // namespace
@@ -108,17 +108,21 @@ void SnoozeWindowController::setAlarm(const AlarmPtr& alarm) {
         unanswered, [this] { setNextAlarm(); }, RunLoopMode::Default);
 }
 
-// A long name in it gives way in its middle.
-void SnoozeWindowController::setNote(const QString& line) {
-    if (!m_window || m_form->noteLabel->accessibleName() == line)
+void SnoozeWindowController::setNote(const Note& note) {
+    if (!m_window)
         return;
+    const auto lineWith = [&note](const QString& name) {
+        return note.name.isEmpty() ? note.text : note.text.arg(name);
+    };
     QLabel& label = *m_form->noteLabel;
-    const int width = m_form->titleLabel->minimumWidth();
-    const QString shown = label.fontMetrics().elidedText(line, Qt::ElideMiddle, width);
-    label.setText(shown);
+    const QFontMetrics metrics = label.fontMetrics();
+    const int room = m_form->titleLabel->minimumWidth() -
+                     metrics.horizontalAdvance(lineWith(QStringLiteral(" ")));
+    const QString line = lineWith(note.name);
+    label.setText(lineWith(metrics.elidedText(note.name, Qt::ElideMiddle, room)));
     label.setAccessibleName(line);
-    label.setToolTip(shown == line ? QString()
-                                   : QStringLiteral("<p>%1</p>").arg(line.toHtmlEscaped()));
+    label.setToolTip(label.text() == line ? QString()
+                                          : QStringLiteral("<p>%1</p>").arg(line.toHtmlEscaped()));
     const QString due = QStringLiteral("An alarm is due");
     m_window->setAccessibleDescription(line.isEmpty() ? due : due + QStringLiteral(". ") + line);
 }

@@ -36,8 +36,13 @@ public:
     void snoozeButtonPressed();
     void clearButtonPressed();
 
-    // One line of what the person should know of how this alarm rings; empty for nothing.
-    void setNote(const QString& line);
+    // One line of what the person should know of how this alarm rings; empty for nothing. A long
+    // name in it, which stands where the text has %1, gives way in its middle.
+    struct Note {
+        QString text;
+        QString name;
+    };
+    void setNote(const Note& note);
 
     void close() override;
 

@@ -116,8 +116,8 @@ protected:
     FakeSoundOutput m_output{m_loop};
     FakeSleepInhibitor m_inhibitor;
     AlarmRinger m_ringer{{m_loop, m_player, m_repeat, m_speaker, *this, *this, *this,
-                          [](const QString& path) { return path == u"ping"_qs; },
-                          m_output, m_inhibitor, [] { return u"ping"_qs; }}};
+                          [](const QString& path) { return path == u"ping"_qs; }, m_output,
+                          m_inhibitor, [] { return u"ping"_qs; }}};
     std::vector<AlarmPtr> m_alarms;
 };
 
@@ -204,9 +204,9 @@ TEST_F(RingingTest, fileThatCannotBeHeardRingsAsThreePingsAndTheWindowNamesIt) {
     ring({.title = "hangs", .path = "/net/hangs", .fades = true});
     ring({"mute", "ping", "No such voice"});
     m_loop.advance(10s);
-    EXPECT_THAT(notes(), ElementsAre("gone: gone.mp3 is missing, so Ping rings.",
-                                     "snoozed: ", "hangs: hangs cannot be read, so Ping rings.",
-                                     "mute: Not heard: no voice No such voice is installed."));
+    EXPECT_THAT(notes(), ElementsAre("gone: gone.mp3 is missing: Ping rings.",
+                                     "snoozed: ", "hangs: hangs cannot be read: Ping rings.",
+                                     "mute: Not heard: the voice No such voice is missing."));
     EXPECT_THAT(plays(),
                 ElementsAre("0 /songs/gone.mp3", "0 answered", "0 ping", "1000 ping",
                             "1000 /net/hangs", "2000 ping", "6000 ping", "7000 ping", "8000 ping"));
@@ -228,8 +228,7 @@ TEST_F(RingingTest, windowsOfAlarmsThatAreToBeHeardSayWhyTheyAreNotUntilTheyAre)
     m_output.setState({.obstacle = Obstacle::DummyOutput, .detail = {}, .volume = 50});
     EXPECT_EQ(notes()[2], "said: Not heard: there is no sound output.");
     m_output.setState({.obstacle = Obstacle::None, .detail = {}, .volume = 50});
-    EXPECT_THAT(notes(),
-                ElementsAre("silent: ", "song: gone is missing, so Ping rings.", "said: "));
+    EXPECT_THAT(notes(), ElementsAre("silent: ", "song: gone is missing: Ping rings.", "said: "));
     for (const AlarmPtr& alarm : {song, silent, said}) {
         EXPECT_TRUE(m_inhibitor.isHeld);
         m_ringer.deactivateAlarm(alarm);

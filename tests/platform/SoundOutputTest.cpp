@@ -4,14 +4,13 @@
 
 #include <optional>
 
-using namespace dorvane;
-using dorvane::testing::run;
+using namespace dorvane::testing;
 using Obstacle = SoundOutputState::Obstacle;
 
 namespace {
 
 // Another output than the one that the other tests listen at.
-class SoundOutputTest : public dorvane::testing::SoundEngineFixture {
+class SoundOutputTest : public SoundEngineFixture {
 protected:
     SoundOutputTest() {
         for (const char* sink : {"auto_null", "desk sink_properties=device.description=Desk"})
@@ -23,9 +22,7 @@ protected:
             pactl("unload-module %1", module);
     }
 
-    static QString pactl(const char* command) {
-        return run(u"pactl "_qs + QLatin1String(command));
-    }
+    static QString pactl(const char* command) { return run(u"pactl "_qs + QLatin1String(command)); }
     template<typename Text>
     static QString pactl(const char* command, const Text& argument) {
         return run(u"pactl "_qs +
