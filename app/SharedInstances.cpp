@@ -207,7 +207,11 @@ PendixRespitoWindowsController& PendixRespitoWindowsController::sharedRespito() 
              .library = AudioStorageController::sharedController(),
              .workspace = desktop.workspace,
              .audioPlayer = RespitoAudioPlayerController::sharedContorller,
-             .showRecordingWindow = [] { RespitoReminderController::sharedContorller().show(); },
+             .showRecordingWindow =
+                 [](const QWidget& owner) {
+                     RespitoReminderController::sharedContorller().stayAbove(owner);
+                     RespitoReminderController::sharedContorller().show();
+                 },
              .beep = [] { bfApp::beep(); }});
     }();
     return *controller;

@@ -7,12 +7,12 @@
 #include "firing/SoundRepeat.h"
 #include "platform/Bundle.h"
 #include "platform/Workspace.h"
+#include "sounds/AddingFiles.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/SoundFileWell.h"
 #include "sounds/SoundName.h"
 #include "ui_PendixRespitoWindowsController.h"
 
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QMenu>
 
@@ -57,6 +57,7 @@ void BreakSoundChoice::addWell() {
     const auto well = new SoundFileWell(m_services.library, m_services.notifications,
                                         m_services.propertyLists, image, m_window);
     well->setObjectName(QStringLiteral("soundWell"));
+    well->setReport(reportIn(*m_controls.wellHint));
     m_controls.wellRow->insertWidget(0, well);
     QWidget::setTabOrder(m_controls.playButton, well);
     m_wellClicks = m_services.notifications.addObserver(
@@ -96,7 +97,7 @@ void BreakSoundChoice::soundSelected(const QString& path) {
 }
 
 void BreakSoundChoice::manageReminders() {
-    m_services.showRecordingWindow();
+    m_services.showRecordingWindow(*m_window);
 }
 
 void BreakSoundChoice::setSoundPath(const QString& path) {
@@ -154,14 +155,7 @@ void BreakSoundChoice::respitoAudioPlayerWindowWillClose() {
 
 // What is added can be chosen from then on; it is not chosen by that.
 void BreakSoundChoice::chooseAudioFile() {
-    const auto panel = new QFileDialog(m_window, QStringLiteral("Choose audio file(s)"));
-    panel->setAttribute(Qt::WA_DeleteOnClose);
-    panel->setFileMode(QFileDialog::ExistingFiles);
-    panel->setNameFilter(m_services.library.soundFileTypes().nameFilter());
-    QObject::connect(panel, &QDialog::accepted, panel, [this, panel] {
-        m_services.library.addAudioFilesWithURLs(panel->selectedUrls());
-    });
-    panel->open();
+    chooseFilesToAdd(*m_window, m_services.library, *m_controls.wellHint);
 }
 
 void BreakSoundChoice::soundWellClicked() {

@@ -3,6 +3,8 @@
 
 #include <functional>
 
+class QWidget;
+
 namespace dorvane {
 
 class AudioStorageController;
@@ -35,8 +37,8 @@ struct BreakWindowServices {
     Workspace& workspace;
     // The window that plays the built-in track, made when it is first asked for.
     std::function<RespitoAudioPlayerController&()> audioPlayer;
-    // Opens the window that records sounds for breaks.
-    std::function<void()> showRecordingWindow;
+    // Opens the window that records sounds for breaks, above the one that asks for it.
+    std::function<void(const QWidget& owner)> showRecordingWindow;
     std::function<void()> beep;
 };
 

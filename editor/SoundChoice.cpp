@@ -3,17 +3,15 @@
 
 #include "platform/Bundle.h"
 #include "platform/Workspace.h"
+#include "sounds/AddingFiles.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/ReminderController.h"
 #include "sounds/SoundFileWell.h"
 #include "sounds/SoundName.h"
 #include "ui_AlarmSetController.h"
 
-#include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QPointer>
-#include <QStandardPaths>
 
 namespace dorvane {
 
@@ -51,7 +49,7 @@ void SoundChoice::addWell() {
     const auto well = new SoundFileWell(m_services.audioStorage, m_services.notificationCenter,
                                         m_services.propertyLists, image, m_window);
     well->setObjectName(QStringLiteral("soundWell"));
-    well->setReport(addingReport());
+    well->setReport(reportIn(*m_controls.wellHint));
     m_controls.wellRow->insertWidget(0, well);
     QWidget::setTabOrder(m_controls.Volume, well);
     m_wellClicks = m_services.notificationCenter.addObserver(
@@ -129,26 +127,7 @@ void SoundChoice::previewChanged(SoundPreview::State state) {
 
 // What is added can be chosen from then on; it is not chosen by that.
 void SoundChoice::chooseAudioFile() {
-    const auto panel = new QFileDialog(m_window, QStringLiteral("Choose audio file(s)"));
-    panel->setAttribute(Qt::WA_DeleteOnClose);
-    panel->setFileMode(QFileDialog::ExistingFiles);
-    panel->setOption(QFileDialog::HideNameFilterDetails);
-    panel->setNameFilter(m_services.audioStorage.soundFileTypes().nameFilter());
-    const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
-    panel->setDirectory(QFileInfo(music).isDir() ? music : QDir::homePath());
-    connect(panel, &QDialog::accepted, this, [this, panel] {
-        m_controls.wellHint->setText(QStringLiteral("Adding…"));
-        m_services.audioStorage.addAudioFilesWithURLs(panel->selectedUrls(), addingReport());
-    });
-    panel->open();
-}
-
-// Files may take a while to copy: the window may be gone by then.
-AudioStorageController::Report SoundChoice::addingReport() {
-    return [self = QPointer(this)](const std::vector<AddedSound>& sounds) {
-        if (self)
-            self->m_controls.wellHint->setText(messageAbout(sounds));
-    };
+    chooseFilesToAdd(*m_window, m_services.audioStorage, *m_controls.wellHint);
 }
 
 void SoundChoice::soundWellClicked() {

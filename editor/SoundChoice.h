@@ -53,7 +53,6 @@ private:
     void previewChanged(SoundPreview::State state);
     void chooseAudioFile();
     void soundWellClicked();
-    [[nodiscard]] AudioStorageController::Report addingReport();
     void reminderAccepted(const QString& path);
     void windowClosed();
 

@@ -91,7 +91,7 @@ protected:
          .library = m_library,
          .workspace = m_workspace,
          .audioPlayer = [this]() -> RespitoAudioPlayerController& { return m_track; },
-         .showRecordingWindow = [this] { m_trace.add(u"record"_qs); },
+         .showRecordingWindow = [this](const QWidget&) { m_trace.add(u"record"_qs); },
          .beep = [this] { m_trace.add(u"beep"_qs); }}};
 };
 
