@@ -75,7 +75,7 @@ FfmpegDecoder::~FfmpegDecoder() {
 std::shared_ptr<FfmpegDecoder> FfmpegDecoder::open(std::shared_ptr<const SoundInput> file,
                                                    SoundModule::Cancelled cancelled,
                                                    QString& error) {
-    const std::shared_ptr<FfmpegDecoder> decoder(
+    std::shared_ptr<FfmpegDecoder> decoder(
         new FfmpegDecoder(std::move(file), std::move(cancelled)));
     if (!decoder->openContainer(error) || !decoder->openCodec(error))
         return nullptr;
