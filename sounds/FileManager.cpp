@@ -46,7 +46,7 @@ constexpr qint64 blockSize = 64 * 1024;
     QTemporaryFile copy(present.path() + QStringLiteral("/.XXXXXX.part"));
     if (!copy.open())
         return copy.errorString();
-    if (const QString problem = copyBytes(source, copy, stop); !problem.isEmpty())
+    if (QString problem = copyBytes(source, copy, stop); !problem.isEmpty())
         return problem;
     copy.setPermissions(source.permissions() | QFileDevice::WriteOwner);
     if (present.exists())

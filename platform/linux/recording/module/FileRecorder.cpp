@@ -41,7 +41,7 @@ FileRecorder::~FileRecorder() {
 }
 
 FileRecorder::Error FileRecorder::prepare() {
-    if (const Error error = prepareInput())
+    if (Error error = prepareInput())
         return error;
     return prepareFile();
 }
@@ -56,7 +56,7 @@ FileRecorder::Error FileRecorder::prepareInput() {
         {"Failed to initialize AU", &PulseCapture::openStream},
     };
     for (const auto& [name, step] : steps)
-        if (const Error error = serverError(name, (m_capture.*step)()))
+        if (Error error = serverError(name, (m_capture.*step)()))
             return error;
     const std::size_t frames = m_capture.blockFrames();
     if (frames == 0)
