@@ -2,10 +2,8 @@
 #include "relocate/MoveToApplications.h"
 
 #include "platform/Relocator.h"
-#include "tests/support/Dates.h"
-#include "tests/support/LogCapture.h"
 #include "tests/support/MemoryDefaults.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Windows.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -13,9 +11,6 @@
 #include <QTest>
 #include <QThreadPool>
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
 
 namespace {

@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/relocate/UnixRelocator.h"
 
-#include <QDir>
-#include <QFile>
+#include "tests/support/Testing.h"
+
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
-using namespace dorvane;
+using namespace dorvane::testing;
 
 namespace {
 
