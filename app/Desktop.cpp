@@ -17,6 +17,7 @@ Desktop::Desktop()
     , soundOutput(runLoop, soundPlayer.loader())
     , speech(runLoop, soundPlayer, bundle.modulePath(QStringLiteral("dorvane_speech.so")))
     , recorder(runLoop, bundle.modulePath(QStringLiteral("dorvane_recording.so")))
+    , documents(runLoop, bundle.modulePath(QStringLiteral("dorvane_network.so")))
     , workspace(QDBusConnection::sessionBus())
     , userNotifications(runLoop, folders, bundle.bundlePath() + QStringLiteral("/dorvane"),
                         QDBusConnection::sessionBus())

@@ -6,6 +6,7 @@
 #include "platform/linux/desktop/DesktopWorkspace.h"
 #include "platform/linux/desktop/PortalAppearance.h"
 #include "platform/linux/desktop/XdgUrlSchemes.h"
+#include "platform/linux/network/ModuleDocumentFetcher.h"
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
 #include "platform/linux/recording/ModuleAudioRecorder.h"
@@ -38,6 +39,7 @@ struct Desktop {
     ModuleSoundOutput soundOutput;
     ModuleSpeechService speech;
     ModuleAudioRecorder recorder;
+    ModuleDocumentFetcher documents;
     DesktopWorkspace workspace;
     SystemdNotificationCenter userNotifications;
     AutostartLoginItems loginItems;

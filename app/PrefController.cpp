@@ -2,6 +2,7 @@
 #include "app/PrefController.h"
 
 #include "app/LaunchAtLoginController.h"
+#include "app/UpdateChecker.h"
 #include "platform/Bundle.h"
 #include "ui_PrefController.h"
 
@@ -32,10 +33,43 @@ void PrefController::awakeFromNib() {
     m_form->helpField->setURL(m_surroundings.manual);
     m_form->helpField->setOpener(m_surroundings.openUrl);
 
+    prepareUpdates();
     mirrorStartup();
     m_surroundings.launchAtLogin.setChanged([this] { mirrorStartup(); });
     QObject::connect(m_form->startupCheckBox, &QCheckBox::toggled, &m_prefsWindow,
                      [this](bool on) { setStartup(on); });
+}
+
+void PrefController::prepareUpdates() {
+    m_form->updateField->hide();
+    m_form->updateField->setOpener(m_surroundings.openUrl);
+    m_form->updateButton->setVisible(m_surroundings.checkForUpdates != nullptr);
+    if (!m_surroundings.checkForUpdates)
+        m_form->updateStatus->setText(QStringLiteral("left to the package manager"));
+    QObject::connect(m_form->updateButton, &QPushButton::clicked, &m_prefsWindow,
+                     [this] { checkForUpdates(); });
+}
+
+void PrefController::checkForUpdates() {
+    m_form->updateButton->setEnabled(false);
+    m_form->updateStatus->setText(QStringLiteral("looking..."));
+    m_surroundings.checkForUpdates([weak = m_lifeline.weak()](const UpdateResult& result) {
+        if (PrefController* const self = weak.get())
+            self->showUpdates(result);
+    });
+}
+
+void PrefController::showUpdates(const UpdateResult& result) {
+    QString status = QStringLiteral("this is the newest version");
+    if (result.newer)
+        status = QStringLiteral("version %1 is available").arg(result.newer->version);
+    else if (!result.fault.isEmpty())
+        status = result.fault;
+    m_form->updateButton->setEnabled(true);
+    m_form->updateStatus->setText(status);
+    m_form->updateField->setVisible(result.newer.has_value());
+    if (result.newer)
+        m_form->updateField->setURL(result.newer->link);
 }
 
 void PrefController::setStartup(bool on) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Lifeline.h"
+
 #include <QDialog>
 #include <QUrl>
 
@@ -15,9 +17,10 @@ namespace dorvane {
 
 class Bundle;
 class LaunchAtLoginController;
+struct UpdateResult;
 
-// The preferences window: whether the program starts at login, and where the manual is. Main thread
-// only.
+// The preferences window: whether the program starts at login, where the manual is, and whether
+// there is a newer version. Main thread only.
 class PrefController final {
 public:
     struct Surroundings {
@@ -25,6 +28,8 @@ public:
         LaunchAtLoginController& launchAtLogin;
         QUrl manual;
         std::function<void(const QUrl& url)> openUrl;
+        // Looks for a newer version and tells; empty where updates come by other ways.
+        std::function<void(std::function<void(const UpdateResult&)> told)> checkForUpdates;
     };
 
     // All of the surroundings must outlive the controller.
@@ -42,10 +47,14 @@ private:
     void awakeFromNib();
     void setStartup(bool on);
     void mirrorStartup();
+    void prepareUpdates();
+    void checkForUpdates();
+    void showUpdates(const UpdateResult& result);
 
     Surroundings m_surroundings;
     QDialog m_prefsWindow;
     std::unique_ptr<Ui::PrefController> m_form;
+    Lifeline<PrefController> m_lifeline{*this};
 };
 
 } // namespace dorvane

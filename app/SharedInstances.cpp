@@ -5,6 +5,7 @@
 #include "app/Desktop.h"
 #include "app/LaunchAtLoginController.h"
 #include "app/PrefController.h"
+#include "app/UpdateChecker.h"
 #include "breaks/BreakCycle.h"
 #include "breaks/ClockBreaks.h"
 #include "breaks/CustomModalWindowController.h"
@@ -62,6 +63,13 @@ void showWindowIcon() {
             QIcon(sharedDesktop().bundle.resourcePath(QStringLiteral("Dorvane.svg"))));
 }
 
+std::function<void(std::function<void(const UpdateResult&)>)> updateCheck() {
+    UpdateChecker& checker = sharedUpdateChecker();
+    if (!checker.isOn())
+        return {};
+    return [&checker](auto told) { checker.checkForUpdates(std::move(told)); };
+}
+
 void openPreferences() {
     showWindowIcon();
     static auto* const preferences = [] {
@@ -70,7 +78,8 @@ void openPreferences() {
             {.bundle = desktop.bundle,
              .launchAtLogin = LaunchAtLoginController::sharedController(),
              .manual = bfApp::sharedApplication().manualUrl(),
-             .openUrl = [&desktop](const QUrl& url) { desktop.workspace.openUrl(url); }});
+             .openUrl = [&desktop](const QUrl& url) { desktop.workspace.openUrl(url); },
+             .checkForUpdates = updateCheck()});
     }();
     preferences->show();
 }
@@ -221,6 +230,19 @@ SoundRepeat& sharedSoundRepeat() {
     static auto* const repeat =
         new SoundRepeat(sharedDesktop().runLoop, sharedDesktop().soundPlayer);
     return *repeat;
+}
+
+UpdateChecker& sharedUpdateChecker() {
+    static auto* const checker = [] {
+        Desktop& desktop = sharedDesktop();
+        return new UpdateChecker(
+            {.fetcher = desktop.documents,
+             .defaults = desktop.defaults,
+             .feed = desktop.bundle.infoString(QStringLiteral("BFUpdateFeedURL")),
+             .version = desktop.bundle.infoString(QStringLiteral("CFBundleShortVersionString")),
+             .found = bfApp::showUpdate});
+    }();
+    return *checker;
 }
 
 AudioStorageController& AudioStorageController::sharedController() {

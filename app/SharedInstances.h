@@ -11,6 +11,7 @@ class ClockBreaks;
 class MoveToApplications;
 class SoundRepeat;
 class StoredAlarms;
+class UpdateChecker;
 struct Desktop;
 
 // The process-wide instances that are not members of their own class; see SharedInstances.cpp.
@@ -20,6 +21,7 @@ struct Desktop;
 [[nodiscard]] ClockBreaks& sharedClockBreaks();
 [[nodiscard]] StoredAlarms& sharedStoredAlarms();
 [[nodiscard]] SoundRepeat& sharedSoundRepeat();
+[[nodiscard]] UpdateChecker& sharedUpdateChecker();
 
 // The cycle that the application owns.
 [[nodiscard]] std::unique_ptr<BreakCycle> makeBreakCycle();

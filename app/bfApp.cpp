@@ -4,6 +4,7 @@
 #include "app/Desktop.h"
 #include "app/OwnAddress.h"
 #include "app/SharedInstances.h"
+#include "app/UpdateChecker.h"
 #include "breaks/BreakCycle.h"
 #include "breaks/PendixTakeABreakSettings.h"
 #include "core/ActiveAlarms.h"
@@ -17,6 +18,7 @@
 #include "relocate/MoveToApplications.h"
 
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSessionManager>
 #include <QSysInfo>
 #include <QTranslator>
@@ -67,6 +69,8 @@ void bfApp::launch() {
     // It starts programs of the desktop, which a start must not be slower for.
     m_schemeCheck = desktop.runLoop.scheduleOnce(
         2s, [this, &desktop] { checkEditorAssignments(desktop.bundle); }, RunLoopMode::Default);
+    m_updateCheck = desktop.runLoop.scheduleOnce(
+        10s, [] { sharedUpdateChecker().checkForUpdatesInBackground(); }, RunLoopMode::Default);
     switchBreaksOff();
     restoreActiveAlarms();
     takeBack();
@@ -182,6 +186,24 @@ void bfApp::showWhereItLies(const QUrl& url) {
     alert->show();
     alert->raise();
     alert->activateWindow();
+}
+
+void bfApp::showUpdate(const Release& release) {
+    const auto alert =
+        new QMessageBox(QMessageBox::Information, QStringLiteral("Dorvane"),
+                        QStringLiteral("Dorvane %1 is available.").arg(release.version));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setAttribute(Qt::WA_ShowWithoutActivating);
+    alert->setTextFormat(Qt::PlainText);
+    alert->setInformativeText(QStringLiteral("It is described at %1.\nNothing is downloaded until "
+                                             "you do so there.")
+                                  .arg(release.link.host()));
+    const auto open = alert->addButton(QStringLiteral("&Open Page"), QMessageBox::AcceptRole);
+    alert->addButton(QMessageBox::Close);
+    connect(open, &QPushButton::clicked, alert,
+            [link = release.link] { sharedDesktop().workspace.openUrl(link); });
+    alert->show();
+    alert->raise();
 }
 
 QString bfApp::ouputRunningInfo(const Bundle& bundle) {

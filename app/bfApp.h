@@ -16,6 +16,7 @@ class BreakCycle;
 class Bundle;
 class MoveToApplications;
 struct LaunchRequest;
+struct Release;
 
 // The application: what happens, in which order, when it starts and when it quits. Main thread
 // only; one object, which main() makes.
@@ -55,6 +56,9 @@ public:
     // Opens the manual.
     void showGoogleHelp();
 
+    // Tells of a newer version, above other windows but without taking the keyboard.
+    static void showUpdate(const Release& release);
+
     // Writes what runs on what to the log; returns the program's name.
     QString ouputRunningInfo(const Bundle& bundle);
 
@@ -72,6 +76,7 @@ private:
     std::unique_ptr<MoveToApplications> m_mover;
     std::unique_ptr<BreakCycle> m_breakCycle;
     RunLoopTimer m_schemeCheck;
+    RunLoopTimer m_updateCheck;
     RunLoopTimer m_takeBack;
     bool m_isTerminating = false;
 };

@@ -78,7 +78,8 @@ TEST_F(LaunchAtLoginTest, isMirroredByTheBoxWhoeverChangesItAndWhenItCannotBeCha
     PrefController preferences({.bundle = bundle,
                                 .launchAtLogin = m_controller,
                                 .manual = QUrl(u"file:///manual.html"_qs),
-                                .openUrl = {}});
+                                .openUrl = {},
+                                .checkForUpdates = {}});
     preferences.show();
     EXPECT_EQ(preferences.prefsWindow().windowTitle(), u"Dorvane 1.0"_qs);
     auto& box = *preferences.prefsWindow().findChild<QCheckBox*>(u"startupCheckBox"_qs);
