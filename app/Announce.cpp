@@ -45,25 +45,28 @@ int announce(int argc, char** argv, const QString& id) {
     const Bundle bundle = mainBundle(propertyLists);
     ModuleSoundPlayer player(loop, bundle.modulePath(QStringLiteral("dorvane_sound.so")));
     SoundRepeat repeat(loop, player);
-    RunLoopTimer end = loop.scheduleOnce(
+    RunLoopTimer end;
+    const auto soundAndEnd = [&](int status) {
+        repeat.playSoundAtPath(bundle.resourcePath(QStringLiteral("Sounds/Ping.aiff")), rings);
+        end = loop.scheduleOnce(
+            lengthOfThreePings, [status] { QCoreApplication::exit(status); }, RunLoopMode::Default);
+    };
+    end = loop.scheduleOnce(
         patience,
-        [] {
+        [&] {
             qCWarning(logApp, "nobody shows announcements");
-            QCoreApplication::exit(EXIT_FAILURE);
+            soundAndEnd(EXIT_FAILURE);
         },
         RunLoopMode::Default);
-    AnnouncementPresenter presenter(
-        loop, *notification, QDBusConnection::sessionBus(),
-        [&](AnnouncementPresenter::Outcome outcome) {
-            using Outcome = AnnouncementPresenter::Outcome;
-            if (outcome != Outcome::ShownSilent)
-                return QCoreApplication::exit(outcome == Outcome::Shown ? EXIT_SUCCESS
-                                                                        : EXIT_FAILURE);
-            repeat.playSoundAtPath(bundle.resourcePath(QStringLiteral("Sounds/Ping.aiff")), rings);
-            end = loop.scheduleOnce(
-                lengthOfThreePings, [] { QCoreApplication::exit(EXIT_SUCCESS); },
-                RunLoopMode::Default);
-        });
+    AnnouncementPresenter presenter(loop, *notification, QDBusConnection::sessionBus(),
+                                    [&](AnnouncementPresenter::Outcome outcome) {
+                                        using Outcome = AnnouncementPresenter::Outcome;
+                                        if (outcome == Outcome::Shown)
+                                            return QCoreApplication::exit(EXIT_SUCCESS);
+                                        // What nobody can see is to be heard all the same.
+                                        soundAndEnd(outcome == Outcome::Refused ? EXIT_FAILURE
+                                                                                : EXIT_SUCCESS);
+                                    });
     presenter.show();
     const int status = QCoreApplication::exec();
     std::fflush(nullptr);

@@ -9,9 +9,10 @@ from pathlib import Path
 from desktop_case import DesktopTest, main
 from virtual_desktop import wait_for
 from virtual_desktop.archive import Alarm
+from virtual_desktop.bus import Bus, NotificationDaemon
 from virtual_desktop.picture import Rect, changed_pixels
-from virtual_desktop.program import Program
-from virtual_desktop.sound import SoundServer, write_chirp
+from virtual_desktop.program import BUS_NAME, Program, ping_path
+from virtual_desktop.sound import SoundServer, read_aiff, write_chirp
 
 
 class FaultsTest(DesktopTest):
@@ -51,6 +52,36 @@ class FaultsTest(DesktopTest):
         server.kill()
         program.wait_for_log("sound")
         self.assert_rings_without_sound(program, icon, "sound")
+
+    def test_the_session_bus_vanishes(self) -> None:
+        """The alarm rings all the same, and the end is in order."""
+        bus = Bus(self.desktop.processes, self.user.home, self.desktop.env, "mortal-bus")
+        self.user.fill_rings()
+        self.user.set_running_alarms(Alarm("Later", time.time() + 3600),
+                                     Alarm.overdue("Tea", seconds=8, sound=str(self.user.ping)))
+        recording = self.record()
+        program = self.start(DBUS_SESSION_BUS_ADDRESS=bus.address)
+        wait_for("the name", lambda: bus.connection.owner(BUS_NAME), 5.0)
+        bus.kill()
+        ping = read_aiff(self.user.ping)
+        wait_for("the sound", lambda: recording.starts_of(ping), 12.0)
+        wait_for("the window", lambda: self.desktop.windows_of(program, "Dorvane alarm"))
+        self.assertEqual(program.quit(), 0)
+        self.assertIn("Later", [alarm["title"] for alarm in self.user.running_alarms()])
+
+    def test_a_notification_daemon_that_refuses(self) -> None:
+        """What it does not show is heard."""
+        bus = Bus(self.desktop.processes, self.user.home, self.desktop.env, "refusing-bus")
+        NotificationDaemon(self.desktop.processes, self.desktop.env, bus).refuse()
+        units = self.user.home / ".config/systemd/user"
+        units.mkdir(parents=True)
+        (units / "dorvane-7.timer").write_text(
+            "OnCalendar=2026-11-21 07:00:00 UTC\nTitle=Dorvane\nSubtitle=Tea\nText=7:00\n")
+        recording = self.record()
+        program = self.start("--announce", "7", DBUS_SESSION_BUS_ADDRESS=bus.address)
+        wait_for("three plays", lambda: len(recording.starts_of(read_aiff(ping_path()))) == 3)
+        self.assertEqual(program.wait_for_exit(), 1)
+        self.assertIn("the announcement of Tea was refused", program.log())
 
     def test_damaged_preferences_are_kept_aside(self) -> None:
         self.user.set_running_alarms(Alarm("Tea", time.time() + 3600))

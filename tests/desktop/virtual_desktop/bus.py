@@ -87,11 +87,15 @@ class Bus:
                  name: str) -> None:
         socket, configuration = folder / name, folder / f"{name}.conf"
         configuration.write_text(_CONFIGURATION.format(socket=socket), encoding="utf-8")
-        processes.start([find_program("dbus-daemon"), "--nofork", "--nopidfile",
-                         f"--config-file={configuration}"], env, name)
+        self._process = processes.start([find_program("dbus-daemon"), "--nofork", "--nopidfile",
+                                         f"--config-file={configuration}"], env, name)
         wait_for(f"the {name} bus", lambda: _answers(socket))  # it is there before it answers
         self.address = f"unix:path={socket}"
         self.connection = Connection(self.address)
+
+    def kill(self) -> None:
+        self._process.kill()
+        self._process.wait()
 
 
 class Mock:
@@ -123,6 +127,18 @@ class SleepService(Mock):
 
     def announce(self, falling_asleep: bool) -> None:
         self.emit("PrepareForSleep", "b", GLib.Variant("b", falling_asleep))
+
+
+class NotificationDaemon(Mock):
+    """Somebody who can show notifications."""
+
+    SERVICE, PATH = "org.freedesktop.Notifications", "/org/freedesktop/Notifications"
+    INTERFACE = SERVICE
+
+    def refuse(self) -> None:
+        refusal = "raise dbus.exceptions.DBusException('No.', name='org.example.Refused')"
+        self._mock("AddMethod", "(sssss)", "GetCapabilities", "", "as", "ret = ['sound']")
+        self._mock("AddMethod", "(sssss)", "Notify", "susssasa{sv}i", "u", refusal)
 
 
 class AppearancePortal(Mock):
