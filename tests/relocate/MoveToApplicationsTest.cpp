@@ -18,17 +18,20 @@ namespace {
 const QString download = u"/home/a/Downloads/Dorvane.app"_qs;
 const QString destination = u"/opt/Dorvane.app"_qs;
 
-// A machine on which only what is named goes wrong, and which writes down what is done to it.
-struct FakeRelocator final : Relocator {
-    QStringList existing, readOnly, running, failing;
-    std::optional<QString> device;
-    Authorised authorised = Authorised::Done;
-    QStringList done;
-
+// A machine that is told in words what is out of the ordinary, and writes down what is done to it.
+class FakeRelocator final : public Relocator {
+public:
     using Error = std::optional<QString>;
-    Error act(const QString& what) {
-        done << what;
-        return failing.contains(what) ? Error(u"broken"_qs) : std::nullopt;
+
+    void setUp(const QStringList& words) {
+        m_words = words;
+        m_done.clear();
+    }
+    bool is(const char* word) const { return m_words.contains(QLatin1String(word)); }
+    std::string done() const { return m_done.join(u' ').toStdString(); }
+    Error act(const char* what) {
+        m_done << QString::fromLatin1(what);
+        return m_words.contains(u'!' + m_done.last()) ? Error(u"broken"_qs) : std::nullopt;
     }
 
     Folders folders() const override {
@@ -36,45 +39,55 @@ struct FakeRelocator final : Relocator {
                 .destination = u"/opt"_qs,
                 .downloads = {u"/home/a/Downloads"_qs}};
     }
-    bool exists(const QString& path) const override { return existing.contains(path); }
-    bool isWritable(const QString& path) const override { return !readOnly.contains(path); }
-    std::optional<QString> diskImageDevice(const QString&) const override { return device; }
-    bool isRunning(const QString& path) const override { return running.contains(path); }
-    Error copyBeside(const QString&, const QString&) override { return act(u"copy"_qs); }
-    Error putInPlace(const QString&) override { return act(u"place"_qs); }
-    void discardCopy(const QString&) override { act(u"discard"_qs); }
-    Authorised copyWithAuthorisation(const QString&, const QString&) override {
-        act(u"copy as root"_qs);
-        return authorised;
+    bool exists(const QString& path) const override {
+        return path.endsWith(u".app/Info.plist"_qs) || path == u"/home/a/build/CMakeCache.txt"_qs ||
+               (path == destination && is("old"));
     }
-    Error removeCopied(const QString&, const QString&) override { return act(u"remove"_qs); }
-    bool moveToTrash(const QString& path) override { return !act(u"trash "_qs + path); }
-    void open(const QString&) override { act(u"open"_qs); }
-    void openAfterTheEnd(const QString&) override { act(u"reopen"_qs); }
-    void detachSoon(const QString& name) override { act(u"detach "_qs + name); }
+    bool isWritable(const QString& path) const override {
+        return !is(path == destination ? "protected" : "root");
+    }
+    std::optional<QString> diskImageDevice(const QString&) const override {
+        return is("image") ? std::optional(u"/dev/loop7"_qs) : std::nullopt;
+    }
+    bool isRunning(const QString&) const override { return is("runs"); }
+    Error copyBeside(const QString&, const QString&) override { return act("copy"); }
+    Error putInPlace(const QString&) override { return act("place"); }
+    void discardCopy(const QString&) override { act("discard"); }
+    Authorised copyWithAuthorisation(const QString&, const QString&) override {
+        if (act("copy-as-root"))
+            return Authorised::Failed;
+        return is("refused") ? Authorised::Refused : Authorised::Done;
+    }
+    Error removeCopied(const QString&, const QString&) override { return act("remove"); }
+    bool moveToTrash(const QString& path) override {
+        return !act(path == destination ? "trash-old" : "trash-source");
+    }
+    void open(const QString&) override { act("open"); }
+    void openAfterTheEnd(const QString&) override { act("reopen"); }
+    void detachSoon(const QString&) override { act("detach"); }
+
+private:
+    QStringList m_words;
+    QStringList m_done;
 };
 
-std::string lines(const QStringList& list) {
-    return list.join(u'\n').toStdString();
-}
-
 // What the log says, without the complaints of a platform that cannot raise windows.
-std::string said(const LogCapture& log) {
-    return lines(log.messages()
-                     .filter(u"dorvane.relocate: "_qs)
-                     .replaceInStrings(u"dorvane.relocate: "_qs, QString()));
+std::string logged(const LogCapture& log) {
+    std::string text;
+    for (const QString& line : log.messages().filter(u"dorvane.relocate: "_qs))
+        text += line.mid(line.indexOf(u' ') + 1).toStdString() + "\n";
+    return text;
 }
 
 class MoveToApplicationsTest : public ::testing::Test {
 protected:
-    MoveToApplicationsTest() { m_relocator.existing << download + u"/Info.plist"_qs; }
     ~MoveToApplicationsTest() override {
         while (QMessageBox* const shown = alert())
             delete shown;
     }
 
     void offer(const QString& bundlePath = download) {
-        m_mover.offer(bundlePath, [this] { m_relocator.act(u"stay"_qs); });
+        m_mover.offer(bundlePath, [this] { m_relocator.act("stay"); });
     }
 
     static QMessageBox* alert() {
@@ -96,8 +109,8 @@ protected:
     MoveToApplications m_mover{{.runLoop = m_loop,
                                 .defaults = m_defaults,
                                 .relocator = m_relocator,
-                                .moved = [this](const QString&) { m_relocator.act(u"moved"_qs); },
-                                .end = [this] { m_relocator.act(u"end"_qs); }}};
+                                .moved = [this](const QString&) { m_relocator.act("moved"); },
+                                .end = [this] { m_relocator.act("end"); }}};
 };
 
 TEST_F(MoveToApplicationsTest, isOfferedOnlyToABundleThatLiesElsewhere) {
@@ -115,11 +128,10 @@ TEST_F(MoveToApplicationsTest, isOfferedOnlyToABundleThatLiesElsewhere) {
         {u"/home/a/Downloads"_qs, false},         // the program alone, out of its bundle
     };
     for (const auto& [bundle, isOffered] : rows) {
-        m_relocator.existing = {bundle + u"/Info.plist"_qs, u"/home/a/build/CMakeCache.txt"_qs};
-        m_relocator.done.clear();
+        m_relocator.setUp({});
         offer(bundle);
         EXPECT_EQ(alert() != nullptr, isOffered) << qPrintable(bundle);
-        EXPECT_EQ(lines(m_relocator.done), isOffered ? "" : "stay");
+        EXPECT_EQ(m_relocator.done(), isOffered ? "" : "stay");
         delete alert();
     }
 }
@@ -135,146 +147,64 @@ TEST_F(MoveToApplicationsTest, isSuppressedForGoodByABoxThatIsTickedAtANo) {
     EXPECT_EQ(m_defaults.written(), (QVariantMap{{key, true}}));
     offer();
     EXPECT_EQ(alert(), nullptr);
-    EXPECT_EQ(lines(m_relocator.done), "stay\nstay\nstay");
+    EXPECT_EQ(m_relocator.done(), "stay stay stay");
 }
 
-const QString copyFailed[] = {
-    u"ERROR -- Could not copy '%1' to '%2' (broken)"_qs.arg(download, destination),
-    u"ERROR -- Could not copy myself to "_qs + destination};
-const QString rootFailed = u"ERROR -- Could not copy myself to /Applications with authorization"_qs;
-const QString deleteFailed = u"WARNING -- Could not delete '%1': broken"_qs.arg(download);
-
-using Machine = FakeRelocator;
-constexpr auto hasOldVersion = [](Machine& machine) { machine.existing << destination; };
-constexpr auto needsRoot = [](Machine& machine) { machine.readOnly << u"/opt"_qs; };
-
+// Each row: what is out of the ordinary, "!" before what fails; all that is done; what the log
+// adds.
 TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
-    const QString uncluttered = u" This will keep your Downloads folder uncluttered."_qs;
-    const QString password = u" Note that this will require an administrator password."_qs;
-    const QString trash = u"trash "_qs + destination;
-    const QStringList leaving{u"moved"_qs, u"remove"_qs, u"reopen"_qs, u"end"_qs};
-    const struct {
-        const char* what;
-        std::function<void(Machine&)> machine;
-        QString note;
-        QStringList done;
-        QStringList log;
-    } rows[] = {
-        {"nothing there",
-         [](Machine&) {},
-         uncluttered,
-         QStringList{u"copy"_qs, u"place"_qs} + leaving,
-         {}},
-        {"an old version there",
-         hasOldVersion,
-         uncluttered,
-         QStringList{u"copy"_qs, trash, u"place"_qs} + leaving,
-         {}},
-        {"one that runs there",
-         [](Machine& machine) {
-             hasOldVersion(machine);
-             machine.running << destination;
-         },
-         uncluttered,
-         {u"open"_qs, u"end"_qs},
-         {u"INFO -- Switching to an already running version"_qs}},
-        {"no copy: the old version stays",
-         [](Machine& machine) {
-             hasOldVersion(machine);
-             machine.failing << u"copy"_qs;
-         },
-         uncluttered,
-         {u"copy"_qs, u"stay"_qs},
-         {copyFailed[0], copyFailed[1]}},
-        {"no trash for the old version",
-         [trash](Machine& machine) {
-             hasOldVersion(machine);
-             machine.failing << trash;
-         },
-         uncluttered,
-         {u"copy"_qs, trash, u"discard"_qs, u"stay"_qs},
-         {}},
-        {"the name is taken meanwhile",
-         [](Machine& machine) { machine.failing << u"place"_qs; },
-         uncluttered,
-         {u"copy"_qs, u"place"_qs, u"stay"_qs},
-         {copyFailed[0], copyFailed[1]}},
-        {"a source that stays",
-         [](Machine& machine) { machine.failing << u"remove"_qs; },
-         uncluttered,
-         {u"copy"_qs, u"place"_qs, u"moved"_qs, u"remove"_qs, u"trash "_qs + download, u"reopen"_qs,
-          u"end"_qs},
-         {deleteFailed}},
-        {"a source that no trash takes",
-         [](Machine& machine) {
-             machine.failing = {u"remove"_qs, u"trash "_qs + download};
-         },
-         uncluttered,
-         {u"copy"_qs, u"place"_qs, u"moved"_qs, u"remove"_qs, u"trash "_qs + download, u"reopen"_qs,
-          u"end"_qs},
-         {deleteFailed,
-          u"WARNING -- Could not delete application after moving it to Applications folder"_qs}},
-        {"a disk image",
-         [](Machine& machine) { machine.device = u"/dev/loop7"_qs; },
-         uncluttered,
-         {u"copy"_qs, u"place"_qs, u"moved"_qs, u"reopen"_qs, u"detach /dev/loop7"_qs, u"end"_qs},
-         {}},
-        {"root", needsRoot, password, QStringList{u"copy as root"_qs} + leaving, {}},
-        {"root, for a protected old version",
-         [](Machine& machine) {
-             hasOldVersion(machine);
-             machine.readOnly << destination;
-         },
-         password,
-         QStringList{u"copy as root"_qs} + leaving,
-         {}},
-        {"root, refused",
-         [](Machine& machine) {
-             needsRoot(machine);
-             machine.authorised = Relocator::Authorised::Refused;
-         },
-         password,
-         {u"copy as root"_qs, u"stay"_qs},
-         {u"INFO -- Not moving because user canceled authorization"_qs}},
-        {"root, failed",
-         [](Machine& machine) {
-             needsRoot(machine);
-             machine.authorised = Relocator::Authorised::Failed;
-         },
-         password,
-         {u"copy as root"_qs, u"stay"_qs},
-         {rootFailed}},
+    const char* const copyFailed =
+        "ERROR -- Could not copy '/home/a/Downloads/Dorvane.app' to '/opt/Dorvane.app' (broken)\n"
+        "ERROR -- Could not copy myself to /opt/Dorvane.app\n";
+    const char* const deleteFailed =
+        "WARNING -- Could not delete '/home/a/Downloads/Dorvane.app': broken\n";
+    const char* const trashFailed =
+        "WARNING -- Could not delete '/home/a/Downloads/Dorvane.app': broken\n"
+        "WARNING -- Could not delete application after moving it to Applications folder\n";
+    const char* const rows[][3] = {
+        {"", "copy place moved remove reopen end", ""},
+        {"old", "copy trash-old place moved remove reopen end", ""},
+        {"old runs", "open end", "INFO -- Switching to an already running version\n"},
+        {"old !copy", "copy stay alert", copyFailed},
+        {"old !trash-old", "copy trash-old discard stay alert", ""},
+        {"!place", "copy place stay alert", copyFailed},
+        {"!remove", "copy place moved remove trash-source reopen end", deleteFailed},
+        {"!remove !trash-source", "copy place moved remove trash-source reopen end", trashFailed},
+        {"image", "copy place moved reopen detach end", ""},
+        {"root", "copy-as-root moved remove reopen end", ""},
+        {"old protected", "copy-as-root moved remove reopen end", ""},
+        {"root refused", "copy-as-root stay",
+         "INFO -- Not moving because user canceled authorization\n"},
+        {"root !copy-as-root", "copy-as-root stay alert",
+         "ERROR -- Could not copy myself to /Applications with authorization\n"},
     };
-    const FakeRelocator untouched = m_relocator;
-    for (const auto& row : rows) {
-        m_relocator = untouched;
-        row.machine(m_relocator);
+    for (const auto& [machine, done, said] : rows) {
+        m_relocator.setUp(QString::fromLatin1(machine).split(u' '));
         LogCapture log;
         offer();
-        ASSERT_TRUE(alert()) << row.what;
+        ASSERT_TRUE(alert()) << machine;
+        const bool asksRoot = m_relocator.is("root") || m_relocator.is("protected");
         EXPECT_EQ(alert()->informativeText(),
-                  u"I can move myself to the Applications folder if you'd like."_qs + row.note)
-            << row.what;
+                  u"I can move myself to the Applications folder if you'd like. "_qs +
+                      (asksRoot ? u"Note that this will require an administrator password."_qs
+                                : u"This will keep your Downloads folder uncluttered."_qs));
         press(Qt::Key_Return);
-        EXPECT_EQ(lines(m_relocator.done), lines(row.done)) << row.what;
-        const QStringList expected =
-            QStringList(u"INFO -- Moving myself to the Applications folder"_qs) + row.log;
-        EXPECT_EQ(said(log), lines(expected)) << row.what;
-        const bool isFailure = !row.log.isEmpty() && row.log.first().startsWith(u"ERROR"_qs);
-        const bool isTrashFailure = row.done.contains(u"discard"_qs);
-        EXPECT_EQ(alert() != nullptr, isFailure || isTrashFailure) << row.what;
+        if (alert())
+            m_relocator.act("alert");
+        EXPECT_EQ(m_relocator.done(), done) << machine;
+        EXPECT_EQ(logged(log),
+                  std::string("INFO -- Moving myself to the Applications folder\n") + said)
+            << machine;
         delete alert();
     }
 }
 
 TEST_F(MoveToApplicationsTest, keepsABundleThatLiesInAnother) {
-    const QString nested = u"/opt/Other.app/Dorvane.app"_qs;
-    m_relocator.existing << nested + u"/Info.plist"_qs;
-    m_relocator.device = u"/dev/loop7"_qs;
-    offer(nested);
-    LogCapture log;
+    m_relocator.setUp({u"image"_qs});
+    const LogCapture quietly;
+    offer(u"/opt/Other.app/Dorvane.app"_qs);
     press(Qt::Key_Return);
-    EXPECT_EQ(lines(m_relocator.done), "copy\nplace\nmoved\nreopen\nend");
+    EXPECT_EQ(m_relocator.done(), "copy place moved reopen end");
 }
 
 } // namespace
