@@ -4,11 +4,13 @@
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/OwnAddress.h"
+#include "app/StatePaths.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/linux/session/SingleInstance.h"
+#include "platform/linux/state/CrashReport.h"
 #include "platform/linux/tray/PlatformChoice.h"
 
 #include <QDBusConnection>
@@ -56,6 +58,7 @@ int main(int argc, char** argv) {
     if (standing != SingleInstance::Standing::First)
         return statusOf(standing);
 
+    reportCrashes(stateFolder(xdgFolders()), DORVANE_VERSION);
     choosePlatform(QDBusConnection::sessionBus());
     bfApp application(argc, argv);
     application.finishLaunching([&] {
