@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Desktop.h"
 
+#include "app/StatePaths.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
 
@@ -13,6 +14,7 @@ Desktop::Desktop()
     , folders(xdgFolders())
     , defaults(folders.configuration + QStringLiteral("/Dorvane/com.brackenfold.Dorvane.plist"),
                propertyLists, runLoop)
+    , journalFile(journalPath(folders), runLoop)
     , soundPlayer(runLoop, bundle.modulePath(QStringLiteral("dorvane_sound.so")))
     , soundOutput(runLoop, soundPlayer.loader())
     , speech(runLoop, soundPlayer, bundle.modulePath(QStringLiteral("dorvane_speech.so")))

@@ -18,6 +18,7 @@
 #include "platform/linux/sound/ModuleSoundOutput.h"
 #include "platform/linux/sound/ModuleSoundPlayer.h"
 #include "platform/linux/speech/ModuleSpeechService.h"
+#include "platform/linux/state/BackgroundFile.h"
 #include "platform/linux/tray/TrayStatusItem.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UserFolders.h"
@@ -35,6 +36,7 @@ struct Desktop {
     Bundle bundle;
     UserFolders folders;
     PropertyListDefaults defaults;
+    BackgroundFile journalFile;
     ModuleSoundPlayer soundPlayer;
     ModuleSoundOutput soundOutput;
     ModuleSpeechService speech;

@@ -3,8 +3,10 @@
 
 #include "app/bfApp.h"
 #include "app/Desktop.h"
+#include "app/LastRun.h"
 #include "app/LaunchAtLoginController.h"
 #include "app/PrefController.h"
+#include "app/StatePaths.h"
 #include "app/UpdateChecker.h"
 #include "breaks/BreakCycle.h"
 #include "breaks/ClockBreaks.h"
@@ -19,7 +21,9 @@
 #include "core/StoredAlarms.h"
 #include "editor/AlarmSetController.h"
 #include "firing/SoundRepeat.h"
+#include "journal/Journal.h"
 #include "menubar/AlarmMenuController.h"
+#include "platform/linux/state/CrashReport.h"
 #include "platform/Log.h"
 #include "relocate/MoveToApplications.h"
 #include "sounds/AudioStorageController.h"
@@ -148,6 +152,36 @@ ActiveAlarms& sharedActiveAlarms() {
     static auto* const alarms = new ActiveAlarms(sharedDesktop().defaults, alarmArchive(),
                                                  sharedDesktop().runLoop, Clock::sharedClock());
     return *alarms;
+}
+
+Journal& sharedJournal() {
+    static auto* const journal = [] {
+        Desktop& desktop = sharedDesktop();
+        return new Journal({.runLoop = desktop.runLoop,
+                            .notifications = desktop.notifications,
+                            .clock = Clock::sharedClock(),
+                            .format = desktop.propertyLists,
+                            .file = desktop.journalFile});
+    }();
+    return *journal;
+}
+
+LastRun& sharedLastRun() {
+    static auto* const lastRun = [] {
+        Desktop& desktop = sharedDesktop();
+        return new LastRun(
+            {.runLoop = desktop.runLoop,
+             .activeAlarms = sharedActiveAlarms(),
+             .journal = sharedJournal(),
+             .workspace = desktop.workspace,
+             .takeCrashReport = [&] { return takeCrashReport(stateFolder(desktop.folders)); },
+             .schedule =
+                 [](const AlarmPtr& alarm) {
+                     AlarmMenuController::mainMenuController().scheduleAlarm(alarm);
+                 },
+             .prepareWindow = showWindowIcon});
+    }();
+    return *lastRun;
 }
 
 StoredAlarms& sharedStoredAlarms() {
@@ -316,6 +350,8 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
             .openPrefs = openPreferences,
             .showGoogleHelp = [&application] { application.showGoogleHelp(); },
             .terminate = [&application] { application.terminate(); },
+            .ringing = [](RingEvent event,
+                          const AlarmPtr& alarm) { sharedJournal().note(event, alarm); },
         });
     }();
     return *controller;

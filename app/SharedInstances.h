@@ -10,6 +10,8 @@ class BreakCycle;
 class ClockBreaks;
 class MoveToApplications;
 class SoundRepeat;
+class Journal;
+class LastRun;
 class StoredAlarms;
 class UpdateChecker;
 struct Desktop;
@@ -20,6 +22,8 @@ struct Desktop;
 [[nodiscard]] ActiveAlarms& sharedActiveAlarms();
 [[nodiscard]] ClockBreaks& sharedClockBreaks();
 [[nodiscard]] StoredAlarms& sharedStoredAlarms();
+[[nodiscard]] Journal& sharedJournal();
+[[nodiscard]] LastRun& sharedLastRun();
 [[nodiscard]] SoundRepeat& sharedSoundRepeat();
 [[nodiscard]] UpdateChecker& sharedUpdateChecker();
 

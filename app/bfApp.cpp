@@ -2,6 +2,7 @@
 #include "app/bfApp.h"
 
 #include "app/Desktop.h"
+#include "app/LastRun.h"
 #include "app/OwnAddress.h"
 #include "app/SharedInstances.h"
 #include "app/UpdateChecker.h"
@@ -75,6 +76,7 @@ void bfApp::launch() {
     restoreActiveAlarms();
     takeBack();
     controller.updateStatusView();
+    sharedLastRun().begin();
 }
 
 void bfApp::watchForTheEnd() {
@@ -85,7 +87,12 @@ void bfApp::watchForTheEnd() {
         [this] {
             handOver();
             m_takeBack = sharedDesktop().runLoop.scheduleOnce(
-                1min, [this] { takeBack(); }, RunLoopMode::Common);
+                1min,
+                [this] {
+                    takeBack();
+                    sharedLastRun().goOn();
+                },
+                RunLoopMode::Common);
         },
         Qt::DirectConnection);
     connect(
@@ -148,6 +155,7 @@ void bfApp::handOver() {
     UsersNotificationManager::synchronizeWithAlarms(sharedDesktop().userNotifications,
                                                     Clock::sharedClock().allAlarms(),
                                                     instantNow(sharedDesktop().runLoop));
+    sharedLastRun().end();
 }
 
 void bfApp::takeBack() {

@@ -60,6 +60,9 @@ public:
     // disk. Opens the journal when that has not been done.
     void close(const Restored& restored);
 
+    // The quit was called off.
+    void goOn() { changed(); }
+
     // How long an event is kept, and how many at most.
     static constexpr std::chrono::days memory{30};
     static constexpr std::size_t mostEvents = 2000;

@@ -91,14 +91,13 @@ QString reasonText(const std::vector<MissedAlarm>& missed) {
         return std::any_of(missed.begin(), missed.end(),
                            [=](const MissedAlarm& each) { return each.reason == reason; });
     };
-    QStringList sentences;
-    if (has(Reason::Lost))
-        sentences << QStringLiteral("Some alarms were running when Dorvane last ended, and are not "
-                                    "running now.");
-    if (has(Reason::Passed))
-        sentences << QStringLiteral("The time of some alarms passed while Dorvane was not "
-                                    "running.");
-    return sentences.join(QLatin1Char(' '));
+    if (!has(Reason::Passed))
+        return QStringLiteral("These alarms were running when Dorvane last ended, and are not "
+                              "running now.");
+    if (!has(Reason::Lost))
+        return QStringLiteral("These alarms passed while Dorvane was not running.");
+    return QStringLiteral("These alarms were running when Dorvane last ended, or passed while it "
+                          "was not running.");
 }
 
 } // namespace dorvane

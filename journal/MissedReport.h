@@ -26,7 +26,7 @@ namespace dorvane {
 // its day, that.
 [[nodiscard]] QString dueAgainText(const MissedAlarm& missed, const QDateTime& now);
 
-// Why they are missing, as a sentence or two.
+// Why they are missing, as a sentence.
 [[nodiscard]] QString reasonText(const std::vector<MissedAlarm>& missed);
 
 } // namespace dorvane

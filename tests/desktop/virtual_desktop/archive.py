@@ -11,20 +11,23 @@ from plistlib import UID
 from typing import Any, Sequence
 
 _EPOCH_2001 = 978307200
-_WEEKDAY = 2
+RELATIVE, DATED, WEEKLY = range(3)
 _DAYS = ("Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sunday")
 
 
 @dataclass
 class Alarm:
     """An alarm due at a moment of its own, to the second. Such is the weekday kind; without days
-    it rings once."""
+    it rings once. A relative one counts its minutes from the program's start."""
 
     title: str
     due: float = field(default_factory=time.time)
     sound: str = ""
     snooze_minutes: int = 5
     days: Sequence[str] = ()
+    kind: int = WEEKLY
+    minutes: int = 0
+    repeats: bool = False
 
     @classmethod
     def overdue(cls, title: str, seconds: float, **rest: Any) -> Alarm:
@@ -39,14 +42,14 @@ class Alarm:
     def fields(self) -> dict[str, Any]:
         """The archive's keys and values in the order in which they are written."""
         return {
-            "title": self.title, "time": _Date(self.due), "isTimeWithDate": False,
-            "ringWithinUnits": 0, "isMinuteUnits": False, "runTime": _Date(self.due),
+            "title": self.title, "time": _Date(self.due), "isTimeWithDate": self.kind == DATED,
+            "ringWithinUnits": self.minutes, "isMinuteUnits": True, "runTime": _Date(self.due),
             "snoozeTime": self.snooze_minutes, "soundPath": self.sound,
             "isPlaySound": bool(self.sound), "shouldFadeIn": False,
             "isExisInActiveAlarmList": False, "isDefaultAlarm": False, "isSpeakAlarmName": False,
-            "voiceName": None, "shouldRepeat": False, "shouldUseEveryDay": False,
-            "selRowNo": _WEEKDAY, **{f"RunOn{day}": day in self.days for day in _DAYS},
-            "ShouldUseForever": False,
+            "voiceName": None, "shouldRepeat": self.repeats, "shouldUseEveryDay": self.repeats,
+            "selRowNo": self.kind, **{f"RunOn{day}": day in self.days for day in _DAYS},
+            "ShouldUseForever": self.repeats,
         }
 
 

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/LastRun.h"
+
+#include "core/ActiveAlarms.h"
+#include "platform/Log.h"
+#include "platform/Workspace.h"
+
+namespace dorvane {
+
+using namespace std::chrono_literals;
+
+LastRun::LastRun(Surroundings surroundings) : m_surroundings(std::move(surroundings)) {
+    m_surroundings.journal.setMissedChanged([this] { tell(); });
+    m_surroundings.activeAlarms.restored().setCorrected(
+        [this](const auto& putBack, const auto& dropped) {
+            m_surroundings.journal.correct(putBack, dropped);
+        });
+}
+
+void LastRun::begin() {
+    m_look = m_surroundings.runLoop.scheduleOnce(
+        1s, [this] { look(); }, RunLoopMode::Default);
+}
+
+void LastRun::end() {
+    m_surroundings.journal.close(restored());
+}
+
+void LastRun::goOn() {
+    m_surroundings.journal.goOn();
+}
+
+Journal::Restored LastRun::restored() const {
+    return {.hadStored = m_surroundings.activeAlarms.hadStored(),
+            .dropped = m_surroundings.activeAlarms.restored().dropped()};
+}
+
+void LastRun::look() {
+    if (const auto report = m_surroundings.takeCrashReport()) {
+        m_crash = *report;
+        qCWarning(logApp).noquote() << "the last run crashed; the report is in" << m_crash;
+        m_surroundings.journal.noteCrash(m_crash);
+    }
+    m_surroundings.journal.open(restored());
+    if (!m_crash.isEmpty() && m_surroundings.journal.missed().empty())
+        tell();
+}
+
+void LastRun::tell() {
+    const auto& missed = m_surroundings.journal.missed();
+    if (!m_window) {
+        if (missed.empty() && m_crash.isEmpty())
+            return;
+        m_surroundings.prepareWindow();
+        m_window = std::make_unique<MissedAlarmsWindow>(
+            m_surroundings.runLoop, [this](const auto& again) { answered(again); });
+        m_window->setOpenLink(
+            [this](const QString& path) { m_surroundings.workspace.reveal(path); });
+    }
+    m_window->tell(missed, m_crash);
+}
+
+void LastRun::answered(const std::vector<MissedAlarm>& again) {
+    for (const MissedAlarm& missed : again)
+        startAgain(missed, m_surroundings.runLoop.now(), m_surroundings.schedule);
+    m_crash.clear();
+    m_surroundings.journal.answered();
+}
+
+} // namespace dorvane

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MissedCommand.h"
+
+#include "app/StatePaths.h"
+#include "cli/Console.h"
+#include "journal/JournalFormat.h"
+#include "journal/MissedReport.h"
+#include "platform/linux/folders/XdgFolders.h"
+#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/session/QtRunLoop.h"
+
+#include <QCommandLineParser>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QFile>
+
+namespace dorvane {
+
+namespace {
+
+bool isDorvaneRunning() {
+    const auto bus = QDBusConnection::sessionBus();
+    return bus.isConnected() &&
+           bus.interface()->isServiceRegistered(QStringLiteral("com.brackenfold.Dorvane"));
+}
+
+ExitStatus printMissed(const QStringList& arguments) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Prints the alarms of the last thirty days that were missed."));
+    if (const auto status = readArguments(parser, arguments))
+        return *status;
+    QFile file(journalPath(xdgFolders()));
+    if (!file.open(QIODevice::ReadOnly) && file.exists()) {
+        writeFault(QStringLiteral("cannot read %1: %2").arg(file.fileName(), file.errorString()));
+        return ExitStatus::Refused;
+    }
+    const LibplistFormat propertyLists;
+    const auto [journal, isComplete] =
+        JournalFormat(propertyLists).decode(file.isOpen() ? file.readAll() : QByteArray());
+    if (!isComplete)
+        writeFault(QStringLiteral("%1 is damaged; some may be missing").arg(file.fileName()));
+    const QStringList lines = missedReport(journal, isDorvaneRunning(), QtRunLoop().now());
+    for (const QString& line : lines)
+        writeLine(line);
+    if (lines.isEmpty())
+        writeLine(QStringLiteral("Nothing was missed."));
+    return ExitStatus::Done;
+}
+
+} // namespace
+
+Command missedCommand() {
+    return {QStringLiteral("missed"),
+            QStringLiteral("prints what was missed in the last thirty days"), printMissed};
+}
+
+} // namespace dorvane

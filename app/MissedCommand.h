@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/Command.h"
+
+namespace dorvane {
+
+// Prints what was missed in the last month, from the journal: whether the program runs or not.
+[[nodiscard]] Command missedCommand();
+
+} // namespace dorvane
