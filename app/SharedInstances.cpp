@@ -15,6 +15,7 @@
 #include "breaks/PendixTakeABreakSettings.h"
 #include "breaks/RespitoAudioPlayerController.h"
 #include "breaks/RespitoReminderController.h"
+#include "control/AlarmControl.h"
 #include "core/ActiveAlarms.h"
 #include "core/AlarmArchive.h"
 #include "core/Clock.h"
@@ -28,6 +29,7 @@
 #include "relocate/MoveToApplications.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/ReminderController.h"
+#include "sounds/SoundLookup.h"
 
 #include <QDir>
 #include <QFile>
@@ -136,6 +138,35 @@ void provideStopSound() {
         qCWarning(logApp) << "cannot provide the sound at the end of a break:" << path;
 }
 
+bool breaksRun() {
+    auto& settings = PendixTakeABreakSettings::sharedInstance();
+    settings.loadPrefs();
+    return settings.RespitoStatus() != 0;
+}
+
+void findNamedSound(const QString& nameOrPath, const AlarmControl::Found& found) {
+    findSound(AudioStorageController::sharedController(), nameOrPath,
+              [found](const std::variant<QString, SoundProblem>& sound) {
+                  if (const auto* const problem = std::get_if<SoundProblem>(&sound))
+                      found(Refusal{QStringLiteral("NoSuchSound"),
+                                    QStringLiteral("\"sound\": ") + problem->text});
+                  else
+                      found(std::get<QString>(sound));
+              });
+}
+
+void findNamedVoice(const QString& name, const AlarmControl::Found& found) {
+    SpeechService& speech = sharedDesktop().speech;
+    speech.whenVoicesKnown([&speech, name, found] {
+        const QStringList names = speech.voiceNames();
+        if (const qsizetype index = names.indexOf(name); index >= 0)
+            found(names[index]);
+        else
+            found(Refusal{QStringLiteral("NoSuchVoice"),
+                          QStringLiteral("\"voice\": no voice is called \"%1\"").arg(name)});
+    });
+}
+
 } // namespace
 
 Desktop& sharedDesktop() {
@@ -182,6 +213,37 @@ LastRun& sharedLastRun() {
              .prepareWindow = showWindowIcon});
     }();
     return *lastRun;
+}
+
+AlarmControl& sharedAlarmControl() {
+    static auto* const control = [] {
+        Desktop& desktop = sharedDesktop();
+        AlarmMenuController& menu = AlarmMenuController::mainMenuController();
+        const auto on = [&menu](void (AlarmMenuController::*command)(const AlarmPtr&)) {
+            return [&menu, command](const AlarmPtr& alarm) { (menu.*command)(alarm); };
+        };
+        const auto made = new AlarmControl(
+            {.runLoop = desktop.runLoop,
+             .notifications = desktop.notifications,
+             .clock = Clock::sharedClock(),
+             .storedAlarms = sharedStoredAlarms(),
+             .schedule = on(&AlarmMenuController::scheduleAlarm),
+             .snooze = on(&AlarmMenuController::snoozeAlarm),
+             .clear = on(&AlarmMenuController::clearAlarm),
+             .end = on(&AlarmMenuController::clearFromMenu),
+             .remove = on(&AlarmMenuController::deleteAlarm),
+             .pingPath = [] { return AudioStorageController::sharedController().pingPath(); },
+             .findSound = findNamedSound,
+             .findVoice = findNamedVoice,
+             .breaksRun = breaksRun,
+             .startBreaks = [&menu] { menu.startRespito(); },
+             .stopBreaks = [&menu] { menu.stopRespito(); },
+             .skipBreak = [] { PendixRespitoWindowsController::sharedRespito().skipRespito(); }});
+        static const auto observation = desktop.notifications.addObserver(
+            breakSettingsDidChangeNotification, [made](const void*) { made->breaksChanged(); });
+        return made;
+    }();
+    return *control;
 }
 
 StoredAlarms& sharedStoredAlarms() {
@@ -341,17 +403,15 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
                 return PendixRespitoWindowsController::sharedRespito();
             },
             .breakCycle = [&application]() -> BreakCycle& { return application.breakCycle(); },
-            .breaksRun =
-                [] {
-                    auto& settings = PendixTakeABreakSettings::sharedInstance();
-                    settings.loadPrefs();
-                    return settings.RespitoStatus() != 0;
-                },
+            .breaksRun = breaksRun,
             .openPrefs = openPreferences,
             .showGoogleHelp = [&application] { application.showGoogleHelp(); },
             .terminate = [&application] { application.terminate(); },
             .ringing = [](RingEvent event,
-                          const AlarmPtr& alarm) { sharedJournal().note(event, alarm); },
+                          const AlarmPtr& alarm) {
+                sharedJournal().note(event, alarm);
+                sharedAlarmControl().befell(event, alarm);
+            },
         });
     }();
     return *controller;

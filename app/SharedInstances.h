@@ -6,6 +6,7 @@
 namespace dorvane {
 
 class ActiveAlarms;
+class AlarmControl;
 class BreakCycle;
 class ClockBreaks;
 class MoveToApplications;
@@ -20,6 +21,7 @@ struct Desktop;
 // For app/ only: everything else is given what it needs.
 [[nodiscard]] Desktop& sharedDesktop();
 [[nodiscard]] ActiveAlarms& sharedActiveAlarms();
+[[nodiscard]] AlarmControl& sharedAlarmControl();
 [[nodiscard]] ClockBreaks& sharedClockBreaks();
 [[nodiscard]] StoredAlarms& sharedStoredAlarms();
 [[nodiscard]] Journal& sharedJournal();

@@ -8,6 +8,7 @@
 #include "app/UpdateChecker.h"
 #include "breaks/BreakCycle.h"
 #include "breaks/PendixTakeABreakSettings.h"
+#include "control/AlarmControl.h"
 #include "core/ActiveAlarms.h"
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
@@ -164,6 +165,7 @@ void bfApp::takeBack() {
 }
 
 void bfApp::storeActiveAlarms() {
+    sharedAlarmControl().finish();
     sharedActiveAlarms().storeActiveAlarms();
 }
 

@@ -3,8 +3,12 @@
 #include "app/bfApp.h"
 #include "app/CommandLine.h"
 #include "app/Commands.h"
+#include "app/Desktop.h"
 #include "app/OwnAddress.h"
 #include "app/StatePaths.h"
+#include "app/SharedInstances.h"
+#include "control/AlarmControl.h"
+#include "platform/linux/control/ControlAdaptor.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
 #include "platform/linux/preferences/LibplistFormat.h"
@@ -62,6 +66,8 @@ int main(int argc, char** argv) {
     choosePlatform(QDBusConnection::sessionBus());
     bfApp application(argc, argv);
     application.finishLaunching([&] {
+        new ControlAdaptor(QDBusConnection::sessionBus(), sharedDesktop().runLoop,
+                           sharedAlarmControl(), instance.object()); // which owns it
         instance.setRequested([&](const LaunchRequest& further) { application.open(further); });
         if (!request.uris.isEmpty())
             application.open(request);

@@ -26,6 +26,17 @@ QDateTime timeOf(const AlarmForm& form, const QDateTime& now, const QString& tod
     return {};
 }
 
+AlarmPtr quickAlarm(int minutes, const QString& soundPath, const QDateTime& now) {
+    AlarmPtr alarm = Alarm::initWithTime(now, QStringLiteral("default"));
+    alarm->setSnoozeTime(5);
+    alarm->setIsMinuteUnits(true);
+    alarm->setRingWithinUnits(minutes);
+    alarm->setSoundPath(soundPath);
+    alarm->setIsPlaySound(true);
+    alarm->setIsDefaultAlarm(true);
+    return alarm;
+}
+
 AlarmPtr alarmBuiltFrom(const AlarmForm& form, const QDateTime& now, const QString& todaysName,
                         const Alarm* editingOne) {
     AlarmPtr alarm = Alarm::initWithTime(timeOf(form, now, todaysName), form.title);

@@ -19,6 +19,9 @@ struct AlarmForm;
 [[nodiscard]] QDateTime timeOf(const AlarmForm& form, const QDateTime& now,
                                const QString& todaysName);
 
+// A timer of the menu, set at `now`: titled "default", it plays the sound, which is a full path.
+[[nodiscard]] AlarmPtr quickAlarm(int minutes, const QString& soundPath, const QDateTime& now);
+
 // A new alarm as the form says, set at `now`. An alarm of the same kind that is being edited, which
 // may be null, hands on the moment that it counts from; one of another kind counts from now.
 [[nodiscard]] AlarmPtr alarmBuiltFrom(const AlarmForm& form, const QDateTime& now,

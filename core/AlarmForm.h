@@ -7,6 +7,8 @@
 #include <QString>
 #include <QTime>
 
+#include <array>
+
 namespace dorvane {
 
 // What is said of an alarm that is to be made, by the controls of the alarm editor or by another
@@ -46,6 +48,9 @@ struct AlarmForm {
     bool isSpeakAlarmName = false;
     QString voiceName;
 };
+
+// The minutes that an alarm can be snoozed for, in the order in which the editor offers them.
+inline constexpr std::array<qint64, 12> snoozeLengths{5, 7, 9, 10, 15, 20, 30, 45, 60, 1, 2, 3};
 
 // How long after now the earliest moment lies that a new alarm can be set to.
 inline constexpr int secondsToEarliest = 60;

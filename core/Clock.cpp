@@ -96,6 +96,7 @@ void Clock::insertAlarmAtIndex(AlarmPtr alarm, int index) {
 // Without vowels no words come about.
 QString Clock::newIdentity() const {
     constexpr std::string_view characters = "bcdfghjkmnpqrstvwxz23456789";
+    constexpr quint32 letters = 19; // the first is one of them, so that no number comes about
     const auto isTaken = [this](const QString& identity) {
         return std::any_of(m_alarms.begin(), m_alarms.end(),
                            [&](const AlarmPtr& alarm) { return alarm->identity() == identity; });
@@ -104,8 +105,8 @@ QString Clock::newIdentity() const {
     do {
         identity.clear();
         while (identity.size() < 4)
-            identity += QLatin1Char(
-                characters[QRandomGenerator::global()->bounded(quint32(characters.size()))]);
+            identity += QLatin1Char(characters[QRandomGenerator::global()->bounded(
+                identity.isEmpty() ? letters : quint32(characters.size()))]);
     } while (isTaken(identity));
     return identity;
 }

@@ -15,6 +15,14 @@ auto firstTitled(std::vector<AlarmPtr>& alarms, const QString& title) {
                         [&](const AlarmPtr& alarm) { return alarm->title() == title; });
 }
 
+void putInto(std::vector<AlarmPtr>& stored, const Alarm& alarm, Instant now) {
+    const auto found = firstTitled(stored, alarm.title());
+    if (found != stored.end())
+        *found = alarm.copy(now);
+    else
+        stored.push_back(alarm.copy(now));
+}
+
 } // namespace
 
 StoredAlarms::StoredAlarms(UserDefaults& defaults, const AlarmArchive& archive,
@@ -28,11 +36,14 @@ std::optional<std::vector<AlarmPtr>> StoredAlarms::alarms() {
 
 void StoredAlarms::put(const Alarm& alarm, Instant now) {
     std::vector<AlarmPtr> stored = load();
-    const auto found = firstTitled(stored, alarm.title());
-    if (found != stored.end())
-        *found = alarm.copy(now);
-    else
-        stored.push_back(alarm.copy(now));
+    putInto(stored, alarm, now);
+    saveDefaultAlarms(stored);
+}
+
+void StoredAlarms::put(const std::vector<AlarmPtr>& alarms, Instant now) {
+    std::vector<AlarmPtr> stored = load();
+    for (const AlarmPtr& alarm : alarms)
+        putInto(stored, *alarm, now);
     saveDefaultAlarms(stored);
 }
 

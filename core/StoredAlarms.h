@@ -28,6 +28,9 @@ public:
     // Stores a copy of the alarm: in the place of the first one with its title, else at the end.
     void put(const Alarm& alarm, Instant now);
 
+    // The same for several alarms, which are written together.
+    void put(const std::vector<AlarmPtr>& alarms, Instant now);
+
     // Stores the alarm as it is in the place of the first one with its title; when the title is
     // not stored, nothing happens.
     void updateAlarmList(const AlarmPtr& alarm);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/AlarmSetPreController.h"
 
+#include "core/AlarmBuilding.h"
 #include "core/StoredAlarms.h"
 #include "platform/RunLoop.h"
 
@@ -19,13 +20,7 @@ void AlarmSetPreController::setDefault(int minutes) {
 
 AlarmPtr AlarmSetPreController::saveCurrentAlarm(int minutes) {
     const QDateTime now = m_runLoop.now();
-    AlarmPtr alarm = Alarm::initWithTime(now, QStringLiteral("default"));
-    alarm->setSnoozeTime(5);
-    alarm->setIsMinuteUnits(true);
-    alarm->setRingWithinUnits(minutes);
-    alarm->setSoundPath(m_soundPath);
-    alarm->setIsPlaySound(true);
-    alarm->setIsDefaultAlarm(true);
+    AlarmPtr alarm = quickAlarm(minutes, m_soundPath, now);
     m_library.put(*alarm, instantOf(now));
     return alarm;
 }

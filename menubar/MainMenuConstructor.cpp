@@ -25,7 +25,8 @@ MainMenuConstructor::MainMenuConstructor(RunLoop& runLoop, Clock& clock,
     , m_sources(std::move(sources))
     , m_commands(std::move(commands))
     , m_locale(std::move(locale))
-    , m_panelFonts(MenuTitleFonts::of(QApplication::font("QMenu"))) {
+    , m_panelFonts(MenuTitleFonts::of(QApplication::font("QMenu")))
+    , m_updateSoon(runLoop, 200ms, [this] { updatePanelMenu(); }) {
     m_alarmsObservation = notifications.addObserver(alarmsDidChangeNotification,
                                                     [this](const void*) { updatePanelMenuSoon(); });
     m_storedAlarmsObservation = notifications.addObserver(
@@ -83,11 +84,6 @@ void MainMenuConstructor::constructMenu() {
 void MainMenuConstructor::updatePanelMenu() {
     const MainMenuState current = state(instantOf(m_runLoop.now()));
     m_item.setPanelMenu(panelMenu(mainMenuEntries(current), m_commands, m_panelFonts));
-}
-
-void MainMenuConstructor::updatePanelMenuSoon() {
-    m_updateTimer = m_runLoop.scheduleOnce(
-        0ms, [this] { updatePanelMenu(); }, RunLoopMode::Default);
 }
 
 } // namespace dorvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Coalescer.h"
 #include "menubar/MainMenuEntries.h"
 #include "menubar/MenuCommands.h"
 #include "menubar/MenuItemExtras.h"
@@ -50,7 +51,7 @@ public:
 private:
     [[nodiscard]] MainMenuState state(Instant now) const;
     void updatePanelMenu();
-    void updatePanelMenuSoon();
+    void updatePanelMenuSoon() { m_updateSoon.request(); }
 
     RunLoop& m_runLoop;
     Clock& m_clock;
@@ -64,7 +65,7 @@ private:
     std::optional<MenuRows> m_objectRows;
     MenuTitleFonts m_panelFonts;
 
-    RunLoopTimer m_updateTimer;
+    Coalescer m_updateSoon;
     NotificationCenter::Observation m_alarmsObservation;
     NotificationCenter::Observation m_storedAlarmsObservation;
     NotificationCenter::Observation m_breaksObservation;

@@ -29,7 +29,12 @@ int minutesUntil(const Alarm& alarm, Instant moment) {
 
 StatusView::StatusView(RunLoop& runLoop, Clock& clock, NotificationCenter& notifications,
                        StatusItem& item)
-    : m_runLoop(runLoop), m_clock(clock), m_notifications(notifications), m_item(item) {
+    : m_runLoop(runLoop)
+    , m_clock(clock)
+    , m_notifications(notifications)
+    , m_item(item)
+    // At launch and in the editor several changes come in a row, from a script a thousand.
+    , m_updateSoon(runLoop, 100ms, [this] { updateStatusView(); }) {
     m_item.setPressed([this] {
         mouseDown();
         mouseUp();
@@ -64,12 +69,6 @@ void StatusView::display() {
         return;
     m_shown = m_wedge;
     m_item.setIcon(m_picture.icon(m_wedge));
-}
-
-// At launch and in the editor several changes come in a row: one pass serves them all.
-void StatusView::updateSoon() {
-    m_updateTimer = m_runLoop.scheduleOnce(
-        0ms, [this] { updateStatusView(); }, RunLoopMode::Default);
 }
 
 void StatusView::updateStatusView() {

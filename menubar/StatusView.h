@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Alarm.h"
+#include "core/Coalescer.h"
 #include "firing/FlashingIcon.h"
 #include "firing/WindowPlace.h"
 #include "menubar/StatusPicture.h"
@@ -56,7 +57,7 @@ public:
 
 private:
     void flash();
-    void updateSoon();
+    void updateSoon() { m_updateSoon.request(); }
     void sleepUntilNextChange(Instant moment, const AlarmPtr& nearest);
     void display();
     void showToolTip(const AlarmPtr& nearest, Instant moment);
@@ -75,7 +76,7 @@ private:
     bool m_flashPhase = false;
 
     RunLoopTimer m_refreshTimer;
-    RunLoopTimer m_updateTimer;
+    Coalescer m_updateSoon;
     RunLoopTimer m_flashTimer;
     RunLoopTimer m_clockSet;
     NotificationCenter::Observation m_alarmsObservation;

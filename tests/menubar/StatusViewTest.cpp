@@ -39,6 +39,7 @@ TEST(StatusViewDaysTest, lookAtAnyTimeFindsNothingNew) {
         StatusView view(days.loop, days.clock, days.notifications, item);
         for (int step = 0; step < 60; ++step) {
             days.step();
+            days.loop.advance(days.landing(100)); // changes in a row are shown together
             const auto shown = std::pair(item.iconsSent, item.toolTips.size());
             view.updateStatusView();
             EXPECT_EQ(shown, std::pair(item.iconsSent, item.toolTips.size()))

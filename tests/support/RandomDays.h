@@ -33,6 +33,12 @@ public:
         loop.advance(landing(1000 * upTo(std::array{3, 100, 1000, 5000}[size_t(upTo(4))])));
     }
 
+    // So much time, and a little more where the step would end at a second.
+    RunLoop::Milliseconds landing(qint64 milliseconds) const {
+        const int fraction = loop.now().addMSecs(milliseconds).time().msec();
+        return RunLoop::Milliseconds(milliseconds + (fraction < 2 ? 2 : 0));
+    }
+
     std::function<void(const AlarmPtr&)> triggered;
     std::function<void(const AlarmPtr&)> answered;
 
@@ -42,11 +48,6 @@ private:
         QDateTime({2026, 12, 31}, {12, 0, 0, 500}), QDateTime({2026, 7, 7}, {7, 0, 0, 500})};
 
     int upTo(int count) { return int(m_random() % unsigned(count)); }
-
-    RunLoop::Milliseconds landing(qint64 milliseconds) const {
-        const int fraction = loop.now().addMSecs(milliseconds).time().msec();
-        return RunLoop::Milliseconds(milliseconds + (fraction < 2 ? 2 : 0));
-    }
 
     void setClock(qint64 byMilliseconds) {
         loop.setWall(loop.now().addMSecs(landing(byMilliseconds).count()));

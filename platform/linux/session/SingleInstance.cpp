@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/session/SingleInstance.h"
 
+#include "platform/linux/control/ControlNames.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/Log.h"
 
@@ -19,13 +20,12 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds patience = 2s;
-const auto busName = QStringLiteral("com.brackenfold.Dorvane");
-const auto objectPath = QStringLiteral("/com/brackenfold/Dorvane");
 const auto applicationInterface = QStringLiteral("org.freedesktop.Application");
 
 QDBusMessage callFor(const LaunchRequest& request) {
     const auto call = [](const QString& method) {
-        return QDBusMessage::createMethodCall(busName, objectPath, applicationInterface, method);
+        return QDBusMessage::createMethodCall(bus::service, bus::path, applicationInterface,
+                                              method);
     };
     if (!request.action.isEmpty())
         return call(QStringLiteral("ActivateAction"))
@@ -61,11 +61,12 @@ void SingleInstance::setRequested(std::function<void(const LaunchRequest&)> requ
 // Nothing when the bus does not give out names. The object stands before the name does, so that
 // whoever sees the name can call it.
 std::optional<SingleInstance::Standing> SingleInstance::claimOnBus(const LaunchRequest& request) {
-    m_bus.registerObject(objectPath, &m_object, QDBusConnection::ExportAllSlots);
+    m_bus.registerObject(bus::path, &m_object,
+                         QDBusConnection::ExportAllSlots | QDBusConnection::ExportAdaptors);
     for (;;) {
-        const auto reply =
-            m_bus.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
-                                               QDBusConnectionInterface::DontAllowReplacement);
+        const auto reply = m_bus.interface()->registerService(
+            bus::service, QDBusConnectionInterface::DontQueueService,
+            QDBusConnectionInterface::DontAllowReplacement);
         if (!reply.isValid()) {
             qCWarning(logPlatform, "The session bus gives out no name: %ls",
                       qUtf16Printable(reply.error().message()));

@@ -33,6 +33,9 @@ public:
     // `requested` is called on the main thread for the request of each further launch.
     void setRequested(std::function<void(const LaunchRequest&)> requested);
 
+    // What stands on the bus, with its adaptors.
+    [[nodiscard]] QObject& object() { return m_object; }
+
     // $XDG_RUNTIME_DIR, else `caches`.
     [[nodiscard]] static QString lockFolder(const QString& caches);
 

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "control/AlarmRequest.h"
+#include "core/Coalescer.h"
+#include "core/RingEvent.h"
+#include "platform/Lifeline.h"
+#include "platform/NotificationCenter.h"
+#include "platform/RemoteControl.h"
+
+#include <functional>
+#include <vector>
+
+namespace dorvane {
+
+class Clock;
+class StoredAlarms;
+
+// Carries out what other programs ask, by the functions that the editor and the menu use: an alarm
+// made here differs in nothing from one made there. Main thread only.
+class AlarmControl final : public RemoteControl {
+public:
+    using Command = std::function<void(const AlarmPtr& alarm)>;
+    using Found = std::function<void(const std::variant<QString, Refusal>& found)>;
+
+    // What it works with; all of it must outlive it.
+    struct Surroundings {
+        RunLoop& runLoop;
+        NotificationCenter& notifications;
+        Clock& clock;
+        StoredAlarms& storedAlarms;
+
+        // What the menu and the snooze window do with an alarm: start it, answer it while it rings,
+        // end it, end it with its window.
+        Command schedule;
+        Command snooze;
+        Command clear;
+        Command end;
+        Command remove;
+
+        // The sound of a timer, a full path.
+        std::function<QString()> pingPath;
+        // The full path of the sound of a name, or of a file, which may have to be copied first.
+        std::function<void(const QString& nameOrPath, Found found)> findSound;
+        std::function<void(const QString& name, Found found)> findVoice;
+
+        // The break reminder.
+        std::function<bool()> breaksRun;
+        std::function<void()> startBreaks;
+        std::function<void()> stopBreaks;
+        std::function<void()> skipBreak;
+    };
+
+    explicit AlarmControl(Surroundings surroundings);
+
+    void addTimer(quint32 minutes, const QString& title, const Made& made) override;
+    void addAlarm(const QVariantMap& description, const Made& made) override;
+    [[nodiscard]] AlarmAnswer startStored(const QString& title) override;
+    [[nodiscard]] QList<QVariantMap> runningAlarms() override;
+    [[nodiscard]] QList<QVariantMap> storedAlarms() override;
+    [[nodiscard]] Outcome snooze(const QString& identity) override;
+    [[nodiscard]] Outcome clear(const QString& identity) override;
+    [[nodiscard]] Outcome remove(const QString& identity) override;
+    [[nodiscard]] Outcome removeStored(const QString& title) override;
+    [[nodiscard]] Outcome startBreaks() override;
+    [[nodiscard]] Outcome stopBreaks() override;
+    [[nodiscard]] Outcome skipBreak() override;
+    [[nodiscard]] RemoteState state() const override;
+    void setListener(RemoteListener listener) override { m_listener = std::move(listener); }
+
+    // To be told what befalls an alarm that rings, and that the break reminder was switched.
+    void befell(RingEvent event, const AlarmPtr& alarm);
+    void breaksChanged() { m_stateChanged.request(); }
+
+    // Writes down what waits to be written.
+    void finish() { m_store.finish(); }
+
+private:
+    void findSound(const AlarmRequest& request, const Made& made);
+    void findVoice(AlarmForm form, const QString& voice, const Made& made);
+    void build(const AlarmForm& form, const Made& made);
+    [[nodiscard]] AlarmAnswer take(const AlarmPtr& alarm);
+    [[nodiscard]] Outcome
+    onRunning(const QString& identity,
+              const std::function<Outcome(const AlarmPtr& alarm)>& action) const;
+    [[nodiscard]] Outcome onBreaks(const std::function<void()>& action) const;
+    void store();
+    void tellState();
+
+    const Surroundings m_surroundings;
+    RemoteListener m_listener;
+    RemoteState m_told;
+    std::vector<AlarmPtr> m_toStore;
+    Coalescer m_store;
+    Coalescer m_stateChanged;
+    Coalescer m_alarmsChanged;
+    Coalescer m_storedChanged;
+    NotificationCenter::Observation m_alarmsObservation;
+    NotificationCenter::Observation m_storedObservation;
+    Lifeline<AlarmControl> m_lifeline{*this};
+};
+
+} // namespace dorvane

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "control/AlarmReport.h"
+
+#include "core/AlarmKeys.h"
+
+namespace dorvane {
+
+namespace {
+
+QStringList dayNames(WeekdaySet days) {
+    QStringList names;
+    for (const Weekday day : everyWeekday)
+        if (days.contains(day))
+            names << englishName(day).left(3).toLower();
+    return names;
+}
+
+// The alarm's own time of day, snoozes aside.
+QString timeOfDay(const Alarm& alarm) {
+    return alarm.storedTime().time().toString(QStringLiteral("HH:mm"));
+}
+
+void reportWhen(QVariantMap& report, const Alarm& alarm) {
+    if (alarm.isTimeWithDate()) {
+        report.insert(key::time, timeOfDay(alarm));
+        report.insert(key::date, alarm.storedTime().date().toString(Qt::ISODate));
+        report.insert(key::everyDay, alarm.shouldUseEveryDay());
+    } else if (alarm.selRowNo() >= Alarm::Weekly) {
+        report.insert(key::time, timeOfDay(alarm));
+        report.insert(key::weekdays, dayNames(alarm.weekdays()));
+        report.insert(key::everyWeek, alarm.shouldUseForever());
+    } else {
+        report.insert(alarm.isMinuteUnits() ? key::minutes : key::hours, alarm.ringWithinUnits());
+        report.insert(key::repeat, alarm.shouldRepeat());
+    }
+}
+
+} // namespace
+
+QVariantMap reportOf(const Alarm& alarm, Instant now) {
+    QVariantMap report{{key::title, alarm.title()},
+                       {key::sound, alarm.isPlaySound() ? alarm.soundPath() : QStringLiteral("")},
+                       {key::fade, alarm.shouldFadeIn()},
+                       {key::voice, alarm.isSpeakAlarmName() ? alarm.voiceName() : QString()},
+                       {key::snooze, alarm.snoozeTime()}};
+    reportWhen(report, alarm);
+    if (const auto due = alarm.due(now); due && !alarm.countsFromNow())
+        report.insert(key::due, localDateTimeOf(*due).toSecsSinceEpoch());
+    return report;
+}
+
+QVariantMap runningReportOf(const Alarm& alarm, Instant now) {
+    QVariantMap report = reportOf(alarm, now);
+    report.insert(key::identity, alarm.identity());
+    report.insert(key::ringing, alarm.isTriggered());
+    report.insert(key::snoozed, qint64(alarm.snoozedMinutes()));
+    return report;
+}
+
+} // namespace dorvane

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/AlarmForm.h"
+#include "platform/RemoteControl.h"
+
+#include <optional>
+#include <variant>
+
+namespace dorvane {
+
+// An alarm as another program describes it. What the description leaves out is as in the editor's
+// form of a new alarm; the sound and the voice are still names that have to be found.
+struct AlarmRequest {
+    AlarmForm form;
+    std::optional<QString> sound; // a name or a full path; empty for silence, nothing for Ping
+    QString voice;                // empty for none
+};
+
+// Reads a description (see docs/bus.md) at the moment `now`: what is unknown, of another type, past
+// or too long is refused, and the refusal says which key it is about.
+[[nodiscard]] std::variant<AlarmRequest, Refusal> readRequest(const QVariantMap& description,
+                                                              const QDateTime& now);
+
+// The longest texts that are taken, in characters.
+inline constexpr qsizetype longestTitle = 1000;
+inline constexpr qsizetype longestName = 4096;
+
+} // namespace dorvane

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <functional>
+#include <optional>
+#include <variant>
+
+namespace dorvane {
+
+// A request that is turned down.
+struct Refusal {
+    QString name;   // the last part of the error's name on the bus: "PastDate"
+    QString reason; // for a person to read, and which key of the request is wrong
+    friend bool operator==(const Refusal&, const Refusal&) = default;
+};
+
+// The identity of the running alarm that came of a request, or why none did.
+using AlarmAnswer = std::variant<QString, Refusal>;
+
+// Nothing when a request was carried out.
+using Outcome = std::optional<Refusal>;
+
+// What others see of the program at a glance.
+struct RemoteState {
+    qint64 nextDue = 0;  // seconds since the epoch; 0 while nothing is going to ring
+    QString nextAlarm;   // its identity
+    QStringList ringing; // identities
+    bool breaksRun = false;
+    friend bool operator==(const RemoteState&, const RemoteState&) = default;
+};
+
+// Who is told of changes, each call some turns of the loop after the change.
+struct RemoteListener {
+    enum class Event { Rang, Snoozed, Cleared, WentUnanswered };
+
+    std::function<void(Event event, const QString& identity, const QString& title)> befell;
+    // However many changes there were in the last tenth of a second.
+    std::function<void()> alarmsChanged;
+    std::function<void()> storedAlarmsChanged;
+    std::function<void(const RemoteState& before, const RemoteState& now)> stateChanged;
+};
+
+// What other programs may ask of this one. The desktop's side calls it; the program implements it.
+// Main thread only.
+class RemoteControl {
+public:
+    virtual ~RemoteControl() = default;
+
+    // Called once, at once or later: sounds are copied and voices asked for on other threads.
+    using Made = std::function<void(const AlarmAnswer& answer)>;
+
+    // A timer of 1 minute or more; without a title it is one of the menu's.
+    virtual void addTimer(quint32 minutes, const QString& title, const Made& made) = 0;
+    // See docs/bus.md for what may stand in a description.
+    virtual void addAlarm(const QVariantMap& description, const Made& made) = 0;
+    [[nodiscard]] virtual AlarmAnswer startStored(const QString& title) = 0;
+
+    [[nodiscard]] virtual QList<QVariantMap> runningAlarms() = 0;
+    [[nodiscard]] virtual QList<QVariantMap> storedAlarms() = 0;
+
+    [[nodiscard]] virtual Outcome snooze(const QString& identity) = 0;
+    // Answers an alarm that rings; ends any other.
+    [[nodiscard]] virtual Outcome clear(const QString& identity) = 0;
+    // Ends an alarm for good, whether it rings or repeats.
+    [[nodiscard]] virtual Outcome remove(const QString& identity) = 0;
+    [[nodiscard]] virtual Outcome removeStored(const QString& title) = 0;
+
+    [[nodiscard]] virtual Outcome startBreaks() = 0;
+    [[nodiscard]] virtual Outcome stopBreaks() = 0;
+    [[nodiscard]] virtual Outcome skipBreak() = 0;
+
+    [[nodiscard]] virtual RemoteState state() const = 0;
+
+    virtual void setListener(RemoteListener listener) = 0;
+};
+
+} // namespace dorvane
