@@ -2,11 +2,33 @@
 #include "app/Commands.h"
 
 #include "app/MissedCommand.h"
+#include "cli/RemoteCommands.h"
+#include "platform/linux/control/BusProgram.h"
+#include "platform/linux/session/QtRunLoop.h"
 
 namespace dorvane {
 
+namespace {
+
+// Made when a command needs it, never destroyed: it must not outlive the application object.
+RemoteProgram& program() {
+    static auto* const program = new BusProgram(QDBusConnection::sessionBus());
+    return *program;
+}
+
+QDateTime now() {
+    static auto* const runLoop = new QtRunLoop;
+    return runLoop->now();
+}
+
+} // namespace
+
 const std::vector<Command>& commands() {
-    static const std::vector<Command> table{missedCommand()};
+    static const std::vector<Command> table = [] {
+        std::vector<Command> all = remoteCommands({.program = program, .now = now});
+        all.push_back(missedCommand());
+        return all;
+    }();
     return table;
 }
 

@@ -407,11 +407,11 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
             .openPrefs = openPreferences,
             .showGoogleHelp = [&application] { application.showGoogleHelp(); },
             .terminate = [&application] { application.terminate(); },
-            .ringing = [](RingEvent event,
-                          const AlarmPtr& alarm) {
-                sharedJournal().note(event, alarm);
-                sharedAlarmControl().befell(event, alarm);
-            },
+            .ringing =
+                [](RingEvent event, const AlarmPtr& alarm) {
+                    sharedJournal().note(event, alarm);
+                    sharedAlarmControl().befell(event, alarm);
+                },
         });
     }();
     return *controller;
