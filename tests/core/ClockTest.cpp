@@ -144,6 +144,19 @@ TEST_F(ClockTest, insertingStartsAfreshAtTheFrontRemovingAndReplacingGoByIdentit
     EXPECT_EQ(m_trace, "|08:29:49 near other|08:29:59 other");
 }
 
+TEST_F(ClockTest, looksASecondAfterWakingWhateverTheTimersSay) {
+    m_loop.setWoken([this] { m_notifications.post(wakeNotification); });
+    dated("slept", "11-21 08:30");
+    m_loop.forgetMoments();
+    m_loop.sleepMachine(1h);
+    m_loop.advance(999ms);
+    EXPECT_EQ(m_trace, "");
+    m_loop.advance(1ms);
+    m_loop.sleepMachine(1h);
+    m_loop.advance(1s);
+    EXPECT_EQ(m_trace, "|09:00:01 near slept|09:00:01 slept");
+}
+
 TEST_F(ClockTest, nearestAlarmCountsWholeSecondsAndTiesGoToTheFront) {
     const auto nearest = [this] { return m_clock.nearestAlarm(instantNow(m_loop)); };
     EXPECT_EQ(nearest(), nullptr);

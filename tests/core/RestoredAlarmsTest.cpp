@@ -4,13 +4,9 @@
 #include "core/AlarmDelegate.h"
 #include "core/Clock.h"
 #include "tests/support/AlarmOf.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -91,6 +91,8 @@ class MissedTest(DesktopTest):
         return running["due"][titles.index(title)]
 
     def test_a_power_cut_between_writing_and_renaming_leaves_the_old_journal(self) -> None:
+        if "DORVANE_POWER_CUT" not in os.environ:
+            self.skipTest("ctest tells where the library is that cuts the power")
         trigger = self.user.home / "now"
         self.user.set_running_alarms(Alarm("Train", time.time() + HOUR, kind=DATED))
         program, icon = self.start_in_panel(LD_PRELOAD=os.environ["DORVANE_POWER_CUT"],

@@ -6,13 +6,9 @@
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "platform/StateFile.h"
 #include "tests/support/AlarmOf.h"
-#include "tests/support/VirtualRunLoop.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace dorvane;
 using namespace dorvane::testing;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -186,7 +182,7 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
     second.journal.open({.dropped = {train}});
     EXPECT_EQ(second.missed(), "train, Mon, 9:10, has had its day\n");
     second.loop.advance(1min);
-    second.journal.noteCrash(QStringLiteral("/crash"));
+    second.journal.noteCrash(u"/crash"_qs);
     second.loop.advance(2s);
     EXPECT_EQ(report(disk, "12-01 09:31", true),
               "Mon, 23 Nov, 8:55  tea: rang and was not answered\n"

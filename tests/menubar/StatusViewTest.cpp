@@ -50,6 +50,16 @@ TEST(StatusViewDaysTest, lookAtAnyTimeFindsNothingNew) {
     EXPECT_GT(sent, 2000) << "or nothing was seen";
 }
 
+TEST_F(StatusViewTest, showsWhatIsLeftAfterWakingWhateverTheTimersSay) {
+    StatusView view(m_loop, m_clock, m_notifications, m_item);
+    m_loop.setWoken([this] { m_notifications.post(wakeNotification); });
+    m_clock.insertAlarm(dated({11, 0}));
+    m_loop.runPending();
+    m_loop.forgetMoments();
+    m_loop.sleepMachine(50min);
+    EXPECT_TRUE(shows(0, 10));
+}
+
 TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
     StatusView view(m_loop, m_clock, m_notifications, m_item);
     EXPECT_EQ(m_item.toolTips, QStringList{u"Dorvane"_qs});

@@ -115,7 +115,9 @@ RunLoop::Milliseconds VirtualRunLoop::dueTime(const Entry& entry) const {
 std::shared_ptr<VirtualRunLoop::Entry> VirtualRunLoop::nextDue(Milliseconds until) const {
     std::shared_ptr<Entry> best;
     for (const auto& [id, entry] : m_entries) {
-        const bool mayFire = entry->mode == RunLoopMode::Common || m_trackingDepth == 0;
+        const bool isForgotten = m_forgetsMoments && entry->wall != never;
+        const bool mayFire =
+            !isForgotten && (entry->mode == RunLoopMode::Common || m_trackingDepth == 0);
         if (mayFire && dueTime(*entry) <= until && (!best || dueTime(*entry) < dueTime(*best)))
             best = entry;
     }

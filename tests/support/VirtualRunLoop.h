@@ -42,6 +42,9 @@ public:
     void sleepMachine(Milliseconds duration);
     void setWoken(Callback woken) { m_woken = std::move(woken); }
 
+    // From now on no moment of the wall clock is reported: a machine whose timers forget theirs.
+    void forgetMoments() { m_forgetsMoments = true; }
+
     // Sets the wall clock and says so; also for a zone that was changed.
     void setWall(const QDateTime& wall);
 
@@ -69,6 +72,7 @@ private:
     std::shared_ptr<VirtualRunLoop*> m_self;
     Id m_nextId = 1;
     int m_trackingDepth = 0;
+    bool m_forgetsMoments = false;
     std::int64_t m_firings = 0;
     std::int64_t m_stepsInAdvance = 0;
 };
