@@ -133,6 +133,9 @@ TEST_F(UnixRelocatorTest, copiesAsRootOrLeavesWhatIsThere) {
         {"kill -9 $$", Relocator::Authorised::Failed, oldVersion},
         {"ulimit -f 50; trap '' XFSZ; exec \"$@\"", Relocator::Authorised::Failed, oldVersion},
         {"exec \"$@\"", Relocator::Authorised::Done, placed},
+        {"mv=${0%/*}/mv; echo 'case $3 in *.moving) exit 1;; esac; /bin/mv \"$@\"' > $mv;"
+         "chmod +x $mv; exec \"$@\"",
+         Relocator::Authorised::Failed, placed},
     };
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can play the administrator";
