@@ -10,6 +10,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <optional>
 #include <utility>
 
 namespace dorvane {
@@ -21,6 +22,9 @@ const QString tool = QStringLiteral("xdg-mime");
 QString typeOf(const QString& scheme) {
     return QStringLiteral("x-scheme-handler/") + scheme;
 }
+
+// Where the program has been installed.
+const QString installedFile = QStringLiteral("com.brackenfold.Dorvane.desktop");
 
 // A file for each scheme, so that none takes another's place.
 QString desktopFileName(const QString& scheme) {
@@ -78,38 +82,42 @@ void XdgUrlSchemes::applicationForScheme(const QString& scheme,
 }
 
 void XdgUrlSchemes::registerBundle(const QString& bundlePath, const QString& scheme) {
-    QDir().mkpath(m_applicationsFolder);
-    const auto error =
-        writeFileAtomically(m_applicationsFolder + QLatin1Char('/') + desktopFileName(scheme),
-                            desktopFile(bundlePath, scheme));
+    const bool isInstalled = bundleOf(installedFile) == bundlePath;
+    const QString file = isInstalled ? installedFile : desktopFileName(scheme);
+    std::optional<QString> error;
+    if (!isInstalled) {
+        QDir().mkpath(m_applicationsFolder);
+        error = writeFileAtomically(m_applicationsFolder + QLatin1Char('/') + file,
+                                    desktopFile(bundlePath, scheme));
+    }
     if (error) {
         qCWarning(logPlatform).noquote()
             << "cannot register for" << scheme << "addresses" << *error;
         return;
     }
-    m_waiting << scheme;
+    m_waiting.push_back({scheme, file});
     if (m_waiting.size() == 1)
         makeNextDefault();
 }
 
 // One after the other: the tool reads a list, changes it and writes it back.
 void XdgUrlSchemes::makeNextDefault() {
-    const QString scheme = m_waiting.first();
+    const auto [scheme, file] = m_waiting.front();
     auto* process = new QProcess(&m_context);
-    const auto finish = [this, process, scheme](bool isDone) {
+    const auto finish = [this, process, name = scheme](bool isDone) {
         if (!isDone)
-            qCWarning(logPlatform).noquote() << "cannot register for" << scheme << "addresses";
+            qCWarning(logPlatform).noquote() << "cannot register for" << name << "addresses";
         process->disconnect();
         process->deleteLater();
-        m_waiting.removeFirst();
-        if (!m_waiting.isEmpty())
+        m_waiting.pop_front();
+        if (!m_waiting.empty())
             makeNextDefault();
     };
     QObject::connect(process, &QProcess::errorOccurred, process, [finish] { finish(false); });
     QObject::connect(process, &QProcess::finished, process,
                      [finish](int code) { finish(code == 0); });
     process->setStandardErrorFile(QProcess::nullDevice());
-    process->start(tool, {QStringLiteral("default"), desktopFileName(scheme), typeOf(scheme)});
+    process->start(tool, {QStringLiteral("default"), file, typeOf(scheme)});
 }
 
 } // namespace dorvane

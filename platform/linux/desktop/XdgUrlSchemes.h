@@ -5,7 +5,9 @@
 #include "platform/UserFolders.h"
 
 #include <QObject>
-#include <QStringList>
+#include <QString>
+
+#include <deque>
 
 namespace dorvane {
 
@@ -17,14 +19,20 @@ public:
     void applicationForScheme(const QString& scheme,
                               std::function<void(const Handler&)> answer) override;
 
-    // Through a desktop file of its own that no menu shows.
+    // Through the desktop file of the installation, or for a bundle that is none through a desktop
+    // file of its own that no menu shows.
     void registerBundle(const QString& bundlePath, const QString& scheme) override;
 
 private:
+    struct Registration {
+        QString scheme;
+        QString desktopFile;
+    };
+
     void makeNextDefault();
 
     QString m_applicationsFolder;
-    QStringList m_waiting; // schemes to be registered; the tool works on the first
+    std::deque<Registration> m_waiting; // the tool works on the first
     QObject m_context;
 };
 
