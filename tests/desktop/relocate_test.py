@@ -76,6 +76,9 @@ class RelocateTest(DesktopTest):
     def test_moves_in_and_goes_on_from_there(self) -> None:
         _PLACE.mkdir()
         (_PLACE / "old").touch()
+        login = self.user.home / ".config/autostart/com.brackenfold.Dorvane.desktop"
+        login.parent.mkdir()
+        login.write_text(f'[Desktop Entry]\nExec="{self.volume}/Dorvane.app/dorvane"\n')
         program = self.start()
         self.desktop.screen.click(self.button(program, "Move to Applications Folder").rect.centre)
         self.assertEqual(program.wait_for_exit(), 0)
@@ -85,6 +88,7 @@ class RelocateTest(DesktopTest):
         self.addCleanup(lambda: bus.owner(BUS_NAME) and os.kill(moved, signal.SIGKILL))
         self.assertEqual(os.readlink(f"/proc/{moved}/exe"), str(_PLACE / "dorvane"))
         self.desktop.panel.wait_for_icon()
+        self.assertIn(f"Exec={_PLACE}/dorvane", login.read_text().replace('"', ""))
         self.assertEqual(list(Path("/opt").glob(".Trash*/files/*/*")),
                          [Path("/opt/.Trash-0/files/Dorvane.app/old")])
         wait_for("the image to be detached", lambda: not self.is_mounted(), 8.0)
