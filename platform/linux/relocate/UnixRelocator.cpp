@@ -43,12 +43,14 @@ UnixRelocator::UnixRelocator(UserFolders user, QString localApplications)
     : m_user(std::move(user)), m_localApplications(std::move(localApplications)) {}
 
 Relocator::Folders UnixRelocator::folders() const {
+    // Where a program runs from is known without links.
+    const QString home = resolved(m_user.home);
     const QString destination = resolved(m_localApplications);
-    return {.applications = {m_user.home + QStringLiteral("/Applications"), m_localApplications,
-                             destination, QStringLiteral("/usr")},
+    const QString downloads = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    return {.applications = {home + QStringLiteral("/Applications"),
+                             home + QStringLiteral("/.local"), destination, QStringLiteral("/usr")},
             .destination = destination,
-            .downloads = {m_user.home + QStringLiteral("/Downloads"),
-                          QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)}};
+            .downloads = {home + QStringLiteral("/Downloads"), resolved(downloads)}};
 }
 
 bool UnixRelocator::exists(const QString& path) const {

@@ -6,8 +6,9 @@
 
 namespace dorvane {
 
-// Programs live in /usr, in /opt and in the user's own ~/Applications; administrators are asked by
-// polkit, disk images are loop devices, and the trash is the desktop's.
+// Programs live in /usr, in /opt, and in the user's own ~/Applications or, installed for him alone,
+// ~/.local; administrators are asked by polkit, disk images are loop devices, and the trash is the
+// desktop's.
 class UnixRelocator final : public Relocator {
 public:
     // `localApplications` is where programs from elsewhere go, /opt.
