@@ -107,7 +107,11 @@ TEST(JournalTest, offersAfterACrashWhatIsMissingAndStartsItAgain) {
     first.loop.advance(5min);
 
     OneRun second(disk, "11-23 09:30");
-    second.insert(running[0].alarm()); // of the last orderly quit
+    for (const AlarmOf& values :
+         {running[0], // of the last orderly quit, and what is not the same
+          AlarmOf{.title = "bread", .minutes = 5},
+          AlarmOf{.title = "train", .kind = Alarm::Dated, .time = "11-24 09:10"}})
+        second.insert(values.alarm());
     second.journal.open({});
     EXPECT_EQ(second.missed(), "once, Mon, 9:15, has had its day\n"
                                "school, Mon, 9:15, Thu, 9:15\n"
@@ -124,6 +128,8 @@ TEST(JournalTest, offersAfterACrashWhatIsMissingAndStartsItAgain) {
                                 "pills 11-23 09:50+01\n"
                                 "walk 11-24 09:05+01\n"
                                 "school 11-26 09:15+01\n"
+                                "train 11-24 09:10+01\n"
+                                "bread 11-23 09:35+01\n"
                                 "kept 11-25 07:00+01\n");
 
     // The window was not answered before the power went; nothing is offered twice.
@@ -191,11 +197,18 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
     // The clock had been ahead.
     second.journal.correct({train}, {running[0].alarm()});
     EXPECT_EQ(second.missed(), "kept, Wed, 7:00, Wed, 7:00\n");
+    second.loop.advance(2s);
+    EXPECT_EQ(report(disk, "11-23 09:31", true),
+              "Mon, 8:55  tea: rang and was not answered\n"
+              "Mon, 9:31  Dorvane had crashed; the report is in /crash\n"
+              "Wed, 7:00  kept: passed while Dorvane was not running");
 
     second.journal.answered();
     second.journal.close({});
     OneRun later(disk, "12-24 00:00");
     later.journal.open({});
+    later.loop.advance(5s);
+    later.insert(running[0].alarm());
     later.loop.advance(5s);
     EXPECT_NE(report(disk, "12-24 00:00", true), "") << "a clock may be wrong at the start";
     later.loop.advance(11min);
