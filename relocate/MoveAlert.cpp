@@ -17,16 +17,17 @@ QString localised(const char* text) {
 }
 
 QString explanation(const MoveOffer& offer) {
-    const QString text = localised(QT_TRANSLATE_NOOP(
+    QString text = localised(QT_TRANSLATE_NOOP(
         "MoveApplication", "I can move myself to the Applications folder if you'd like."));
+    const char* note = nullptr;
     if (offer.needsAuthorisation)
-        return text + QLatin1Char(' ') +
-               localised(QT_TRANSLATE_NOOP("MoveApplication", "Note that this will require an "
-                                                              "administrator password."));
-    if (offer.isDownload)
-        return text + QLatin1Char(' ') +
-               localised(QT_TRANSLATE_NOOP("MoveApplication", "This will keep your Downloads "
-                                                              "folder uncluttered."));
+        note = QT_TRANSLATE_NOOP("MoveApplication",
+                                 "Note that this will require an administrator password.");
+    else if (offer.isDownload)
+        note = QT_TRANSLATE_NOOP("MoveApplication",
+                                 "This will keep your Downloads folder uncluttered.");
+    if (note)
+        text += QLatin1Char(' ') + localised(note);
     return text;
 }
 

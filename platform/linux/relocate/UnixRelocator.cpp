@@ -90,7 +90,7 @@ std::optional<QString> UnixRelocator::copyBeside(const QString& source,
 }
 
 std::optional<QString> UnixRelocator::putInPlace(const QString& destination) {
-    const auto error = renameFolder(copyInProgress(destination), destination);
+    auto error = renameFolder(copyInProgress(destination), destination);
     if (error)
         discardCopy(destination);
     return error;
