@@ -11,8 +11,8 @@ namespace dorvane {
 
 class PropertyListFormat;
 
-// Lists of alarms as keyed archives, the form in which preferences hold them. Stateless; main
-// thread only.
+// Lists of alarms as keyed archives, the form in which preferences hold them. Stateless; any
+// thread, with alarms that no other touches meanwhile.
 class AlarmArchive {
 public:
     // The format must outlive the object.

@@ -27,6 +27,21 @@ std::vector<RunningAlarm> runningOf(const std::vector<AlarmPtr>& alarms, Instant
     return list;
 }
 
+// With records that nobody changes while another thread reads them.
+JournalContents asTheyAre(JournalContents contents) {
+    const auto keep = [](AlarmPtr& alarm) {
+        const AlarmPtr kept = alarm->copy({});
+        kept->setTime(alarm->storedTime());
+        kept->setRunTime(alarm->storedRunTime());
+        alarm = kept;
+    };
+    for (RunningAlarm& running : contents.running)
+        keep(running.alarm);
+    for (MissedAlarm& missed : contents.missed)
+        keep(missed.alarm);
+    return contents;
+}
+
 } // namespace
 
 Journal::Journal(Surroundings surroundings)
@@ -147,14 +162,15 @@ void Journal::changed() {
 void Journal::write(bool isOrderly) {
     m_writeTimer.cancel();
     forgetOld();
-    m_contents.isOrderly = isOrderly;
-    m_contents.running = runningOf(m_surroundings.clock.allAlarms(), now());
-    const QByteArray data = m_format.encode(m_contents);
-    if (!m_mayWrite || data.isEmpty() || data == m_written)
-        return;
-    m_written = data;
     m_nextWrite = m_surroundings.runLoop.uptime() + pause;
-    m_surroundings.file.write(data);
+    if (!m_mayWrite)
+        return;
+    JournalContents contents = m_contents;
+    contents.isOrderly = isOrderly;
+    contents.running = runningOf(m_surroundings.clock.allAlarms(), now());
+    m_surroundings.file.write([format = m_format, contents = asTheyAre(std::move(contents))] {
+        return format.encode(contents);
+    });
 }
 
 } // namespace dorvane

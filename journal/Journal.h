@@ -79,7 +79,6 @@ private:
     Surroundings m_surroundings;
     JournalFormat m_format;
     JournalContents m_contents;
-    QByteArray m_written;
     const RunLoop::Milliseconds m_start; // of uptime, as m_nextWrite
     bool m_isOpen = false;
     bool m_mayWrite = true;               // false: what is there could not be put aside

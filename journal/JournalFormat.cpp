@@ -19,9 +19,6 @@ const auto passedKey = QStringLiteral("passed");
 const auto eventsKey = QStringLiteral("events");
 const auto alarmsKey = QStringLiteral("alarms");
 const auto dueKey = QStringLiteral("due");
-const auto whatKey = QStringLiteral("what");
-const auto whenKey = QStringLiteral("when");
-const auto textKey = QStringLiteral("text");
 
 constexpr const char* words[] = {"rang", "unanswered", "lost", "passed", "crashed"};
 
@@ -29,22 +26,30 @@ QVariant dateOf(Instant instant) {
     return localDateTimeOf(instant).toUTC();
 }
 
-QVariantMap encoded(const JournalEvent& event) {
-    return {{whatKey, QLatin1String(words[int(event.what)])},
-            {whenKey, dateOf(event.when)},
-            {dueKey, dateOf(event.due)},
-            {textKey, event.text}};
+// A line of text each, which is read and written in no time however many there are: two moments in
+// milliseconds since the epoch, what happened, and the text.
+QString encoded(const JournalEvent& event) {
+    const auto milliseconds = [](Instant moment) {
+        return QString::number(moment.time_since_epoch().count());
+    };
+    return QStringList{milliseconds(event.when), milliseconds(event.due),
+                       QLatin1String(words[int(event.what)]),
+                       QString(event.text).replace(QLatin1Char('\n'), QLatin1Char(' '))}
+        .join(QLatin1Char(' '));
 }
 
-std::optional<JournalEvent> eventIn(const QVariantMap& map) {
-    const QString word = map.value(whatKey).toString();
-    const auto what = std::find_if(std::begin(words), std::end(words),
-                                   [&](const char* known) { return word == QLatin1String(known); });
-    const QDateTime when = map.value(whenKey).toDateTime();
-    if (what == std::end(words) || !when.isValid())
+std::optional<JournalEvent> eventIn(const QString& line) {
+    const QStringList parts = line.split(QLatin1Char(' '));
+    const auto what = std::find_if(std::begin(words), std::end(words), [&](const char* word) {
+        return parts.value(2) == QLatin1String(word);
+    });
+    const auto moment = [&](qsizetype part) {
+        return Instant(std::chrono::milliseconds(parts.value(part).toLongLong()));
+    };
+    if (what == std::end(words))
         return std::nullopt;
-    return JournalEvent{What(what - std::begin(words)), instantOf(when),
-                        instantOf(map.value(dueKey).toDateTime()), map.value(textKey).toString()};
+    return JournalEvent{What(what - std::begin(words)), moment(0), moment(1),
+                        parts.mid(3).join(QLatin1Char(' '))};
 }
 
 QVariantMap encoded(const std::vector<RunningAlarm>& list, const AlarmArchive& archive) {
@@ -72,7 +77,7 @@ JournalFormat::JournalFormat(const PropertyListFormat& format)
     : m_format(format), m_archive(format) {}
 
 QByteArray JournalFormat::encode(const JournalContents& contents) const {
-    QVariantList events;
+    QStringList events;
     for (const JournalEvent& event : contents.events)
         events << encoded(event);
     using Reason = MissedAlarm::Reason;
@@ -81,7 +86,7 @@ QByteArray JournalFormat::encode(const JournalContents& contents) const {
         {runningKey, encoded(contents.running, m_archive)},
         {lostKey, encoded(withReason(contents.missed, Reason::Lost), m_archive)},
         {passedKey, encoded(withReason(contents.missed, Reason::Passed), m_archive)},
-        {eventsKey, events}};
+        {eventsKey, events.join(QLatin1Char('\n'))}};
     return m_format.binary(root).value_or(QByteArray());
 }
 
@@ -113,9 +118,9 @@ JournalFormat::Decoded JournalFormat::decode(const QByteArray& data) const {
         for (const RunningAlarm& running : list)
             contents.missed.push_back({running.alarm, running.due, reason});
     }
-    for (const QVariant& event : root.value(eventsKey).toList())
-        if (const auto read = eventIn(event.toMap()))
-            contents.events.push_back(*read);
+    for (const QString& line : root.value(eventsKey).toString().split(QLatin1Char('\n')))
+        if (const auto event = eventIn(line))
+            contents.events.push_back(*event);
     return decoded;
 }
 

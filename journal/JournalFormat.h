@@ -9,7 +9,7 @@
 
 namespace dorvane {
 
-// The journal as a property list. Stateless; main thread only.
+// The journal as a property list. Stateless; any thread.
 class JournalFormat {
 public:
     // The format must outlive the object.

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <optional>
 
 namespace dorvane {
@@ -16,9 +17,13 @@ public:
     // read. Waits for the disk.
     [[nodiscard]] virtual std::optional<QByteArray> read() = 0;
 
-    // Has the file replaced, as a whole and by another thread; of several calls in a row only the
-    // last may come to be written. What cannot be written is logged, once until it can be again.
-    virtual void write(const QByteArray& contents) = 0;
+    // Makes the contents of the file, on another thread. Empty ones are not written.
+    using Contents = std::function<QByteArray()>;
+
+    // Has the file replaced, as a whole and by another thread, unless it would be the same; of
+    // several calls in a row only the last may come to be written. What cannot be written is
+    // logged, once until it can be again.
+    virtual void write(Contents contents) = 0;
 
     // Waits until what write() was given is on the disk.
     virtual void flush() = 0;

@@ -24,9 +24,9 @@ class FileInMemory final : public StateFile {
 public:
     explicit FileInMemory(Disk& disk) : m_disk(disk) {}
     [[nodiscard]] std::optional<QByteArray> read() override { return m_disk.journal; }
-    void write(const QByteArray& contents) override {
-        m_disk.journal = contents;
-        ++m_disk.writes;
+    void write(Contents contents) override {
+        const QByteArray before = std::exchange(m_disk.journal, contents());
+        m_disk.writes += m_disk.journal != before;
     }
     void flush() override {}
     [[nodiscard]] bool putAside() override {

@@ -35,9 +35,9 @@ std::optional<QByteArray> BackgroundFile::read() {
     return file.error() == QFileDevice::NoError ? std::optional(contents) : std::nullopt;
 }
 
-void BackgroundFile::write(const QByteArray& contents) {
+void BackgroundFile::write(Contents contents) {
     const QMutexLocker lock(&m_mutex);
-    if (!std::exchange(m_next, contents))
+    if (!std::exchange(m_next, std::move(contents)))
         m_thread.start([this] { writeNext(); });
 }
 
@@ -46,10 +46,13 @@ void BackgroundFile::flush() {
 }
 
 void BackgroundFile::writeNext() {
-    const QByteArray contents = [this] {
+    const Contents make = [this] {
         const QMutexLocker lock(&m_mutex);
-        return *std::exchange(m_next, std::nullopt);
+        return std::exchange(m_next, {});
     }();
+    const QByteArray contents = make();
+    if (contents.isEmpty() || contents == m_written)
+        return;
     // As the base directory specification wants it.
     const QFile::Permissions userOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
     const QDir folder = QFileInfo(m_path).dir();
@@ -61,6 +64,7 @@ void BackgroundFile::writeNext() {
     if (error && !m_isFailing)
         qCWarning(logPlatform).noquote() << "cannot write" << m_path << *error;
     m_isFailing = error.has_value();
+    m_written = error ? QByteArray() : contents;
 }
 
 bool BackgroundFile::putAside() {

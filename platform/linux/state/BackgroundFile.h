@@ -22,7 +22,7 @@ public:
     ~BackgroundFile() override;
 
     [[nodiscard]] std::optional<QByteArray> read() override;
-    void write(const QByteArray& contents) override;
+    void write(Contents contents) override;
     void flush() override;
     [[nodiscard]] bool putAside() override;
 
@@ -32,8 +32,9 @@ private:
     const QString m_path;
     const RunLoop& m_runLoop;
     QMutex m_mutex;
-    std::optional<QByteArray> m_next; // guarded by the mutex
-    bool m_isFailing = false;         // the writing thread's
+    Contents m_next;      // guarded by the mutex
+    QByteArray m_written; // the writing thread's, as the next
+    bool m_isFailing = false;
     QThreadPool m_thread;
 };
 
