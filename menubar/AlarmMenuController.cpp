@@ -39,7 +39,10 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
                 .isSystemSound = m_surroundings.isSystemSound,
                 .output = m_surroundings.soundOutput,
                 .inhibitor = m_surroundings.sleepInhibitor,
-                .standInPath = m_surroundings.presetSoundPath}) {
+                // Not the library's, which may have been cleared away with the other caches.
+                .standInPath = [this] {
+                    return m_surroundings.bundle.resourcePath(QStringLiteral("Sounds/Ping.aiff"));
+                }}) {
     m_menuConstructor.setObjectMenu(&m_ourMenu);
     m_statusView.setAlarmMenu(&m_ourMenu);
     m_surroundings.appearance.setChanged([this] { darkModeChanged(); });

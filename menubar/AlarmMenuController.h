@@ -57,7 +57,7 @@ public:
         std::function<bool(const QString& path)> isSystemSound;
         // Makes an editor window, not shown yet.
         std::function<std::unique_ptr<AlarmSetController>()> makeEditor;
-        // The full path of the sound that quick alarms play, and those whose own is gone.
+        // The full path of the sound that quick alarms play.
         std::function<QString()> presetSoundPath;
         // The break reminder: its window, made when it is first needed, its cycle, and whether it
         // runs. Empty where there is none.

@@ -25,6 +25,15 @@ struct SoundOutputState {
     friend bool operator==(const SoundOutputState&, const SoundOutputState&) = default;
 };
 
+// What came of playing a sound and listening for it where the output plays it.
+enum class SoundProof {
+    Heard,
+    Silent,    // nothing at all came out
+    Drowned,   // something came out in which it was not to be found
+    NotPlayed, // the file or the server would not have it
+    Deaf,      // the output cannot be listened to
+};
+
 // The output on which sounds are heard. Main thread only.
 class SoundOutput {
 public:
@@ -41,6 +50,10 @@ public:
     // kept; never from inside this call. Somebody who watches costs the machine a little: keep a
     // watch only as long as it matters.
     [[nodiscard]] virtual std::unique_ptr<Watch> watch(Changed changed) = 0;
+
+    // Plays the file, as loud as it would ring, and listens for it. Answers once, within some
+    // seconds, never from inside this call; who asks meanwhile is answered with the same.
+    virtual void prove(const QString& path, std::function<void(SoundProof proof)> done) = 0;
 };
 
 } // namespace dorvane

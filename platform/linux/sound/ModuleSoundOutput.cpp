@@ -2,8 +2,10 @@
 #include "platform/linux/sound/ModuleSoundOutput.h"
 
 #include "platform/Lifeline.h"
+#include "platform/linux/sound/ModuleSoundPlayer.h"
 #include "platform/linux/sound/SoundLoader.h"
 #include "platform/linux/sound/SoundModule.h"
+#include "platform/linux/sound/SoundTrial.h"
 
 #include <utility>
 
@@ -47,11 +49,24 @@ private:
     Lifeline<ModuleWatch> m_lifeline{*this};
 };
 
-ModuleSoundOutput::ModuleSoundOutput(RunLoop& loop, std::shared_ptr<SoundLoader> loader)
-    : m_loop(loop), m_loader(std::move(loader)) {}
+ModuleSoundOutput::ModuleSoundOutput(RunLoop& loop, ModuleSoundPlayer& player)
+    : m_loop(loop), m_player(player) {}
+
+ModuleSoundOutput::~ModuleSoundOutput() = default;
 
 std::unique_ptr<SoundOutput::Watch> ModuleSoundOutput::watch(Changed changed) {
-    return std::make_unique<ModuleWatch>(m_loop, m_loader, std::move(changed));
+    return std::make_unique<ModuleWatch>(m_loop, m_player.loader(), std::move(changed));
+}
+
+void ModuleSoundOutput::prove(const QString& path, std::function<void(SoundProof)> done) {
+    m_asking.push_back(std::move(done));
+    if (m_trial)
+        return;
+    m_trial = std::make_unique<SoundTrial>(m_loop, m_player, path, [this](SoundProof proof) {
+        m_trial.reset();
+        for (const auto& asking : std::exchange(m_asking, {}))
+            asking(proof);
+    });
 }
 
 } // namespace dorvane

@@ -103,6 +103,11 @@ public:
     [[nodiscard]] virtual std::unique_ptr<SoundWatch>
     watch(std::function<void(const SoundOutputState& state)> changed) = 0;
 
+    // Calls back on the audio thread with what the default output plays, mono at soundRate; once
+    // without samples when it begins, and never where it cannot be listened to.
+    [[nodiscard]] virtual std::unique_ptr<SoundWatch>
+    listen(std::function<void(const float* samples, std::size_t count)> heard) = 0;
+
     // Whether the installed libraries have a demuxer and a decoder of these names.
     [[nodiscard]] virtual bool supports(const char* demuxer, const char* decoder) const = 0;
 };

@@ -52,6 +52,11 @@ public:
         return m_output.watch(std::move(changed));
     }
 
+    [[nodiscard]] std::unique_ptr<SoundWatch>
+    listen(std::function<void(const float*, std::size_t)> heard) override {
+        return m_output.listen(std::move(heard));
+    }
+
     [[nodiscard]] bool supports(const char* demuxer, const char* decoder) const override {
         return FfmpegDecoder::supports(demuxer, decoder);
     }

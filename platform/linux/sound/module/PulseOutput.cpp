@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/sound/module/PulseOutput.h"
 
+#include "platform/linux/sound/module/PulseListener.h"
 #include "platform/linux/sound/module/PulseWatch.h"
 #include "platform/Log.h"
 
@@ -96,6 +97,13 @@ PulseOutput::watch(std::function<void(const SoundOutputState&)> changed) {
     return std::make_unique<ClientHandle>(
         *this, std::make_shared<PulseWatch>(*pa_threaded_mainloop_get_api(m_mainloop),
                                             std::move(changed)));
+}
+
+std::unique_ptr<SoundWatch>
+PulseOutput::listen(std::function<void(const float*, std::size_t)> heard) {
+    return std::make_unique<ClientHandle>(
+        *this, std::make_shared<PulseListener>(*pa_threaded_mainloop_get_api(m_mainloop),
+                                               std::move(heard)));
 }
 
 void PulseOutput::post(Command command) {

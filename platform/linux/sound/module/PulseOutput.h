@@ -28,6 +28,8 @@ public:
                                                    SoundVoiceStart start);
     [[nodiscard]] std::unique_ptr<SoundWatch>
     watch(std::function<void(const SoundOutputState&)> changed);
+    [[nodiscard]] std::unique_ptr<SoundWatch>
+    listen(std::function<void(const float*, std::size_t)> heard);
 
 private:
     class Handle;
