@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Commands.h"
 
+#include "app/CheckCommand.h"
 #include "app/MissedCommand.h"
 #include "cli/RemoteCommands.h"
 #include "platform/linux/control/BusProgram.h"
@@ -26,7 +27,8 @@ QDateTime now() {
 const std::vector<Command>& commands() {
     static const std::vector<Command> table = [] {
         std::vector<Command> all = remoteCommands({.program = program, .now = now});
-        all.push_back(missedCommand());
+        for (const Command& command : {checkCommand(), missedCommand()})
+            all.push_back(command);
         return all;
     }();
     return table;

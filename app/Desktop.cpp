@@ -26,6 +26,7 @@ Desktop::Desktop()
     , loginItems(folders)
     , relocator(folders, QStringLiteral("/opt"))
     , urlSchemes(folders)
+    , probe(QDBusConnection::sessionBus())
     , appearance(QDBusConnection::sessionBus())
     , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {}
 

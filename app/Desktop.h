@@ -12,6 +12,8 @@
 #include "platform/linux/recording/ModuleAudioRecorder.h"
 #include "platform/linux/relocate/UnixRelocator.h"
 #include "platform/linux/session/AutostartLoginItems.h"
+#include "platform/linux/session/BusDesktopProbe.h"
+#include "platform/linux/session/KernelWakeAlarm.h"
 #include "platform/linux/session/LogindPowerMonitor.h"
 #include "platform/linux/session/LogindSleepInhibitor.h"
 #include "platform/linux/session/QtRunLoop.h"
@@ -49,6 +51,8 @@ struct Desktop {
     XdgUrlSchemes urlSchemes;
     LogindPowerMonitor powerMonitor;
     LogindSleepInhibitor sleepInhibitor;
+    KernelWakeAlarm wakeAlarm;
+    BusDesktopProbe probe;
     PortalAppearance appearance;
     TrayStatusItem statusItem;
 };

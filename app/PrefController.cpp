@@ -28,16 +28,33 @@ void PrefController::awakeFromNib() {
         m_surroundings.bundle.infoString(QStringLiteral("CFBundleShortVersionString")));
     QFont small = m_form->startupNote->font();
     small.setPointSizeF(small.pointSizeF() * 0.9);
-    m_form->startupNote->setFont(small);
+    for (QLabel* note : {m_form->startupNote, m_form->wakeNote})
+        note->setFont(small);
 
     m_form->helpField->setURL(m_surroundings.manual);
     m_form->helpField->setOpener(m_surroundings.openUrl);
 
+    prepareWaking();
     prepareUpdates();
+    QObject::connect(m_form->checkButton, &QPushButton::clicked, &m_prefsWindow,
+                     [this] { m_surroundings.checkRinging(); });
     mirrorStartup();
     m_surroundings.launchAtLogin.setChanged([this] { mirrorStartup(); });
     QObject::connect(m_form->startupCheckBox, &QCheckBox::toggled, &m_prefsWindow,
                      [this](bool on) { setStartup(on); });
+}
+
+// The wish can be told all the same: the next login may grant what is missing today.
+void PrefController::prepareWaking() {
+    if (!m_surroundings.canWakeComputer())
+        m_form->wakeNote->setText(
+            m_form->wakeNote->text() +
+            QStringLiteral(
+                " At present this computer does not let Dorvane do so; see the checks."));
+    m_form->wakeCheckBox->setChecked(m_surroundings.wakesComputer());
+    m_form->wakeCheckBox->setAccessibleDescription(m_form->wakeNote->text());
+    QObject::connect(m_form->wakeCheckBox, &QCheckBox::toggled, &m_prefsWindow,
+                     [this](bool on) { m_surroundings.setWakesComputer(on); });
 }
 
 void PrefController::prepareUpdates() {

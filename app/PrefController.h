@@ -19,8 +19,8 @@ class Bundle;
 class LaunchAtLoginController;
 struct UpdateResult;
 
-// The preferences window: whether the program starts at login, where the manual is, and whether
-// there is a newer version. Main thread only.
+// The preferences window: whether the program starts at login and wakes the computer, where the
+// manual is, whether there is a newer version, and the way to the checks. Main thread only.
 class PrefController final {
 public:
     struct Surroundings {
@@ -30,6 +30,12 @@ public:
         std::function<void(const QUrl& url)> openUrl;
         // Looks for a newer version and tells; empty where updates come by other ways.
         std::function<void(std::function<void(const UpdateResult&)> told)> checkForUpdates;
+        // Whether the computer is to be woken for alarms, and whether it can be.
+        std::function<bool()> wakesComputer;
+        std::function<void(bool on)> setWakesComputer;
+        std::function<bool()> canWakeComputer;
+        // Opens the list of checks.
+        std::function<void()> checkRinging;
     };
 
     // All of the surroundings must outlive the controller.
@@ -47,6 +53,7 @@ private:
     void awakeFromNib();
     void setStartup(bool on);
     void mirrorStartup();
+    void prepareWaking();
     void prepareUpdates();
     void checkForUpdates();
     void showUpdates(const UpdateResult& result);

@@ -2,6 +2,7 @@
 #include "app/SharedInstances.h"
 
 #include "app/bfApp.h"
+#include "app/CheckWindow.h"
 #include "app/Desktop.h"
 #include "app/LastRun.h"
 #include "app/LaunchAtLoginController.h"
@@ -20,6 +21,7 @@
 #include "core/AlarmArchive.h"
 #include "core/Clock.h"
 #include "core/StoredAlarms.h"
+#include "core/WakeUps.h"
 #include "editor/AlarmSetController.h"
 #include "firing/SoundRepeat.h"
 #include "journal/Journal.h"
@@ -76,6 +78,12 @@ std::function<void(std::function<void(const UpdateResult&)>)> updateCheck() {
     return [&checker](auto told) { checker.checkForUpdates(std::move(told)); };
 }
 
+void openChecks() {
+    showWindowIcon();
+    static auto* const window = new CheckWindow(sharedChecks(), sharedDesktop().bundle);
+    window->show();
+}
+
 void openPreferences() {
     showWindowIcon();
     static auto* const preferences = [] {
@@ -85,7 +93,12 @@ void openPreferences() {
              .launchAtLogin = LaunchAtLoginController::sharedController(),
              .manual = bfApp::sharedApplication().manualUrl(),
              .openUrl = [&desktop](const QUrl& url) { desktop.workspace.openUrl(url); },
-             .checkForUpdates = updateCheck()});
+             .checkForUpdates = updateCheck(),
+             .wakesComputer = [] { return sharedWakeUps().isOn(); },
+             .setWakesComputer = [](bool on) { sharedWakeUps().setOn(on); },
+             .canWakeComputer =
+                 [&desktop] { return desktop.wakeAlarm.ability() == WakeAlarm::Ability::Able; },
+             .checkRinging = openChecks});
     }();
     preferences->show();
 }
@@ -250,6 +263,35 @@ StoredAlarms& sharedStoredAlarms() {
     static auto* const alarms =
         new StoredAlarms(sharedDesktop().defaults, alarmArchive(), sharedDesktop().notifications);
     return *alarms;
+}
+
+WakeUps& sharedWakeUps() {
+    static auto* const wakeUps = [] {
+        Desktop& desktop = sharedDesktop();
+        return new WakeUps(desktop.runLoop, desktop.notifications, Clock::sharedClock(),
+                           desktop.defaults, desktop.wakeAlarm);
+    }();
+    return *wakeUps;
+}
+
+WillItRing& sharedChecks() {
+    static auto* const checks = [] {
+        Desktop& desktop = sharedDesktop();
+        return new WillItRing(
+            {.runLoop = desktop.runLoop,
+             .player = desktop.soundPlayer,
+             .output = desktop.soundOutput,
+             .speech = desktop.speech,
+             .desktop = desktop.probe,
+             .wakeAlarm = desktop.wakeAlarm,
+             .alarms = [] { return Clock::sharedClock().allAlarms(); },
+             .icon = [&desktop] { return std::optional(desktop.statusItem.whereShown()); },
+             .startsAtLogin =
+                 [] { return LaunchAtLoginController::sharedController().launchAtLogin(); },
+             .isToWake = [] { return sharedWakeUps().isOn(); },
+             .testSound = desktop.bundle.resourcePath(QStringLiteral("Sounds/Ping.aiff"))});
+    }();
+    return *checks;
 }
 
 PendixTakeABreakSettings& PendixTakeABreakSettings::sharedInstance() {

@@ -15,6 +15,8 @@ class Journal;
 class LastRun;
 class StoredAlarms;
 class UpdateChecker;
+class WakeUps;
+class WillItRing;
 struct Desktop;
 
 // The process-wide instances that are not members of their own class; see SharedInstances.cpp.
@@ -28,6 +30,8 @@ struct Desktop;
 [[nodiscard]] LastRun& sharedLastRun();
 [[nodiscard]] SoundRepeat& sharedSoundRepeat();
 [[nodiscard]] UpdateChecker& sharedUpdateChecker();
+[[nodiscard]] WakeUps& sharedWakeUps();
+[[nodiscard]] WillItRing& sharedChecks();
 
 // The cycle that the application owns.
 [[nodiscard]] std::unique_ptr<BreakCycle> makeBreakCycle();

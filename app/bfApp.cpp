@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/bfApp.h"
 
+#include "app/CheckCommand.h"
 #include "app/Desktop.h"
 #include "app/LastRun.h"
 #include "app/OwnAddress.h"
@@ -14,11 +15,13 @@
 #include "core/NotificationNames.h"
 #include "core/UsersNotificationManager.h"
 #include "menubar/AlarmMenuController.h"
+#include "platform/linux/checks/CheckObject.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/linux/session/ZoneData.h"
 #include "platform/Log.h"
 #include "relocate/MoveToApplications.h"
 
+#include <QDBusConnection>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSessionManager>
@@ -77,6 +80,8 @@ void bfApp::launch() {
     restoreActiveAlarms();
     takeBack();
     controller.updateStatusView();
+    (void)sharedWakeUps();
+    m_checks = offerChecks(QDBusConnection::sessionBus());
     sharedLastRun().begin();
 }
 

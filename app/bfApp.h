@@ -14,6 +14,7 @@ namespace dorvane {
 
 class BreakCycle;
 class Bundle;
+class CheckObject;
 class MoveToApplications;
 struct LaunchRequest;
 struct Release;
@@ -75,6 +76,7 @@ private:
     std::optional<UnixSignals> m_signals;
     std::unique_ptr<MoveToApplications> m_mover;
     std::unique_ptr<BreakCycle> m_breakCycle;
+    std::unique_ptr<CheckObject> m_checks;
     RunLoopTimer m_schemeCheck;
     RunLoopTimer m_updateCheck;
     RunLoopTimer m_takeBack;

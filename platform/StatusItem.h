@@ -40,6 +40,9 @@ public:
     // Opens our own pop-up at the item. Returns at once.
     virtual void popUp(QMenu& menu) = 0;
 
+    enum class Shown { Nowhere, InPanel, Floating };
+    [[nodiscard]] virtual Shown whereShown() const = 0;
+
     // Where the icon is on the screen, in device-independent pixels; empty where the panel does
     // not tell and nobody has clicked yet.
     [[nodiscard]] virtual QRect geometry() const = 0;

@@ -75,14 +75,21 @@ TEST_F(LaunchAtLoginTest, isMirroredByTheBoxWhoeverChangesItAndWhenItCannotBeCha
     const Bundle bundle(m_here, {{u"CFBundleExecutable"_qs, u"Dorvane"_qs},
                                  {u"CFBundleShortVersionString"_qs, u"1.0"_qs}});
     QDir().mkpath(m_folder);
+    bool wakes = true;
     PrefController preferences({.bundle = bundle,
                                 .launchAtLogin = m_controller,
                                 .manual = QUrl(u"file:///manual.html"_qs),
                                 .openUrl = {},
-                                .checkForUpdates = {}});
+                                .checkForUpdates = {},
+                                .wakesComputer = [] { return true; },
+                                .setWakesComputer = [&](bool on) { wakes = on; },
+                                .canWakeComputer = [] { return true; },
+                                .checkRinging = {}});
     preferences.show();
     EXPECT_EQ(preferences.prefsWindow().windowTitle(), u"Dorvane 1.0"_qs);
     auto& box = *preferences.prefsWindow().findChild<QCheckBox*>(u"startupCheckBox"_qs);
+    preferences.prefsWindow().findChild<QCheckBox*>(u"wakeCheckBox"_qs)->click();
+    EXPECT_FALSE(wakes);
     box.click();
     EXPECT_TRUE(m_controller.launchAtLogin());
     QDir(m_folder).remove(files().value(0)); // somebody else's doing

@@ -100,7 +100,11 @@ TEST_F(UpdatesTest, believesAFeedOnlyWhatItCanProve) {
          .launchAtLogin = login,
          .manual = {},
          .openUrl = {},
-         .checkForUpdates = [&](auto told) { updates.checkForUpdates(std::move(told)); }});
+         .checkForUpdates = [&](auto told) { updates.checkForUpdates(std::move(told)); },
+         .wakesComputer = [] { return false; },
+         .setWakesComputer = {},
+         .canWakeComputer = [] { return true; },
+         .checkRinging = {}});
     preferences.show();
     EXPECT_EQ(lookFrom(preferences), m_path.toStdString() + " is not a file");
     for (const auto& [feed, answer] : rows) {

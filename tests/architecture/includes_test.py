@@ -18,6 +18,7 @@ ROOT = Path(__file__).resolve().parents[2]
 # What each folder may use directly; the rest follows.
 ARROWS = {
     "platform": set(),
+    "checks": {"core"},
     "cli": {"core"},
     "control": {"core"},
     "core": {"platform"},

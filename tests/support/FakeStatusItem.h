@@ -29,6 +29,7 @@ public:
         ++popUps;
         menu.popup(QPoint(100, 100));
     }
+    [[nodiscard]] Shown whereShown() const override { return Shown::InPanel; }
     [[nodiscard]] QRect geometry() const override { return {900, 0, 22, 22}; }
     [[nodiscard]] QPoint placeFor(QSize window) const override {
         return {922 - window.width(), 22};

@@ -25,19 +25,28 @@ void LogindSleepInhibitor::take() {
     // Idle sleep alone, which can only be blocked; who closes the lid or says "sleep" is obeyed.
     call << QStringLiteral("idle") << QStringLiteral("Dorvane") << QStringLiteral("An alarm rings")
          << QStringLiteral("block");
+    const QDBusConnection bus = QDBusConnection::systemBus();
+    if (!bus.isConnected()) {
+        complain(QStringLiteral("no system bus"));
+        return;
+    }
     m_isAsking = true;
-    const auto answer =
-        new QDBusPendingCallWatcher(QDBusConnection::systemBus().asyncCall(call), this);
+    const auto answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         m_isAsking = false;
         const QDBusPendingReply<QDBusUnixFileDescriptor> reply = *answer;
         if (!reply.isError() && m_isWanted)
             m_held = reply.value();
-        if (reply.isError() && !std::exchange(m_hasComplained, true))
-            qCInfo(logPlatform).noquote()
-                << "The machine may fall asleep while an alarm rings:" << reply.error().message();
+        if (reply.isError())
+            complain(reply.error().message());
     });
+}
+
+void LogindSleepInhibitor::complain(const QString& reason) {
+    if (!std::exchange(m_hasComplained, true))
+        qCInfo(logPlatform).noquote()
+            << "The machine may fall asleep while an alarm rings:" << reason;
 }
 
 } // namespace dorvane

@@ -18,6 +18,7 @@ public:
 
 private:
     void take();
+    void complain(const QString& reason);
 
     bool m_isWanted = false;
     bool m_isAsking = false; // one call at a time

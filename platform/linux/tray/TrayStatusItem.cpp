@@ -128,6 +128,12 @@ void TrayStatusItem::menuHidden() {
         m_ignoreUntil = m_runLoop.uptime() + longestClick;
 }
 
+StatusItem::Shown TrayStatusItem::whereShown() const {
+    if (hosted())
+        return Shown::InPanel;
+    return m_clock ? Shown::Floating : Shown::Nowhere;
+}
+
 QRect TrayStatusItem::geometry() const {
     if (m_clock)
         return m_clock->frameGeometry();

@@ -37,6 +37,7 @@ public:
     void setPanelMenuWillOpen(std::function<void()> willOpen) override;
     void setPressed(std::function<void()> pressed) override;
     void popUp(QMenu& menu) override;
+    [[nodiscard]] Shown whereShown() const override;
     [[nodiscard]] QRect geometry() const override;
     [[nodiscard]] QPoint placeFor(QSize window) const override;
 

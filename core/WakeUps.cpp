@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/WakeUps.h"
+
+#include "core/Clock.h"
+#include "core/LocalTime.h"
+#include "core/NotificationNames.h"
+#include "platform/UserDefaults.h"
+#include "platform/WakeAlarm.h"
+
+#include <algorithm>
+
+namespace dorvane {
+
+namespace {
+
+const auto key = QStringLiteral("WakesComputer");
+
+// The next moment at which any of them rings.
+std::optional<Instant> nextDue(const std::vector<AlarmPtr>& alarms, Instant now) {
+    std::optional<Instant> next;
+    for (const AlarmPtr& alarm : alarms)
+        if (const auto due = alarm->due(now); due && *due > now && !alarm->isTriggered())
+            next = std::min(next.value_or(*due), *due);
+    return next;
+}
+
+} // namespace
+
+WakeUps::WakeUps(RunLoop& runLoop, NotificationCenter& notifications, Clock& clock,
+                 UserDefaults& defaults, WakeAlarm& wakeAlarm)
+    : m_runLoop(runLoop), m_clock(clock), m_defaults(defaults), m_wakeAlarm(wakeAlarm) {
+    m_changes =
+        notifications.addObserver(alarmsDidChangeNotification, [this](const void*) { update(); });
+    update();
+}
+
+bool WakeUps::isOn() const {
+    return m_defaults.value(key).toBool();
+}
+
+void WakeUps::setOn(bool on) {
+    m_defaults.setValue(key, on);
+    (void)m_defaults.synchronize(); // it says itself when that fails
+    update();
+}
+
+void WakeUps::update() {
+    const auto next = isOn() ? nextDue(m_clock.allAlarms(), instantNow(m_runLoop)) : std::nullopt;
+    const auto moment = next ? std::optional(localDateTimeOf(*next)) : std::nullopt;
+    if (moment == m_armed)
+        return;
+    m_armed = moment;
+    m_wakeAlarm.arm(moment);
+    m_passed.cancel();
+    if (moment)
+        m_passed = m_runLoop.scheduleAt(
+            *moment, [this] { update(); }, RunLoopMode::Common);
+}
+
+} // namespace dorvane

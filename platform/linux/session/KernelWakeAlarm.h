@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/WakeAlarm.h"
+
+namespace dorvane {
+
+// A timer of the kernel on CLOCK_REALTIME_ALARM, which needs CAP_WAKE_ALARM. Nobody waits for it:
+// it wakes the machine, not the process, which has timers of its own.
+class KernelWakeAlarm final : public WakeAlarm {
+public:
+    KernelWakeAlarm() = default;
+    ~KernelWakeAlarm() override;
+    KernelWakeAlarm(const KernelWakeAlarm&) = delete;
+    KernelWakeAlarm& operator=(const KernelWakeAlarm&) = delete;
+
+    [[nodiscard]] Ability ability() const override;
+    void arm(const std::optional<QDateTime>& moment) override;
+
+private:
+    int m_timer = -1; // while something is armed
+};
+
+} // namespace dorvane

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/WakeUps.h"
+
+#include "core/Clock.h"
+#include "platform/WakeAlarm.h"
+#include "tests/support/AlarmOf.h"
+#include "tests/support/MemoryDefaults.h"
+#include "tests/support/Testing.h"
+
+using namespace dorvane::testing;
+
+namespace {
+
+class WakeUpsTest : public ::testing::Test, protected WakeAlarm {
+protected:
+    [[nodiscard]] Ability ability() const override { return Ability::Able; }
+    void arm(const std::optional<QDateTime>& moment) override {
+        m_trace.add(moment ? moment->toString(u"dd HH:mm"_qs) : u"none"_qs);
+    }
+
+    AlarmPtr insert(const char* time) {
+        const AlarmPtr alarm = AlarmOf{.kind = Alarm::Dated, .time = time}.alarm();
+        m_clock.insertAlarm(alarm);
+        return alarm;
+    }
+
+    VirtualRunLoop m_loop{at("2026-11-24 08:00")};
+    Trace m_trace{m_loop};
+    NotificationCenter m_notifications;
+    Clock m_clock{m_loop, m_notifications};
+    MemoryDefaults m_defaults;
+    WakeUps m_wakeUps{m_loop, m_notifications, m_clock, m_defaults, *this};
+};
+
+TEST_F(WakeUpsTest, armsTheNearestAlarmOnceWantedAndForgetsItWithTheAlarm) {
+    insert("2026-11-24 09:00");
+    EXPECT_FALSE(m_wakeUps.isOn());
+    m_wakeUps.setOn(true);
+    const AlarmPtr tea = insert("2026-11-24 08:10");
+    insert("2026-11-25 07:00");
+    m_clock.removeAlarm(tea);
+    const AlarmPtr nap = insert("2026-11-24 08:30");
+    m_loop.advance(31min); // it rings and nobody answers: the next one is armed all the same
+    nap->setIsTriggered(false);
+    nap->snooze(5);
+    m_clock.alarmDidChange();
+    m_clock.alarmDidChange();
+    m_wakeUps.setOn(false);
+    EXPECT_THAT(m_trace.events(),
+                ElementsAre("0 24 09:00", "0 24 08:10", "0 24 09:00", "0 24 08:30",
+                            "1800000 24 09:00", "1860000 24 08:35", "1860000 none"));
+    EXPECT_EQ(m_defaults.written(), (QVariantMap{{u"WakesComputer"_qs, false}}));
+}
+
+} // namespace
