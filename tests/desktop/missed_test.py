@@ -120,6 +120,7 @@ class MissedTest(DesktopTest):
         self.press(window["Close"])
         self.wait_for_journal()
         self.assertEqual(program.quit(), 0)
+        self.assertTrue(plistlib.loads(self.journal.read_bytes())["isOrderly"])
         self.assertIn("Train: passed while Dorvane was not running", self.missed())
 
         program, _ = self.start_in_panel()
