@@ -161,6 +161,8 @@ AlarmAnswer AlarmControl::startStored(const QString& title) {
     if (m_surroundings.clock.allAlarms().size() >= mostAlarms)
         return tooMany();
     const QDateTime now = m_surroundings.runLoop.now();
+    if ((*found)->selRowNo() == Alarm::Weekly) // whose time of day is that of its start
+        (*found)->setRunTime((*found)->storedTime());
     const RearmDecision decision = rearmAtRestore(**found, now, weekdayName(now.date()));
     if (decision.outcome == RearmDecision::Outcome::Remove ||
         decision.outcome == RearmDecision::Outcome::NoDayLeft)

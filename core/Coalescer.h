@@ -8,7 +8,8 @@
 namespace dorvane {
 
 // Has many changes in a row dealt with together: the first right after the present turn of the
-// loop, those that follow no more often than once in an interval. Main thread only.
+// loop, those that follow no more often than once in an interval, and less often where that takes
+// long. Main thread only.
 class Coalescer {
 public:
     // The loop must outlive it. `action` is never called from inside request().
