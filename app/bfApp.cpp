@@ -150,7 +150,9 @@ void bfApp::open(const LaunchRequest& request) {
             qCWarning(logApp) << "nothing is known about" << address << "- the menu opens instead";
     }
     AlarmMenuController& controller = AlarmMenuController::mainMenuController();
-    if (createsAlarm)
+    if (request.action == QStringLiteral("timer-5"))
+        controller.createPreAlarm(5);
+    else if (createsAlarm)
         controller.createAlarm();
     else
         controller.openMenu();

@@ -38,7 +38,8 @@ public:
     // The quit sequence; ends the main loop with status 0. A second call does nothing more.
     void terminate();
 
-    // What a further launch of the program asks for: an editor, or else the menu.
+    // What a further launch of the program asks for, which is an action of the desktop file or an
+    // address: a timer, an editor, or else the menu.
     void open(const LaunchRequest& request);
 
     // Writes the running alarms down, and has the desktop announce them while nobody is here to
