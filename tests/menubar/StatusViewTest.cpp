@@ -57,6 +57,7 @@ TEST_F(StatusViewTest, showsWhatIsLeftAfterWakingWhateverTheTimersSay) {
     m_loop.runPending();
     m_loop.forgetMoments();
     m_loop.sleepMachine(50min);
+    m_loop.advance(100ms);
     EXPECT_TRUE(shows(0, 10));
 }
 

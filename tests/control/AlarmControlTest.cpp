@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "control/AlarmControl.h"
+
+#include "core/AlarmArchive.h"
+#include "core/Clock.h"
+#include "core/StoredAlarms.h"
+#include "platform/linux/preferences/LibplistFormat.h"
+#include "tests/support/MemoryDefaults.h"
+#include "tests/support/Testing.h"
+
+using namespace dorvane::testing;
+
+namespace {
+
+class CountingDefaults final : public UserDefaults {
+public:
+    [[nodiscard]] QVariant value(const QString& key) const override { return m_under.value(key); }
+    void setValue(const QString& key, const QVariant& value) override {
+        m_under.setValue(key, value);
+    }
+    void removeValue(const QString& key) override { m_under.removeValue(key); }
+    void registerDefaults(const QVariantMap&) override {}
+    bool synchronize() override { return ++writes > 0; }
+
+    int writes = 0;
+
+private:
+    MemoryDefaults m_under;
+};
+
+// On a Tuesday; nobody answers for the menu but the clock's list.
+class AlarmControlTest : public ::testing::Test {
+protected:
+    AlarmControl::Surroundings surroundings() {
+        const auto noted = [this](const char* what) {
+            return [this, what](const AlarmPtr& alarm) {
+                trace.add(QString::fromLatin1(what) + alarm->title());
+            };
+        };
+        return {
+            .runLoop = loop,
+            .notifications = notifications,
+            .clock = clock,
+            .storedAlarms = library,
+            .schedule = [this](const AlarmPtr& alarm) { clock.insertAlarm(alarm); },
+            .snooze = noted("snooze "),
+            .clear = noted("clear "),
+            .end = noted("end "),
+            .remove = [this](const AlarmPtr& alarm) { clock.removeAlarm(alarm); },
+            .pingPath = [] { return u"/Ping"_qs; },
+            .findSound =
+                [this](const QString& name, const AlarmControl::Found& found) {
+                    loop.defer([=] {
+                        found(name == u"Nope"
+                                  ? std::variant<QString, Refusal>(Refusal{u"NoSuchSound"_qs, name})
+                                  : QChar(u'/') + name);
+                    });
+                },
+            .findVoice = [](const QString& name, const AlarmControl::Found& found) { found(name); },
+            .breaksRun = [this] { return breaksRun; },
+            .startBreaks = [this] { breaksRun = true; },
+            .stopBreaks = [this] { breaksRun = false; },
+            .skipBreak = [this] { trace.add(u"skip"_qs); }};
+    }
+
+    AlarmControl::Made made() {
+        return [this](const AlarmAnswer& answer) {
+            const Refusal* const refusal = std::get_if<Refusal>(&answer);
+            told =
+                refusal ? refusal->name + u' ' + refusal->reason.section(u':', 0, 0) : lastAdded();
+        };
+    }
+
+    QString lastAdded() const {
+        const Alarm& alarm = *clock.allAlarms().front();
+        return alarm.time(instantNow(loop)).toString(u"dd. HH:mm:ss "_qs) + alarm.title() + u' ' +
+               (alarm.isPlaySound() ? alarm.soundPath() : u"silent"_qs) + u' ' + alarm.voiceName() +
+               u' ' + QString::number(alarm.snoozeTime());
+    }
+
+    std::string answerTo(const QVariantMap& description) {
+        told = u"no answer"_qs;
+        control.addAlarm(description, made());
+        loop.runPending();
+        return told.toStdString();
+    }
+
+    VirtualRunLoop loop{QDateTime({2026, 11, 24}, {10, 0, 0, 250})};
+    Trace trace{loop};
+    NotificationCenter notifications;
+    CountingDefaults defaults;
+    LibplistFormat format;
+    AlarmArchive archive{format};
+    StoredAlarms library{defaults, archive, notifications};
+    Clock clock{loop, notifications};
+    bool breaksRun = false;
+    QString told;
+    AlarmControl control{surroundings()};
+};
+
+TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
+    const QString longTitle(1001, u'x');
+    const struct {
+        QVariantMap description;
+        const char* answer;
+    } rows[]{
+        {{{u"minutes"_qs, 25u}}, "24. 10:25:00 T /Ping  5"},
+        {{{u"hours"_qs, qint64(2)}, {u"repeat"_qs, true}, {u"snooze"_qs, 9}},
+         "24. 12:00:00 T /Ping  9"},
+        {{{u"time"_qs, u"10:01"_qs}}, "24. 10:01:00 T /Ping  5"},
+        {{{u"time"_qs, u"10:00"_qs}}, "25. 10:00:00 T /Ping  5"},
+        {{{u"time"_qs, u"7:30"_qs}, {u"date"_qs, u"2026-11-30"_qs}, {u"every-day"_qs, true}},
+         "30. 07:30:00 T /Ping  5"},
+        {{{u"time"_qs, u"09:00"_qs}, {u"weekdays"_qs, QStringList{u"tue"_qs, u"thu"_qs}}},
+         "26. 09:00:00 T /Ping  5"},
+        {{{u"minutes"_qs, 1}, {u"sound"_qs, u"Brook"_qs}, {u"voice"_qs, u"Ann"_qs}},
+         "24. 10:01:00 T /Brook Ann 5"},
+        {{{u"minutes"_qs, 1}, {u"sound"_qs, u""_qs}}, "24. 10:01:00 T silent  5"},
+
+        {{}, "MissingKey \"time\""},
+        {{{u"title"_qs, u" "_qs}}, "InvalidValue \"title\""},
+        {{{u"title"_qs, longTitle}}, "TooLong \"title\""},
+        {{{u"title"_qs, u"two\nlines"_qs}}, "InvalidValue \"title\""},
+        {{{u"title"_qs, 7}}, "WrongType \"title\""},
+        {{{u"minute"_qs, 7}}, "UnknownKey \"minute\""},
+        {{{u"minutes"_qs, 0}}, "InvalidValue \"minutes\""},
+        {{{u"minutes"_qs, 2.5}}, "WrongType \"minutes\""},
+        {{{u"minutes"_qs, u"5"_qs}}, "WrongType \"minutes\""},
+        {{{u"minutes"_qs, ~quint64(0)}}, "InvalidValue \"minutes\""},
+        {{{u"hours"_qs, 8761}}, "InvalidValue \"hours\""},
+        {{{u"hours"_qs, 1}, {u"minutes"_qs, 1}}, "Conflict \"hours\""},
+        {{{u"minutes"_qs, 1}, {u"snooze"_qs, 4}}, "InvalidValue \"snooze\""},
+        {{{u"minutes"_qs, 1}, {u"sound"_qs, u"Nope"_qs}}, "NoSuchSound Nope"},
+        {{{u"time"_qs, u"24:00"_qs}}, "InvalidValue \"time\""},
+        {{{u"time"_qs, u"09:00"_qs}, {u"repeat"_qs, true}}, "Conflict \"repeat\""},
+        {{{u"time"_qs, u"09:00"_qs}, {u"date"_qs, u"2026-11-24"_qs}}, "PastDate \"date\""},
+        {{{u"time"_qs, u"09:00"_qs}, {u"date"_qs, u"2026-02-30"_qs}}, "InvalidValue \"date\""},
+        {{{u"time"_qs, u"09:00"_qs}, {u"every-week"_qs, true}}, "Conflict \"every-week\""},
+        {{{u"time"_qs, u"09:00"_qs}, {u"weekdays"_qs, QStringList()}}, "InvalidValue \"weekdays\""},
+        {{{u"time"_qs, u"09:00"_qs}, {u"weekdays"_qs, u"mon"_qs}}, "WrongType \"weekdays\""},
+    };
+    for (const auto& row : rows) {
+        QVariantMap description{{u"title"_qs, u"T"_qs}};
+        description.insert(row.description);
+        EXPECT_EQ(answerTo(description), row.answer);
+    }
+    EXPECT_EQ(clock.allAlarms().size(), 8U) << "what is refused leaves nothing behind";
+}
+
+TEST_F(AlarmControlTest, whatIsReportedOfAnAlarmMakesTheSameAgain) {
+    for (const QVariantMap& description :
+         {QVariantMap{{u"title"_qs, u"T"_qs}, {u"hours"_qs, 3}, {u"repeat"_qs, true}},
+          QVariantMap{{u"title"_qs, u"T"_qs}, {u"time"_qs, u"07:30"_qs}, {u"every-day"_qs, true}},
+          QVariantMap{{u"title"_qs, u"T"_qs},
+                      {u"time"_qs, u"07:30"_qs},
+                      {u"weekdays"_qs, QStringList{u"mon"_qs, u"sun"_qs}},
+                      {u"every-week"_qs, true},
+                      {u"fade"_qs, true},
+                      {u"voice"_qs, u"Ann"_qs}}}) {
+        const std::string first = answerTo(description);
+        QVariantMap report = control.storedAlarms().back();
+        EXPECT_TRUE(report.remove(u"due"_qs) == 1 || report.contains(u"hours"_qs));
+        report.insert(u"sound"_qs, u"Ping"_qs); // a name here, a path there
+        EXPECT_EQ(answerTo(report), first);
+    }
+}
+
+TEST_F(AlarmControlTest, manyChangesAreWrittenAndToldTogether) {
+    int tellings = 0;
+    RemoteListener listener;
+    listener.alarmsChanged = [&] { ++tellings; };
+    control.setListener(listener);
+    for (int i = 0; i < 100; ++i) {
+        control.addTimer(10, QString::number(i), made());
+        loop.advance(2ms); // 0.2 s in all
+    }
+    loop.advance(1s);
+    EXPECT_EQ(tellings, 3);
+    EXPECT_EQ(defaults.writes, 2);
+    EXPECT_EQ(control.storedAlarms().size(), 100);
+}
+
+TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
+    answerTo({{u"title"_qs, u"T"_qs}, {u"minutes"_qs, 1}});
+    const AlarmPtr alarm = clock.allAlarms().front();
+    const QString id = alarm->identity();
+    EXPECT_EQ(control.snooze(id)->name, u"NotRinging"_qs);
+    EXPECT_EQ(control.clear(u"none"_qs)->name, u"NoSuchAlarm"_qs);
+    EXPECT_EQ(control.clear(id), std::nullopt);
+    EXPECT_EQ(control.state().nextAlarm, id);
+    alarm->setIsTriggered(true);
+    EXPECT_EQ(control.state().ringing, QStringList{id});
+    EXPECT_EQ(control.snooze(id), std::nullopt);
+    EXPECT_EQ(control.clear(id), std::nullopt);
+    EXPECT_THAT(trace.events(), ElementsAre("0 end T", "0 snooze T", "0 clear T"));
+    EXPECT_EQ(control.remove(id), std::nullopt);
+    EXPECT_EQ(control.remove(id)->name, u"NoSuchAlarm"_qs);
+    EXPECT_EQ(control.skipBreak()->name, u"NoBreaksRun"_qs);
+    EXPECT_EQ(control.startBreaks(), std::nullopt);
+    EXPECT_EQ(control.startBreaks()->name, u"BreaksRun"_qs) << "or two timers would run";
+}
+
+TEST_F(AlarmControlTest, aStoredAlarmWhoseMomentHasPassedDoesNotRingAtOnce) {
+    answerTo({{u"title"_qs, u"once"_qs}, {u"time"_qs, u"11:00"_qs}});
+    answerTo({{u"title"_qs, u"weekly"_qs},
+              {u"time"_qs, u"11:00"_qs},
+              {u"weekdays"_qs, QStringList{u"tue"_qs}},
+              {u"every-week"_qs, true}});
+    loop.advance(2h);
+    EXPECT_EQ(std::get<Refusal>(control.startStored(u"once"_qs)).name, u"PastDate"_qs);
+    EXPECT_TRUE(std::holds_alternative<QString>(control.startStored(u"weekly"_qs)));
+    EXPECT_TRUE(lastAdded().startsWith(u"01. 11:00"_qs)) << lastAdded().toStdString();
+}
+
+} // namespace
