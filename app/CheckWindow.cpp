@@ -7,6 +7,7 @@
 #include <QAccessible>
 #include <QIcon>
 
+#include <algorithm>
 #include <utility>
 
 namespace dorvane {
@@ -74,10 +75,13 @@ void CheckWindow::check(WillItRing::TestSound testSound) {
     });
 }
 
-void CheckWindow::list(const std::vector<Check>& checks) {
+// What there is to do comes first, and what was asked for last is shown.
+void CheckWindow::list(std::vector<Check> checks) {
     m_form->summary->setText(summaryOf(worstOf(checks)));
     for (QPushButton* button : {m_form->soundButton, m_form->againButton})
         button->setEnabled(true);
+    std::stable_sort(checks.begin(), checks.end(),
+                     [](const Check& a, const Check& b) { return a.status > b.status; });
     QListWidget& list = *m_form->list;
     list.clear();
     for (const Check& check : checks) {
@@ -88,8 +92,9 @@ void CheckWindow::list(const std::vector<Check>& checks) {
         QString said = nameOf(check.status);
         said[0] = said[0].toUpper();
         item->setData(Qt::AccessibleTextRole, said + QStringLiteral(": ") + text);
+        if (check.name == QStringLiteral("sound-proof"))
+            list.setCurrentItem(item);
     }
-    list.setCurrentRow(0);
     QAccessibleEvent changed(m_form->summary, QAccessible::NameChanged);
     QAccessible::updateAccessibility(&changed);
 }

@@ -29,7 +29,7 @@ public:
 
 private:
     void check(WillItRing::TestSound testSound);
-    void list(const std::vector<Check>& checks);
+    void list(std::vector<Check> checks);
 
     WillItRing& m_checks;
     const Bundle& m_bundle;
