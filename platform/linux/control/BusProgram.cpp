@@ -26,7 +26,7 @@ constexpr auto lookInterval = 20ms;
 
 bool isNobodyThere(const QDBusMessage& reply) {
     const auto type = QDBusError(reply).type();
-    return type == QDBusError::ServiceUnknown || type == QDBusError::NoServer ||
+    return type == QDBusError::ServiceUnknown ||
            reply.errorName() == QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner");
 }
 
@@ -34,6 +34,8 @@ RemoteProgram::Fault faultOf(const QDBusMessage& reply) {
     using Kind = RemoteProgram::Fault::Kind;
     if (reply.errorName().startsWith(bus::errorPrefix))
         return {Kind::Refused, reply.errorMessage()};
+    if (QDBusError(reply).type() == QDBusError::NoServer)
+        return {Kind::Unreachable, QStringLiteral("the session bus cannot be reached")};
     if (isNobodyThere(reply))
         return {Kind::Unreachable, QStringLiteral("Dorvane does not run")};
     return {Kind::Unreachable, QStringLiteral("Dorvane does not answer: ") + reply.errorMessage()};
