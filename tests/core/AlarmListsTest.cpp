@@ -80,16 +80,6 @@ TEST_F(AlarmListsTest, runningAlarmsComeBackInReverseAndOnlyThoseThatStillCount)
     }
 }
 
-TEST_F(AlarmListsTest, aRunThatDidNotQuitInOrderLeavesTheListOfTheLastThatDid) {
-    Run first(at("2026-11-23 06:00"));
-    first.start({.title = "kept", .kind = Alarm::Dated, .time = "2026-11-25 07:00"});
-    first.active.storeActiveAlarms();
-    Run crashed(at("2026-11-23 07:00"), first.defaults.written());
-    crashed.active.restoreActiveAlarms(crashed.delegate);
-    crashed.start({.title = "lost", .kind = Alarm::Dated, .time = "2026-11-26 07:00"});
-    EXPECT_EQ(crashed.defaults.written(), first.defaults.written());
-}
-
 // Every change is on the disk and announced at once, and made on what another window stored.
 TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
     Run run(at("2026-11-23 06:00"));

@@ -10,53 +10,34 @@ using namespace dorvane::testing;
 namespace {
 
 TEST(LocalTimeTest, missingHourMovesForwardAndDoubledHourIsTheFirst) {
-    struct Case {
+    const struct {
         const char* zone;
         QDate date;
         QTime time;
         const char* expected;
-    };
-    const Case cases[] = {
-        {"Europe/Berlin", {2026, 3, 29}, {1, 59}, "2026-03-29T01:59:00+01:00"},
+    } cases[] = {
         {"Europe/Berlin", {2026, 3, 29}, {2, 30}, "2026-03-29T03:30:00+02:00"},
         {"Europe/Berlin", {2026, 3, 29}, {3, 0}, "2026-03-29T03:00:00+02:00"},
         {"Europe/Berlin", {2026, 10, 25}, {2, 30}, "2026-10-25T02:30:00+02:00"},
-        {"Europe/Berlin", {2026, 10, 25}, {3, 0}, "2026-10-25T03:00:00+01:00"},
-        {"America/New_York", {2026, 3, 8}, {2, 30}, "2026-03-08T03:30:00-04:00"},
         {"America/New_York", {2026, 11, 1}, {1, 30}, "2026-11-01T01:30:00-04:00"},
         {"Australia/Lord_Howe", {2026, 10, 4}, {2, 15}, "2026-10-04T02:45:00+11:00"},
         {"Australia/Lord_Howe", {2026, 4, 5}, {1, 45}, "2026-04-05T01:45:00+11:00"},
-        {"America/Santiago", {2026, 9, 6}, {0, 30}, "2026-09-06T01:30:00-03:00"},
+        {"America/Santiago", {2026, 9, 6}, {0, 30}, "2026-09-06T01:30:00-03:00"}, // at midnight
         {"America/Santiago", {2026, 4, 4}, {23, 30}, "2026-04-04T23:30:00-03:00"},
-        {"Africa/Casablanca", {2026, 3, 22}, {2, 30}, "2026-03-22T03:30:00+01:00"},
-        {"Pacific/Apia", {2011, 12, 30}, {8, 0}, "2011-12-31T08:00:00+14:00"},
-        {"Pacific/Kiritimati", {2026, 1, 1}, {0, 0}, "2026-01-01T00:00:00+14:00"},
-        {"Etc/GMT+12", {2026, 12, 31}, {23, 59}, "2026-12-31T23:59:00-12:00"},
+        {"Pacific/Apia", {2011, 12, 30}, {8, 0}, "2011-12-31T08:00:00+14:00"}, // no such day
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const ZoneScope zone(c.zone);
         EXPECT_EQ(text(localMoment(c.date, c.time)), c.expected) << c.zone;
     }
-}
-
-TEST(LocalTimeTest, addingDaysKeepsTheClockTimeOverMonthsYearsAndOddNights) {
-    struct Case {
-        const char* from;
-        int days;
-        const char* expected;
+    const std::pair<const char*, const char*> nextDays[] = {
+        {"03-28 02:30", "03-29 03:30+02"},
+        {"10-24 07:00", "10-25 07:00+01"},
+        {"10-24 02:30", "10-25 02:30+02"},
+        {"2028-02-28 06:45", "2028-02-29 06:45+01"},
     };
-    const Case cases[] = {
-        {"2026-03-28 07:00", 1, "2026-03-29T07:00:00+02:00"},
-        {"2026-03-28 02:30", 1, "2026-03-29T03:30:00+02:00"},
-        {"2026-10-24 07:00", 1, "2026-10-25T07:00:00+01:00"},
-        {"2026-10-24 02:30", 1, "2026-10-25T02:30:00+02:00"},
-        {"2026-12-31 23:59", 1, "2027-01-01T23:59:00+01:00"},
-        {"2028-02-28 06:45", 1, "2028-02-29T06:45:00+01:00"},
-        {"2026-02-28 06:45", 7, "2026-03-07T06:45:00+01:00"},
-        {"2199-12-31 12:00", 1, "2200-01-01T12:00:00+01:00"},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(text(addingDays(at(c.from), c.days)), c.expected) << c.from;
+    for (const auto& [from, expected] : nextDays)
+        EXPECT_EQ(brief(addingDays(at(from), 1)), expected) << from;
 }
 
 // English for everybody, by the clock of where they are, also where no English is spoken.
@@ -67,13 +48,9 @@ TEST(DateHelpersTest, datesAreEnglishByTheClockOfTheTerritory) {
         int daysAhead;
         const char* expected;
     } cases[] = {
-        {"de_DE", 0, "Tue, 19:05"},
-        {"fr_FR", 0, "Tue, 19:05"},
-        {"ko_KR", 0, "Tue, 7:05 PM"},
-        {"en_US", 0, "Tue, 7:05 PM"},
-        {"de_DE", 6, "Tue, 19:05"},
-        {"en_US", 7, "Tue, 24 Nov, 7:05 PM"},
-        {"de_DE", 365, "Tue, 24 Nov 2026, 19:05"},
+        {"de_DE", 0, "Tue, 19:05"},           {"ko_KR", 0, "Tue, 7:05 PM"},
+        {"en_US", 0, "Tue, 7:05 PM"},         {"de_DE", 6, "Tue, 19:05"},
+        {"en_US", 7, "Tue, 24 Nov, 7:05 PM"}, {"de_DE", 365, "Tue, 24 Nov 2026, 19:05"},
     };
     for (const auto& c : cases) {
         const QLocale territory(QString::fromLatin1(c.territory));
@@ -88,17 +65,10 @@ TEST(DateHelpersTest, datesAreEnglishByTheClockOfTheTerritory) {
 }
 
 TEST(DateHelpersTest, roundsToFiveMinutesByTheMinuteAlone) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"2026-11-24 09:58:30", "2026-11-24T10:00:00+01:00"},
-        {"2026-11-24 09:52:10", "2026-11-24T09:50:00+01:00"},
-        {"2026-11-24 12:03:40", "2026-11-24T12:05:00+01:00"},
-        {"2026-11-24 12:02:59", "2026-11-24T12:00:00+01:00"},
-        {"2026-12-31 23:58:00", "2027-01-01T00:00:00+01:00"},
-    };
-    for (const auto& [from, expected] : cases)
-        EXPECT_EQ(text(calendarDateRoundedTo5(at(from))), expected) << from;
-    EXPECT_TRUE(isSameDay(at("2024-03-05 10:00"), at("2024-03-05 23:59")));
-    EXPECT_FALSE(isSameDay(at("2024-03-05 23:59"), at("2024-03-06 00:00")));
+    EXPECT_EQ(calendarDateRoundedTo5(at("11-24 12:03:40")), at("11-24 12:05"));
+    EXPECT_EQ(calendarDateRoundedTo5(at("12-31 23:58")), at("2027-01-01 00:00"));
+    EXPECT_TRUE(isSameDay(at("03-05 00:00"), at("03-05 23:59")));
+    EXPECT_FALSE(isSameDay(at("03-05 23:59"), at("03-06 00:00")));
 }
 
 } // namespace

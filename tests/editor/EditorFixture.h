@@ -10,12 +10,14 @@
 #include "platform/linux/preferences/PropertyListDefaults.h"
 #include "platform/NotificationCenter.h"
 #include "sounds/AudioStorageController.h"
+#include "sounds/PullDownPopUp.h"
 #include "sounds/ReminderController.h"
+#include "tests/support/AlarmOf.h"
 #include "tests/support/FakeAudioRecorder.h"
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/FakeSpeechService.h"
 #include "tests/support/FakeWorkspace.h"
-#include "tests/support/Testing.h"
+#include "tests/support/Windows.h"
 
 namespace dorvane::testing {
 
@@ -64,13 +66,7 @@ public:
         editedOne = from.editingOne();
     }
 
-    // Stores an alarm that `change` completes.
-    void store(
-        const QString& title, const std::function<void(Alarm&)>& change = [](Alarm&) {}) {
-        const AlarmPtr alarm = Alarm::initWithTime({}, title);
-        change(*alarm);
-        library.put(*alarm, instantNow(loop));
-    }
+    void store(const AlarmOf& alarm) { library.put(*alarm.alarm(), instantNow(loop)); }
 
     [[nodiscard]] QStringList storedTitles() {
         return alarmTitles(library.alarms().value_or(std::vector<AlarmPtr>()));
@@ -79,6 +75,34 @@ public:
     template<typename Control>
     [[nodiscard]] Control* find(const char* name) const {
         return editor.findChild<Control*>(QString::fromLatin1(name));
+    }
+
+    void click(const char* name) { find<QAbstractButton>(name)->click(); }
+
+    // A sound of the user's.
+    QString addSound(const char* name, FakeSoundPlayer::File sound) {
+        QFile file(folder.filePath(u"Dorvane/Sounds/%1.aiff"_qs.arg(QLatin1String(name))));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        player.setFile(file.fileName(), sound);
+        return file.fileName();
+    }
+
+    // What the pull-down holds, each submenu behind its item.
+    QList<QAction*> offered(const char* popUp) {
+        auto* button = find<PullDownPopUp>(popUp);
+        button->showPopup();
+        loop.runPending(); // voices are listed when somebody asks
+        QList<QAction*> items;
+        for (QAction* item : button->menu().actions())
+            items << item << (item->menu() ? item->menu()->actions() : QList<QAction*>());
+        button->menu().close();
+        return items;
+    }
+    void pick(const char* popUp, const QString& text) {
+        for (QAction* item : offered(popUp))
+            if (item->text() == text)
+                return item->trigger();
+        ADD_FAILURE() << "not offered: " << qPrintable(text);
     }
 
     QTemporaryDir folder;

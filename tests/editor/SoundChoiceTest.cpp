@@ -16,35 +16,10 @@ class SoundChoiceTest : public ::testing::Test, public EditorFixture {
 protected:
     SoundChoiceTest() : EditorFixture(at("2026-11-18 20:05:20")) { editor.showWithAlarm(nullptr); }
 
-    // A sound of the user's, so many seconds long.
-    void add(const char* name, double seconds, bool isPlayable = true) {
-        QFile file(folder.filePath(u"Dorvane/Sounds/%1.aiff"_qs.arg(QLatin1String(name))));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        player.setFile(file.fileName(),
-                       {.duration = Sound::Seconds(seconds), .isPlayable = isPlayable});
-    }
-
-    // Builds the sound menu anew and gives the actions of its submenus.
-    QList<QAction*> offered() {
-        auto* button = find<PullDownPopUp>("selectSoundButton");
-        button->showPopup();
-        button->menu().close();
-        QList<QAction*> items;
-        for (const QAction* group : button->menu().actions())
-            if (group->menu())
-                items += group->menu()->actions();
-        return items;
-    }
-    void choose(const QString& name) {
-        for (QAction* item : offered())
-            if (item->text() == name)
-                return item->trigger();
-        ADD_FAILURE() << "not offered: " << qPrintable(name);
-    }
+    void choose(const QString& name) { pick("selectSoundButton", name); }
     [[nodiscard]] std::string button() {
         return find<QAbstractButton>("playButton")->accessibleName().toStdString();
     }
-    void press(const char* name) { find<QAbstractButton>(name)->click(); }
     [[nodiscard]] QString hint() { return find<QLabel>("wellHint")->text(); }
     // What is heard, by the names of the sounds.
     [[nodiscard]] std::vector<std::string> heard() {
@@ -60,30 +35,25 @@ protected:
         return std::none_of(player.sounds().begin(), player.sounds().end(),
                             [](const Sound* sound) { return sound->isPlaying(); });
     }
-    static QWidget* recorderWindow() {
-        for (QWidget* window : QApplication::topLevelWidgets())
-            if (window->objectName() == u"ReminderController"_qs && window->isVisible())
-                return window;
-        return nullptr;
-    }
+    static QWidget* recorderWindow() { return windowsNamed("ReminderController").value(0); }
 };
 
 TEST_F(SoundChoiceTest, triesOneSoundAtATimeAndStopsIt) {
-    add("Gong", 2);
-    add("Bell", 40);
-    press("playSoundCheck");
+    addSound("Gong", {.duration = 2s});
+    addSound("Bell", {.duration = 40s});
+    click("playSoundCheck");
     choose(u"Gong"_qs);
     EXPECT_EQ(button(), "Stop");
     loop.advance(3s);
     choose(u"Bell"_qs);
     loop.advance(1s);
-    press("playButton");
+    click("playButton");
     EXPECT_EQ(button(), "Preview");
     EXPECT_THAT(heard(), ElementsAre("0 Gong.aiff play", "2000 Gong.aiff finished",
                                      "2000 Gong.aiff play", "3000 Gong.aiff dropped",
                                      "3000 Bell.aiff play", "4000 Bell.aiff dropped"));
 
-    press("playButton");
+    click("playButton");
     loop.advance(1s);
     find<QSlider>("Volume")->setValue(128); // plays again, that its volume is heard
     EXPECT_EQ(find<QSlider>("Volume")->toolTip(), u"Using volume  50%"_qs);
@@ -98,8 +68,8 @@ TEST_F(SoundChoiceTest, triesOneSoundAtATimeAndStopsIt) {
     choose(u"Gong"_qs);
     loop.advance(7s);
     EXPECT_EQ(button(), "Preview") << "after three times";
-    press("playButton");
-    press("playSoundCheck");
+    click("playButton");
+    click("playSoundCheck");
     EXPECT_TRUE(isQuiet()) << "its button is disabled now";
     choose(u"Bell"_qs);
     editor.close();
@@ -108,11 +78,11 @@ TEST_F(SoundChoiceTest, triesOneSoundAtATimeAndStopsIt) {
 
 TEST_F(SoundChoiceTest, doesNotLetAnUnplayableFileBeChosenUnawares) {
     const LogCapture log;
-    add("Broken", 0, false);
-    add("Gong", 2);
-    press("playSoundCheck");
+    addSound("Broken", {.isPlayable = false});
+    addSound("Gong", {.duration = 2s});
+    click("playSoundCheck");
     for (const bool byChoosing : {true, false}) {
-        byChoosing ? choose(u"Broken"_qs) : press("playButton");
+        byChoosing ? choose(u"Broken"_qs) : click("playButton");
         loop.runPending();
         EXPECT_EQ(hint(), u"“Broken” cannot be played. Choose another sound."_qs);
         EXPECT_EQ(find<QWidget>("selectSoundButton")->toolTip(), u"Broken (cannot be played)"_qs);
@@ -127,7 +97,7 @@ TEST_F(SoundChoiceTest, addsFilesWithoutChoosingThem) {
     QDir().mkpath(QDir::homePath() + u"/Music"_qs);
     QFile file(folder.filePath(u"Gong.wav"_qs));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("RIFF") > 0 && file.flush());
-    press("chooseFileButton");
+    click("chooseFileButton");
     auto* panel = editor.findChild<QFileDialog*>();
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->windowTitle(), u"Choose audio file(s)"_qs);
@@ -168,7 +138,7 @@ TEST_F(SoundChoiceTest, keepsTheRecorderToItself) {
         const QString chosen = list->currentText();
         recorderWindow()->findChild<QAbstractButton*>(u"okButton"_qs)->click();
         EXPECT_EQ(recorderWindow(), nullptr);
-        EXPECT_EQ(offered().at(1)->text(), chosen);
+        EXPECT_EQ(offered("selectSoundButton").at(3)->text(), chosen);
         EXPECT_EQ(hint(), u"“%1” is the first under Record Sound."_qs.arg(chosen));
         record();
     }

@@ -35,25 +35,14 @@ protected:
             QTest::mouseClick(edit, Qt::LeftButton, {}, place);
             QCoreApplication::processEvents();
         };
-        const QString shown = edit->text();
-        switch (over) {
-        case Over::Everything:
-            click(0);
-            edit->selectAll();
-            break;
-        case Over::Hours:
-            click(0);
-            break;
-        case Over::Minutes:
-            click(shown.indexOf(u':') + 1);
-            break;
-        case Over::Mark:
-            click(shown.indexOf(u' ') + 1);
-            break;
-        case Over::TabbedInto:
+        if (over == Over::TabbedInto)
             QTest::keyClick(&before, Qt::Key_Tab);
-            break;
-        }
+        else
+            click(over == Over::Minutes ? edit->text().indexOf(u':') + 1
+                  : over == Over::Mark  ? edit->text().indexOf(u' ') + 1
+                                        : 0);
+        if (over == Over::Everything)
+            edit->selectAll();
         QTest::keyClicks(&field, QString::fromUtf8(text));
     }
     void leave() { QTest::keyClick(&field, Qt::Key_Tab); }

@@ -55,13 +55,7 @@ protected:
     EachKindTest() {
         speech.whenVoicesKnown([] {});
         loop.runPending();
-        store(u"Tea"_qs, [](Alarm& alarm) {
-            alarm.setSnoozeTime(7);
-            alarm.setIsPlaySound(true);
-            alarm.setSoundPath(u"/bell"_qs);
-            alarm.setIsSpeakAlarmName(true);
-            alarm.setVoiceName(u"Zoe"_qs);
-        });
+        store({.title = "Tea", .snoozeTime = 7, .sound = "/bell", .voice = "Zoe"});
     }
 
     AlarmSetController& openEditor(const AlarmPtr& alarm) {

@@ -19,6 +19,10 @@ struct AlarmOf {
     bool everyDay = false;
     bool repeats = false;
     bool forever = false;
+    int snoozeTime = 0;
+    const char* sound = nullptr; // the path of what it plays
+    const char* voice = nullptr; // speaks its title
+    bool fades = false;
 
     [[nodiscard]] AlarmPtr alarm() const {
         AlarmPtr made = Alarm::create();
@@ -36,6 +40,12 @@ struct AlarmOf {
         made->setShouldUseEveryDay(everyDay);
         made->setShouldRepeat(repeats);
         made->setShouldUseForever(forever);
+        made->setSnoozeTime(snoozeTime);
+        made->setIsPlaySound(sound);
+        made->setSoundPath(QString::fromUtf8(sound));
+        made->setIsSpeakAlarmName(voice);
+        made->setVoiceName(QString::fromUtf8(voice));
+        made->setShouldFadeIn(fades);
         return made;
     }
 };
