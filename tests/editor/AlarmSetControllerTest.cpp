@@ -288,7 +288,7 @@ TEST_F(AlarmSetControllerTest, reusesAndRemovesStoredAlarms) {
     press({"Down", "Down"});
     EXPECT_EQ(shown(), "Run 5 removable");
     press({"=n"});
-    EXPECT_EQ(shown(), "Runn 5");
+    EXPECT_EQ(shown(), "nRun 5");
     press({"Down", "Down"}); // Bus, the last one
     click("removeAlarmButton");
     EXPECT_EQ(shown(), "Run 5 removable");

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MainMenuEntries.h"
 
-#include "tests/menubar/MenuAlarms.h"
 #include "tests/menubar/RecordedCommands.h"
+#include "tests/support/AlarmOf.h"
 #include "tests/support/Testing.h"
 
 using namespace dorvane::testing;
@@ -14,9 +14,8 @@ const QDateTime tuesday({2026, 11, 24}, {10, 0});
 class MainMenuEntriesTest : public ::testing::Test {
 protected:
     [[nodiscard]] AlarmPtr timerDueIn(int seconds) const {
-        const AlarmPtr alarm = Alarm::initWithTime(tuesday.addSecs(seconds), {});
-        alarm->setSelRowNo(Alarm::Weekly); // due to the second
-        alarm->setIsDefaultAlarm(true);
+        AlarmPtr alarm = AlarmOf{.kind = Alarm::Weekly, .isPreset = true}.alarm();
+        alarm->setTime(tuesday.addSecs(seconds)); // due to the second
         return alarm;
     }
     [[nodiscard]] MainMenuState stateWith(std::vector<AlarmPtr> alarms) const {
@@ -92,10 +91,11 @@ TEST_F(MainMenuEntriesTest, nothingRunsAndNothingIsStored) {
 }
 
 TEST_F(MainMenuEntriesTest, runningAndStoredAlarms) {
-    MainMenuState state =
-        stateWith({datedAlarm(m_loop, {18, 5}, u"Tea & cake"_qs), timerDueIn(600)});
-    state.storedAlarms = {
-        {datedAlarm(m_loop, {9, 0}, u"not listed"_qs), storedAlarm(m_loop, {7, 30}, u"Up"_qs)}};
+    MainMenuState state = stateWith(
+        {AlarmOf{.title = "Tea & cake", .kind = Alarm::Dated, .time = "11-24 18:05"}.alarm(),
+         timerDueIn(600)});
+    const AlarmOf up{.title = "Up", .kind = Alarm::Dated, .time = "11-24 07:30", .isListed = true};
+    state.storedAlarms = {{AlarmOf{.title = "not listed"}.alarm(), up.alarm()}};
     state.breaksRun = true;
     EXPECT_EQ(outlineOf(mainMenuEntries(state)), std::string(R"(Active alarms:
 Tue, 18:05 [Tea & cake]

@@ -3,8 +3,8 @@
 #include "core/NotificationNames.h"
 #include "menubar/MainMenuConstructor.h"
 #include "menubar/StatusMenu.h"
-#include "tests/menubar/MenuAlarms.h"
 #include "tests/menubar/RecordedCommands.h"
+#include "tests/support/AlarmOf.h"
 #include "tests/support/FakeStatusItem.h"
 #include "tests/support/Windows.h"
 
@@ -24,8 +24,10 @@ protected:
         m_constructor->setObjectMenu(&m_menu);
     }
 
-    [[nodiscard]] AlarmPtr dated(const QString& title) const {
-        return datedAlarm(m_loop, {11, 0}, title);
+    static AlarmPtr dated(const char* title, bool isListed = false) {
+        return AlarmOf{
+            .title = title, .kind = Alarm::Dated, .time = "11-24 11:00", .isListed = isListed}
+            .alarm();
     }
     // The item whose text begins so.
     [[nodiscard]] static QAction* item(const QMenu& menu, const char* text) {
@@ -54,7 +56,7 @@ protected:
     NotificationCenter m_notifications;
     Clock m_clock{m_loop, m_notifications};
     QStringList m_trace;
-    std::vector<AlarmPtr> m_stored{storedAlarm(m_loop, {11, 0}, u"Up"_qs)};
+    std::vector<AlarmPtr> m_stored{dated("Up", true)};
     StatusMenu m_menu{m_loop};
     FakeStatusItem m_item;
     std::unique_ptr<MainMenuConstructor> m_constructor;
@@ -112,7 +114,7 @@ TEST_F(MainMenuTest, itemsWithoutCommandOrWithAMissingOneAreDisabled) {
 }
 
 TEST_F(MainMenuTest, openMenuHoldsUpTimersAndStaysAsItIs) {
-    const AlarmPtr alarm = dated(u"Tea"_qs);
+    const AlarmPtr alarm = dated("Tea");
     m_clock.insertAlarm(alarm);
     open();
     EXPECT_EQ(alarm->menuItem(), item(m_menu, "Tue, 11:00 Tea"));
@@ -134,7 +136,7 @@ TEST_F(MainMenuTest, openMenuHoldsUpTimersAndStaysAsItIs) {
 }
 
 TEST_F(MainMenuTest, commandMayRebuildTheMenuThatItCameFrom) {
-    m_clock.insertAlarm(dated(u"Tea"_qs));
+    m_clock.insertAlarm(dated("Tea"));
     open();
     QMenu* submenu = item(m_menu, "Tue, 11:00 Tea")->menu();
     m_menu.setActiveAction(item(m_menu, "Tue, 11:00 Tea"));
@@ -158,9 +160,9 @@ QStringList outline(const std::vector<PanelMenuEntry>& entries, const QString& i
 }
 
 TEST_F(MainMenuTest, aPanelGetsTheMenuWhenEntriesChangeAndItsTextsWhenItOpens) {
-    m_clock.insertAlarm(timerAlarm(5));
-    m_stored = {storedAlarm(m_loop, {11, 0}, u"Down_ & up"_qs)};
-    m_clock.insertAlarm(dated(u"Tea"_qs));
+    m_clock.insertAlarm(AlarmOf{.minutes = 5, .isPreset = true}.alarm());
+    m_stored = {dated("Down_ & up", true)};
+    m_clock.insertAlarm(dated("Tea"));
     m_loop.runPending();
     const auto menu = [this] { return outline(m_item.panelMenu); };
     const QStringList shown = menu();
@@ -190,7 +192,7 @@ TEST_F(MainMenuTest, anyTitleLeavesTheMenuWhole) {
                               QString(),
                               QString(3000, QChar(0x0301))};
     for (const QString& title : titles)
-        m_clock.insertAlarm(dated(title));
+        m_clock.insertAlarm(dated(title.toUtf8().constData()));
     open();
     m_menu.grab();
     EXPECT_LT(m_menu.width(), 320);

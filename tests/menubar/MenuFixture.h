@@ -8,14 +8,10 @@
 #include "menubar/AlarmMenuController.h"
 #include "platform/Appearance.h"
 #include "tests/editor/EditorFixture.h"
-#include "tests/menubar/MenuAlarms.h"
 #include "tests/support/FakeSoundOutput.h"
 #include "tests/support/FakeStatusItem.h"
-#include "tests/support/Windows.h"
 
 namespace dorvane::testing {
-
-using namespace std::chrono_literals;
 
 class LightDesktop final : public Appearance {
 public:
@@ -35,17 +31,16 @@ protected:
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    AlarmPtr schedule(const AlarmPtr& alarm, const char* title) {
-        alarm->setTitle(QString::fromLatin1(title));
-        alarm->setSnoozeTime(5);
-        alarm->setIsPlaySound(true);
-        alarm->setSoundPath(alarm->title());
+    AlarmPtr schedule(AlarmOf values) {
+        values.sound = values.title;
+        values.snoozeTime = 5;
+        const AlarmPtr alarm = values.alarm();
         library.put(*alarm, instantNow(loop));
         m_controller.scheduleAlarm(alarm);
         return alarm;
     }
-    AlarmPtr dated(const char* title, int minute) {
-        return schedule(datedAlarm(loop, QTime(8, minute)), title);
+    AlarmPtr timer(const char* title) {
+        return schedule({.title = title, .minutes = 1, .isPreset = true});
     }
 
     // Chooses an entry of the panel's menu by the titles on the way to it.
@@ -64,17 +59,9 @@ protected:
     static SnoozeWindowController& windowOf(const AlarmPtr& alarm) {
         return static_cast<SnoozeWindowController&>(*alarm->context());
     }
-    template<typename Window = QWidget>
-    static QList<Window*> open(const char* name) {
-        QList<Window*> found;
-        for (QWidget* widget : QApplication::topLevelWidgets())
-            if (widget->objectName() == QLatin1String(name) && widget->isVisible())
-                found << static_cast<Window*>(widget);
-        return found;
-    }
-    static qsizetype openWindows() { return open("SnoozeWindowController").size(); }
+    static qsizetype openWindows() { return windowsNamed("SnoozeWindowController").size(); }
     static QList<AlarmSetController*> openEditors() {
-        return open<AlarmSetController>("AlarmSetController");
+        return windowsNamed<AlarmSetController>("AlarmSetController");
     }
     static void set(AlarmSetController& window) {
         for (QPushButton* button : window.findChildren<QPushButton*>())

@@ -3,7 +3,6 @@
 
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
-#include "tests/menubar/MenuAlarms.h"
 #include "tests/support/FakeStatusItem.h"
 #include "tests/support/RandomDays.h"
 #include "tests/support/Testing.h"
@@ -14,10 +13,6 @@ namespace {
 
 class StatusViewTest : public ::testing::Test {
 protected:
-    [[nodiscard]] static AlarmPtr timer(int minutes) { return timerAlarm(minutes); }
-    [[nodiscard]] AlarmPtr dated(const QTime& time, const QString& title = {}) const {
-        return datedAlarm(m_loop, time, title);
-    }
     [[nodiscard]] bool shows(int end, int duration) const {
         return m_item.shown() == StatusPicture().icon({end, duration}).pixmap(22).toImage();
     }
@@ -65,7 +60,9 @@ TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
     StatusView view(m_loop, m_clock, m_notifications, m_item);
     EXPECT_EQ(m_item.toolTips, QStringList{u"Dorvane"_qs});
     for (int i = 0; i < 50; ++i)
-        m_clock.insertAlarm(dated({11, 30}, u"Tea\n& <b>cake</b>"_qs));
+        m_clock.insertAlarm(
+            AlarmOf{.title = "Tea\n& <b>cake</b>", .kind = Alarm::Dated, .time = "11-24 11:30"}
+                .alarm());
     m_loop.runPending();
     EXPECT_EQ(m_item.iconsSent, 2) << "one pass for fifty changes";
 
@@ -81,16 +78,14 @@ TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
 
 TEST_F(StatusViewTest, toolTipDropsTheDateSixDaysAhead) {
     StatusView view(m_loop, m_clock, m_notifications, m_item);
-    const AlarmPtr alarm = dated({11, 30});
-    alarm->setTime(alarm->storedTime().addDays(8));
-    m_clock.insertAlarm(alarm);
+    m_clock.insertAlarm(AlarmOf{.kind = Alarm::Dated, .time = "12-02 11:30"}.alarm());
     m_loop.advance(7 * 24h);
     EXPECT_EQ(m_item.toolTips.mid(1), (QStringList{u"Wed, 2 Dec, 11:30"_qs, u"Wed, 11:30"_qs}));
 }
 
 TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {
     StatusView view(m_loop, m_clock, m_notifications, m_item);
-    m_clock.insertAlarm(timer(7));
+    m_clock.insertAlarm(AlarmOf{.minutes = 7}.alarm());
     m_loop.advance(1s);
     int performed = 0;
     view.setTarget([&] { ++performed; });

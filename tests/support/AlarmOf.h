@@ -23,6 +23,8 @@ struct AlarmOf {
     const char* sound = nullptr; // the path of what it plays
     const char* voice = nullptr; // speaks its title
     bool fades = false;
+    bool isPreset = false; // made from the menu
+    bool isListed = false; // among the stored alarms in the menu
 
     [[nodiscard]] AlarmPtr alarm() const {
         AlarmPtr made = Alarm::create();
@@ -46,6 +48,8 @@ struct AlarmOf {
         made->setIsSpeakAlarmName(voice);
         made->setVoiceName(QString::fromUtf8(voice));
         made->setShouldFadeIn(fades);
+        made->setIsDefaultAlarm(isPreset);
+        made->setIsExisInActiveAlarmList(isListed);
         return made;
     }
 };
