@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "breaks/PendixTakeABreakSettings.h"
 
-#include "core/KeyedArchiver.h"
-#include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UserDefaults.h"
 #include "platform/UserFolders.h"
@@ -111,30 +109,6 @@ void PendixTakeABreakSettings::writePath(const QString& key, const QString& path
 
 void PendixTakeABreakSettings::writePrefsAndSync() {
     writePrefs();
-}
-
-void PendixTakeABreakSettings::encodeWithCoder(KeyedArchiver& coder) const {
-    qCInfo(logBreaks, "encodeWithCoder PendixTakeABreakSettings");
-    coder.encodeBool(m_enableTakeABreak != 0, enableKey);
-    coder.encodeInt(m_takeABreakDuration, durationKey);
-    coder.encodeInt(m_takeABreakFrequency, frequencyKey);
-    coder.encodeInt(m_takeARepeatFrequency, repeatKey);
-    coder.encodeObject(m_soundPath, soundKey);
-    coder.encodeObject(m_durationSoundPath, durationSoundKey);
-    coder.encodeBool(m_showRespito != 0, showKey);
-    coder.encodeBool(m_respitoStatus != 0, statusKey);
-}
-
-void PendixTakeABreakSettings::initWithCoder(const KeyedUnarchiver::Object& coder) {
-    setEnableTakeABreak(coder.decodeBool(enableKey));
-    // The duration lands in the wrong place and is lost: archives have always read like that.
-    setTakeABreakFrequency(coder.decodeInt(durationKey));
-    setTakeABreakFrequency(coder.decodeInt(frequencyKey));
-    setTakeARepeatFrequency(coder.decodeInt(repeatKey));
-    setSoundPath(coder.decodeString(soundKey));
-    setDurationSoundPath(coder.decodeString(durationSoundKey));
-    setShowRespito(coder.decodeBool(showKey));
-    setRespitoStatus(coder.decodeBool(statusKey));
 }
 
 } // namespace dorvane

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/KeyedUnarchiver.h"
 #include "platform/RunLoop.h"
 
 #include <QString>
 
 namespace dorvane {
 
-class KeyedArchiver;
 class NotificationCenter;
 class UserDefaults;
 struct UserFolders;
@@ -35,9 +33,6 @@ public:
     void writePrefs();
     // Writes only; the preferences reach the disk in their own time, soon afterwards.
     void writePrefsAndSync();
-
-    void encodeWithCoder(KeyedArchiver& coder) const;
-    void initWithCoder(const KeyedUnarchiver::Object& coder);
 
     // Yes is any value but 0; one byte, as it is stored.
     using Flag = qint8;

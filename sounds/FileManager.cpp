@@ -83,17 +83,4 @@ bool contentsEqual(const QString& path, const QString& otherPath) {
     return true;
 }
 
-std::optional<QString> uniqueFileInDirectory(const QString& folder, const QString& extension,
-                                             const QDateTime& now) {
-    const QDateTime referenceDate(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC);
-    const qint64 seconds = referenceDate.secsTo(now);
-    for (int i = 0; i < 100; ++i) {
-        QString candidate =
-            QStringLiteral("%1/%2%3.%4").arg(folder).arg(seconds).arg(i).arg(extension);
-        if (!QFileInfo::exists(candidate))
-            return candidate;
-    }
-    return {};
-}
-
 } // namespace dorvane

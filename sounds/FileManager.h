@@ -21,9 +21,4 @@ QString copyItem(const QString& source, const QString& destination,
 // Whether both files can be read and hold the same bytes.
 [[nodiscard]] bool contentsEqual(const QString& path, const QString& otherPath);
 
-// A path in `folder` where no file is yet: the whole seconds from 1 January 2001 to `now`, a number
-// from 0 to 99, and the extension. Nothing when all hundred are taken.
-[[nodiscard]] std::optional<QString>
-uniqueFileInDirectory(const QString& folder, const QString& extension, const QDateTime& now);
-
 } // namespace dorvane

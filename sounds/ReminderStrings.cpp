@@ -25,9 +25,7 @@ constexpr std::size_t mostEntries = 15;
 } // namespace
 
 ReminderStrings::ReminderStrings(Surroundings surroundings)
-    : m_surroundings(std::move(surroundings))
-    , m_folder(soundDirectory(m_surroundings.user))
-    , m_self(std::make_shared<ReminderStrings*>(this)) {
+    : m_surroundings(std::move(surroundings)), m_folder(soundDirectory(m_surroundings.user)) {
     refreshContent();
 }
 
@@ -201,11 +199,7 @@ void ReminderStrings::postReminderChangedNotificationWithDelay() {
 }
 
 void ReminderStrings::defer(std::function<void(ReminderStrings&)> work) {
-    m_surroundings.runLoop.defer([self = std::weak_ptr(m_self), work = std::move(work)] {
-        ReminderStrings* const* const alive = self.lock().get();
-        if (alive)
-            work(**alive);
-    });
+    m_surroundings.runLoop.defer(m_lifeline.guard(std::move(work)));
 }
 
 } // namespace dorvane

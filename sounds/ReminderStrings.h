@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Lifeline.h"
 #include "platform/UserFolders.h"
 #include "sounds/StringContainer.h"
 
@@ -8,7 +9,6 @@
 #include <QPointer>
 
 #include <functional>
-#include <memory>
 #include <vector>
 
 namespace dorvane {
@@ -87,8 +87,8 @@ private:
     const QString m_folder;
     std::vector<StringContainer> m_stringContainers;
     QPointer<ReminderComboBox> m_comboBox;
-    QString m_typed;                          // before what is typed now
-    std::shared_ptr<ReminderStrings*> m_self; // what deferred calls hold weakly
+    QString m_typed; // before what is typed now
+    Lifeline<ReminderStrings> m_lifeline{*this};
 };
 
 } // namespace dorvane

@@ -28,22 +28,21 @@ struct VirtualRunLoop::Entry {
 
 class VirtualRunLoop::EntryRegistration final : public RunLoopTimer::Registration {
 public:
-    EntryRegistration(std::weak_ptr<VirtualRunLoop*> loop, Id id)
+    EntryRegistration(Lifeline<VirtualRunLoop>::Weak loop, Id id)
         : m_loop(std::move(loop)), m_id(id) {}
     EntryRegistration(const EntryRegistration&) = delete;
     EntryRegistration& operator=(const EntryRegistration&) = delete;
     ~EntryRegistration() override {
-        if (const auto loop = m_loop.lock())
-            const auto gone = (*loop)->m_entries.extract(m_id);
+        if (VirtualRunLoop* const loop = m_loop.get())
+            const auto gone = loop->m_entries.extract(m_id);
     }
 
 private:
-    std::weak_ptr<VirtualRunLoop*> m_loop;
+    Lifeline<VirtualRunLoop>::Weak m_loop;
     Id m_id;
 };
 
-VirtualRunLoop::VirtualRunLoop(const QDateTime& start)
-    : m_wallAtZero(sinceEpoch(start)), m_self(std::make_shared<VirtualRunLoop*>(this)) {}
+VirtualRunLoop::VirtualRunLoop(const QDateTime& start) : m_wallAtZero(sinceEpoch(start)) {}
 
 VirtualRunLoop::~VirtualRunLoop() = default;
 
@@ -105,7 +104,7 @@ void VirtualRunLoop::setWall(const QDateTime& wall) {
 RunLoopTimer VirtualRunLoop::add(Entry entry) {
     entry.id = m_nextId++;
     m_entries.emplace(entry.id, std::make_shared<Entry>(std::move(entry)));
-    return RunLoopTimer(std::make_unique<EntryRegistration>(m_self, m_nextId - 1));
+    return RunLoopTimer(std::make_unique<EntryRegistration>(m_lifeline.weak(), m_nextId - 1));
 }
 
 RunLoop::Milliseconds VirtualRunLoop::dueTime(const Entry& entry) const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Lifeline.h"
 #include "platform/RunLoop.h"
 
 #include <cstdint>
@@ -69,7 +70,7 @@ private:
     std::map<Id, std::shared_ptr<Entry>> m_entries;
     std::deque<Callback> m_deferred;
     Callback m_woken;
-    std::shared_ptr<VirtualRunLoop*> m_self;
+    Lifeline<VirtualRunLoop> m_lifeline{*this};
     Id m_nextId = 1;
     int m_trackingDepth = 0;
     bool m_forgetsMoments = false;

@@ -39,22 +39,21 @@ public:
 
 class QtRunLoop::EntryRegistration final : public RunLoopTimer::Registration {
 public:
-    EntryRegistration(std::weak_ptr<QtRunLoop*> loop, Id id) : m_loop(std::move(loop)), m_id(id) {}
+    EntryRegistration(Lifeline<QtRunLoop>::Weak loop, Id id) : m_loop(std::move(loop)), m_id(id) {}
     EntryRegistration(const EntryRegistration&) = delete;
     EntryRegistration& operator=(const EntryRegistration&) = delete;
     ~EntryRegistration() override {
-        if (const auto loop = m_loop.lock())
-            (*loop)->remove(m_id);
+        if (QtRunLoop* const loop = m_loop.get())
+            loop->remove(m_id);
     }
 
 private:
-    std::weak_ptr<QtRunLoop*> m_loop;
+    Lifeline<QtRunLoop>::Weak m_loop;
     Id m_id;
 };
 
 QtRunLoop::QtRunLoop()
-    : m_wallClock({.reached = [this] { fireDue(); }, .wasSet = [this] { clockWasSet(); }})
-    , m_self(std::make_shared<QtRunLoop*>(this)) {
+    : m_wallClock({.reached = [this] { fireDue(); }, .wasSet = [this] { clockWasSet(); }}) {
     m_uptime.start();
     m_wake.setSingleShot(true);
     m_wake.setTimerType(Qt::PreciseTimer);
@@ -135,7 +134,7 @@ RunLoopTimer QtRunLoop::add(std::shared_ptr<Entry> entry) {
     const Id id = m_nextId++;
     m_entries.emplace(id, std::move(entry));
     arm();
-    return RunLoopTimer(std::make_unique<EntryRegistration>(m_self, id));
+    return RunLoopTimer(std::make_unique<EntryRegistration>(m_lifeline.weak(), id));
 }
 
 void QtRunLoop::remove(Id id) {

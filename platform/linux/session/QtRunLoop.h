@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Lifeline.h"
 #include "platform/linux/session/WallClock.h"
 #include "platform/RunLoop.h"
 
@@ -56,7 +57,7 @@ private:
     QElapsedTimer m_uptime;
     std::map<Id, std::shared_ptr<Entry>> m_entries;
     // Expires with the loop, so that a timer handle may outlive it.
-    std::shared_ptr<QtRunLoop*> m_self;
+    Lifeline<QtRunLoop> m_lifeline{*this};
     Id m_nextId = 1;
     int m_trackingDepth = 0;
 };
