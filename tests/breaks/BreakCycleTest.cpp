@@ -2,11 +2,8 @@
 #include "breaks/BreakCycle.h"
 
 #include "breaks/PendixTakeABreakSettings.h"
-#include "platform/NotificationCenter.h"
-#include "platform/UserFolders.h"
-#include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/MemoryDefaults.h"
-#include "tests/support/Testing.h"
 
 using namespace dorvane::testing;
 
@@ -50,7 +47,7 @@ private:
     bool m_isVisible = false;
 };
 
-struct Rig {
+struct Rig : FakeDesktop {
     Rig() {
         settings.loadPrefs();
         settings.setSoundPath(u"in"_qs);
@@ -73,13 +70,8 @@ struct Rig {
         return settings.RespitoStatus() != 0;
     }
 
-    VirtualRunLoop loop{at("2026-11-23 08:00")};
-    Trace trace{loop};
-    NotificationCenter notifications;
     MemoryDefaults defaults;
-    UserFolders user;
     PendixTakeABreakSettings settings{defaults, user, loop, notifications};
-    FakeSoundPlayer player{loop, trace};
     bool tellsAll = false;
     std::shared_ptr<TracedSheet> sheet; // the last one
     BreakCycle cycle{{.runLoop = loop, .settings = settings, .player = player, .makeSheet = [this] {

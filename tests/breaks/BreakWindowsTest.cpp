@@ -9,11 +9,9 @@
 #include "firing/SoundRepeat.h"
 #include "platform/Bundle.h"
 #include "platform/linux/preferences/LibplistFormat.h"
-#include "platform/UserFolders.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/PullDownPopUp.h"
-#include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/FakeWorkspace.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/Windows.h"
 
@@ -23,13 +21,13 @@ using namespace dorvane::testing;
 
 namespace {
 
-class BreakWindowsTest : public ::testing::Test {
+class BreakWindowsTest : public FakeDesktopTest {
 protected:
     BreakWindowsTest() {
         QDir().mkpath(QFileInfo(m_tink).path());
         QFile(m_tink).open(QIODevice::WriteOnly);
     }
-    ~BreakWindowsTest() override { m_loop.runPending(); }
+    ~BreakWindowsTest() override { loop.runPending(); }
 
     template<typename Control>
     [[nodiscard]] Control* find(const char* name) const {
@@ -54,45 +52,38 @@ protected:
         EXPECT_FALSE(sheet());
     }
 
-    VirtualRunLoop m_loop{at("2026-11-23 08:00")};
-    Trace m_trace{m_loop};
-    QTemporaryDir m_folder;
-    const QString m_tink = m_folder.filePath(u"Dorvane/Rings/Tink.aiff"_qs);
-    UserFolders m_user{m_folder.path(), m_folder.path(), m_folder.path(), m_folder.path()};
-    NotificationCenter m_notifications;
+    const QString m_tink = path("Dorvane/Rings/Tink.aiff");
     MemoryDefaults m_defaults;
     LibplistFormat m_format;
     Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
-    FakeWorkspace m_workspace{m_trace};
-    FakeSoundPlayer m_player{m_loop, m_trace};
-    SoundRepeat m_repeat{m_loop, m_player};
-    AudioStorageController m_library{m_loop, m_user, {}, m_player, m_workspace};
-    RespitoAudioPlayerController m_track{m_loop, m_player, m_bundle};
-    PendixTakeABreakSettings m_settings{m_defaults, m_user, m_loop, m_notifications};
-    ClockBreaks m_clock{m_loop, m_settings, m_defaults, m_player};
+    SoundRepeat m_repeat{loop, player};
+    AudioStorageController m_library{loop, user, {}, player, workspace};
+    RespitoAudioPlayerController m_track{loop, player, m_bundle};
+    PendixTakeABreakSettings m_settings{m_defaults, user, loop, notifications};
+    ClockBreaks m_clock{loop, m_settings, m_defaults, player};
     BreakCycle m_cycle{
-        {.runLoop = m_loop, .settings = m_settings, .player = m_player, .makeSheet = [this] {
+        {.runLoop = loop, .settings = m_settings, .player = player, .makeSheet = [this] {
              return std::make_shared<CustomModalWindowController>(
-                 m_loop, m_window.window(),
+                 loop, m_window.window(),
                  CustomModalWindowController::Actions{[this] { m_cycle.disableRespito(); },
                                                       [this] { m_window.showWindow(); }});
          }}};
     PendixRespitoWindowsController m_window{
-        {.runLoop = m_loop,
+        {.runLoop = loop,
          .settings = m_settings,
          .cycle = m_cycle,
          .clock = m_clock,
          .defaults = m_defaults,
-         .notifications = m_notifications,
+         .notifications = notifications,
          .bundle = m_bundle,
          .propertyLists = m_format,
-         .player = m_player,
+         .player = player,
          .repeat = m_repeat,
          .library = m_library,
-         .workspace = m_workspace,
+         .workspace = workspace,
          .audioPlayer = [this]() -> RespitoAudioPlayerController& { return m_track; },
-         .showRecordingWindow = [this](const QWidget&) { m_trace.add(u"record"_qs); },
-         .beep = [this] { m_trace.add(u"beep"_qs); }}};
+         .showRecordingWindow = [this](const QWidget&) { trace.add(u"record"_qs); },
+         .beep = [this] { trace.add(u"beep"_qs); }}};
 };
 
 TEST(BreakFormatterTest, TakesWhatCanBecomeANumberItAllows) {
@@ -121,14 +112,14 @@ TEST_F(BreakWindowsTest, SlidersAndFieldsGoTogetherAndAreStored) {
         find<QLineEdit>("textBreakFreq")->clear();
         QTest::keyClicks(find<QLineEdit>("textBreakFreq"), QString::fromLatin1(typed));
     }
-    EXPECT_EQ(m_trace.events(), std::vector<std::string>{"0 beep"});
+    EXPECT_EQ(trace.events(), std::vector<std::string>{"0 beep"});
     EXPECT_EQ(text("textBreakFreq"), u"60"_qs);
     EXPECT_EQ(find<QSlider>("breakFreqSlider")->value(), 60);
     EXPECT_EQ(stored("PendixTakeABreakFrequency"), 60);
 
     click("startRespito");
     find<QSlider>("breakDurationSlider")->setValue(9);
-    EXPECT_EQ(stored("NextDate").toDateTime(), m_loop.now().addSecs(540));
+    EXPECT_EQ(stored("NextDate").toDateTime(), loop.now().addSecs(540));
     click("stopRespito");
     EXPECT_FALSE(stored("NextDate").isValid());
 }
@@ -138,7 +129,7 @@ TEST_F(BreakWindowsTest, StartedFromTheWindowTheBreaksFollowEachOther) {
     click("startRespito");
     EXPECT_FALSE(find<QWidget>("startRespito")->isEnabled());
     for (const char* left : {"05:00", "04:59"}) {
-        m_loop.advance(25min);
+        loop.advance(25min);
         ASSERT_TRUE(sheet()) << left;
         EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
         EXPECT_EQ(sheet()->findChild<QLabel*>(u"showBreakTime"_qs)->text(),
@@ -146,11 +137,11 @@ TEST_F(BreakWindowsTest, StartedFromTheWindowTheBreaksFollowEachOther) {
         sheet()->close(); // is done, too
         ASSERT_FALSE(sheet());
     }
-    m_loop.advance(25min);
+    loop.advance(25min);
     clickInSheet("stopBreak");
     EXPECT_TRUE(find<QWidget>("startRespito")->isEnabled());
     EXPECT_FALSE(find<QWidget>("skipRespito")->isEnabled());
-    m_loop.advance(1h);
+    loop.advance(1h);
     EXPECT_FALSE(sheet());
 }
 
@@ -162,9 +153,9 @@ TEST_F(BreakWindowsTest, StoppedInTheWindowTheTimerStillCalls) {
     click("stopRespito");
     EXPECT_EQ(stored("PendixRespitoStatus"), 0);
     EXPECT_EQ(find<QLabel>("nextBreakTime")->text(), u"Respito is Off"_qs);
-    m_loop.advance(25min);
+    loop.advance(25min);
     clickInSheet("preferences");
-    m_loop.advance(25min);
+    loop.advance(25min);
     EXPECT_TRUE(sheet());
     m_cycle.disableRespito();
 }
@@ -185,8 +176,8 @@ TEST_F(BreakWindowsTest, EachSwitchHasItsSound) {
     click("playButton");
     choose(3);
     EXPECT_EQ(stored("PendixTakeADurationSoundPath"), m_tink);
-    m_loop.runPending();
-    EXPECT_THAT(m_trace.events(),
+    loop.runPending();
+    EXPECT_THAT(trace.events(),
                 ElementsAre("0 record", EndsWith("Basso.aiff play"), EndsWith("Tink.aiff play"),
                             EndsWith("Tink.aiff play")));
 }
@@ -196,16 +187,16 @@ TEST_F(BreakWindowsTest, TheBuiltInStartSoundOpensThePlayerForBothSwitches) {
     m_window.showWindow();
     click("breakDuration");
     click("playButton");
-    m_loop.advance(500ms);
+    loop.advance(500ms);
     click("playButton");
     EXPECT_TRUE(m_track.isWindowOpen());
     for (QWidget* window : QApplication::topLevelWidgets())
         if (window->isVisible() && window != m_window.window())
             window->close();
-    m_loop.runPending();
+    loop.runPending();
     EXPECT_FALSE(m_track.isWindowOpen());
     click("playButton");
-    EXPECT_THAT(m_trace.events(),
+    EXPECT_THAT(trace.events(),
                 ElementsAre(EndsWith("Respito.mp3 play"), EndsWith("Respito.mp3 dropped"),
                             EndsWith("Respito.mp3 play")));
 }

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "breaks/PendixTakeABreakSettings.h"
 
-#include "platform/NotificationCenter.h"
-#include "platform/UserFolders.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/MemoryDefaults.h"
-#include "tests/support/Testing.h"
 
 #include <QRegularExpression>
 
@@ -12,7 +10,7 @@ using namespace dorvane::testing;
 
 namespace {
 
-class BreakSettingsTest : public ::testing::Test {
+class BreakSettingsTest : public FakeDesktopTest {
 protected:
     // Every value in one line, in the order in which they are read.
     QString loaded(const QVariantMap& stored) {
@@ -34,11 +32,9 @@ protected:
             .arg(paths.join(u' '));
     }
 
-    VirtualRunLoop m_loop{at("2026-11-23 08:00")};
-    NotificationCenter m_notifications;
     MemoryDefaults m_defaults;
     UserFolders m_user{.home = {}, .caches = u"/c"_qs, .configuration = {}, .data = {}};
-    PendixTakeABreakSettings m_settings{m_defaults, m_user, m_loop, m_notifications};
+    PendixTakeABreakSettings m_settings{m_defaults, m_user, loop, notifications};
 };
 
 const auto enable = u"PendixEnableTakeABreak"_qs;
@@ -76,9 +72,9 @@ TEST_F(BreakSettingsTest, WrittenSettingsReachTheDiskByThemselvesAndComeBack) {
     m_settings.setDurationSoundPath(u"/out"_qs);
     m_settings.writePrefsAndSync();
     EXPECT_FALSE(m_defaults.written().contains(endSound));
-    m_loop.advance(2s);
+    loop.advance(2s);
     MemoryDefaults next(m_defaults.written());
-    PendixTakeABreakSettings read(next, m_user, m_loop, m_notifications);
+    PendixTakeABreakSettings read(next, m_user, loop, notifications);
     read.loadPrefs();
     EXPECT_EQ(text(read).toStdString(), "5 3 60 4 0 1 /in /out");
 

@@ -2,7 +2,7 @@
 #include "breaks/RespitoAudioPlayerController.h"
 
 #include "platform/Bundle.h"
-#include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/Windows.h"
 
 #include <QToolButton>
@@ -14,11 +14,11 @@ namespace {
 const QString track = QStringLiteral(DORVANE_BUNDLE "/Resources/Respito.mp3");
 
 // The real window and a track of 95 seconds that takes 200 ms to load.
-class RespitoAudioPlayerTest : public ::testing::Test {
+class RespitoAudioPlayerTest : public FakeDesktopTest {
 protected:
     RespitoAudioPlayerTest() {
-        m_player.setFile(track, {.duration = 95s, .loadDelay = 200ms});
-        m_controller.setWindowWillClose([this] { m_trace.add(u"closed"_qs); });
+        player.setFile(track, {.duration = 95s, .loadDelay = 200ms});
+        m_controller.setWindowWillClose([this] { trace.add(u"closed"_qs); });
         const LogCapture platformNotes; // of the offscreen platform
         m_controller.showWindow();
     }
@@ -45,11 +45,8 @@ protected:
         return parts.join(u' ').toStdString();
     }
 
-    VirtualRunLoop m_loop{at("2026-11-24 07:30")};
-    Trace m_trace{m_loop};
-    FakeSoundPlayer m_player{m_loop, m_trace};
     const Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
-    RespitoAudioPlayerController m_controller{m_loop, m_player, m_bundle};
+    RespitoAudioPlayerController m_controller{loop, player, m_bundle};
 };
 
 TEST_F(RespitoAudioPlayerTest, playsPausesSeeksAndStops) {
@@ -81,14 +78,14 @@ TEST_F(RespitoAudioPlayerTest, playsPausesSeeksAndStops) {
     };
     for (const auto& step : steps) {
         step.act();
-        m_loop.advance(step.then);
+        loop.advance(step.then);
         EXPECT_EQ(shown(), step.shown) << "step " << &step - steps;
     }
     EXPECT_FALSE(m_controller.isWindowOpen());
-    EXPECT_TRUE(m_player.sounds().empty());
-    EXPECT_LT(m_loop.firings(), 1750) << "ten times in each second that was heard, and never else";
+    EXPECT_TRUE(player.sounds().empty());
+    EXPECT_LT(loop.firings(), 1750) << "ten times in each second that was heard, and never else";
     std::vector<std::string> heard;
-    for (const std::string& event : m_trace.events())
+    for (const std::string& event : trace.events())
         heard.push_back(event.substr(event.rfind('/') + 1));
     EXPECT_THAT(heard,
                 ElementsAre("Respito.mp3 play", "Respito.mp3 pause", "Respito.mp3 seek 10.000",
@@ -99,19 +96,19 @@ TEST_F(RespitoAudioPlayerTest, playsPausesSeeksAndStops) {
 }
 
 TEST_F(RespitoAudioPlayerTest, trackThatCannotBePlayedLeavesItIdle) {
-    m_player.hasServer = false;
+    player.hasServer = false;
     m_controller.playVideo();
     EXPECT_EQ(shown(), "play 00:00 00:00 at 0");
-    m_player.hasServer = true;
-    m_player.setFile(track, {.isPlayable = false});
+    player.hasServer = true;
+    player.setFile(track, {.isPlayable = false});
     m_controller.playVideo();
-    m_loop.advance(1s);
+    loop.advance(1s);
     EXPECT_EQ(shown(), "play 00:00 00:00 at 0");
-    m_player.setFile(track, {.duration = 95s});
+    player.setFile(track, {.duration = 95s});
     m_controller.playVideo();
     click("resumeButton");
-    m_player.fail();
-    m_loop.advance(1s);
+    player.fail();
+    loop.advance(1s);
     EXPECT_EQ(shown(), "play 00:00 01:35 at 0");
 }
 
@@ -120,7 +117,7 @@ TEST_F(RespitoAudioPlayerTest, spacePlaysAndPausesWhereverTheFocusWent) {
     std::string states;
     for (int press = 0; press < 4; ++press) {
         QTest::keyClick(window->focusWidget(), Qt::Key_Space);
-        m_loop.advance(1s);
+        loop.advance(1s);
         states += shown().substr(0, 4) + " ";
     }
     control<QSlider>("timeSlider").setFocus();

@@ -3,9 +3,7 @@
 
 #include "platform/Bundle.h"
 #include "sounds/ReminderStrings.h"
-#include "tests/support/FakeAudioRecorder.h"
-#include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/FakeWorkspace.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/Windows.h"
 
 using namespace dorvane::testing;
@@ -14,19 +12,12 @@ namespace {
 
 // One window for good: what was recorded in it is kept, what was discarded is not, and it opens
 // again after it was closed.
-TEST(RespitoReminderTest, recordsWithOneButtonAndOpensAgain) {
-    const QTemporaryDir caches;
-    UserFolders user;
-    user.caches = caches.path();
-    VirtualRunLoop loop{at("2026-11-24 07:30")};
-    Trace trace{loop};
-    FakeSoundPlayer player{loop, trace};
-    FakeAudioRecorder recorder{loop, trace};
-    NotificationCenter center;
-    FakeWorkspace workspace{trace};
+using RespitoReminderTest = FakeDesktopTest;
+
+TEST_F(RespitoReminderTest, recordsWithOneButtonAndOpensAgain) {
     const Bundle bundle{QStringLiteral(DORVANE_BUNDLE), {}};
     const auto controller = RespitoReminderController::create(
-        {loop, center, recorder, player, workspace, bundle, user,
+        {loop, notifications, recorder, player, workspace, bundle, user,
          [](const QString& path) { return path.endsWith(u".aiff"_qs); }});
     for (const char* title : {"Stand up", "Sit down"}) {
         {

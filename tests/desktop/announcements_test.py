@@ -8,7 +8,6 @@ That manager needs a private view of /run/systemd and of the control groups, whi
 from __future__ import annotations
 
 import os
-import plistlib
 import subprocess
 import sys
 import tempfile
@@ -16,11 +15,11 @@ import time
 import unittest
 from pathlib import Path
 
-from virtual_desktop.archive import Alarm, archive
-from virtual_desktop.processes import wait_for
+from virtual_desktop.archive import Alarm
+from virtual_desktop.processes import Processes, wait_for
+from virtual_desktop.program import Program, User
 
 _SKIPPED = 77
-_PROGRAM = os.environ.get("DORVANE_PROGRAM", "build/release/Dorvane.app/dorvane")
 _PRIVATE = "DORVANE_PRIVATE_MANAGER"
 _NOTIFIER = """
 import sys
@@ -60,26 +59,18 @@ class AnnouncementsTest(unittest.TestCase):
     def setUp(self) -> None:
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
-        self.home = Path(folder.name)
-        self.units = self.home / ".config/systemd/user"
-        self.env = {"HOME": str(self.home), "XDG_RUNTIME_DIR": str(self.home), "LANG": "C.UTF-8",
-                    "PATH": "/usr/bin:/bin", "QT_QPA_PLATFORM": "offscreen", "TZ": "UTC",
-                    "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.home}/bus"}
+        self.run_folder = Path(folder.name)
+        self.processes = Processes(self.run_folder)
+        self.addCleanup(self.processes.stop_all)
+        self.user = User(self.run_folder / "user")
+        self.units = self.user.home / ".config/systemd/user"
+        self.env = {**self.user.environment(), "XDG_RUNTIME_DIR": str(self.run_folder),
+                    "LANG": "C.UTF-8", "PATH": "/usr/bin:/bin", "QT_QPA_PLATFORM": "offscreen",
+                    "TZ": "UTC", "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.run_folder}/bus"}
         self.manager = self.start_manager()
 
-    def start(self, *command: str) -> subprocess.Popen[bytes]:
-        with (self.home / f"{Path(command[0]).name}.log").open("ab") as log:
-            process = subprocess.Popen(command, env=self.env, stdout=log, stderr=log)
-        self.addCleanup(self.end, process)
-        return process
-
-    def end(self, process: subprocess.Popen[bytes]) -> int:
-        if process.poll() is None:
-            process.terminate()
-        return process.wait(20)
-
     def start_manager(self) -> subprocess.Popen[bytes]:
-        manager = self.start("/lib/systemd/systemd", "--user")
+        manager = self.processes.start(["/lib/systemd/systemd", "--user"], self.env, "manager")
         wait_for("the user manager", lambda: "timers.target" in self.systemctl("list-units"), 20)
         return manager
 
@@ -89,25 +80,23 @@ class AnnouncementsTest(unittest.TestCase):
 
     def start_notifier(self) -> None:
         """Somebody who shows notifications, makes sounds for them and writes down what is asked."""
-        self.start("/usr/bin/python3", "-c", _NOTIFIER, str(self.home / "shown"))
+        self.processes.start(["/usr/bin/python3", "-c", _NOTIFIER, str(self.run_folder / "shown")],
+                             self.env, "notifier")
 
     def shown(self) -> str:
-        file = self.home / "shown"
+        file = self.run_folder / "shown"
         return file.read_text() if file.exists() else ""
 
     def run_and_quit(self, alarms: list[Alarm], seconds: float = 1.0) -> float:
         """One run of the program with these alarms; how long its orderly end took."""
-        preferences = self.home / ".config/Dorvane/com.brackenfold.Dorvane.plist"
-        preferences.parent.mkdir(parents=True, exist_ok=True)
-        preferences.write_bytes(plistlib.dumps({"AcitveAlarmsStoredKey": archive(alarms)}))
-        program = self.start(_PROGRAM)
-        log = self.home / "dorvane.log"
-        wait_for("the program", lambda: log.exists() and b"is running on" in log.read_bytes())
-        log.unlink()
+        self.user.set_running_alarms(*alarms)
+        self.processes.log_path("dorvane").unlink(missing_ok=True)
+        program = Program(self.processes, self.env, self.user, "dorvane")
+        program.wait_for_log("is running on")
         time.sleep(seconds)
         self.assertEqual(self.timers(), [], "nothing is announced while the program rings itself")
         begun = time.monotonic()
-        self.assertEqual(self.end(program), 0)
+        self.assertEqual(program.quit(), 0)
         return time.monotonic() - begun
 
     @staticmethod
@@ -128,9 +117,9 @@ class AnnouncementsTest(unittest.TestCase):
                      "'sound-name': 'alarm-clock-elapsed'"):
             self.assertIn(part, self.shown())
         self.assertNotIn("Noon", self.shown())
-        self.end(self.manager)  # the computer is off when the second is due
+        self.processes.stop(self.manager, 20.0)  # the computer is off when the second is due
         self.sleep_until(soon + 7)
-        (self.home / "shown").unlink()
+        (self.run_folder / "shown").unlink()
         self.manager = self.start_manager()
         self.start_notifier()  # the desktop comes up after the timers
         wait_for("the second announcement", lambda: "Noon" in self.shown(), 30)
@@ -141,7 +130,7 @@ class AnnouncementsTest(unittest.TestCase):
         self.assertEqual(self.systemctl("list-timers").count("dorvane-announce@"), 100)
         self.run_and_quit([], 4.0)
         wait_for("their end", lambda: "dorvane" not in self.systemctl("list-timers"))
-        left = [file for file in self.home.rglob("*dorvane-*") if "run" not in file.parts]
+        left = [file for file in self.user.home.rglob("*dorvane-*")]
         self.assertEqual(left, [])
 
 

@@ -30,7 +30,7 @@ class WaybarTest(unittest.TestCase):
         screen, panel = self.desktop.screen, self.desktop.panel.AREA
         screen.move_to((400, 500))
         before = screen.picture()
-        program = self.desktop.start()
+        program = self.desktop.start(self.desktop.new_user())
         self.desktop.panel.wait_for_icon()
         icon = wait_for("the icon", lambda: changed_rect(before, screen.picture(), panel))
 

@@ -23,7 +23,7 @@ namespace {
 // A Wednesday evening.
 class AlarmSetControllerTest : public ::testing::Test, public EditorFixture {
 protected:
-    AlarmSetControllerTest() : EditorFixture(at("2026-11-18 20:05:20")) {}
+    AlarmSetControllerTest() : EditorFixture("11-18 20:05:20") {}
 
     void open(const AlarmPtr& alarm = nullptr) {
         editor.showWithAlarm(alarm);

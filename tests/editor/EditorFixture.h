@@ -8,38 +8,20 @@
 #include "platform/Bundle.h"
 #include "platform/linux/preferences/LibplistFormat.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
-#include "platform/NotificationCenter.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/PullDownPopUp.h"
 #include "sounds/ReminderController.h"
 #include "tests/support/AlarmOf.h"
-#include "tests/support/FakeAudioRecorder.h"
-#include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/FakeSpeechService.h"
-#include "tests/support/FakeWorkspace.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/Windows.h"
 
 namespace dorvane::testing {
 
 // An editor with a library of its own on the disk, at a fixed moment, and a delegate that keeps
 // what it was given.
-class EditorFixture : public AlarmEditorDelegate {
+class EditorFixture : public AlarmEditorDelegate, public FakeDesktop {
 public:
-    explicit EditorFixture(const QDateTime& now)
-        : loop(now)
-        , trace(loop)
-        , player(loop, trace)
-        , speech(loop, trace)
-        , workspace(trace)
-        , bundle(QStringLiteral(DORVANE_TEST_BUNDLE), {})
-        , defaults(folder.filePath(u"defaults.plist"_qs), format, loop)
-        , archive(format)
-        , library(defaults, archive, notifications)
-        , storage(loop, {folder.path(), folder.path(), folder.path(), folder.path()}, {}, player,
-                  workspace)
-        , editor(services()) {
-        editor.setDelegate(this);
-    }
+    explicit EditorFixture(const char* now) : FakeDesktop(now) { editor.setDelegate(this); }
 
     AlarmEditorServices services() {
         return {loop,      bundle,
@@ -50,7 +32,6 @@ public:
     }
 
     ReminderController::Surroundings reminderSurroundings() {
-        const UserFolders user{folder.path(), folder.path(), folder.path(), folder.path()};
         return {loop,
                 notifications,
                 recorder,
@@ -81,7 +62,7 @@ public:
 
     // A sound of the user's.
     QString addSound(const char* name, FakeSoundPlayer::File sound) {
-        QFile file(folder.filePath(u"Dorvane/Sounds/%1.aiff"_qs.arg(QLatin1String(name))));
+        QFile file(home.filePath(u"Dorvane/Sounds/%1.aiff"_qs.arg(QLatin1String(name))));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         player.setFile(file.fileName(), sound);
         return file.fileName();
@@ -105,21 +86,13 @@ public:
         ADD_FAILURE() << "not offered: " << qPrintable(text);
     }
 
-    QTemporaryDir folder;
-    VirtualRunLoop loop;
-    Trace trace;
-    FakeSoundPlayer player;
-    FakeAudioRecorder recorder{loop, trace};
-    FakeSpeechService speech;
-    FakeWorkspace workspace;
-    NotificationCenter notifications;
-    Bundle bundle;
+    Bundle bundle{QStringLiteral(DORVANE_TEST_BUNDLE), {}};
     LibplistFormat format;
-    PropertyListDefaults defaults;
-    AlarmArchive archive;
-    StoredAlarms library;
-    AudioStorageController storage;
-    AlarmSetController editor;
+    PropertyListDefaults defaults{path("defaults.plist"), format, loop};
+    AlarmArchive archive{format};
+    StoredAlarms library{defaults, archive, notifications};
+    AudioStorageController storage{loop, user, {}, player, workspace};
+    AlarmSetController editor{services()};
     std::vector<AlarmPtr> accepted;
     AlarmPtr editedOne;
 };

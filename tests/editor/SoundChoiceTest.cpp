@@ -14,7 +14,7 @@ namespace {
 
 class SoundChoiceTest : public ::testing::Test, public EditorFixture {
 protected:
-    SoundChoiceTest() : EditorFixture(at("2026-11-18 20:05:20")) { editor.showWithAlarm(nullptr); }
+    SoundChoiceTest() : EditorFixture("11-18 20:05:20") { editor.showWithAlarm(nullptr); }
 
     void choose(const QString& name) { pick("selectSoundButton", name); }
     [[nodiscard]] std::string button() {
@@ -95,17 +95,17 @@ TEST_F(SoundChoiceTest, doesNotLetAnUnplayableFileBeChosenUnawares) {
 
 TEST_F(SoundChoiceTest, addsFilesWithoutChoosingThem) {
     QDir().mkpath(QDir::homePath() + u"/Music"_qs);
-    QFile file(folder.filePath(u"Gong.wav"_qs));
+    QFile file(home.filePath(u"Gong.wav"_qs));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("RIFF") > 0 && file.flush());
     click("chooseFileButton");
     auto* panel = editor.findChild<QFileDialog*>();
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->windowTitle(), u"Choose audio file(s)"_qs);
     EXPECT_EQ(panel->directory().dirName(), u"Music"_qs);
-    panel->setDirectory(folder.path());
+    panel->setDirectory(home.path());
     panel->selectFile(file.fileName());
     static_cast<QDialog*>(panel)->accept();
-    const QString copy = folder.filePath(u"Dorvane/Sounds/Gong.wav"_qs);
+    const QString copy = home.filePath(u"Dorvane/Sounds/Gong.wav"_qs);
     EXPECT_TRUE(QTest::qWaitFor([this, &copy] { return storage.addedSounds().contains(copy); }));
     storage.stopLoading(); // the report is on its way then
     loop.runPending();

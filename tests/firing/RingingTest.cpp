@@ -8,9 +8,9 @@
 #include "firing/SoundRepeat.h"
 #include "firing/TextSpeaker.h"
 #include "firing/WindowPlace.h"
+#include "tests/support/AlarmOf.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/FakeSoundOutput.h"
-#include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/FakeSpeechService.h"
 #include "tests/support/Windows.h"
 
 using namespace dorvane::testing;
@@ -18,7 +18,7 @@ using namespace dorvane::testing;
 namespace {
 
 // Rings alarms with real windows; everything that happens goes to one trace.
-class RingingTest : public ::testing::Test,
+class RingingTest : public FakeDesktopTest,
                     protected FlashingIcon,
                     protected WindowPlace,
                     protected SnoozeWindowControllerDelegate {
@@ -27,54 +27,37 @@ protected:
         for (const AlarmPtr& alarm : m_alarms)
             if (alarm->context())
                 alarm->context()->close();
-        m_loop.runPending();
+        loop.runPending();
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    void startFlashing() override { m_trace.add(u"flash"_qs); }
+    void startFlashing() override { trace.add(u"flash"_qs); }
     void stopFlashing() override {}
     [[nodiscard]] QPoint placeFor(QSize) const override { return {300, 40}; }
     void snoozeWindowDidSnooze(SnoozeWindowController& window) override {
-        m_trace.add(window.windowAlarm()->title() + u" snoozed"_qs);
+        trace.add(window.windowAlarm()->title() + u" snoozed"_qs);
     }
     void snoozeWindowDidClear(SnoozeWindowController& window) override {
-        m_trace.add(window.windowAlarm()->title() + u" cleared"_qs);
+        trace.add(window.windowAlarm()->title() + u" cleared"_qs);
         window.close();
     }
 
-    struct Ring {
-        QByteArray title;
-        const char* path = nullptr;
-        const char* voice = nullptr; // speaks its title
-        bool fades = false;
-    };
-    AlarmPtr alarm(const Ring& ring) {
-        const AlarmPtr alarm =
-            Alarm::initWithTime(at("2026-11-24 07:30"), QString::fromLatin1(ring.title));
-        alarm->setIsTimeWithDate(true);
-        alarm->setSnoozeTime(5);
-        alarm->setIsPlaySound(ring.path);
-        alarm->setSoundPath(QString::fromLatin1(ring.path ? ring.path : "unused"));
-        alarm->setIsSpeakAlarmName(ring.voice);
-        alarm->setVoiceName(QString::fromLatin1(ring.voice));
-        alarm->setShouldFadeIn(ring.fades);
-        m_alarms.push_back(alarm);
-        return alarm;
+    AlarmPtr alarm(AlarmOf values) {
+        values.kind = Alarm::Dated;
+        values.time = "11-24 07:30";
+        values.snoozeTime = 5;
+        m_alarms.push_back(values.alarm());
+        if (!values.sound)
+            m_alarms.back()->setSoundPath(u"unused"_qs);
+        return m_alarms.back();
     }
-    AlarmPtr ring(const Ring& ring) {
-        const AlarmPtr ringing = alarm(ring);
+    AlarmPtr ring(const AlarmOf& values) {
+        const AlarmPtr ringing = alarm(values);
         m_ringer.activateAlarm(ringing);
         return ringing;
     }
 
-    static QList<QWidget*> windows() {
-        QList<QWidget*> visible;
-        for (QWidget* widget : QApplication::topLevelWidgets())
-            if (widget->objectName() == u"SnoozeWindowController"_qs && widget->isVisible())
-                visible << widget;
-        return visible;
-    }
-
+    static QList<QWidget*> windows() { return windowsNamed("SnoozeWindowController"); }
     static QWidget* windowOf(const char* title) {
         for (QWidget* window : windows())
             if (window->accessibleName().startsWith(QLatin1String(title)))
@@ -101,69 +84,65 @@ protected:
 
     std::vector<std::string> plays() const {
         std::vector<std::string> found;
-        for (const std::string& event : m_trace.events())
+        for (const std::string& event : trace.events())
             if (event.ends_with(" play"))
                 found.push_back(event.substr(0, event.size() - 5));
         return found;
     }
 
-    VirtualRunLoop m_loop{at("2026-11-24 07:30")};
-    Trace m_trace{m_loop};
-    FakeSoundPlayer m_player{m_loop, m_trace};
-    SoundRepeat m_repeat{m_loop, m_player};
-    FakeSpeechService m_speech{m_loop, m_trace};
-    TextSpeaker m_speaker{m_speech};
-    FakeSoundOutput m_output{m_loop};
+    SoundRepeat m_repeat{loop, player};
+    TextSpeaker m_speaker{speech};
+    FakeSoundOutput m_output{loop};
     FakeSleepInhibitor m_inhibitor;
-    AlarmRinger m_ringer{{m_loop, m_player, m_repeat, m_speaker, *this, *this, *this,
+    AlarmRinger m_ringer{{loop, player, m_repeat, m_speaker, *this, *this, *this,
                           [](const QString& path) { return path == u"ping"_qs; }, m_output,
                           m_inhibitor, [] { return u"ping"_qs; }}};
     std::vector<AlarmPtr> m_alarms;
 };
 
 TEST_F(RingingTest, alertSoundPlaysThreeTimesWhateverTheUserDoes) {
-    const AlarmPtr tea = ring({"tea", "ping"});
+    const AlarmPtr tea = ring({.title = "tea", .sound = "ping"});
     EXPECT_TRUE(tea->isTriggered()) << "before anything else can tick it again";
-    m_loop.advance(500ms);
+    loop.advance(500ms);
     EXPECT_EQ(windows().size(), 1);
     m_ringer.deactivateAlarm(tea);
-    m_loop.advance(10s);
-    EXPECT_THAT(m_trace.events(),
+    loop.advance(10s);
+    EXPECT_THAT(trace.events(),
                 ElementsAre("0 flash", "0 ping play", "1000 ping finished", "1000 ping play",
                             "2000 ping finished", "2000 ping play", "3000 ping finished"));
 }
 
 TEST_F(RingingTest, otherSoundPlaysOnceAndStopsWithItsAlarmOrTheNextOrFades) {
     for (const char* path : {"a", "b", "c"})
-        m_player.setFile(QString::fromLatin1(path), {.duration = 60s});
-    ring({"first", "a"});
-    m_loop.advance(1s);
-    const AlarmPtr second = ring({"second", "b"});
-    m_loop.advance(1s);
+        player.setFile(QString::fromLatin1(path), {.duration = 60s});
+    ring({.title = "first", .sound = "a"});
+    loop.advance(1s);
+    const AlarmPtr second = ring({.title = "second", .sound = "b"});
+    loop.advance(1s);
     m_ringer.deactivateAlarm(second);
-    m_loop.advance(1s);
-    ring({.title = "third", .path = "c", .fades = true});
-    m_loop.advance(60s);
-    std::vector<std::string> heard = m_trace.events();
+    loop.advance(1s);
+    ring({.title = "third", .sound = "c", .fades = true});
+    loop.advance(60s);
+    std::vector<std::string> heard = trace.events();
     std::erase_if(heard, [](const std::string& event) { return event.find("vol") != event.npos; });
     EXPECT_THAT(heard,
                 ElementsAre("0 a play", "0 flash", "1000 a stop", "1000 b play", "1000 flash",
                             "2000 b stop", "3000 c play", "3000 flash", "23000 c stop"));
-    EXPECT_TRUE(m_player.sounds().empty());
+    EXPECT_TRUE(player.sounds().empty());
 }
 
 TEST_F(RingingTest, spokenTitleComesBeforeTheSoundOfAnAlarmThatStillRings) {
-    m_player.setFile(u"song"_qs, {.duration = 2s});
-    const AlarmPtr snoozed = ring({"tea", "song", "Zoe"});
-    m_loop.advance(500ms);
+    player.setFile(u"song"_qs, {.duration = 2s});
+    const AlarmPtr snoozed = ring({.title = "tea", .sound = "song", .voice = "Zoe"});
+    loop.advance(500ms);
     m_ringer.deactivateAlarm(snoozed);
     // Announcements overlap, and each alarm sounds after its own.
-    ring({"cake", "song", "Tom & Tim"});
-    m_loop.advance(400ms);
-    ring({"nap", "ping", "Anna"});
-    ring({"no voice chosen", "rain", ""});
-    m_loop.advance(1500ms);
-    EXPECT_THAT(m_trace.events(),
+    ring({.title = "cake", .sound = "song", .voice = "Tom & Tim"});
+    loop.advance(400ms);
+    ring({.title = "nap", .sound = "ping", .voice = "Anna"});
+    ring({.title = "no voice chosen", .sound = "rain", .voice = ""});
+    loop.advance(1500ms);
+    EXPECT_THAT(trace.events(),
                 ElementsAre("0 flash", "0 Zoe says tea", "500 Tom & Tim says cake", "500 flash",
                             "900 Anna says nap", "900 flash", "900 rain play", "900 flash",
                             "1000 Zoe said tea", "1500 Tom & Tim said cake", "1500 rain stop",
@@ -173,37 +152,38 @@ TEST_F(RingingTest, spokenTitleComesBeforeTheSoundOfAnAlarmThatStillRings) {
 
 TEST_F(RingingTest, preparedAlarmRingsAtOnceAndAsItIsThen) {
     for (const char* path : {"song", "other"})
-        m_player.setFile(QString::fromLatin1(path), {.duration = 2s, .loadDelay = 3s});
-    const AlarmPtr tea = alarm({"tea", "song"});
-    const AlarmPtr cake = alarm({"cake", "song"});
-    for (const AlarmPtr& soon : {tea, cake, alarm({"nap", nullptr, "Zoe"})})
+        player.setFile(QString::fromLatin1(path), {.duration = 2s, .loadDelay = 3s});
+    const AlarmPtr tea = alarm({.title = "tea", .sound = "song"});
+    const AlarmPtr cake = alarm({.title = "cake", .sound = "song"});
+    for (const AlarmPtr& soon : {tea, cake, alarm({.title = "nap", .voice = "Zoe"})})
         m_ringer.prepareAlarm(soon);
-    m_loop.advance(10s);
+    loop.advance(10s);
     m_ringer.activateAlarm(tea);
-    m_loop.advance(5s);
+    loop.advance(5s);
     cake->setSoundPath(u"other"_qs);
     m_ringer.activateAlarm(cake);
-    m_loop.advance(6s);
-    EXPECT_THAT(m_trace.events(), ElementsAre("0 Zoe learns nap", "10000 song play", "10000 flash",
-                                              "12000 song finished", "15000 other play",
-                                              "15000 flash", "20000 other finished"));
-    EXPECT_EQ(m_player.sounds().size(), 1u) << "nobody has taken the song";
-    m_loop.advance(10s);
-    EXPECT_TRUE(m_player.sounds().empty());
+    loop.advance(6s);
+    EXPECT_THAT(trace.events(), ElementsAre("0 Zoe learns nap", "10000 song play", "10000 flash",
+                                            "12000 song finished", "15000 other play",
+                                            "15000 flash", "20000 other finished"));
+    EXPECT_EQ(player.sounds().size(), 1u) << "nobody has taken the song";
+    loop.advance(10s);
+    EXPECT_TRUE(player.sounds().empty());
 }
 
 TEST_F(RingingTest, fileThatCannotBeHeardRingsAsThreePingsAndTheWindowNamesIt) {
     const LogCapture log;
-    m_player.setFile(u"/songs/gone.mp3"_qs, {.isPlayable = false});
-    m_player.setFile(u"/net/hangs"_qs, {.duration = 1s, .loadDelay = 1h});
-    m_player.setFile(u"answered"_qs, {.loadDelay = 2s, .isPlayable = false});
-    ring({"gone", "/songs/gone.mp3"}); // the next one takes its place before that is known
-    const AlarmPtr snoozed = ring({"snoozed", "answered"});
-    m_loop.advance(1s);
+    player.setFile(u"/songs/gone.mp3"_qs, {.isPlayable = false});
+    player.setFile(u"/net/hangs"_qs, {.duration = 1s, .loadDelay = 1h});
+    player.setFile(u"answered"_qs, {.loadDelay = 2s, .isPlayable = false});
+    ring({.title = "gone",
+          .sound = "/songs/gone.mp3"}); // the next one takes its place before that is known
+    const AlarmPtr snoozed = ring({.title = "snoozed", .sound = "answered"});
+    loop.advance(1s);
     m_ringer.deactivateAlarm(snoozed);
-    ring({.title = "hangs", .path = "/net/hangs", .fades = true});
-    ring({"mute", "ping", "No such voice"});
-    m_loop.advance(10s);
+    ring({.title = "hangs", .sound = "/net/hangs", .fades = true});
+    ring({.title = "mute", .sound = "ping", .voice = "No such voice"});
+    loop.advance(10s);
     EXPECT_THAT(notes(), ElementsAre("gone: gone.mp3 is missing: Ping rings.",
                                      "snoozed: ", "hangs: hangs cannot be read: Ping rings.",
                                      "mute: Not heard: the voice No such voice is missing."));
@@ -213,16 +193,16 @@ TEST_F(RingingTest, fileThatCannotBeHeardRingsAsThreePingsAndTheWindowNamesIt) {
 }
 
 TEST_F(RingingTest, windowsOfAlarmsThatAreToBeHeardSayWhyTheyAreNotUntilTheyAre) {
-    m_player.setFile(u"gone"_qs, {.isPlayable = false});
+    player.setFile(u"gone"_qs, {.isPlayable = false});
     using Obstacle = SoundOutputState::Obstacle;
     m_output.setState({.obstacle = Obstacle::Muted, .detail = {}, .volume = 50});
-    const AlarmPtr silent = ring({"silent"});
-    m_loop.advance(1s);
+    const AlarmPtr silent = ring({.title = "silent"});
+    loop.advance(1s);
     EXPECT_TRUE(m_inhibitor.isHeld);
     EXPECT_EQ(m_output.watches(), 0U) << "nobody needs it";
-    const AlarmPtr song = ring({"song", "gone"});
-    const AlarmPtr said = ring({"said", nullptr, "Zoe"});
-    m_loop.advance(1s);
+    const AlarmPtr song = ring({.title = "song", .sound = "gone"});
+    const AlarmPtr said = ring({.title = "said", .voice = "Zoe"});
+    loop.advance(1s);
     const std::string muted = "Not heard: the sound is muted.";
     EXPECT_THAT(notes(), ElementsAre("silent: ", "song: " + muted, "said: " + muted));
     m_output.setState({.obstacle = Obstacle::DummyOutput, .detail = {}, .volume = 50});
@@ -239,14 +219,14 @@ TEST_F(RingingTest, windowsOfAlarmsThatAreToBeHeardSayWhyTheyAreNotUntilTheyAre)
 
 TEST_F(RingingTest, whateverCannotBeHeardStillGetsItsWindowAndTheFlashing) {
     const LogCapture log;
-    ring({"silent"});
-    m_ringer.deactivateAlarm(ring({"answered elsewhere before its turn"}));
-    const AlarmPtr mute = ring({"no such voice", "ping", "Gone"});
-    m_player.hasServer = false;
-    ring({"no server", "ping"});
-    m_loop.advance(1s);
+    ring({.title = "silent"});
+    m_ringer.deactivateAlarm(ring({.title = "answered elsewhere before its turn"}));
+    const AlarmPtr mute = ring({.title = "no such voice", .sound = "ping", .voice = "Gone"});
+    player.hasServer = false;
+    ring({.title = "no server", .sound = "ping"});
+    loop.advance(1s);
     EXPECT_EQ(windows().size(), 3);
-    EXPECT_EQ(std::count(m_trace.events().begin(), m_trace.events().end(), "0 flash"), 3);
+    EXPECT_EQ(std::count(trace.events().begin(), trace.events().end(), "0 flash"), 3);
     EXPECT_TRUE(mute->isTriggered());
     EXPECT_TRUE(log.messages().contains(
         u"dorvane.firing: cannot speak: the voice Gone is not installed"_qs));
@@ -254,12 +234,13 @@ TEST_F(RingingTest, whateverCannotBeHeardStillGetsItsWindowAndTheFlashing) {
 
 TEST_F(RingingTest, eachWindowAnswersForItsOwnAlarmAndAnUnansweredOneClearsIt) {
     for (const char* title : {"a", "b", "c"})
-        ring({title})->setSnoozeTime(*title == 'c' ? 0 : 5); // must not vanish before it was seen
-    m_loop.advance(1s);
-    m_trace.clear();
+        ring({.title = title})
+            ->setSnoozeTime(*title == 'c' ? 0 : 5); // must not vanish before it was seen
+    loop.advance(1s);
+    trace.clear();
     click("a", "snoozeButton");
-    m_loop.advance(10min);
-    EXPECT_THAT(m_trace.events(),
+    loop.advance(10min);
+    EXPECT_THAT(trace.events(),
                 ElementsAre("1000 a snoozed", "60000 c cleared", "300000 b cleared"));
     EXPECT_EQ(windows(), QList<QWidget*>{windowOf("a")}) << "until its delegate closes it";
 }
@@ -283,7 +264,7 @@ TEST_F(RingingTest, windowShowsATitleOfAnyLengthInTwoLines) {
         const AlarmPtr titled = alarm({});
         titled->setTitle(title);
         m_ringer.activateAlarm(titled);
-        m_loop.advance(1s);
+        loop.advance(1s);
         const QWidget& window = *windows().front();
         const auto label = window.findChild<QLabel*>(u"titleLabel"_qs);
         SCOPED_TRACE(label->text().toStdString());
@@ -299,13 +280,13 @@ TEST_F(RingingTest, windowShowsATitleOfAnyLengthInTwoLines) {
 }
 
 TEST_F(RingingTest, windowsOfOneSizeHideNothingOfEachOtherAndUseEveryPlaceAgain) {
-    ring({"a"});
-    m_loop.advance(1s);
+    ring({.title = "a"});
+    loop.advance(1s);
     const QRect first = windowOf("a")->geometry();
     EXPECT_EQ(first.topLeft(), QPoint(300, 40));
     for (const char* title : {"b", "c", "d", "e", "f with a title of two lines, or nearly so"})
-        ring({title});
-    m_loop.advance(1s);
+        ring({.title = title});
+    loop.advance(1s);
     QRegion seen;
     for (const QWidget* window : windows()) {
         EXPECT_EQ(window->size(), first.size());
@@ -314,29 +295,29 @@ TEST_F(RingingTest, windowsOfOneSizeHideNothingOfEachOtherAndUseEveryPlaceAgain)
         seen += window->geometry();
     }
     m_alarms.front()->context()->close();
-    ring({"g"});
-    m_loop.advance(1s);
+    ring({.title = "g"});
+    loop.advance(1s);
     EXPECT_EQ(windowOf("g")->geometry(), first);
 }
 
 // What somebody is typing when the keyboard goes to the next window does not press that one.
 TEST_F(RingingTest, keyboardGoesFromAnAnsweredWindowToTheNext) {
     for (const char* title : {"a", "b"})
-        ring({title});
-    m_loop.advance(1s);
-    m_trace.clear();
+        ring({.title = title});
+    loop.advance(1s);
+    trace.clear();
     windowOf("a")->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(windowOf("a")));
-    ring({"c"});
-    m_loop.advance(1s);
+    ring({.title = "c"});
+    loop.advance(1s);
     EXPECT_TRUE(windowOf("a")->isActiveWindow()) << "the new one does not take it";
     click("a", "clearButton");
     ASSERT_TRUE(QTest::qWaitForWindowActive(windowOf("b")));
     for (const auto pause : {0ms, 499ms, 500ms}) {
-        m_loop.advance(pause);
+        loop.advance(pause);
         QTest::keyClick(windowOf("b")->focusWidget(), Qt::Key_Space);
     }
-    EXPECT_THAT(m_trace.events(), ElementsAre("1000 flash", "2000 a cleared", "2999 b snoozed"));
+    EXPECT_THAT(trace.events(), ElementsAre("1000 flash", "2000 a cleared", "2999 b snoozed"));
 }
 
 TEST_F(RingingTest, keysThatWereMeantForAnotherWindowPressNothing) {
@@ -355,21 +336,20 @@ TEST_F(RingingTest, keysThatWereMeantForAnotherWindowPressNothing) {
     };
     SnoozeWindowStack stack(*this);
     for (const auto& [title, key, presses] : cases) {
-        const auto start = m_loop.uptime();
+        const auto start = loop.uptime();
         const auto controller =
-            SnoozeWindowController::showCloseTo(stack, m_loop, *this, alarm({title}));
+            SnoozeWindowController::showCloseTo(stack, loop, *this, alarm({.title = title}));
         EXPECT_TRUE(QTest::qWaitForWindowActive(windowOf(title)));
         for (const auto press : presses) {
-            m_loop.advance(start + press - m_loop.uptime());
+            loop.advance(start + press - loop.uptime());
             QTest::keyClick(windowOf(title)->focusWidget(), key);
         }
         controller->close();
-        m_loop.advance(start + 10s - m_loop.uptime());
+        loop.advance(start + 10s - loop.uptime());
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-    EXPECT_THAT(m_trace.events(),
-                ElementsAre("30500 after half a second snoozed", "40600 after a pause snoozed",
-                            "60700 escape snoozed"));
+    EXPECT_THAT(trace.events(), ElementsAre("30500 after half a second snoozed",
+                                            "40600 after a pause snoozed", "60700 escape snoozed"));
 }
 
 } // namespace

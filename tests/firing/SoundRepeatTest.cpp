@@ -2,8 +2,7 @@
 #include "firing/SoundRepeat.h"
 
 #include "firing/FadingSound.h"
-#include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/Testing.h"
+#include "tests/support/FakeDesktop.h"
 
 using namespace dorvane::testing;
 
@@ -11,53 +10,50 @@ namespace {
 
 const QString file = u"a"_qs;
 
-class SoundRepeatTest : public ::testing::Test {
+class SoundRepeatTest : public FakeDesktopTest {
 protected:
-    VirtualRunLoop m_loop{at("2026-11-21 08:00")};
-    Trace m_trace{m_loop};
-    FakeSoundPlayer m_player{m_loop, m_trace};
-    SoundRepeat m_repeat{m_loop, m_player};
+    SoundRepeat m_repeat{loop, player};
 };
 
 TEST_F(SoundRepeatTest, startsThreeTimesOneDurationApartAndThenLetsGo) {
     // A length that does not come out even in milliseconds, and a slow disk.
-    m_player.setFile(file, {.duration = 1.4996s, .loadDelay = 40ms});
+    player.setFile(file, {.duration = 1.4996s, .loadDelay = 40ms});
     m_repeat.playSoundAtPath(file, 3);
-    m_loop.advance(1s);
-    m_loop.beginEventTracking(); // an open menu changes nothing
-    m_loop.advance(9s);
+    loop.advance(1s);
+    loop.beginEventTracking(); // an open menu changes nothing
+    loop.advance(9s);
     // A late first play is heard to its end and moves the others along.
-    m_player.setFile(file, {.startDelay = 30ms});
+    player.setFile(file, {.startDelay = 30ms});
     m_repeat.playSoundAtPath(file, 3);
-    m_loop.advance(10s);
-    EXPECT_THAT(m_trace.events(),
+    loop.advance(10s);
+    EXPECT_THAT(trace.events(),
                 ElementsAre("40 a play", "1540 a finished", "1540 a play", "3039 a stop",
                             "3039 a play", "4539 a finished", "10000 a play", "11030 a finished",
                             "11030 a play", "12030 a finished", "12030 a play",
                             "13030 a finished"));
-    EXPECT_TRUE(m_player.sounds().empty());
+    EXPECT_TRUE(player.sounds().empty());
 }
 
 TEST_F(SoundRepeatTest, unplayableFilesAreLetGoAndTheNextOneTriesAgain) {
-    m_player.setFile(u"bad"_qs, {.isPlayable = false});
+    player.setFile(u"bad"_qs, {.isPlayable = false});
     m_repeat.playSoundAtPath(u"bad"_qs, 3);
-    m_player.hasServer = false;
+    player.hasServer = false;
     m_repeat.playSoundAtPath(file, 3);
-    m_loop.advance(1ms);
-    m_player.hasServer = true;
+    loop.advance(1ms);
+    player.hasServer = true;
     m_repeat.playSoundAtPath(file, 1);
-    EXPECT_EQ(m_player.sounds().size(), 1u);
-    m_loop.advance(10s);
-    EXPECT_THAT(m_trace.events(),
+    EXPECT_EQ(player.sounds().size(), 1u);
+    loop.advance(10s);
+    EXPECT_THAT(trace.events(),
                 ElementsAre("0 bad refused", "0 a refused", "1 a play", "1001 a finished"));
 }
 
 TEST_F(SoundRepeatTest, aHundredAtOnceAreCutToWhatCanBeHeard) {
     for (int i = 0; i < 100; ++i)
         m_repeat.playSoundAtPath(file, 3);
-    EXPECT_EQ(m_player.sounds().size(), 16u);
-    m_loop.advance(10s);
-    EXPECT_TRUE(m_player.sounds().empty());
+    EXPECT_EQ(player.sounds().size(), 16u);
+    loop.advance(10s);
+    EXPECT_TRUE(player.sounds().empty());
 }
 
 // Fades in steps of 0.2 s from the tenth second on, and is cut in the twentieth; by the real engine
@@ -81,11 +77,10 @@ TEST(FadingSoundTest, playsShortSoundsWholeAndFadesAndCutsLongOnesByWhatIsHeard)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        VirtualRunLoop loop(at("2026-11-21 08:00"));
-        Trace trace(loop);
-        FakeSoundPlayer player(loop, trace);
-        player.setFile(file, c.file);
-        FadingSound fading(loop, player.soundWithContentsOfFile(file));
+        FakeDesktop desktop;
+        VirtualRunLoop& loop = desktop.loop;
+        desktop.player.setFile(file, c.file);
+        FadingSound fading(loop, desktop.player.soundWithContentsOfFile(file));
         fading.sound().setVolume(c.volume);
         RunLoop::Milliseconds firstStep{0};
         RunLoop::Milliseconds end{0};

@@ -2,7 +2,7 @@
 #include "firing/TextSpeaker.h"
 
 #include "firing/VoiceMenuTarget.h"
-#include "tests/support/FakeSpeechService.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/Windows.h"
 
 #include <QScreen>
@@ -11,26 +11,23 @@ using namespace dorvane::testing;
 
 namespace {
 
-class TextSpeakerTest : public ::testing::Test, protected VoiceMenuTarget {
+class TextSpeakerTest : public FakeDesktopTest, protected VoiceMenuTarget {
 protected:
     TextSpeakerTest() {
         m_speaker.setTarget(this);
         m_menu.addAction(u"Select Voice"_qs);
     }
     void voiceSelected(const QAction& item) override {
-        m_trace.add(item.data().toString() + u" selected"_qs);
+        trace.add(item.data().toString() + u" selected"_qs);
     }
 
-    VirtualRunLoop m_loop{at("2026-11-24 07:30")};
-    Trace m_trace{m_loop};
-    FakeSpeechService m_speech{m_loop, m_trace};
-    TextSpeaker m_speaker{m_speech};
+    TextSpeaker m_speaker{speech};
     QMenu m_menu;
 };
 
 TEST_F(TextSpeakerTest, menuKeepsItsFaceAndHoldsEachVoiceOnce) {
     m_speaker.fillMenuWithVoices(&m_menu);
-    m_loop.runPending();
+    loop.runPending();
     m_speaker.fillMenuWithVoices(&m_menu);
     QStringList titles;
     for (const QAction* item : m_menu.actions())
@@ -40,35 +37,35 @@ TEST_F(TextSpeakerTest, menuKeepsItsFaceAndHoldsEachVoiceOnce) {
     m_speaker.speakText(u"tea"_qs, 2);
     m_speaker.speakText(u"none"_qs, 0);
     m_speaker.speakText(u"none"_qs, 4);
-    EXPECT_THAT(m_trace.events(), ElementsAre("0 Tom & Tim selected", "0 Tom & Tim says tea"));
+    EXPECT_THAT(trace.events(), ElementsAre("0 Tom & Tim selected", "0 Tom & Tim says tea"));
 }
 
 TEST_F(TextSpeakerTest, menuOfManyVoicesFitsTheScreenAndIsSearchedByTyping) {
-    m_speech.voices.clear();
+    speech.voices.clear();
     for (int i = 0; i < 130; ++i)
-        m_speech.voices << u"Voice %1"_qs.arg(i);
-    m_speech.voices << u"Welsh"_qs << u"Western Armenian"_qs;
+        speech.voices << u"Voice %1"_qs.arg(i);
+    speech.voices << u"Welsh"_qs << u"Western Armenian"_qs;
     m_speaker.fillMenuWithVoices(&m_menu);
-    m_loop.runPending();
+    loop.runPending();
     m_menu.popup({});
     EXPECT_LE(m_menu.height(), m_menu.screen()->size().height());
     EXPECT_LT(m_menu.width(), 200) << "one column";
     QTest::keyClicks(&m_menu, u"wes"_qs);
     QTest::keyClick(&m_menu, Qt::Key_Return);
-    EXPECT_THAT(m_trace.events(), ElementsAre("0 Western Armenian selected"));
+    EXPECT_THAT(trace.events(), ElementsAre("0 Western Armenian selected"));
 }
 
 TEST_F(TextSpeakerTest, menuAndSpeakerMayBeGoneBeforeTheVoicesAreKnown) {
     auto menu = std::make_unique<QMenu>();
-    auto speaker = std::make_unique<TextSpeaker>(m_speech);
+    auto speaker = std::make_unique<TextSpeaker>(speech);
     m_speaker.fillMenuWithVoices(menu.get());
     speaker->fillMenuWithVoices(&m_menu);
     speaker->speakText(u"tea"_qs, 1);
     menu.reset();
     speaker.reset();
-    m_loop.runPending();
+    loop.runPending();
     EXPECT_EQ(m_menu.actions().size(), 1);
-    EXPECT_TRUE(m_trace.events().empty());
+    EXPECT_TRUE(trace.events().empty());
 }
 
 } // namespace

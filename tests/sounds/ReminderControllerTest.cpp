@@ -2,11 +2,8 @@
 #include "sounds/ReminderController.h"
 
 #include "platform/Bundle.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Workspace.h"
 #include "sounds/ReminderStrings.h"
-#include "tests/support/FakeAudioRecorder.h"
-#include "tests/support/FakeSoundPlayer.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/Windows.h"
 
 using namespace dorvane::testing;
@@ -14,25 +11,18 @@ using namespace dorvane::testing;
 namespace {
 
 // The real window with a recorder and sounds that only take time.
-class ReminderControllerTest : public ::testing::Test, protected Workspace {
+class ReminderControllerTest : public FakeDesktopTest {
 protected:
-    ReminderControllerTest() {
-        m_user.caches = m_caches.path();
-        m_folder = ReminderStrings::soundDirectory(m_user);
-    }
     ~ReminderControllerTest() override {
         if (QWidget* const open = window())
             open->close();
-        m_loop.runPending();
+        loop.runPending();
     }
-
-    void openUrl(const QUrl&) override {}
-    void reveal(const QString& path) override { m_trace.add(u"reveal "_qs + path); }
-    [[nodiscard]] QString typeOfFile(const QString&) const override { return {}; }
 
     void open() {
         const LogCapture platformNotes; // of the offscreen platform
-        ReminderController::create({m_loop, m_center, m_recorder, m_player, *this, m_bundle, m_user,
+        ReminderController::create({loop, notifications, recorder, player, workspace, m_bundle,
+                                    user,
                                     [](const QString& path) { return path.endsWith(u".aiff"_qs); }})
             ->show();
     }
@@ -69,15 +59,8 @@ protected:
         return names;
     }
 
-    QTemporaryDir m_caches;
-    UserFolders m_user;
-    QString m_folder;
     Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
-    NotificationCenter m_center;
-    VirtualRunLoop m_loop{at("2026-11-24 07:30")};
-    Trace m_trace{m_loop};
-    FakeSoundPlayer m_player{m_loop, m_trace};
-    FakeAudioRecorder m_recorder{m_loop, m_trace};
+    const QString m_folder = ReminderStrings::soundDirectory(user);
 };
 
 TEST_F(ReminderControllerTest, recordingStopsAfterTenSecondsAndStandsFirst) {
@@ -88,9 +71,9 @@ TEST_F(ReminderControllerTest, recordingStopsAfterTenSecondsAndStandsFirst) {
     EXPECT_EQ(comboBox().count(), 1);
     EXPECT_EQ(enabled(), "reminderTitle okButton comboBox");
     record(u"Tea  / coffee"_qs);
-    m_loop.advance(9'999ms);
+    loop.advance(9'999ms);
     EXPECT_EQ(enabled(), "recordButton stopButton cancelButton");
-    m_loop.advance(1ms);
+    loop.advance(1ms);
     EXPECT_EQ(enabled(), "reminderTitle recordButton playButton deleteButton okButton comboBox");
     EXPECT_EQ(comboBox().currentIndex(), 0);
     EXPECT_EQ(comboBox().currentText(), u"Tea / coffee"_qs);
@@ -98,7 +81,7 @@ TEST_F(ReminderControllerTest, recordingStopsAfterTenSecondsAndStandsFirst) {
     comboBox().hidePopup();
     EXPECT_EQ(comboBox().currentText(), u"Tea / coffee"_qs);
     EXPECT_THAT(
-        m_trace.events(),
+        trace.events(),
         ElementsAre("0 record " + m_folder.toStdString() + "/Tea  %2F coffee.aiff", "10000 stop"));
 }
 
@@ -107,31 +90,31 @@ TEST_F(ReminderControllerTest, recordingThatIsCancelledClosedOrBrokenLeavesTheWi
     const LogCapture log;
     const auto& message = control<QLabel>("messageLabel");
     record(u"a"_qs);
-    m_loop.advance(1s);
+    loop.advance(1s);
     button("cancelButton").click();
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
     record(u"a"_qs);
-    m_recorder.end(AudioError{u"Failed to read AU: 5"_qs, 5, u"No such entity"_qs});
+    recorder.end(AudioError{u"Failed to read AU: 5"_qs, 5, u"No such entity"_qs});
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
     EXPECT_EQ(message.text(), u"The recording failed: No such entity."_qs);
     EXPECT_TRUE(log.messages().contains(
         u"dorvane.sounds: cannot record: Failed to read AU: 5 - No such entity"_qs));
 
-    ASSERT_TRUE(m_recorder.record(u"/elsewhere"_qs, [](const auto&) {}));
+    ASSERT_TRUE(recorder.record(u"/elsewhere"_qs, [](const auto&) {}));
     record(u"a"_qs);
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
     EXPECT_TRUE(message.text().contains(u"another window"_qs)) << "says why";
-    m_recorder.end({});
+    recorder.end({});
 
     record(u"a"_qs);
     EXPECT_EQ(message.text(), QString());
-    m_loop.advance(1s);
+    loop.advance(1s);
     window()->close();
-    m_loop.advance(20s);
+    loop.advance(20s);
     EXPECT_EQ(window(), nullptr);
-    EXPECT_FALSE(m_recorder.isRecording());
+    EXPECT_FALSE(recorder.isRecording());
     EXPECT_TRUE(files().isEmpty());
-    EXPECT_EQ(m_trace.events().back(), "2000 cancel");
+    EXPECT_EQ(trace.events().back(), "2000 cancel");
 }
 
 TEST_F(ReminderControllerTest, playingShowsAndStopsAndGoesWithTheChoiceAndTheWindow) {
@@ -140,30 +123,30 @@ TEST_F(ReminderControllerTest, playingShowsAndStopsAndGoesWithTheChoiceAndTheWin
     const LogCapture log;
     open();
     comboBox().setCurrentIndex(0);
-    m_loop.runPending();
+    loop.runPending();
     QTest::keyClick(&button("playButton"), Qt::Key_Return);
     EXPECT_EQ(button("playButton").accessibleName(), u"Stop playing"_qs);
     comboBox().showPopup(); // a look at the list stops nothing
-    m_loop.runPending();
+    loop.runPending();
     comboBox().hidePopup();
-    m_loop.advance(1s);
+    loop.advance(1s);
     EXPECT_EQ(button("playButton").accessibleName(), u"Play"_qs);
     button("playButton").click();
-    m_loop.advance(500ms);
+    loop.advance(500ms);
     button("playButton").click();
-    m_loop.advance(500ms);
-    m_player.hasServer = false;
+    loop.advance(500ms);
+    player.hasServer = false;
     button("playButton").click();
     EXPECT_EQ(button("playButton").accessibleName(), u"Play"_qs);
-    m_player.hasServer = true;
+    player.hasServer = true;
     button("playButton").click();
     window()->close();
-    m_loop.runPending();
-    EXPECT_THAT(m_trace.events(), ElementsAre("0 " + song + " play", "1000 " + song + " finished",
-                                              "1000 " + song + " play", "1500 " + song + " stop",
-                                              "2000 " + song + " refused", "2000 " + song + " play",
-                                              "2000 " + song + " dropped"));
-    EXPECT_TRUE(m_player.sounds().empty());
+    loop.runPending();
+    EXPECT_THAT(trace.events(), ElementsAre("0 " + song + " play", "1000 " + song + " finished",
+                                            "1000 " + song + " play", "1500 " + song + " stop",
+                                            "2000 " + song + " refused", "2000 " + song + " play",
+                                            "2000 " + song + " dropped"));
+    EXPECT_TRUE(player.sounds().empty());
 }
 
 TEST_F(ReminderControllerTest, typingCompletesAndChooses) {
@@ -188,7 +171,7 @@ TEST_F(ReminderControllerTest, typingCompletesAndChooses) {
             else
                 QTest::keyClick(comboBox().lineEdit(), *key);
         }
-        m_loop.runPending();
+        loop.runPending();
         EXPECT_EQ(comboBox().currentText(), text) << keys;
         EXPECT_EQ(comboBox().currentIndex() >= 0, isChosen) << keys;
         EXPECT_EQ(button("playButton").isEnabled(), isChosen) << keys;
@@ -203,10 +186,10 @@ TEST_F(ReminderControllerTest, deletedRecordingGivesWayToTheOneBefore) {
     add(u"b.aiff"_qs);
     open();
     comboBox().setCurrentIndex(1);
-    m_loop.runPending();
+    loop.runPending();
     const QString before = comboBox().itemText(0);
     button("deleteButton").click();
-    m_loop.runPending();
+    loop.runPending();
     EXPECT_EQ(comboBox().currentText(), before);
     EXPECT_EQ(files(), QStringList{before + u".aiff"_qs});
 
@@ -222,7 +205,7 @@ TEST_F(ReminderControllerTest, sixteenthRecordingDeletesTheOldestAndASecondTakeR
     for (int i = 1; i <= 17; ++i) {
         record(QString::number(std::min(i, 16)));
         button("stopButton").click();
-        m_loop.runPending();
+        loop.runPending();
         EXPECT_EQ(comboBox().count(), std::min(i, 15));
     }
     EXPECT_EQ(comboBox().itemText(0), u"16"_qs);

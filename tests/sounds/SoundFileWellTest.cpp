@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sounds/SoundFileWell.h"
 
-#include "platform/NotificationCenter.h"
 #include "tests/sounds/SoundLibraryFixture.h"
 #include "tests/support/FakePropertyListFormat.h"
 #include "tests/support/Windows.h"
@@ -36,13 +35,12 @@ protected:
     [[nodiscard]] QUrl file(const char* name) const { return QUrl::fromLocalFile(path(name)); }
 
     AudioStorageController library{loop, user, sources, player, workspace};
-    NotificationCenter notifications;
     FakePropertyListFormat format;
     SoundFileWell well{library, notifications, format, QIcon()};
 };
 
 TEST_F(SoundFileWellTest, TakesTheFirstFileOrTrack) {
-    fill(dir.path(), {u"a.mp3=a"_qs, u"b.mp3=b"_qs, u"c.mp3=c"_qs});
+    fill(home.path(), {u"a.mp3=a"_qs, u"b.mp3=b"_qs, u"c.mp3=c"_qs});
     const QByteArray tracks = R"({"Tracks": {"7": {"Location": "%1"}, "8": {"Location": "x"}}})";
     const auto located = [&](const QString& url) {
         return QByteArray(tracks).replace("%1", url.toUtf8());
@@ -116,7 +114,7 @@ TEST_F(SoundFileWellTest, WorksWithMouseAndKeyboard) {
     QTest::keyClick(&well, Qt::Key_Space);
     EXPECT_THAT(senders, ::testing::ElementsAre(&well, &other, &well));
 
-    fill(dir.path(), {u"a.mp3=a"_qs});
+    fill(home.path(), {u"a.mp3=a"_qs});
     auto* copied = new QMimeData;
     copied->setUrls({file("a.mp3")});
     QGuiApplication::clipboard()->setMimeData(copied);

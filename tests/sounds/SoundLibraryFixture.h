@@ -3,15 +3,14 @@
 
 #include "platform/Bundle.h"
 #include "sounds/AudioStorageController.h"
-#include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/FakeWorkspace.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/Windows.h"
 
 namespace dorvane::testing {
 
 // A home and the sources of a sound library in a temporary folder. What a folder holds is written
 // and read as "name=contents", sorted by name.
-class SoundLibraryFixture : public ::testing::Test {
+class SoundLibraryFixture : public FakeDesktopTest {
 protected:
     SoundLibraryFixture() {
         sources.systemSounds = path("system");
@@ -20,10 +19,6 @@ protected:
         sources.iMovieResources = path("imovie");
         sources.iLifeEffects = path("imovie/ilife");
         sources.iMovieEffects = path("imovie/effects");
-    }
-
-    [[nodiscard]] QString path(const char* relative) const {
-        return dir.path() + u'/' + QString::fromUtf8(relative);
     }
 
     static void write(const QString& file, const QByteArray& contents) {
@@ -58,14 +53,8 @@ protected:
             << qPrintable(held(folder).join(u'\n'));
     }
 
-    QTemporaryDir dir;
-    UserFolders user{dir.path(), path("cache"), path("config"), path("data")};
     const SoundFolders folders{user};
     SoundSources sources;
-    VirtualRunLoop loop{QDateTime(QDate(2026, 5, 4), QTime(12, 0))};
-    Trace trace{loop};
-    FakeSoundPlayer player{loop, trace};
-    FakeWorkspace workspace{trace};
 };
 
 } // namespace dorvane::testing

@@ -73,6 +73,9 @@ class VirtualDesktop:
         if accessible:
             self.reader = ScreenReader(self.processes, self.env, self.session_bus, self.screen)
             self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        self._start_shell()
+
+    def _start_shell(self) -> None:
         WindowManager(self.processes, self.env, self.session_bus)
         self.panel: Panel = XfcePanel(self.processes, self.env, self.session_bus)
 
