@@ -11,9 +11,6 @@
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/Windows.h"
 
-#include <QLabel>
-#include <QPushButton>
-
 using namespace dorvane::testing;
 
 namespace {

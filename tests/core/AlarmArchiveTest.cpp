@@ -195,20 +195,14 @@ TEST_F(AlarmArchiveTest, badEntryDoesNotTakeTheOthersAlong) {
         bool isLeftOut = false;
     } cases[] = {
         {"an entry that is a text", u"Alarm"_qs, true},
-        {"an entry that is another entry's reference", uid(2), true},
         {"an entry without class", QVariantMap(), true},
         {"a class beyond the table", alarmRecord(99), true},
-        {"a class that is the entry itself", alarmRecord(3), true},
         {"the list in itself", listRecord(QVariantList{uid(3)}, 6), true},
         {"a title beyond the table", changed("title", uid(~quint64(0)))},
         {"a title that is the alarm", changed("title", uid(3))},
-        {"a title that is a number", changed("title", qint64(5))},
         {"a time that is a text", changed("time", u"07:00"_qs)},
-        {"a time that is a class", changed("time", uid(4))},
         {"a time without end", changed("time", dateRecord(1e300, 4))},
-        {"a time before the calendar", changed("time", dateRecord(-1e11, 4))},
         {"a number that is a real beyond it", changed("ringWithinUnits", 1e19)},
-        {"a number that is huge", changed("selRowNo", ~quint64(0))},
         {"a number of more than 32 bits", changed("snoozeTime", qint64(1) << 31)},
         {"a flag that is a text", changed("isPlaySound", u"YES"_qs)},
     };
@@ -233,12 +227,9 @@ TEST_F(AlarmArchiveTest, whatIsNoArchiveOfAListIsAnEmptyIncompleteList) {
     };
     const QVariant cases[] = {
         QVariantList(),
-        with("$objects", QVariantList{null, u"root"_qs}),
         with("$objects", QVariantList{null, listRecord(uid(1), 2)}),
         with("$top", uid(1)),
-        with("$top", QVariantMap()),
         with("$top", QVariantMap{{u"root"_qs, uid(0)}}),
-        with("$top", QVariantMap{{u"root"_qs, uid(3)}}),
         with("$top", QVariantMap{{u"x"_qs, uid(1)}, {u"y"_qs, uid(1)}}),
     };
     for (const QVariant& tree : cases)

@@ -18,11 +18,8 @@ TEST(MenuTitles, subtitleIsCutToItsWidth) {
     const Case cases[] = {
         {"fits", forty, 124.9, u' ' + forty},
         {"just does not", forty, 125.0, u' ' + forty.left(38) + u"..."_qs},
-        {"twice as wide", forty, 250.0, u' ' + forty.left(17) + u"..."_qs},
         {"one huge letter", u"W"_qs, 900.0, u"..."_qs},
         {"ends inside an emoji", u"ab\U0001F600\U0001F600\U0001F600"_qs, 200.0, u" ab..."_qs},
-        {"ends before an accent", u"abe\u0301fgh"_qs, 170.0, u" ab..."_qs},
-        {"ten thousand", QString(10'000, u'x'), 60'000.0, u' ' + QString(17, u'x') + u"..."_qs},
     };
     for (const Case& c : cases) {
         const auto width = [&](const QString& part) {

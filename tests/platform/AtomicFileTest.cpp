@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/preferences/AtomicFile.h"
 
+#include "tests/support/FullDisk.h"
 #include "tests/support/Testing.h"
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -41,7 +40,7 @@ protected:
 
     QTemporaryDir m_folder;
     QString m_path;
-    const QByteArray m_old = QByteArray(100'000, 'o');
+    const QByteArray m_old = QByteArray(50'000, 'o');
     const QByteArray m_new = QByteArray(200'000, 'n');
 };
 
@@ -55,15 +54,10 @@ TEST_F(AtomicFileTest, isOnTheDiskBeforeItTakesTheOldOnesPlaceAndSoIsItsNameAfte
 
 TEST_F(AtomicFileTest, fullDiskLeavesTheOldFileAndNoRubbish) {
     ASSERT_FALSE(writeFileAtomically(m_path, m_old));
-    // No file may grow beyond this; the write that tries is cut short, and the next one fails.
-    rlimit limit{};
-    ::getrlimit(RLIMIT_FSIZE, &limit);
-    const rlimit full{150'000, limit.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &full);
-    const auto before = std::signal(SIGXFSZ, SIG_IGN);
-    EXPECT_TRUE(writeFileAtomically(m_path, m_new)) << "the error is reported";
-    std::signal(SIGXFSZ, before);
-    ::setrlimit(RLIMIT_FSIZE, &limit);
+    {
+        const FullDisk full;
+        EXPECT_TRUE(writeFileAtomically(m_path, m_new)) << "the error is reported";
+    }
     EXPECT_EQ(contents(m_path), m_old);
     EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), QStringList{u"file"_qs});
 }

@@ -82,7 +82,6 @@ TEST(LibplistFormatTest, refusesHostileLists) {
     } cases[] = {
         {"an honest list, to see why the others fail", binaryList({pair, key, one}), true},
         {"nothing", ""},
-        {"a text", "Dorvane"},
         {"entities that multiply",
          "<!DOCTYPE plist [<!ENTITY a 'ha'>]><plist><string>&a;&a;</string></plist>"},
         {"deep nesting in XML", "<plist>" + QByteArray("<array>").repeated(100'000) +
@@ -90,15 +89,10 @@ TEST(LibplistFormatTest, refusesHostileLists) {
         {"honest nesting", nestedArrays(50, 1), true},
         {"deep nesting", nestedArrays(200, 1)},
         {"an array in itself", binaryList({"a100"})},
-        {"a dictionary in its own array", binaryList({pair, key, "a100"})},
         {"a branch shared a billion times", nestedArrays(31, 2)},
         {"a key that is no text", binaryList({"d10101", one})},
         {"a key with a NUL", binaryList({pair, "526b00", one})},
-        {"a reference beyond the table", binaryList({"a101"})},
         {"more elements than bytes", binaryList({"af134000000000000000"})},
-        {"a text of endless size", binaryList({"6f138000000000000000"})},
-        {"a count that is a text", binaryList({"5f5178"})},
-        {"an integer cut off by the table", binaryList({"130000"})},
         {"a null", binaryList({"a101", "00"})},
     };
     for (const auto& each : cases)

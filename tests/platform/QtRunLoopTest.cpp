@@ -10,6 +10,10 @@ namespace {
 
 class QtRunLoopTest : public ::testing::Test {
 protected:
+    bool until(const std::function<bool()>& done, std::chrono::milliseconds limit = 2s) {
+        return runUntil(m_loop, done, limit);
+    }
+
     QtRunLoop m_loop;
 };
 
@@ -26,8 +30,7 @@ TEST_F(QtRunLoopTest, momentOfTheWallClockIsNeverEarlyAndAPastOneComesAtOnce) {
             },
             RunLoopMode::Default));
     }
-    EXPECT_TRUE(runUntil(
-        m_loop, [&] { return trace.size() == 4; }, 2s));
+    EXPECT_TRUE(until([&] { return trace.size() == 4; }));
     EXPECT_EQ(trace.join(u' ').toStdString(), "-3600000 30 30 80");
 }
 
@@ -45,8 +48,7 @@ TEST_F(QtRunLoopTest, defaultTimersWaitForTheMenuToCloseAndThenCatchUpOnce) {
             m_loop.endEventTracking();
         },
         RunLoopMode::Common);
-    EXPECT_TRUE(runUntil(
-        m_loop, [&] { return trace.size() >= 3; }, 2s));
+    EXPECT_TRUE(until([&] { return trace.size() >= 3; }));
     EXPECT_EQ(trace.mid(0, 3).join(u' ').toStdString(), "close moment tick");
 }
 
@@ -66,8 +68,7 @@ TEST_F(QtRunLoopTest, timerMayCancelItselfAndItsNeighbourFromItsCallback) {
         5ms, [&] { trace << u"neighbour"_qs; }, RunLoopMode::Default);
     const auto end = m_loop.scheduleOnce(
         40ms, [&] { trace << u"end"_qs; }, RunLoopMode::Default);
-    EXPECT_TRUE(runUntil(
-        m_loop, [&] { return trace.contains(u"end"_qs); }, 2s));
+    EXPECT_TRUE(until([&] { return trace.contains(u"end"_qs); }));
     EXPECT_EQ(trace, (QStringList{u"self"_qs, u"end"_qs}));
 }
 
@@ -88,12 +89,9 @@ TEST_F(QtRunLoopTest, zoneThatIsLinkedAnewCountsAsAClockThatWasSet) {
     const WallClock clock({.reached = [] {}, .wasSet = [&] { ++set; }},
                           QFile::encodeName(link).constData());
     ASSERT_TRUE(QFile::link(u"Asia/Tokyo"_qs, link + u".new"_qs));
-    EXPECT_FALSE(runUntil(
-        m_loop, [&] { return set > 0; }, 50ms))
-        << "another file";
+    EXPECT_FALSE(until([&] { return set > 0; }, 50ms)) << "another file";
     std::rename(qPrintable(link + u".new"_qs), qPrintable(link));
-    EXPECT_TRUE(runUntil(
-        m_loop, [&] { return set > 0; }, 2s));
+    EXPECT_TRUE(until([&] { return set > 0; }));
 }
 
 } // namespace

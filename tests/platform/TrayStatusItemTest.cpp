@@ -267,48 +267,45 @@ QString numbers(const NumberedMenu::Item& item) {
 }
 
 TEST(NumberedMenuTest, anEntryKeepsItsNumberAndNoNumberComesBack) {
-    const auto tea = std::make_shared<int>();
-    const auto egg = std::make_shared<int>();
-    const auto alarm = [](const std::shared_ptr<int>& subject, const char* text) {
-        PanelMenuEntry row = entry(text, nullptr, {entry("Edit"), entry("Clear")});
-        row.subject = subject;
-        row.key.clear();
-        return row;
+    std::map<QByteArray, std::shared_ptr<int>> subjects;
+    // An alarm is "tea:5", whatever stands behind the colon.
+    const auto entriesOf = [&](const QByteArray& rows) {
+        std::vector<PanelMenuEntry> entries;
+        for (const QByteArray& row : rows.split(' ')) {
+            const auto colon = row.indexOf(':');
+            if (colon < 0) {
+                entries.push_back(entry(row.constData()));
+                continue;
+            }
+            entries.push_back(entry(row.constData(), nullptr, {entry("Edit"), entry("Clear")}));
+            entries.back().key.clear();
+            auto& subject = subjects[row.left(colon)];
+            entries.back().subject = subject = subject ? subject : std::make_shared<int>();
+        }
+        return entries;
     };
     const struct {
         const char* name;
-        std::vector<PanelMenuEntry> entries;
+        const char* entries;
         const char* numbers;
         std::optional<int> layout;
         std::size_t looks;
     } steps[] = {
-        {"at first", {alarm(tea, "in 5"), entry("Quit")}, "0(1(2 3) 4)", 0, 0},
-        {"a text", {alarm(tea, "in 4"), entry("Quit")}, "0(1(2 3) 4)", {}, 1},
-        {"one more",
-         {alarm(egg, "in 4"), alarm(tea, "in 4"), entry("Quit")},
-         "0(5(6 7) 1(2 3) 4)",
-         0,
-         0},
-        {"order",
-         {alarm(tea, "in 4"), alarm(egg, "in 4"), entry("Quit")},
-         "0(1(2 3) 5(6 7) 4)",
-         0,
-         0},
-        {"one less", {alarm(egg, "in 3"), entry("Quit")}, "0(5(6 7) 4)", 0, 1},
-        {"back",
-         {alarm(tea, "in 3"), alarm(egg, "in 3"), entry("Quit")},
-         "0(8(9 10) 5(6 7) 4)",
-         0,
-         0},
+        {"at first", "tea:5 Quit", "0(1(2 3) 4)", 0, 0},
+        {"a text", "tea:4 Quit", "0(1(2 3) 4)", {}, 1},
+        {"one more", "egg:4 tea:4 Quit", "0(5(6 7) 1(2 3) 4)", 0, 0},
+        {"order", "tea:4 egg:4 Quit", "0(1(2 3) 5(6 7) 4)", 0, 0},
+        {"one less", "egg:3 Quit", "0(5(6 7) 4)", 0, 1},
+        {"back", "tea:3 egg:3 Quit", "0(8(9 10) 5(6 7) 4)", 0, 0},
     };
     NumberedMenu menu;
     for (const auto& step : steps) {
-        const NumberedMenu::Change change = menu.show(step.entries);
+        const NumberedMenu::Change change = menu.show(entriesOf(step.entries));
         EXPECT_EQ(numbers(menu.root()), QLatin1String(step.numbers)) << step.name;
         EXPECT_EQ(change.layout, step.layout) << step.name;
         EXPECT_EQ(change.looks.size(), step.looks) << step.name;
     }
-    auto entries = steps[5].entries;
+    auto entries = entriesOf(steps[5].entries);
     entries[1].children.pop_back();
     EXPECT_EQ(menu.show(entries).layout, 5) << "only below one item";
 }

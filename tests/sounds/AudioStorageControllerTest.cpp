@@ -136,7 +136,6 @@ TEST(AddedSoundTest, TellsTheUserWhereToLookOrWhyNot) {
         {{{u"Birds"_qs, {}}}, u"Added “Birds” – choose it under User Sound Library."_qs},
         {{{u"a"_qs, {}}, {u"b"_qs, {}}},
          u"Added 2 sounds – choose them under User Sound Library."_qs},
-        {{{u"a"_qs, u"the name is taken"_qs}}, u"“a” was not added: the name is taken."_qs},
         {{{u"a"_qs, u"there is no such file"_qs}, {u"b"_qs, {}}, {u"c"_qs, u"x"_qs}},
          u"Added “b” – choose it under User Sound Library.\n“a” was not added: there is no such "
          u"file.\n"

@@ -2,36 +2,15 @@
 #include "sounds/FileManager.h"
 
 #include "tests/sounds/SoundLibraryFixture.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/Testing.h"
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace dorvane::testing {
 namespace {
 
 class CopyItem : public SoundLibraryFixture {};
-
-// Lets no file of this process grow beyond a size, as a full disk would.
-class FullDisk {
-public:
-    FullDisk() : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &m_limit);
-        const rlimit small{100'000, m_limit.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &m_limit);
-        std::signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    rlimit m_limit{};
-    void (*m_handler)(int);
-};
 
 TEST_F(CopyItem, LeavesAWholeFileOrNothing) {
     const QString to = path("to/sound.aiff");
