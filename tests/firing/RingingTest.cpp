@@ -123,11 +123,16 @@ TEST_F(RingingTest, otherSoundPlaysOnceAndStopsWithItsAlarmOrTheNextOrFades) {
     loop.advance(1s);
     ring({.title = "third", .sound = "c", .fades = true});
     loop.advance(60s);
-    std::vector<std::string> heard = trace.events();
-    std::erase_if(heard, [](const std::string& event) { return event.find("vol") != event.npos; });
-    EXPECT_THAT(heard,
-                ElementsAre("0 a play", "0 flash", "1000 a stop", "1000 b play", "1000 flash",
-                            "2000 b stop", "3000 c play", "3000 flash", "23000 c stop"));
+    std::vector<std::string> heard;
+    bool isFading = false;
+    for (const std::string& event : trace.events())
+        if (const auto step = event.find(" 0."); step == event.npos)
+            heard.push_back(event);
+        else if (!std::exchange(isFading, true))
+            heard.push_back(event.substr(0, step));
+    EXPECT_THAT(heard, ElementsAre("0 a play", "0 flash", "1000 a stop", "1000 b play",
+                                   "1000 flash", "2000 b stop", "3000 c play", "3000 flash",
+                                   "13200 c volume", "23000 c stop"));
     EXPECT_TRUE(player.sounds().empty());
 }
 

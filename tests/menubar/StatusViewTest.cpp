@@ -48,8 +48,8 @@ TEST(StatusViewDaysTest, lookAtAnyTimeFindsNothingNew) {
 TEST_F(StatusViewTest, showsWhatIsLeftAfterWakingWhateverTheTimersSay) {
     StatusView view(m_loop, m_clock, m_notifications, m_item);
     m_loop.setWoken([this] { m_notifications.post(wakeNotification); });
-    m_clock.insertAlarm(dated({11, 0}));
-    m_loop.runPending();
+    m_clock.insertAlarm(AlarmOf{.kind = Alarm::Dated, .time = "11-24 11:00"}.alarm());
+    m_loop.advance(1s);
     m_loop.forgetMoments();
     m_loop.sleepMachine(50min);
     m_loop.advance(100ms);
