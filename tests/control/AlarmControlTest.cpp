@@ -73,9 +73,16 @@ protected:
 
     QString lastAdded() const {
         const Alarm& alarm = *clock.allAlarms().front();
-        return alarm.time(instantNow(loop)).toString(u"dd. HH:mm:ss "_qs) + alarm.title() + u' ' +
-               (alarm.isPlaySound() ? alarm.soundPath() : u"silent"_qs) + u' ' + alarm.voiceName() +
-               u' ' + QString::number(alarm.snoozeTime());
+        QStringList words{alarm.time(instantNow(loop)).toString(u"dd. HH:mm:ss"_qs), alarm.title(),
+                          alarm.isPlaySound() ? alarm.soundPath() : u"silent"_qs, alarm.voiceName(),
+                          QString::number(alarm.snoozeTime())};
+        for (const auto& [isSet, name] : {std::pair{alarm.shouldRepeat(), "repeats"},
+                                          {alarm.shouldUseEveryDay(), "daily"},
+                                          {alarm.shouldUseForever(), "weekly"},
+                                          {alarm.shouldFadeIn(), "fades"}})
+            if (isSet)
+                words << QString::fromLatin1(name);
+        return words.join(u' ');
     }
 
     std::string answerTo(const QVariantMap& description) {
@@ -106,11 +113,11 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
     } rows[]{
         {{{u"minutes"_qs, 25u}}, "24. 10:25:00 T /Ping  5"},
         {{{u"hours"_qs, qint64(2)}, {u"repeat"_qs, true}, {u"snooze"_qs, 9}},
-         "24. 12:00:00 T /Ping  9"},
+         "24. 12:00:00 T /Ping  9 repeats"},
         {{{u"time"_qs, u"10:01"_qs}}, "24. 10:01:00 T /Ping  5"},
         {{{u"time"_qs, u"10:00"_qs}}, "25. 10:00:00 T /Ping  5"},
         {{{u"time"_qs, u"7:30"_qs}, {u"date"_qs, u"2026-11-30"_qs}, {u"every-day"_qs, true}},
-         "30. 07:30:00 T /Ping  5"},
+         "30. 07:30:00 T /Ping  5 daily"},
         {{{u"time"_qs, u"09:00"_qs}, {u"weekdays"_qs, QStringList{u"tue"_qs, u"thu"_qs}}},
          "26. 09:00:00 T /Ping  5"},
         {{{u"minutes"_qs, 1}, {u"sound"_qs, u"Brook"_qs}, {u"voice"_qs, u"Ann"_qs}},
