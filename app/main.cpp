@@ -45,8 +45,11 @@ int statusOf(SingleInstance::Standing standing) {
 
 int main(int argc, char** argv) {
     const QStringList arguments = commandLine(argc, argv);
-    if (const auto status = runCommand(commands(), arguments))
-        return *status;
+    if (const auto status = runCommand(commands(), arguments)) {
+        // The bus has a thread of its own, which must not meet what is taken apart.
+        std::fflush(nullptr);
+        std::_Exit(*status);
+    }
     const QStringList schemes =
         arguments.isEmpty() ? QStringList() : ownSchemes(mainBundle(LibplistFormat()));
     if (const auto status = answerCommandLine(arguments, schemes))
