@@ -3,6 +3,7 @@
 #include "app/PrefController.h"
 #include "platform/Bundle.h"
 #include "platform/linux/session/AutostartLoginItems.h"
+#include "tests/support/Files.h"
 #include "tests/support/Windows.h"
 
 #include <QCheckBox>
@@ -15,21 +16,12 @@ namespace {
 class LaunchAtLoginTest : public ::testing::Test {
 protected:
     LaunchAtLoginTest() {
-        for (const QString& copy : {m_here, m_there}) {
-            QDir().mkpath(copy);
-            write(copy + u"/dorvane"_qs, "");
-        }
-    }
-
-    static void write(const QString& path, const QByteArray& text) {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
-        file.write(text);
+        for (const QString& copy : {m_here, m_there})
+            writeFile(copy + u"/dorvane"_qs);
     }
 
     void writeItem(const QString& name, const QByteArray& text) const {
-        QDir().mkpath(m_folder);
-        write(m_folder + u'/' + name, "[Desktop Entry]\n" + text);
+        writeFile(m_folder + u'/' + name, "[Desktop Entry]\n" + text);
     }
 
     [[nodiscard]] QStringList files() const { return QDir(m_folder).entryList(QDir::Files); }
@@ -96,7 +88,7 @@ TEST_F(LaunchAtLoginTest, isMirroredByTheBoxWhoeverChangesItAndWhenItCannotBeCha
     EXPECT_TRUE(QTest::qWaitFor([&] { return !box.isChecked(); }));
 
     QDir().rmdir(m_folder);
-    write(m_folder, "in the way"); // root, too, cannot write below a file
+    writeFile(m_folder, "in the way"); // root, too, cannot write below a file
     LogCapture log;
     box.click();
     EXPECT_FALSE(box.isChecked());

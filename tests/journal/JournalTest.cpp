@@ -15,9 +15,7 @@ namespace {
 // What outlives a run.
 struct Disk {
     QByteArray journal;
-    QByteArray aside;
     int writes = 0;
-    bool isStuck = false; // nothing can be renamed
 };
 
 class FileInMemory final : public StateFile {
@@ -29,11 +27,7 @@ public:
         m_disk.writes += m_disk.journal != before;
     }
     void flush() override {}
-    [[nodiscard]] bool putAside() override {
-        if (!m_disk.isStuck)
-            m_disk.aside = std::exchange(m_disk.journal, {});
-        return !m_disk.isStuck;
-    }
+    [[nodiscard]] bool putAside() override { return false; }
 
 private:
     Disk& m_disk;
@@ -225,24 +219,6 @@ TEST(JournalTest, writesAtMostOnceASecondAndNothingAtRest) {
     run.loop.advance(6h);
     EXPECT_EQ(disk.writes, 4);
     EXPECT_LE(run.loop.firings() - before, 1);
-}
-
-TEST(JournalTest, aDamagedJournalIsPutAsideAndCostsNothingElse) {
-    Disk whole;
-    OneRun first(whole, "11-23 08:50");
-    first.insert(running[0].alarm());
-    first.journal.close({});
-    for (const QByteArray& damaged :
-         {QByteArray("no journal"), whole.journal.chopped(20), QByteArray(100, '\0')})
-        for (const bool isStuck : {false, true}) {
-            Disk disk{.journal = damaged, .aside = {}, .isStuck = isStuck};
-            OneRun run(disk, "11-23 09:00");
-            run.journal.open({.dropped = {running[4].alarm()}});
-            EXPECT_EQ(run.journal.missed().size(), 1U);
-            run.journal.close({});
-            EXPECT_EQ(isStuck ? disk.journal : disk.aside, damaged);
-            EXPECT_EQ(disk.writes, isStuck ? 0 : 1);
-        }
 }
 
 } // namespace

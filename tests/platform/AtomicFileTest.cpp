@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/preferences/AtomicFile.h"
 
+#include "tests/support/Files.h"
 #include "tests/support/FullDisk.h"
 #include "tests/support/Testing.h"
 
@@ -11,11 +12,6 @@
 using namespace dorvane::testing;
 
 namespace {
-
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
-}
 
 QString watched;    // the file that is being replaced
 QStringList synced; // what was synced, and how the watched file began at that moment
@@ -28,7 +24,7 @@ extern "C" int fsync(int descriptor) {
     ::fstat(descriptor, &status);
     if (!watched.isEmpty())
         synced << (S_ISDIR(status.st_mode) ? u"folder "_qs : u"file "_qs) +
-                      QString::fromLatin1(contents(watched).first(1));
+                      QString::fromLatin1(contentsOf(watched).first(1));
     return int(::syscall(SYS_fsync, descriptor));
 }
 
@@ -58,7 +54,7 @@ TEST_F(AtomicFileTest, fullDiskLeavesTheOldFileAndNoRubbish) {
         const FullDisk full;
         EXPECT_TRUE(writeFileAtomically(m_path, m_new)) << "the error is reported";
     }
-    EXPECT_EQ(contents(m_path), m_old);
+    EXPECT_EQ(contentsOf(m_path), m_old);
     EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), QStringList{u"file"_qs});
 }
 
@@ -72,7 +68,7 @@ TEST_F(AtomicFileTest, keepsPermissionsAndLinks) {
     ASSERT_TRUE(QFile::setPermissions(target, userOnly | QFile::ReadGroup));
     EXPECT_FALSE(writeFileAtomically(m_path, m_new));
     EXPECT_EQ(QFile::symLinkTarget(m_path), target);
-    EXPECT_EQ(contents(target), m_new);
+    EXPECT_EQ(contentsOf(target), m_new);
     EXPECT_EQ(QFile::permissions(target), userOnly | QFile::ReadGroup);
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/linux/session/KernelWakeAlarm.h"
 #include "tests/support/BusTest.h"
+#include "tests/support/Files.h"
 #include "tests/support/Testing.h"
 
 #include <QRegularExpression>
@@ -50,9 +51,7 @@ std::vector<int> wakeTimers() {
     std::vector<int> left;
     const QDir folder(u"/proc/self/fdinfo"_qs);
     for (const QString& name : folder.entryList(QDir::Files)) {
-        QFile file(folder.filePath(name));
-        const QString info =
-            file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        const QString info = QString::fromUtf8(contentsOf(folder.filePath(name)));
         static const QRegularExpression value(u"it_value: \\((\\d+),"_qs);
         if (info.contains(u"clockid: 8\n"_qs)) // CLOCK_REALTIME_ALARM
             left.push_back(value.match(info).captured(1).toInt());

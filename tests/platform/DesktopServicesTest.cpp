@@ -2,13 +2,11 @@
 #include "platform/linux/desktop/DesktopWorkspace.h"
 #include "platform/linux/desktop/PortalAppearance.h"
 #include "platform/linux/desktop/WindowColours.h"
-#include "platform/linux/session/LogindPowerMonitor.h"
 #include "platform/linux/session/LogindSleepInhibitor.h"
-#include "platform/linux/session/UnixSignals.h"
 #include "tests/support/BusTest.h"
+#include "tests/support/Files.h"
 #include "tests/support/Windows.h"
 
-#include <QDBusMessage>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 #include <QDesktopServices>
@@ -16,7 +14,6 @@
 #include <QUrl>
 
 #include <array>
-#include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
@@ -33,33 +30,17 @@ void settle() {
 using LogindTest = BusTest;
 using WorkspaceTest = BusTest;
 
-class FakeLogind : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.login1.Manager")
-
-public:
-    QStringList asked;
+TEST_F(LogindTest, isKeptFromIdleSleepAlone) {
     std::array<int, 2> pipe{-1, -1}; // an inhibitor is held while its other end is open
-
-public Q_SLOTS:
-    QDBusUnixFileDescriptor Inhibit(const QString& what, const QString& who, const QString& why,
-                                    const QString& mode) {
-        asked << QStringList{what, who, why, mode}.join(u'|');
+    const FakeService logind(m_theirs, "org.freedesktop.login1", [&](const QDBusMessage&) {
         EXPECT_EQ(::pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK), 0);
         QDBusUnixFileDescriptor inhibitor;
         inhibitor.giveFileDescriptor(pipe[1]);
-        return inhibitor;
-    }
-};
-
-TEST_F(LogindTest, tellsOfWakingUpAndIsKeptFromIdleSleepAlone) {
-    FakeLogind logind;
-    m_theirs.registerObject(u"/org/freedesktop/login1"_qs, &logind,
-                            QDBusConnection::ExportAllSlots);
-    ASSERT_TRUE(m_theirs.registerService(u"org.freedesktop.login1"_qs));
+        return QVariant::fromValue(inhibitor);
+    });
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_address.toUtf8());
     char byte = 0;
-    const auto isReleased = [&] { return ::read(logind.pipe[0], &byte, 1) == 0; };
+    const auto isReleased = [&] { return ::read(pipe[0], &byte, 1) == 0; };
     LogindSleepInhibitor inhibitor;
     for (const bool isHeld : {true, false, true, true}) // answered before logind did
         inhibitor.setHeld(isHeld);
@@ -68,49 +49,11 @@ TEST_F(LogindTest, tellsOfWakingUpAndIsKeptFromIdleSleepAlone) {
     EXPECT_FALSE(isReleased());
     inhibitor.setHeld(false);
     EXPECT_TRUE(QTest::qWaitFor(isReleased));
-    EXPECT_EQ(logind.asked, QStringList{u"idle|Dorvane|An alarm rings|block"_qs});
+    EXPECT_EQ(logind.asked, QStringList{u"Inhibit|idle|Dorvane|An alarm rings|block"_qs});
     inhibitor.setHeld(true);
     inhibitor.setHeld(false);
     EXPECT_TRUE(QTest::qWaitFor([&] { return logind.asked.size() == 2 && isReleased(); }));
-
-    LogindPowerMonitor monitor;
-    int woken = 0;
-    monitor.setPoweredOn([&] { ++woken; });
-    settle(); // it starts to listen
-    for (const bool goingToSleep : {true, false})
-        m_theirs.send(QDBusMessage::createSignal(u"/org/freedesktop/login1"_qs,
-                                                 u"org.freedesktop.login1.Manager"_qs,
-                                                 u"PrepareForSleep"_qs)
-                      << goingToSleep);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return woken == 1; }));
-    settle();
-    EXPECT_EQ(woken, 1);
 }
-
-// The settings portal of a desktop. Answers are wrapped in two variants, as real portals do.
-class FakePortal : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-public:
-    explicit FakePortal(QDBusConnection bus) {
-        bus.registerObject(u"/org/freedesktop/portal/desktop"_qs, this,
-                           QDBusConnection::ExportAllContents);
-        EXPECT_TRUE(bus.registerService(u"org.freedesktop.portal.Desktop"_qs));
-    }
-
-    void change(const QString& key, uint value) {
-        Q_EMIT SettingChanged(u"org.freedesktop.appearance"_qs, key, QDBusVariant(value));
-    }
-
-public Q_SLOTS:
-    QDBusVariant Read(const QString&, const QString&) {
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(1U)));
-    }
-
-Q_SIGNALS:
-    void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-};
 
 class AppearanceTest : public BusTest {
 protected:
@@ -152,23 +95,31 @@ void expectDarkAndReadable(const QPalette& palette) {
 }
 
 TEST_F(AppearanceTest, followsThePortalAndWithoutAPreferenceThePalette) {
-    const auto scheme = u"color-scheme"_qs;
     setPaletteDark(false);
-    FakePortal portal(m_theirs);
+    // Wrapped in two variants, as real portals do.
+    FakeService portal(m_theirs, "org.freedesktop.portal.Desktop", [](const QDBusMessage&) {
+        return QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(1U))));
+    });
+    const auto change = [&](const char* key, uint value) {
+        portal.tell("/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings",
+                    "SettingChanged",
+                    {u"org.freedesktop.appearance"_qs, QLatin1String(key),
+                     QVariant::fromValue(QDBusVariant(value))});
+    };
     PortalAppearance appearance(m_ours);
     appearance.setChanged([this] { ++m_changes; });
     EXPECT_FALSE(appearance.isDark()) << "nothing waits for the portal";
     EXPECT_TRUE(becomes(appearance, true, 1));
     expectDarkAndReadable(QApplication::palette());
     EXPECT_EQ(QToolTip::palette(), QApplication::palette());
-    portal.change(u"contrast"_qs, 0);
+    change("contrast", 0);
     EXPECT_TRUE(becomes(appearance, true, 0));
-    portal.change(scheme, 2);
+    change("color-scheme", 2);
     EXPECT_TRUE(becomes(appearance, false, 1));
     EXPECT_FALSE(windowsAreDark()) << "the theme's colours again";
     setPaletteDark(true);
     EXPECT_TRUE(becomes(appearance, false, 0)) << "the user prefers light";
-    portal.change(scheme, 0);
+    change("color-scheme", 0);
     EXPECT_TRUE(becomes(appearance, true, 1));
 }
 
@@ -180,61 +131,44 @@ TEST_F(AppearanceTest, followsThePaletteWithoutAPortal) {
     EXPECT_TRUE(becomes(appearance, true, 1));
 }
 
-// The file manager, and what opens addresses without one.
-class FakeFileManager : public QObject {
+// What opens addresses without a file manager.
+class Opener : public QObject {
     Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
 
 public:
-    QStringList shown, opened;
-
+    QStringList opened;
     Q_INVOKABLE void open(const QUrl& url) { opened << url.toString(); }
-
-public Q_SLOTS:
-    void ShowItems(const QStringList& uris, const QString&) { shown << uris; }
 };
 
 TEST_F(WorkspaceTest, revealsInTheFileManagerOrElseOpensTheFolder) {
-    FakeFileManager manager;
-    QDesktopServices::setUrlHandler(u"file"_qs, &manager, "open");
-    m_theirs.registerObject(u"/org/freedesktop/FileManager1"_qs, &manager,
-                            QDBusConnection::ExportAllSlots);
-    ASSERT_TRUE(m_theirs.registerService(u"org.freedesktop.FileManager1"_qs));
+    Opener opener;
+    QDesktopServices::setUrlHandler(u"file"_qs, &opener, "open");
+    std::optional<FakeService> manager;
+    manager.emplace(m_theirs, "org.freedesktop.FileManager1",
+                    [](const QDBusMessage&) { return QVariant(); });
     DesktopWorkspace workspace(m_ours);
     workspace.reveal(u"/some place/100% ü.mp3"_qs);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !manager.shown.isEmpty(); }));
-    EXPECT_EQ(manager.shown, QStringList{u"file:///some%20place/100%25%20%C3%BC.mp3"_qs});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !manager->asked.isEmpty(); }));
+    EXPECT_EQ(manager->asked,
+              QStringList{u"ShowItems|file:///some%20place/100%25%20%C3%BC.mp3|"_qs});
     settle();
-    EXPECT_EQ(manager.opened, QStringList());
+    EXPECT_EQ(opener.opened, QStringList());
 
-    ASSERT_TRUE(m_theirs.unregisterService(u"org.freedesktop.FileManager1"_qs));
+    manager.reset();
     workspace.reveal(u"/some place/song.mp3"_qs);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !manager.opened.isEmpty(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !opener.opened.isEmpty(); }));
     DesktopWorkspace(QDBusConnection(u"none"_qs)).reveal(u"/other/song"_qs);
-    EXPECT_EQ(manager.opened, (QStringList{u"file:///some place"_qs, u"file:///other"_qs}));
+    EXPECT_EQ(opener.opened, (QStringList{u"file:///some place"_qs, u"file:///other"_qs}));
     QDesktopServices::unsetUrlHandler(u"file"_qs);
 }
 
 TEST_F(WorkspaceTest, goesByContentWhereTheNameDoesNotTell) {
     const QTemporaryDir folder;
-    QFile file(folder.filePath(u"sound"_qs));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    file.write(QByteArray("RIFF\x24\0\0\0WAVEfmt ", 16));
+    const QString file = folder.filePath(u"sound"_qs);
+    writeFile(file, QByteArray("RIFF\x24\0\0\0WAVEfmt ", 16));
     const DesktopWorkspace workspace(m_ours);
-    EXPECT_EQ(workspace.typeOfFile(file.fileName()), u"audio/x-wav"_qs);
+    EXPECT_EQ(workspace.typeOfFile(file), u"audio/x-wav"_qs);
     EXPECT_EQ(workspace.typeOfFile(folder.filePath(u"gone.wav"_qs)), QString());
-}
-
-TEST(UnixSignalsTest, arriveFromTheLoopAndIgnoredOnesStayIgnored) {
-    std::signal(SIGHUP, SIG_IGN);
-    int arrived = 0;
-    const UnixSignals signals([&] { ++arrived; });
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
-        std::raise(signal);
-    EXPECT_EQ(arrived, 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return arrived == 2; }));
-    settle();
-    EXPECT_EQ(arrived, 2);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
 #include "platform/linux/preferences/LibplistFormat.h"
+#include "tests/support/Files.h"
 #include "tests/support/Testing.h"
 
 #include <pwd.h>
@@ -21,9 +22,8 @@ TEST(MainBundleTest, readsTheInformationFileAndDoesWithoutOne) {
     };
     for (const auto& [contents, version] : cases) {
         const QTemporaryDir folder;
-        QFile file(folder.filePath(u"Info.plist"_qs));
-        if (!contents.isNull() && file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-            file.write(contents);
+        if (!contents.isNull())
+            writeFile(folder.filePath(u"Info.plist"_qs), contents);
         const LogCapture log;
         const Bundle bundle = bundleWithPath(folder.path(), LibplistFormat());
         EXPECT_EQ(bundle.infoString(u"CFBundleVersion"_qs), version);

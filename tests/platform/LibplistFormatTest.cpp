@@ -40,12 +40,6 @@ TEST(LibplistFormatTest, everyTypeSurvivesTheBinaryFormat) {
         EXPECT_EQ(copy[entry.key()].typeId(), entry.value().typeId()) << qPrintable(entry.key());
 }
 
-TEST(LibplistFormatTest, refusesToWriteWhatIsNoProperty) {
-    for (const QVariant& value : {QVariant(), QVariant(QTime(7, 0)), QVariant(QDateTime()),
-                                  QVariant(QVariantList{QVariant()})})
-        EXPECT_FALSE(format.binary(value)) << value.typeName();
-}
-
 QByteArray hex(quint64 value, int bytes) {
     return QByteArray::number(value, 16).rightJustified(2 * bytes, '0');
 }

@@ -2,6 +2,7 @@
 #include "platform/linux/preferences/PropertyListDefaults.h"
 
 #include "platform/linux/preferences/LibplistFormat.h"
+#include "tests/support/Files.h"
 #include "tests/support/Testing.h"
 
 using namespace dorvane::testing;
@@ -20,18 +21,9 @@ protected:
         return std::make_unique<PropertyListDefaults>(m_path, m_format, m_runLoop);
     }
     [[nodiscard]] QVariantMap onDisk() const {
-        return m_format.parse(contents(m_path)).value_or(QVariant()).toMap();
+        return m_format.parse(contentsOf(m_path)).value_or(QVariant()).toMap();
     }
-    [[nodiscard]] static QByteArray contents(const QString& path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
-    }
-    void put(const QByteArray& data) const {
-        QDir().mkpath(folder());
-        QFile file(m_path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(data);
-    }
+    void put(const QByteArray& data) const { writeFile(m_path, data); }
     void put(const QVariantMap& values) const { put(*m_format.binary(values)); }
     [[nodiscard]] QString folder() const { return m_folder.filePath(u"Dorvane"_qs); }
     // Every file of the folder but the preferences, oldest name first, and what is in it.
@@ -39,7 +31,7 @@ protected:
         std::vector<std::pair<QString, QByteArray>> found;
         for (const QString& name : QDir(folder()).entryList(QDir::Files | QDir::Hidden, QDir::Name))
             if (name != u"x.plist"_qs)
-                found.emplace_back(name, contents(folder() + u'/' + name));
+                found.emplace_back(name, contentsOf(folder() + u'/' + name));
         return found;
     }
 
@@ -127,7 +119,7 @@ TEST_F(PropertyListDefaultsTest, unreadFileIsLeftAloneAndCopiedBeforeItIsWritten
 
     QDir().rmdir(m_path);
     put({{a, false}, {b, true}});
-    const QByteArray unread = contents(m_path);
+    const QByteArray unread = contentsOf(m_path);
     for (const bool value : {true, false}) { // one copy
         defaults->setValue(a, value);
         EXPECT_TRUE(defaults->synchronize());
@@ -137,13 +129,12 @@ TEST_F(PropertyListDefaultsTest, unreadFileIsLeftAloneAndCopiedBeforeItIsWritten
 }
 
 TEST_F(PropertyListDefaultsTest, changesOutliveAFailedWrite) {
-    QFile inTheWay(folder()); // where the folder would have to be
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    writeFile(folder()); // where the folder would have to be
     const LogCapture log;
     const auto defaults = open();
     defaults->setValue(a, true);
     EXPECT_FALSE(defaults->synchronize());
-    inTheWay.remove();
+    QFile::remove(folder());
     defaults->setValue(b, QTime(7, 0)); // no property
     EXPECT_FALSE(defaults->synchronize());
     EXPECT_EQ(log.messages().size(), 2);

@@ -3,6 +3,7 @@
 
 #include "platform/linux/session/LaunchRequest.h"
 #include "tests/support/BusTest.h"
+#include "tests/support/Files.h"
 #include "tests/support/Windows.h"
 
 #include <QDBusMessage>
@@ -67,10 +68,8 @@ INSTANTIATE_TEST_SUITE_P(Ways, SingleInstanceTest, ::testing::Bool(),
 
 TEST(InstanceLockTest, aCrashedInstanceLeavesNothingInTheWay) {
     const QTemporaryDir folder;
-    for (const char* suffix : {".lock", ".socket"}) { // what it left behind, no longer locked
-        QFile file(folder.filePath(u"com.brackenfold.Dorvane"_qs) + QLatin1String(suffix));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    for (const char* suffix : {".lock", ".socket"}) // what it left behind, no longer locked
+        writeFile(folder.filePath(u"com.brackenfold.Dorvane"_qs) + QLatin1String(suffix));
     InstanceLock lock(folder.path());
     EXPECT_TRUE(lock.acquire());
     InstanceLock second(folder.path());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/platform/SoundEngineFixture.h"
+#include "tests/support/Files.h"
 #include "tests/support/Testing.h"
 
 #include <sys/stat.h>
@@ -11,14 +12,9 @@ namespace {
 class SoundEngineFaultsTest : public dorvane::testing::SoundEngineFixture {
 protected:
     static QString file(const char* name, const QByteArray& contents) {
-        QFile out(s_folder->filePath(QLatin1String(name)));
-        EXPECT_TRUE(out.open(QIODevice::WriteOnly) && out.write(contents) == contents.size());
-        return out.fileName();
-    }
-    static QByteArray contents(const QString& path) {
-        QFile in(path);
-        EXPECT_TRUE(in.open(QIODevice::ReadOnly));
-        return in.readAll();
+        const QString path = s_folder->filePath(QLatin1String(name));
+        writeFile(path, contents);
+        return path;
     }
     // The streams that the server holds for us.
     static qsizetype streams() {
@@ -30,10 +26,10 @@ TEST_F(SoundEngineFaultsTest, whatCannotBePlayedSaysSoOnceWithItsName) {
     const QString mp3 = tone("f.mp3", 0.5);
     const QString pipe = s_folder->filePath(u"pipe.wav"_qs);
     ASSERT_EQ(mkfifo(qPrintable(pipe), 0600), 0);
-    for (const QString& path :
-         {file("empty.mp3", {}), file("text.wav", "not a sound at all\n"),
-          file("start.mp3", contents(mp3).left(90)), file("list.m3u8", "#EXTM3U\n" + mp3.toUtf8()),
-          u"/nowhere/to/be/found.mp3"_qs, s_folder->path(), pipe}) {
+    for (const QString& path : {file("empty.mp3", {}), file("text.wav", "not a sound at all\n"),
+                                file("start.mp3", contentsOf(mp3).left(90)),
+                                file("list.m3u8", "#EXTM3U\n" + mp3.toUtf8()),
+                                u"/nowhere/to/be/found.mp3"_qs, s_folder->path(), pipe}) {
         SCOPED_TRACE(qPrintable(path));
         const LogCapture log;
         Playing playing(*this, path);
@@ -47,7 +43,7 @@ TEST_F(SoundEngineFaultsTest, whatCannotBePlayedSaysSoOnceWithItsName) {
         EXPECT_TRUE(log.messages()[0].contains(path)) << qPrintable(log.messages()[0]);
     }
 
-    const QByteArray whole = contents(tone("f.wav", 0.5));
+    const QByteArray whole = contentsOf(tone("f.wav", 0.5));
     Playing half(*this, file("half.wav", whole.left(whole.size() / 2)));
     ASSERT_TRUE(half.start());
     EXPECT_EQ(half.heardToTheEnd().size(), 1U);
@@ -57,7 +53,7 @@ TEST_F(SoundEngineFaultsTest, whatCannotBePlayedSaysSoOnceWithItsName) {
 // Two gigabytes of silence behind a second of tone, on a disk that need not hold them.
 TEST_F(SoundEngineFaultsTest, hoursOfSoundAreNeitherHeldInMemoryNorWaitedFor) {
     constexpr qint64 size = 2'000'000'000;
-    QByteArray wave = contents(tone("start.wav", 1, "-bitexact"));
+    QByteArray wave = contentsOf(tone("start.wav", 1, "-bitexact"));
     const auto patch = [&](qsizetype at, quint32 value) {
         wave.replace(at, 4, reinterpret_cast<const char*>(&value), 4);
     };
@@ -67,7 +63,7 @@ TEST_F(SoundEngineFaultsTest, hoursOfSoundAreNeitherHeldInMemoryNorWaitedFor) {
     ASSERT_TRUE(QFile::resize(path, size));
     const double length = (size - 44) / 88200.0;
     const auto resident = [] {
-        return contents(u"/proc/self/statm"_qs).split(' ')[1].toLongLong() * 4096;
+        return contentsOf(u"/proc/self/statm"_qs).split(' ')[1].toLongLong() * 4096;
     };
 
     const qint64 before = resident();

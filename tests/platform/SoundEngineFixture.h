@@ -36,13 +36,13 @@ protected:
     }
 
     // A sine of amplitude 0.5 from `begin` to the end, encoded as the name and `codec` say.
-    static QString tone(const char* name, double seconds, const char* codec = "", double begin = 0,
-                        double frequency = 441) {
+    static QString tone(const char* name, double seconds, const char* codec = "",
+                        double begin = 0) {
         const QString path = s_folder->filePath(QLatin1String(name));
         const auto command = u"ffmpeg -nostdin -v error -f lavfi -i "
-                             "aevalsrc=0.5*sin(2*PI*%1*t)*gte(t\\,%2):d=%3 %4 %5"_qs;
+                             "aevalsrc=0.5*sin(2*PI*441*t)*gte(t\\,%1):d=%2 %3 %4"_qs;
         if (!QFile::exists(path))
-            run(command.arg(frequency).arg(begin).arg(seconds).arg(QLatin1String(codec), path));
+            run(command.arg(begin).arg(seconds).arg(QLatin1String(codec), path));
         return path;
     }
 

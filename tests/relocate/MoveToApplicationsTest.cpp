@@ -71,14 +71,6 @@ private:
     QStringList m_done;
 };
 
-// What the log says, without the complaints of a platform that cannot raise windows.
-std::string logged(const LogCapture& log) {
-    std::string text;
-    for (const QString& line : log.messages().filter(u"dorvane.relocate: "_qs))
-        text += line.mid(line.indexOf(u' ') + 1).toStdString() + "\n";
-    return text;
-}
-
 class MoveToApplicationsTest : public ::testing::Test {
 protected:
     ~MoveToApplicationsTest() override {
@@ -150,37 +142,25 @@ TEST_F(MoveToApplicationsTest, isSuppressedForGoodByABoxThatIsTickedAtANo) {
     EXPECT_EQ(m_relocator.done(), "stay stay stay");
 }
 
-// Each row: what is out of the ordinary, "!" before what fails; all that is done; what the log
-// adds.
+// Each row: what is out of the ordinary, "!" before what fails; all that is done.
 TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
-    const char* const copyFailed =
-        "ERROR -- Could not copy '/home/a/Downloads/Dorvane.app' to '/opt/Dorvane.app' (broken)\n"
-        "ERROR -- Could not copy myself to /opt/Dorvane.app\n";
-    const char* const deleteFailed =
-        "WARNING -- Could not delete '/home/a/Downloads/Dorvane.app': broken\n";
-    const char* const trashFailed =
-        "WARNING -- Could not delete '/home/a/Downloads/Dorvane.app': broken\n"
-        "WARNING -- Could not delete application after moving it to Applications folder\n";
-    const char* const rows[][3] = {
-        {"", "copy place moved remove reopen end", ""},
-        {"old", "copy trash-old place moved remove reopen end", ""},
-        {"old runs", "open end", "INFO -- Switching to an already running version\n"},
-        {"old !copy", "copy stay alert", copyFailed},
-        {"old !trash-old", "copy trash-old discard stay alert", ""},
-        {"!place", "copy place stay alert", copyFailed},
-        {"!remove", "copy place moved remove trash-source reopen end", deleteFailed},
-        {"!remove !trash-source", "copy place moved remove trash-source reopen end", trashFailed},
-        {"image", "copy place moved reopen detach end", ""},
-        {"root", "copy-as-root moved remove reopen end", ""},
-        {"old protected", "copy-as-root moved remove reopen end", ""},
-        {"root refused", "copy-as-root stay",
-         "INFO -- Not moving because user canceled authorization\n"},
-        {"root !copy-as-root", "copy-as-root stay alert",
-         "ERROR -- Could not copy myself to /Applications with authorization\n"},
+    const char* const rows[][2] = {
+        {"", "copy place moved remove reopen end"},
+        {"old", "copy trash-old place moved remove reopen end"},
+        {"old runs", "open end"},
+        {"old !copy", "copy stay alert"},
+        {"old !trash-old", "copy trash-old discard stay alert"},
+        {"!place", "copy place stay alert"},
+        {"!remove", "copy place moved remove trash-source reopen end"},
+        {"image", "copy place moved reopen detach end"},
+        {"root", "copy-as-root moved remove reopen end"},
+        {"old protected", "copy-as-root moved remove reopen end"},
+        {"root refused", "copy-as-root stay"},
+        {"root !copy-as-root", "copy-as-root stay alert"},
     };
-    for (const auto& [machine, done, said] : rows) {
+    for (const auto& [machine, done] : rows) {
         m_relocator.setUp(QString::fromLatin1(machine).split(u' '));
-        LogCapture log;
+        const LogCapture quietly;
         offer();
         ASSERT_TRUE(alert()) << machine;
         const bool asksRoot = m_relocator.is("root") || m_relocator.is("protected");
@@ -192,9 +172,6 @@ TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
         if (alert())
             m_relocator.act("alert");
         EXPECT_EQ(m_relocator.done(), done) << machine;
-        EXPECT_EQ(logged(log),
-                  std::string("INFO -- Moving myself to the Applications folder\n") + said)
-            << machine;
         delete alert();
     }
 }

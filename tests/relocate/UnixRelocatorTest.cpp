@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/relocate/UnixRelocator.h"
 
+#include "tests/support/Files.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/Testing.h"
 
 #include <QProcess>
 
-#include <csignal>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 using namespace dorvane::testing;
@@ -21,30 +21,13 @@ const std::string placed = "./Dorvane.app 755|./Dorvane.app/Info.plist 644|"
 
 const std::string oldVersion = "./Dorvane.app 700|";
 
-// No file can grow beyond it, as on a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_before{};
-};
-
 // A bundle to be moved, and a folder that stands for /opt.
 class UnixRelocatorTest : public ::testing::Test {
 protected:
     UnixRelocatorTest() {
         QDir().mkpath(m_opt);
         sh(u"mkdir -p \"$1/Resources/empty\" && cd \"$1\" && cp /bin/true dorvane && "
-           "echo info > Info.plist && printf '%070000d' 0 > Resources/sound && "
+           "echo info > Info.plist && printf '%0170000d' 0 > Resources/sound && "
            "ln -s Resources/sound link && chmod 400 Resources/sound && chmod 555 Resources"_qs);
     }
     ~UnixRelocatorTest() override { sh(u"chmod -R u+w \"${1%/*}\""_qs); }
@@ -65,12 +48,9 @@ protected:
 
     // As somebody who puts `script` in the place of pkexec.
     Relocator::Authorised authorise(const QByteArray& script) {
-        QFile pkexec(m_root.filePath(u"bin/pkexec"_qs));
-        QDir().mkpath(m_root.filePath(u"bin"_qs));
-        EXPECT_TRUE(pkexec.open(QIODevice::WriteOnly));
-        pkexec.write("#!/bin/sh\n" + script);
-        pkexec.close();
-        pkexec.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        const QString pkexec = m_root.filePath(u"bin/pkexec"_qs);
+        writeFile(pkexec, "#!/bin/sh\n" + script);
+        QFile::setPermissions(pkexec, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         const QByteArray path = qgetenv("PATH");
         qputenv("PATH", QFile::encodeName(m_root.filePath(u"bin:"_qs)) + path);
         const auto answer = m_relocator.copyWithAuthorisation(m_bundle, m_destination);
@@ -111,7 +91,7 @@ TEST_F(UnixRelocatorTest, leavesNothingOfACopyThatFails) {
     EXPECT_EQ(opt(), "");
     sh(u"rm -f \"$1/Resources/pipe\""_qs);
     {
-        const FileSizeLimit limit(50'000);
+        const FullDisk full;
         EXPECT_NE(m_relocator.copyBeside(m_bundle, m_destination), std::nullopt);
     }
     EXPECT_EQ(opt(), "");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/BusTest.h"
 
+#include "tests/support/Files.h"
 #include "tests/support/Testing.h"
 
 #include <QUuid>
@@ -37,15 +38,40 @@ QDBusConnection BusTest::join() {
 }
 
 QString BusTest::start() {
-    QFile file(m_folder.filePath(u"bus.conf"_qs));
-    if (!file.open(QIODevice::WriteOnly))
-        return {};
-    file.write(QString::fromLatin1(configuration).arg(m_folder.path()).toUtf8());
-    file.close();
+    const QString file = m_folder.filePath(u"bus.conf"_qs);
+    writeFile(file, QString::fromLatin1(configuration).arg(m_folder.path()).toUtf8());
     m_daemon.start(u"dbus-daemon"_qs, {u"--nofork"_qs, u"--nopidfile"_qs, u"--print-address"_qs,
-                                       u"--config-file="_qs + file.fileName()});
+                                       u"--config-file="_qs + file});
     return m_daemon.waitForReadyRead(5000) ? QString::fromUtf8(m_daemon.readLine()).trimmed()
                                            : QString();
+}
+
+FakeService::FakeService(QDBusConnection bus, const char* name, Answer answer)
+    : m_bus(std::move(bus)), m_name(QLatin1String(name)), m_answer(std::move(answer)) {
+    EXPECT_TRUE(m_bus.registerVirtualObject(u"/"_qs, this, QDBusConnection::SubPath));
+    EXPECT_TRUE(m_bus.registerService(m_name));
+}
+
+FakeService::~FakeService() {
+    m_bus.unregisterService(m_name);
+    m_bus.unregisterObject(u"/"_qs);
+}
+
+void FakeService::tell(const char* path, const char* interface, const char* signal,
+                       const QVariantList& arguments) {
+    QDBusMessage message = QDBusMessage::createSignal(QLatin1String(path), QLatin1String(interface),
+                                                      QLatin1String(signal));
+    message.setArguments(arguments);
+    m_bus.send(message);
+}
+
+bool FakeService::handleMessage(const QDBusMessage& call, const QDBusConnection& bus) {
+    QStringList words{call.member()};
+    for (const QVariant& argument : call.arguments())
+        words << argument.toString();
+    asked << words.join(u'|');
+    const QVariant answer = m_answer(call);
+    return bus.send(answer.isValid() ? call.createReply(answer) : call.createReply());
 }
 
 } // namespace dorvane::testing

@@ -18,14 +18,17 @@ public:
     void registerDefaults(const QVariantMap&) override {}
     bool synchronize() override {
         m_written = m_values;
+        ++m_writes;
         return true;
     }
 
     [[nodiscard]] const QVariantMap& written() const { return m_written; }
+    [[nodiscard]] int writes() const { return m_writes; }
 
 private:
     QVariantMap m_values;
     QVariantMap m_written;
+    int m_writes = 0;
 };
 
 } // namespace dorvane::testing

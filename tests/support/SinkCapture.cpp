@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/SinkCapture.h"
 
-#include "tests/support/Purity.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -74,10 +72,6 @@ double SinkCapture::level(double begin, double end) const {
     for (const float sample : heard)
         energy += static_cast<double>(sample) * static_cast<double>(sample);
     return std::sqrt(2 * energy / static_cast<double>(std::max<std::size_t>(heard.size(), 1)));
-}
-
-double SinkCapture::purity(double begin, double end, double frequency) const {
-    return testing::purity(samples(begin, end), frequency);
 }
 
 double SinkCapture::largestStep(double begin, double end) const {

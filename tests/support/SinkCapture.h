@@ -41,9 +41,6 @@ public:
     // The amplitude of a sine of this loudness.
     [[nodiscard]] double level(double begin, double end) const;
 
-    // How far everything else lies below a tone of this frequency, in decibels.
-    [[nodiscard]] double purity(double begin, double end, double frequency) const;
-
     // The largest step between neighbouring samples: a click stands out.
     [[nodiscard]] double largestStep(double begin, double end) const;
 
