@@ -39,10 +39,7 @@ protected:
         return m_defaults.value(QString::fromLatin1(key));
     }
     static QDialog* sheet() {
-        for (QWidget* window : QApplication::topLevelWidgets())
-            if (window->objectName() == u"CustomModalWindowController"_qs && window->isVisible())
-                return qobject_cast<QDialog*>(window);
-        return nullptr;
+        return windowsNamed<QDialog>("CustomModalWindowController").value(0);
     }
 
     // The sheet goes with any of its buttons.
@@ -134,6 +131,9 @@ TEST_F(BreakWindowsTest, StartedFromTheWindowTheBreaksFollowEachOther) {
         EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
         EXPECT_EQ(sheet()->findChild<QLabel*>(u"showBreakTime"_qs)->text(),
                   u"Take a break for %1 mins"_qs.arg(QLatin1String(left)));
+        loop.advance(70s);
+        EXPECT_TRUE(
+            sheet()->findChild<QLabel*>(u"showBreakTime"_qs)->text().contains(u"or 03:"_qs));
         sheet()->close(); // is done, too
         ASSERT_FALSE(sheet());
     }

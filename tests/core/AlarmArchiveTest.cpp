@@ -149,14 +149,6 @@ TEST_F(AlarmArchiveTest, everyFieldIsReadIntoItsOwnPlace) {
     }
 }
 
-TEST_F(AlarmArchiveTest, sameRecordTwiceIsTheSameAlarmTwice) {
-    const AlarmPtr alarm = Alarm::create();
-    const auto read = m_archive.unarchive(m_archive.archivedData({alarm, Alarm::create(), alarm}));
-    ASSERT_EQ(read.alarms.size(), 3U);
-    EXPECT_EQ(read.alarms[0], read.alarms[2]);
-    EXPECT_NE(read.alarms[0], read.alarms[1]);
-}
-
 // As other programs spell the same: lists that cannot be changed, texts that can, texts as bytes,
 // dates as they stand or by whole seconds, numbers for flags, keys that are not there yet.
 TEST_F(AlarmArchiveTest, readsOtherSpellings) {

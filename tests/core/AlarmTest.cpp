@@ -101,17 +101,6 @@ TEST(AlarmTest, reportsOnceLessThanAWholeSecondIsLeftUntilTriggered) {
     EXPECT_EQ(reports.count, 2);
 }
 
-TEST(AlarmTest, minutesAndSecondsAreTruncatedTowardZero) {
-    const AlarmPtr alarm = AlarmOf{.kind = dated, .time = "11-21 08:02"}.alarm();
-    const std::tuple<std::chrono::milliseconds, qint64, qint64> cases[] = {
-        {0s, 2, 0}, {500ms, 1, 59}, {120'900ms, 0, 0}, {181s, -1, -1}};
-    for (const auto& [since, minutes, seconds] : cases) {
-        const Alarm::MinutesAndSeconds left = alarm->minutesFromNow(eight() + since);
-        EXPECT_EQ(std::pair(left.minutes, left.seconds), std::pair(minutes, seconds))
-            << since.count();
-    }
-}
-
 TEST(AlarmTest, copyTakesTheDueTimeAndForgetsTheSnoozes) {
     const AlarmPtr alarm = AlarmOf{.kind = dated, .time = "11-21 07:00", .snoozed = 9}.alarm();
     alarm->snooze(9); // they add up
@@ -123,14 +112,6 @@ TEST(AlarmTest, copyTakesTheDueTimeAndForgetsTheSnoozes) {
     alarm->setRunTime({}); // and every new start forgets them
     EXPECT_EQ(alarm->time(eight()), at("11-21 07:00"));
     EXPECT_EQ(copy->snoozedMinutes(), 0U);
-}
-
-TEST(AlarmTest, comparesItsStoredTimeWithTheDueTimeOfTheOtherAndDescribesItself) {
-    const AlarmPtr seven = AlarmOf{.title = "Tea %1", .time = "11-21 07:00"}.alarm();
-    EXPECT_EQ(seven->compare(*Alarm::create(), eight()), std::weak_ordering::less);
-    EXPECT_EQ(Alarm::create()->compare(*seven, eight()), std::weak_ordering::equivalent);
-    EXPECT_EQ(seven->description(), u"Alarm at 2026-11-21T07:00:00+01:00 (\"Tea %1\")"_qs);
-    EXPECT_EQ(Alarm::create()->description(), u"Alarm at (null) (no reminder)"_qs);
 }
 
 } // namespace

@@ -16,19 +16,19 @@ TEST(LocalTimeTest, missingHourMovesForwardAndDoubledHourIsTheFirst) {
         QTime time;
         const char* expected;
     } cases[] = {
-        {"Europe/Berlin", {2026, 3, 29}, {2, 30}, "2026-03-29T03:30:00+02:00"},
-        {"Europe/Berlin", {2026, 3, 29}, {3, 0}, "2026-03-29T03:00:00+02:00"},
-        {"Europe/Berlin", {2026, 10, 25}, {2, 30}, "2026-10-25T02:30:00+02:00"},
-        {"America/New_York", {2026, 11, 1}, {1, 30}, "2026-11-01T01:30:00-04:00"},
-        {"Australia/Lord_Howe", {2026, 10, 4}, {2, 15}, "2026-10-04T02:45:00+11:00"},
-        {"Australia/Lord_Howe", {2026, 4, 5}, {1, 45}, "2026-04-05T01:45:00+11:00"},
-        {"America/Santiago", {2026, 9, 6}, {0, 30}, "2026-09-06T01:30:00-03:00"}, // at midnight
-        {"America/Santiago", {2026, 4, 4}, {23, 30}, "2026-04-04T23:30:00-03:00"},
-        {"Pacific/Apia", {2011, 12, 30}, {8, 0}, "2011-12-31T08:00:00+14:00"}, // no such day
+        {"Europe/Berlin", {2026, 3, 29}, {2, 30}, "03-29 03:30+02"},
+        {"Europe/Berlin", {2026, 3, 29}, {3, 0}, "03-29 03:00+02"},
+        {"Europe/Berlin", {2026, 10, 25}, {2, 30}, "10-25 02:30+02"},
+        {"America/New_York", {2026, 11, 1}, {1, 30}, "11-01 01:30-04"},
+        {"Australia/Lord_Howe", {2026, 10, 4}, {2, 15}, "10-04 02:45+11"},
+        {"Australia/Lord_Howe", {2026, 4, 5}, {1, 45}, "04-05 01:45+11"},
+        {"America/Santiago", {2026, 9, 6}, {0, 30}, "09-06 01:30-03"}, // at midnight
+        {"America/Santiago", {2026, 4, 4}, {23, 30}, "04-04 23:30-03"},
+        {"Pacific/Apia", {2011, 12, 30}, {8, 0}, "2011-12-31 08:00+14"}, // no such day
     };
     for (const auto& c : cases) {
         const ZoneScope zone(c.zone);
-        EXPECT_EQ(text(localMoment(c.date, c.time)), c.expected) << c.zone;
+        EXPECT_EQ(brief(localMoment(c.date, c.time)), c.expected) << c.zone;
     }
     const std::pair<const char*, const char*> nextDays[] = {
         {"03-28 02:30", "03-29 03:30+02"},
@@ -62,13 +62,6 @@ TEST(DateHelpersTest, datesAreEnglishByTheClockOfTheTerritory) {
         EXPECT_EQ(weekdayNamed(weekdayName(date)), day) << int(day);
         EXPECT_EQ(weekdayNamed(weekdayName(date, QLocale::German)), std::nullopt) << int(day);
     }
-}
-
-TEST(DateHelpersTest, roundsToFiveMinutesByTheMinuteAlone) {
-    EXPECT_EQ(calendarDateRoundedTo5(at("11-24 12:03:40")), at("11-24 12:05"));
-    EXPECT_EQ(calendarDateRoundedTo5(at("12-31 23:58")), at("2027-01-01 00:00"));
-    EXPECT_TRUE(isSameDay(at("03-05 00:00"), at("03-05 23:59")));
-    EXPECT_FALSE(isSameDay(at("03-05 23:59"), at("03-06 00:00")));
 }
 
 } // namespace

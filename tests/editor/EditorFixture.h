@@ -42,9 +42,8 @@ public:
                 [this](const QString& path) { return storage.soundFileTypes().isSound(path); }};
     }
 
-    void acceptedAlarm(AlarmSetController& from, const AlarmPtr& alarm) override {
+    void acceptedAlarm(AlarmSetController&, const AlarmPtr& alarm) override {
         accepted.push_back(alarm);
-        editedOne = from.editingOne();
     }
 
     void store(const AlarmOf& alarm) { library.put(*alarm.alarm(), instantNow(loop)); }
@@ -94,7 +93,6 @@ public:
     AudioStorageController storage{loop, user, {}, player, workspace};
     AlarmSetController editor{services()};
     std::vector<AlarmPtr> accepted;
-    AlarmPtr editedOne;
 };
 
 } // namespace dorvane::testing

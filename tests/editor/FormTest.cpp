@@ -114,13 +114,4 @@ TEST(FormTest, goesOnFromWhereAnAlarmOfItsKindWas) {
     EXPECT_EQ(runTime(Alarm::Dated, Alarm::Weekly), "11-18 07:30+01");
 }
 
-TEST(FormTest, standsDamagedRecords) {
-    const AlarmForm blank = newAlarmForm(at("11-18 23:59:30"), 1);
-    EXPECT_EQ(QDateTime(blank.atDatePicker, blank.atTimePicker), at("11-19 00:00"));
-    EXPECT_EQ(formFilledFrom(*AlarmOf{.kind = -1}.alarm(), blank, {}).row, Alarm::Relative);
-    const AlarmForm form = formFilledFrom(*AlarmOf{.kind = 77}.alarm(), blank, {});
-    EXPECT_EQ(form.row, Alarm::Weekly);
-    EXPECT_EQ(form.atAlarmTimePicker, blank.atAlarmTimePicker); // it has no time
-}
-
 } // namespace

@@ -138,27 +138,4 @@ TEST_F(TimePickerTest, saysWhyATimeJumpsAndTakesItBack) {
     EXPECT_EQ(field.remark(), QString());
 }
 
-TEST_F(TimePickerTest, stepsThePartThatTheCursorIsIn) {
-    const struct {
-        Over over;
-        std::vector<Qt::Key> keys;
-        const char* shown;
-    } cases[] = {
-        {Over::TabbedInto, {Qt::Key_Up}, "3:20 PM"},
-        {Over::Hours,
-         {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down},
-         "9:20 AM"},
-        {Over::Minutes,
-         {Qt::Key_PageUp, Qt::Key_PageUp, Qt::Key_PageUp, Qt::Key_PageUp, Qt::Key_Down},
-         "2:59 PM"},
-        {Over::Mark, {Qt::Key_Up}, "2:20 AM"},
-    };
-    for (const auto& c : cases) {
-        type("", true, c.over);
-        for (const Qt::Key key : c.keys)
-            QTest::keyClick(&field, key);
-        EXPECT_EQ(shown(), c.shown);
-    }
-}
-
 } // namespace

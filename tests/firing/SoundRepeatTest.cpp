@@ -34,28 +34,6 @@ TEST_F(SoundRepeatTest, startsThreeTimesOneDurationApartAndThenLetsGo) {
     EXPECT_TRUE(player.sounds().empty());
 }
 
-TEST_F(SoundRepeatTest, unplayableFilesAreLetGoAndTheNextOneTriesAgain) {
-    player.setFile(u"bad"_qs, {.isPlayable = false});
-    m_repeat.playSoundAtPath(u"bad"_qs, 3);
-    player.hasServer = false;
-    m_repeat.playSoundAtPath(file, 3);
-    loop.advance(1ms);
-    player.hasServer = true;
-    m_repeat.playSoundAtPath(file, 1);
-    EXPECT_EQ(player.sounds().size(), 1u);
-    loop.advance(10s);
-    EXPECT_THAT(trace.events(),
-                ElementsAre("0 bad refused", "0 a refused", "1 a play", "1001 a finished"));
-}
-
-TEST_F(SoundRepeatTest, aHundredAtOnceAreCutToWhatCanBeHeard) {
-    for (int i = 0; i < 100; ++i)
-        m_repeat.playSoundAtPath(file, 3);
-    EXPECT_EQ(player.sounds().size(), 16u);
-    loop.advance(10s);
-    EXPECT_TRUE(player.sounds().empty());
-}
-
 // Fades in steps of 0.2 s from the tenth second on, and is cut in the twentieth; by the real engine
 // a little later, since its stop() makes up for a start that was up to 250 ms late.
 TEST(FadingSoundTest, playsShortSoundsWholeAndFadesAndCutsLongOnesByWhatIsHeard) {

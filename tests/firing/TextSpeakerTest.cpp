@@ -5,8 +5,6 @@
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/Windows.h"
 
-#include <QScreen>
-
 using namespace dorvane::testing;
 
 namespace {
@@ -38,21 +36,6 @@ TEST_F(TextSpeakerTest, menuKeepsItsFaceAndHoldsEachVoiceOnce) {
     m_speaker.speakText(u"none"_qs, 0);
     m_speaker.speakText(u"none"_qs, 4);
     EXPECT_THAT(trace.events(), ElementsAre("0 Tom & Tim selected", "0 Tom & Tim says tea"));
-}
-
-TEST_F(TextSpeakerTest, menuOfManyVoicesFitsTheScreenAndIsSearchedByTyping) {
-    speech.voices.clear();
-    for (int i = 0; i < 130; ++i)
-        speech.voices << u"Voice %1"_qs.arg(i);
-    speech.voices << u"Welsh"_qs << u"Western Armenian"_qs;
-    m_speaker.fillMenuWithVoices(&m_menu);
-    loop.runPending();
-    m_menu.popup({});
-    EXPECT_LE(m_menu.height(), m_menu.screen()->size().height());
-    EXPECT_LT(m_menu.width(), 200) << "one column";
-    QTest::keyClicks(&m_menu, u"wes"_qs);
-    QTest::keyClick(&m_menu, Qt::Key_Return);
-    EXPECT_THAT(trace.events(), ElementsAre("0 Western Armenian selected"));
 }
 
 TEST_F(TextSpeakerTest, menuAndSpeakerMayBeGoneBeforeTheVoicesAreKnown) {

@@ -43,19 +43,6 @@ protected:
         return schedule({.title = title, .minutes = 1, .isPreset = true});
     }
 
-    // Chooses an entry of the panel's menu by the titles on the way to it.
-    void choose(const QStringList& path) {
-        loop.advance(200ms);
-        const std::vector<PanelMenuEntry>* level = &m_item.panelMenu;
-        for (const QString& title : path)
-            for (const PanelMenuEntry& entry : *level)
-                if (entry.text == title) {
-                    entry.chosen ? loop.defer(entry.chosen) : void(level = &entry.children);
-                    break;
-                }
-        loop.runPending();
-    }
-
     static SnoozeWindowController& windowOf(const AlarmPtr& alarm) {
         return static_cast<SnoozeWindowController&>(*alarm->context());
     }
@@ -67,15 +54,6 @@ protected:
         for (QPushButton* button : window.findChildren<QPushButton*>())
             if (button->text() == u"&Set"_qs)
                 button->click();
-    }
-
-    // What began to sound, and when: "60000 tea".
-    std::vector<std::string> rings() const {
-        std::vector<std::string> found;
-        for (const std::string& event : trace.events())
-            if (event.ends_with(" play"))
-                found.push_back(event.substr(0, event.size() - 5));
-        return found;
     }
 
     QStringList m_told; // what befell alarms that rang: "tea snoozed"

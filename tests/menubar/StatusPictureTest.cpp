@@ -54,15 +54,6 @@ TEST(StatusPicture, wedgeCoversTheMinutesBeforeTheAlarmAndTwoDegreesMoreAtEither
     }
 }
 
-// Each would be a wake-up more.
-TEST(StatusPicture, movingTheWedgeStartsNoThreads) {
-    const QDir threads(QStringLiteral("/proc/self/task"));
-    const uint before = threads.count();
-    (void)StatusPicture().icon({30, 60});
-    threads.refresh();
-    EXPECT_EQ(threads.count(), before);
-}
-
 // How far apart two colours look, from 0 to 255.
 int contrast(QColor a, QColor b) {
     return std::abs(qGray(a.rgb()) - qGray(b.rgb()));

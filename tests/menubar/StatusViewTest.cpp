@@ -76,13 +76,6 @@ TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
     EXPECT_EQ(m_item.toolTips.mid(1), QStringList{u"Tue, 11:30 \u2013 Tea & <b>cake</b>"_qs});
 }
 
-TEST_F(StatusViewTest, toolTipDropsTheDateSixDaysAhead) {
-    StatusView view(m_loop, m_clock, m_notifications, m_item);
-    m_clock.insertAlarm(AlarmOf{.kind = Alarm::Dated, .time = "12-02 11:30"}.alarm());
-    m_loop.advance(7 * 24h);
-    EXPECT_EQ(m_item.toolTips.mid(1), (QStringList{u"Wed, 2 Dec, 11:30"_qs, u"Wed, 11:30"_qs}));
-}
-
 TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {
     StatusView view(m_loop, m_clock, m_notifications, m_item);
     m_clock.insertAlarm(AlarmOf{.minutes = 7}.alarm());

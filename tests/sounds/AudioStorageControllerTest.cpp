@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "sounds/SoundName.h"
 #include "tests/sounds/SoundLibraryFixture.h"
 #include "tests/support/Testing.h"
 
@@ -88,10 +87,6 @@ TEST_F(AudioStorageControllerTest, ListsWhatCanBePlayed) {
     for (const QString& file : asked)
         EXPECT_EQ(library->isSystemSound(file), library->rings().contains(file))
             << qPrintable(file);
-
-    player.types = {u"audio/wav"_qs, u"audio/x-caf"_qs, u"audio/mp4"_qs};
-    EXPECT_EQ(make().soundFileTypes().nameFilter(),
-              u"Sound files (*.caf *.f4a *.f4b *.m4a *.m4b *.wav)"_qs);
 }
 
 TEST_F(AudioStorageControllerTest, AddsTheUsersFilesAndSaysWhatBecameOfEach) {
@@ -125,32 +120,6 @@ TEST_F(AudioStorageControllerTest, AddsTheUsersFilesAndSaysWhatBecameOfEach) {
         EXPECT_EQ(reported[i].name, files[i].name);
         EXPECT_EQ(reported[i].problem, files[i].problem) << qPrintable(files[i].url);
     }
-}
-
-TEST(AddedSoundTest, TellsTheUserWhereToLookOrWhyNot) {
-    const QString longName = QString(u"Morning "_qs).repeated(9) + u"birds"_qs;
-    const struct {
-        std::vector<AddedSound> sounds;
-        QString message;
-    } cases[] = {
-        {{{u"Birds"_qs, {}}}, u"Added “Birds” – choose it under User Sound Library."_qs},
-        {{{u"a"_qs, {}}, {u"b"_qs, {}}},
-         u"Added 2 sounds – choose them under User Sound Library."_qs},
-        {{{u"a"_qs, u"there is no such file"_qs}, {u"b"_qs, {}}, {u"c"_qs, u"x"_qs}},
-         u"Added “b” – choose it under User Sound Library.\n“a” was not added: there is no such "
-         u"file.\n"
-         u"1 more could not be added."_qs},
-        {{{longName, {}}},
-         u"Added “Morning Morning Mo…ing Morning birds” – choose it under User Sound Library."_qs},
-    };
-    for (const auto& [sounds, message] : cases)
-        EXPECT_EQ(messageAbout(sounds), message);
-}
-
-TEST(SoundNameTest, IsTheFilesNameOrTheRemindersText) {
-    EXPECT_EQ(soundName(u"/home/x/Dorvane/Sounds/100%25 Tea.v2.mp3"_qs), u"100%25 Tea.v2"_qs);
-    EXPECT_EQ(soundName(u"/cache/Dorvane/Recordings/Tea %2F  %0Acoffee.aiff"_qs),
-              u"Tea / coffee"_qs);
 }
 
 } // namespace

@@ -26,12 +26,7 @@ protected:
                                     [](const QString& path) { return path.endsWith(u".aiff"_qs); }})
             ->show();
     }
-    static QWidget* window() {
-        for (QWidget* widget : QApplication::topLevelWidgets())
-            if (widget->objectName() == u"ReminderController"_qs)
-                return widget;
-        return nullptr;
-    }
+    static QWidget* window() { return windowsNamed("ReminderController").value(0); }
     template<typename Widget>
     static Widget& control(const char* name) {
         return *window()->findChild<Widget*>(QString::fromLatin1(name));
@@ -176,9 +171,6 @@ TEST_F(ReminderControllerTest, typingCompletesAndChooses) {
         EXPECT_EQ(comboBox().currentIndex() >= 0, isChosen) << keys;
         EXPECT_EQ(button("playButton").isEnabled(), isChosen) << keys;
     }
-    comboBox().showPopup();
-    comboBox().hidePopup();
-    EXPECT_EQ(comboBox().currentText(), u"b"_qs) << "what was typed stays";
 }
 
 TEST_F(ReminderControllerTest, deletedRecordingGivesWayToTheOneBefore) {

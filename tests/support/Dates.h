@@ -18,14 +18,8 @@ inline QDateTime at(const char* text) {
     return date;
 }
 
-// With the offset, so that the two readings of a doubled hour differ: "2026-03-29T03:30:00+02:00".
-inline std::string text(const QDateTime& date) {
-    return date.isValid()
-               ? date.toOffsetFromUtc(date.offsetFromUtc()).toString(Qt::ISODate).toStdString()
-               : "none";
-}
-
-// The same in short, without what at() adds, and with whole hours of the offset: "03-29 03:30+02".
+// The same without what at() adds, and with whole hours of the offset, so that the two readings of
+// a doubled hour differ: "03-29 03:30+02".
 inline std::string brief(const QDateTime& date) {
     if (!date.isValid())
         return "none";

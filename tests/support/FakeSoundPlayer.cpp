@@ -148,10 +148,4 @@ std::unique_ptr<Sound> FakeSoundPlayer::soundWithContentsOfFile(const QString& p
     return std::make_unique<FakeSound>(*this, path, m_files.value(path));
 }
 
-void FakeSoundPlayer::fail() {
-    for (Sound* sound : std::vector(m_sounds))
-        if (sound->isPlaying())
-            static_cast<FakeSound*>(sound)->end(u"failed"_qs, false);
-}
-
 } // namespace dorvane::testing

@@ -20,7 +20,7 @@ class FakeSound;
 //   stop        stop() of a playing sound
 //   pause, resume, seek 1.500, volume 0.99
 //   finished    heard to its end
-//   failed      a play that the sound server, or a file that cannot be read, brought to its end
+//   failed      a play that a file that cannot be read brought to its end
 //   dropped     destroyed while it was playing
 //
 //   VirtualRunLoop loop(start);
@@ -50,9 +50,6 @@ public:
     // What sounds made from now on find at `path`; files that were never set are playable and one
     // second long.
     void setFile(const QString& path, File file) { m_files[path] = file; }
-
-    // The sound server goes away under every playing sound.
-    void fail();
 
     // With no server play() answers false.
     bool hasServer = true;

@@ -17,7 +17,7 @@ public:
         ++iconsSent;
     }
     void setToolTip(const QString& text) override { toolTips << text; }
-    void setNeedsAttention(bool needs) override { needsAttention = needs; }
+    void setNeedsAttention(bool) override {}
     void setPanelMenu(std::vector<PanelMenuEntry> entries) override {
         panelMenu = std::move(entries);
     }
@@ -42,7 +42,6 @@ public:
     int iconsSent = 0;
     int popUps = 0;
     QStringList toolTips;
-    bool needsAttention = false;
     std::vector<PanelMenuEntry> panelMenu;
     std::function<void()> panelMenuWillOpen;
 

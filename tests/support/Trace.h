@@ -24,6 +24,15 @@ public:
 
     [[nodiscard]] const std::vector<std::string>& events() const { return m_events; }
 
+    // What began to sound, and when: "60000 tea".
+    [[nodiscard]] std::vector<std::string> plays() const {
+        std::vector<std::string> found;
+        for (const std::string& event : m_events)
+            if (event.ends_with(" play"))
+                found.push_back(event.substr(0, event.size() - 5));
+        return found;
+    }
+
     // Forgets what happened so far; times go on counting from the same start.
     void clear() { m_events.clear(); }
 

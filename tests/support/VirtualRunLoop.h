@@ -11,8 +11,7 @@
 namespace dorvane::testing {
 
 // A run loop whose time moves only when a test says so. Callbacks that fall on the same moment run
-// in the order in which they were scheduled. More than a million callbacks in one advance() is a
-// timer storm and fails the test.
+// in the order in which they were scheduled.
 class VirtualRunLoop final : public RunLoop {
 public:
     explicit VirtualRunLoop(const QDateTime& start);
@@ -62,7 +61,6 @@ private:
     [[nodiscard]] std::shared_ptr<Entry> nextDue(Milliseconds until) const;
     void fire(const std::shared_ptr<Entry>& entry);
     void runDeferred();
-    void countStep();
 
     Milliseconds m_wallAtZero; // since the epoch, at uptime 0
     Milliseconds m_uptime{0};
@@ -75,7 +73,6 @@ private:
     int m_trackingDepth = 0;
     bool m_forgetsMoments = false;
     std::int64_t m_firings = 0;
-    std::int64_t m_stepsInAdvance = 0;
 };
 
 } // namespace dorvane::testing
