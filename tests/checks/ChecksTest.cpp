@@ -2,9 +2,8 @@
 #include "app/CheckWindow.h"
 #include "checks/WillItRing.h"
 #include "platform/Bundle.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/FakeSoundOutput.h"
-#include "tests/support/FakeSoundPlayer.h"
-#include "tests/support/FakeSpeechService.h"
 #include "tests/support/Windows.h"
 
 #include <QListWidget>
@@ -67,7 +66,6 @@ TEST(ChecksTest, saysOfEachFaultWhatItIs) {
         {output(Obstacle::NoServer), {"failure sound-server"}},
         {output(Obstacle::NoOutput), {"failure sound-output"}},
         {output(Obstacle::DummyOutput), {"failure sound-output"}},
-        {output(Obstacle::Muted), {"failure sound-mute"}},
         {output(Obstacle::Muted, 0), {"failure sound-mute", "failure sound-volume"}},
         {output(Obstacle::VolumeZero, 0), {"failure sound-volume"}},
         {output(Obstacle::None, 10), {"warning sound-volume"}},
@@ -81,7 +79,6 @@ TEST(ChecksTest, saysOfEachFaultWhatItIs) {
         {alarm([](AlarmFacts& of) { of.isReadInTime = false; }), {"warning alarm-sound"}},
         {alarm([](AlarmFacts& of) { of.hasVoice = false; }), {"failure alarm-voice"}},
         {alarm([](AlarmFacts& of) { of = AlarmFacts(); }), {"warning alarm-silent"}},
-        {[](RingingFacts& facts) { facts.alarms.clear(); }, {}},
         {[](RingingFacts& facts) { facts.startsAtLogin = false; }, {"warning login"}},
         {[](RingingFacts& facts) { facts.desktop = DesktopAbilities(); },
          {"warning announcements", "warning notifications", "warning waking-up", "warning clock"}},
@@ -94,11 +91,11 @@ TEST(ChecksTest, saysOfEachFaultWhatItIs) {
     }
 }
 
-class WillItRingTest : public ::testing::Test, protected DesktopProbe, protected WakeAlarm {
+class WillItRingTest : public FakeDesktopTest, protected DesktopProbe, protected WakeAlarm {
 protected:
     void ask(std::function<void(const DesktopAbilities&)> done) override {
         if (m_desktopAnswers)
-            m_loop.defer([done = std::move(done)] { done({true, true, true, true}); });
+            loop.defer([done = std::move(done)] { done({true, true, true, true}); });
     }
     [[nodiscard]] Ability ability() const override { return Ability::Able; }
     void arm(const std::optional<QDateTime>&) override {}
@@ -113,17 +110,13 @@ protected:
         m_alarms.push_back(alarm);
     }
 
-    VirtualRunLoop m_loop{at("2026-11-24 08:00")};
-    Trace m_trace{m_loop};
-    FakeSoundPlayer m_player{m_loop, m_trace};
-    FakeSpeechService m_speech{m_loop, m_trace};
-    FakeSoundOutput m_output{m_loop};
+    FakeSoundOutput m_output{loop};
     std::vector<AlarmPtr> m_alarms;
     bool m_desktopAnswers = true;
-    WillItRing m_checks{{.runLoop = m_loop,
-                         .player = m_player,
+    WillItRing m_checks{{.runLoop = loop,
+                         .player = player,
                          .output = m_output,
-                         .speech = m_speech,
+                         .speech = speech,
                          .desktop = *this,
                          .wakeAlarm = *this,
                          .alarms = [this] { return m_alarms; },
@@ -134,8 +127,8 @@ protected:
 };
 
 TEST_F(WillItRingTest, asksEverybodyOnceAndWaitsForNobodyForEver) {
-    m_player.setFile(u"/gone"_qs, {.isPlayable = false});
-    m_player.setFile(u"/hangs"_qs, {.loadDelay = 1h});
+    player.setFile(u"/gone"_qs, {.isPlayable = false});
+    player.setFile(u"/hangs"_qs, {.loadDelay = 1h});
     m_output.proof = SoundProof::Silent;
     add("well", "/song", "Zoe");
     add("gone", "/gone");
@@ -144,12 +137,12 @@ TEST_F(WillItRingTest, asksEverybodyOnceAndWaitsForNobodyForEver) {
     m_checks.ask(WillItRing::TestSound::None,
                  [&](const auto& checks) { quiet = troubles(checks); });
     EXPECT_TRUE(quiet.empty());
-    m_loop.advance(1s);
+    loop.advance(1s);
     const std::vector<std::string> expected{"warning alarm-sound", "warning alarm-sound",
                                             "failure alarm-voice"};
     EXPECT_EQ(quiet, expected);
     EXPECT_EQ(m_output.watches(), 0U);
-    EXPECT_TRUE(m_player.sounds().empty());
+    EXPECT_TRUE(player.sounds().empty());
 
     m_alarms.clear();
     add("hangs", "/hangs");
@@ -160,9 +153,9 @@ TEST_F(WillItRingTest, asksEverybodyOnceAndWaitsForNobodyForEver) {
             loud = troubles(checks);
             ++answers;
         });
-    m_loop.advance(9s);
+    loop.advance(9s);
     EXPECT_EQ(answers, 0);
-    m_loop.advance(2s);
+    loop.advance(2s);
     EXPECT_EQ(answers, 2);
     EXPECT_THAT(loud, ElementsAre("failure sound-proof", "warning alarm-sound"));
 }
@@ -176,11 +169,11 @@ TEST_F(WillItRingTest, windowShowsThemAndPlaysTheTestSound) {
     const auto play = window.window().findChild<QPushButton*>(u"soundButton"_qs);
     window.show();
     EXPECT_FALSE(play->isEnabled());
-    m_loop.advance(1s);
+    loop.advance(1s);
     EXPECT_EQ(summary->text(), u"Yes. Alarms will ring."_qs);
     const int before = list->count();
     play->click();
-    m_loop.advance(1s);
+    loop.advance(1s);
     EXPECT_EQ(list->count(), before + 1);
     EXPECT_EQ(summary->text(), u"No. Something keeps alarms from being heard."_qs);
     EXPECT_EQ(list->currentRow(), 0) << "what is wrong comes first";

@@ -72,16 +72,4 @@ TEST_F(AtomicFileTest, keepsPermissionsAndLinks) {
     EXPECT_EQ(QFile::permissions(target), userOnly | QFile::ReadGroup);
 }
 
-TEST_F(AtomicFileTest, saysWhatWentWrong) {
-    const QString folder = m_folder.filePath(u"folder"_qs);
-    ASSERT_TRUE(QDir().mkpath(folder + u"/inside"_qs));
-    const QString circle = m_folder.filePath(u"circle"_qs);
-    ASSERT_TRUE(QFile::link(circle, circle));
-    const QString cases[] = {folder, circle, m_folder.filePath(u"missing/file"_qs)};
-    for (const QString& path : cases)
-        EXPECT_TRUE(writeFileAtomically(path, m_new)) << qPrintable(path);
-    EXPECT_TRUE(QDir(folder).exists(u"inside"_qs));
-    EXPECT_TRUE(QDir(m_folder.path()).entryList(QDir::Files | QDir::NoSymLinks).isEmpty());
-}
-
 } // namespace

@@ -34,24 +34,6 @@ TEST_F(QtRunLoopTest, momentOfTheWallClockIsNeverEarlyAndAPastOneComesAtOnce) {
     EXPECT_EQ(trace.join(u' ').toStdString(), "-3600000 30 30 80");
 }
 
-TEST_F(QtRunLoopTest, defaultTimersWaitForTheMenuToCloseAndThenCatchUpOnce) {
-    QStringList trace;
-    m_loop.beginEventTracking();
-    const auto tick = m_loop.scheduleRepeating(
-        10ms, [&] { trace << u"tick"_qs; }, RunLoopMode::Default);
-    const auto moment = m_loop.scheduleAt(
-        m_loop.now().addMSecs(5), [&] { trace << u"moment"_qs; }, RunLoopMode::Default);
-    const auto close = m_loop.scheduleAt(
-        m_loop.now().addMSecs(65),
-        [&] {
-            trace << u"close"_qs;
-            m_loop.endEventTracking();
-        },
-        RunLoopMode::Common);
-    EXPECT_TRUE(until([&] { return trace.size() >= 3; }));
-    EXPECT_EQ(trace.mid(0, 3).join(u' ').toStdString(), "close moment tick");
-}
-
 TEST_F(QtRunLoopTest, timerMayCancelItselfAndItsNeighbourFromItsCallback) {
     QStringList trace;
     RunLoopTimer self;

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "firing/SoundRepeat.h"
 #include "tests/platform/SoundEngineFixture.h"
 #include "tests/support/Testing.h"
 
@@ -69,22 +68,6 @@ TEST_F(SoundEngineTest, volumeStepsAreHeardAndTheCutComesInTimeWithoutAClick) {
     EXPECT_NEAR(s_capture->level(heard[0].end - 0.2, heard[0].end - 0.1), 0.3, 0.01);
     const double steepest = 0.5 * 2 * M_PI * 441 / SinkCapture::rate;
     EXPECT_LT(s_capture->largestStep(heard[0].begin + 0.1, heard[0].end + 0.1), 1.1 * steepest);
-}
-
-// The tone lies at the very end of the file, where a stop comes a little too early.
-TEST_F(SoundEngineTest, repeatsKeepTheirScheduleAndAreHeardToTheirEnds) {
-    const QString path = tone("repeat.wav", 0.6, "", 0.2);
-    const double from = s_capture->now();
-    SoundRepeat repeat(m_loop, m_player);
-    repeat.playSoundAtPath(path, 4);
-    runFor(3);
-    const auto heard = s_capture->bursts(from);
-    ASSERT_EQ(heard.size(), 4U);
-    for (std::size_t i = 0; i < heard.size(); ++i) {
-        const double expected = 0.6 * static_cast<double>(i);
-        EXPECT_NEAR(heard[i].begin - heard[0].begin, expected, 0.01 * patience()) << i;
-        EXPECT_NEAR(heard[i].length(), 0.4, 0.01) << i;
-    }
 }
 
 TEST_F(SoundEngineTest, playsFromAnyPositionPausesAndTellsTheTime) {

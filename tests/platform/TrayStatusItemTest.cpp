@@ -10,8 +10,6 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingReply>
-#include <QHelpEvent>
-#include <QToolTip>
 
 using namespace dorvane::testing;
 using Host = NotifierHostWatcher::Host;
@@ -78,12 +76,6 @@ TEST_F(TrayTest, aClockFloatsWhereItWasLeftWhenNoPanelComes) {
         FloatingClock* clock = floatingClock();
         ASSERT_NE(clock, nullptr);
         EXPECT_EQ(item.geometry(), clock->frameGeometry());
-        item.setToolTip(u"Tea"_qs);
-        QHelpEvent hover(QEvent::ToolTip, {10, 10}, clock->mapToGlobal(QPoint(10, 10)));
-        QApplication::sendEvent(clock, &hover);
-        EXPECT_EQ(QToolTip::text(), u"Tea"_qs);
-        QToolTip::hideText();
-
         QTest::keyClick(clock, Qt::Key_Return);
         EXPECT_EQ(std::exchange(pressed, 0), 1);
         QTest::mouseClick(clock, Qt::LeftButton);
