@@ -170,20 +170,23 @@ TEST_F(MainMenuTest, anyTitleLeavesTheMenuWhole) {
                               u"line\nline\ttab\u2029"_qs,
                               QString(10'000, u'W'),
                               u"\u05e9\u05dc\u05d5\u05dd \u0645\u0631\u062d\u0628\u0627"_qs,
-                              u"\U0001F469\u200D\U0001F680"_qs.repeated(40),
+                              u"\U0001F680"_qs.repeated(40),
+                              u'a' + u"\U0001F680"_qs.repeated(40),
                               QString(u'\u001f'),
                               QString(),
                               QString(3000, QChar(0x0301))};
     for (const QString& title : titles)
         m_clock.insertAlarm(dated(title.toUtf8().constData()));
+    m_loop.runPending();
+    EXPECT_GT(m_item.panelMenu.size(), std::size(titles));
+    for (const PanelMenuEntry& entry : m_item.panelMenu)
+        EXPECT_TRUE(entry.text.isValidUtf16()) << "half an emoji";
     open();
     m_menu.grab();
     EXPECT_LT(m_menu.width(), 320);
-    for (const QAction* action : m_menu.actions())
-        EXPECT_TRUE(action->text().isValidUtf16()) << "half an emoji";
     const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&m_menu);
     ASSERT_NE(accessible, nullptr);
-    EXPECT_EQ(accessible->child(8)->text(QAccessible::Name), u"Tue, 11:00 &Tea & && cake&"_qs);
+    EXPECT_EQ(accessible->child(9)->text(QAccessible::Name), u"Tue, 11:00 &Tea & && cake&"_qs);
 }
 
 } // namespace
