@@ -33,7 +33,7 @@ protected:
     }
     bool begins(const char* file) {
         begin(file);
-        return runUntil(m_loop, [&] { return files().endsWith(u".part"_qs); });
+        return runUntil(m_loop, [&] { return files().endsWith(QLatin1String(file) + u".part"_qs); });
     }
     bool ends() {
         return runUntil(m_loop, [&] { return !m_recorder.isRecording(); });
@@ -108,7 +108,7 @@ TEST_F(RecordingTest, compressedRecordingIsStereoAacAt11025Hz) {
 }
 
 TEST_F(RecordingTest, cancelledRecordingLeavesNoFileAndTheNextOneWorks) {
-    begin("a.aiff");
+    begin("none.aiff");
     m_recorder.cancel(); // before it has begun
     ASSERT_TRUE(begins("a.aiff"));
     m_recorder.cancel();
