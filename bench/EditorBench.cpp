@@ -2,7 +2,6 @@
 // What opening the editor costs with a large library, and its sound menu with thousands of files.
 
 #include "tests/editor/EditorFixture.h"
-#include "tests/support/Dates.h"
 
 #include <QApplication>
 #include <QFile>
@@ -16,7 +15,7 @@ using namespace dorvane::testing;
 namespace {
 
 void openEditor(benchmark::State& state) {
-    EditorFixture fixture(at("2026-11-21 08:00"));
+    EditorFixture fixture("2026-11-21 08:00");
     std::vector<AlarmPtr> alarms;
     for (int i = 0; i < int(state.range(0)); ++i)
         alarms.push_back(Alarm::initWithTime(fixture.loop.now().addSecs(60 * i),
@@ -31,7 +30,7 @@ void openEditor(benchmark::State& state) {
 }
 
 void soundMenu(benchmark::State& state) {
-    EditorFixture fixture(at("2026-11-21 08:00"));
+    EditorFixture fixture("2026-11-21 08:00");
     const QString folder = fixture.storage.storedSoundsPath() + QStringLiteral("Sounds/");
     for (int i = 0; i < int(state.range(0)); ++i) {
         QFile file(folder + QStringLiteral("Sound number %1.mp3").arg(i));
