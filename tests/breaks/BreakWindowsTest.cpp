@@ -12,6 +12,7 @@
 #include "sounds/AudioStorageController.h"
 #include "sounds/PullDownPopUp.h"
 #include "tests/support/FakeDesktop.h"
+#include "tests/support/Files.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/Windows.h"
 
@@ -23,10 +24,7 @@ namespace {
 
 class BreakWindowsTest : public FakeDesktopTest {
 protected:
-    BreakWindowsTest() {
-        QDir().mkpath(QFileInfo(m_tink).path());
-        QFile(m_tink).open(QIODevice::WriteOnly);
-    }
+    BreakWindowsTest() { writeFile(m_tink); }
     ~BreakWindowsTest() override { loop.runPending(); }
 
     template<typename Control>

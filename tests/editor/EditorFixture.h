@@ -13,6 +13,7 @@
 #include "sounds/ReminderController.h"
 #include "tests/support/AlarmOf.h"
 #include "tests/support/FakeDesktop.h"
+#include "tests/support/Files.h"
 #include "tests/support/Windows.h"
 
 namespace dorvane::testing {
@@ -61,10 +62,10 @@ public:
 
     // A sound of the user's.
     QString addSound(const char* name, FakeSoundPlayer::File sound) {
-        QFile file(home.filePath(u"Dorvane/Sounds/%1.aiff"_qs.arg(QLatin1String(name))));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        player.setFile(file.fileName(), sound);
-        return file.fileName();
+        const QString file = home.filePath(u"Dorvane/Sounds/%1.aiff"_qs.arg(QLatin1String(name)));
+        writeFile(file);
+        player.setFile(file, sound);
+        return file;
     }
 
     // What the pull-down holds, each submenu behind its item.

@@ -95,15 +95,14 @@ TEST_F(SoundChoiceTest, doesNotLetAnUnplayableFileBeChosenUnawares) {
 
 TEST_F(SoundChoiceTest, addsFilesWithoutChoosingThem) {
     QDir().mkpath(QDir::homePath() + u"/Music"_qs);
-    QFile file(home.filePath(u"Gong.wav"_qs));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("RIFF") > 0 && file.flush());
+    writeFile(home.filePath(u"Gong.wav"_qs), "RIFF");
     click("chooseFileButton");
     auto* panel = editor.findChild<QFileDialog*>();
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->windowTitle(), u"Choose audio file(s)"_qs);
     EXPECT_EQ(panel->directory().dirName(), u"Music"_qs);
     panel->setDirectory(home.path());
-    panel->selectFile(file.fileName());
+    panel->selectFile(home.filePath(u"Gong.wav"_qs));
     static_cast<QDialog*>(panel)->accept();
     const QString copy = home.filePath(u"Dorvane/Sounds/Gong.wav"_qs);
     EXPECT_TRUE(QTest::qWaitFor([this, &copy] { return storage.addedSounds().contains(copy); }));

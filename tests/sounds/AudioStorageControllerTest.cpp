@@ -66,7 +66,7 @@ TEST_F(AudioStorageControllerTest, ListsWhatCanBePlayed) {
     QStringList expected;
     for (const auto& file : files) {
         for (const QString& folder : {folders.rings, folders.recordings, folders.iMovie})
-            write(folder + u'/' + QString::fromUtf8(file.name), file.contents);
+            writeFile(folder + u'/' + QString::fromUtf8(file.name), file.contents);
         if (file.isSound)
             expected << QString::fromUtf8(file.name);
     }

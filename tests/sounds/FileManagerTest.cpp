@@ -16,8 +16,8 @@ TEST_F(CopyItem, LeavesAWholeFileOrNothing) {
     const QString to = path("to/sound.aiff");
     QDir().mkpath(path("to"));
     const QByteArray large(300'000, 'x');
-    write(path("large"), large);
-    write(path("empty"), {});
+    writeFile(path("large"), large);
+    writeFile(path("empty"), {});
     ASSERT_EQ(mkfifo(qPrintable(path("pipe")), 0600), 0);
     std::stop_source stopped;
     stopped.request_stop();
@@ -33,9 +33,9 @@ TEST_F(CopyItem, LeavesAWholeFileOrNothing) {
     }
     EXPECT_EQ(held(path("to")), QStringList());
 
-    write(to, {});
+    writeFile(to, {});
     EXPECT_EQ(copyItem(path("large"), to), QString()) << "over what a power cut emptied";
-    write(path("small"), "y");
+    writeFile(path("small"), "y");
     EXPECT_EQ(copyItem(path("small"), to), u"the name is taken"_qs);
     EXPECT_EQ(held(path("to")), QStringList(u"sound.aiff="_qs + QString::fromUtf8(large)));
 }

@@ -4,6 +4,7 @@
 #include "platform/Bundle.h"
 #include "sounds/ReminderStrings.h"
 #include "tests/support/FakeDesktop.h"
+#include "tests/support/Files.h"
 #include "tests/support/Windows.h"
 
 using namespace dorvane::testing;
@@ -34,10 +35,7 @@ protected:
     static QAbstractButton& button(const char* name) { return control<QAbstractButton>(name); }
     static QComboBox& comboBox() { return control<QComboBox>("comboBox"); }
 
-    void add(const QString& name) {
-        QFile file(m_folder + u'/' + name);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    void add(const QString& name) { writeFile(m_folder + u'/' + name); }
     [[nodiscard]] QStringList files() const { return QDir(m_folder).entryList(QDir::Files); }
 
     void record(const QString& title) {

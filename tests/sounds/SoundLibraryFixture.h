@@ -4,6 +4,7 @@
 #include "platform/Bundle.h"
 #include "sounds/AudioStorageController.h"
 #include "tests/support/FakeDesktop.h"
+#include "tests/support/Files.h"
 #include "tests/support/Windows.h"
 
 namespace dorvane::testing {
@@ -21,18 +22,11 @@ protected:
         sources.iMovieEffects = path("imovie/effects");
     }
 
-    static void write(const QString& file, const QByteArray& contents) {
-        QDir().mkpath(QFileInfo(file).path());
-        QFile out(file);
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(contents);
-    }
-
     void fill(const QString& folder, const QStringList& files) {
         QDir().mkpath(folder);
         for (const QString& file : files) {
             const auto mark = file.indexOf(u'=');
-            write(folder + u'/' + file.left(mark), file.mid(mark + 1).toUtf8());
+            writeFile(folder + u'/' + file.left(mark), file.mid(mark + 1).toUtf8());
         }
     }
 
@@ -40,9 +34,7 @@ protected:
         QStringList files;
         const auto everything = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
         for (const QFileInfo& entry : QDir(folder).entryInfoList(everything, QDir::Name)) {
-            QFile file(entry.filePath());
-            EXPECT_TRUE(file.open(QIODevice::ReadOnly) || entry.isDir());
-            files << entry.fileName() + u'=' + QString::fromUtf8(file.readAll());
+            files << entry.fileName() + u'=' + QString::fromUtf8(contentsOf(entry.filePath()));
         }
         return files;
     }
