@@ -33,7 +33,8 @@ protected:
     }
     bool begins(const char* file) {
         begin(file);
-        return runUntil(m_loop, [&] { return files().endsWith(QLatin1String(file) + u".part"_qs); });
+        return runUntil(m_loop,
+                        [&] { return files().endsWith(QLatin1String(file) + u".part"_qs); });
     }
     bool ends() {
         return runUntil(m_loop, [&] { return !m_recorder.isRecording(); });
