@@ -48,6 +48,7 @@ class CommandsTest(DesktopTest):
         wait_for("the follower's line", lambda: follower.log().count("Tea") == 3)
         self.assertEqual(self.ringing(program), [])
         self.run_command("clear", "Tea")
+        wait_for("the follower's line", lambda: "Egg" in follower.log())  # not joined with the next
         self.assertEqual([alarm["id"] for alarm in json.loads(self.run_command("list", "--json"))],
                          [identity])
         self.run_command("add", "Late", "--at", "10:00", "--date", "2020-01-01", status=1)

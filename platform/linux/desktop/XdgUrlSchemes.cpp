@@ -33,8 +33,12 @@ QString desktopFileName(const QString& scheme) {
 
 // The folder of the program that a desktop file starts; empty when that cannot be told.
 QString bundleOf(const QString& desktopFile) {
-    QFile file(QStandardPaths::locate(QStandardPaths::ApplicationsLocation, desktopFile));
-    if (desktopFile.isEmpty() || !file.open(QIODevice::ReadOnly))
+    const QString path =
+        desktopFile.isEmpty()
+            ? QString()
+            : QStandardPaths::locate(QStandardPaths::ApplicationsLocation, desktopFile);
+    QFile file(path);
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
         return {};
     const QString exec = QStringLiteral("Exec=");
     for (const QString& line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
