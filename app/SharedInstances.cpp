@@ -11,11 +11,8 @@
 #include "app/UpdateChecker.h"
 #include "breaks/BreakCycle.h"
 #include "breaks/ClockBreaks.h"
-#include "breaks/CustomModalWindowController.h"
 #include "breaks/PendixRespitoWindowsController.h"
 #include "breaks/PendixTakeABreakSettings.h"
-#include "breaks/RespitoAudioPlayerController.h"
-#include "breaks/RespitoReminderController.h"
 #include "control/AlarmControl.h"
 #include "core/ActiveAlarms.h"
 #include "core/AlarmArchive.h"
@@ -33,9 +30,6 @@
 #include "sounds/ReminderController.h"
 #include "sounds/SoundLookup.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QIcon>
 
 // Every instance of which there is one: made on first use, on the main thread, and never destroyed,
@@ -48,27 +42,6 @@ namespace {
 const AlarmArchive& alarmArchive() {
     static const auto* const archive = new AlarmArchive(sharedDesktop().propertyLists);
     return *archive;
-}
-
-ReminderController::Surroundings reminderSurroundings() {
-    Desktop& desktop = sharedDesktop();
-    return {.runLoop = desktop.runLoop,
-            .notificationCenter = desktop.notifications,
-            .recorder = desktop.recorder,
-            .player = desktop.soundPlayer,
-            .workspace = desktop.workspace,
-            .bundle = desktop.bundle,
-            .user = desktop.folders,
-            .isSound = [](const QString& path) {
-                return AudioStorageController::sharedController().soundFileTypes().isSound(path);
-            }};
-}
-
-// With the first window that has a frame, so that a start does not pay for it.
-void showWindowIcon() {
-    if (bfApp::windowIcon().isNull())
-        bfApp::setWindowIcon(
-            QIcon(sharedDesktop().bundle.resourcePath(QStringLiteral("Dorvane.svg"))));
 }
 
 std::function<void(std::function<void(const UpdateResult&)>)> updateCheck() {
@@ -119,38 +92,6 @@ std::unique_ptr<AlarmSetController> makeEditor() {
         .makeReminders = [] { return ReminderController::create(reminderSurroundings()); }});
 }
 
-// The reminder's own window, or else the one that is being worked in.
-QWidget* sheetParent() {
-    for (QWidget* window :
-         {PendixRespitoWindowsController::sharedRespito().window(), bfApp::activeWindow()}) {
-        const bool isOrdinary =
-            window && (window->windowType() == Qt::Window || window->windowType() == Qt::Dialog);
-        if (isOrdinary && window->isVisible() && !window->isMinimized())
-            return window;
-    }
-    return nullptr;
-}
-
-std::shared_ptr<BreakSheet> makeBreakSheet() {
-    showWindowIcon();
-    return std::make_shared<CustomModalWindowController>(
-        sharedDesktop().runLoop, sheetParent(),
-        CustomModalWindowController::Actions{
-            .disableRespito = [] { bfApp::sharedApplication().breakCycle().disableRespito(); },
-            .createRespito = [] { AlarmMenuController::mainMenuController().createRespito(); }});
-}
-
-// Whoever has chosen nothing hears the end of a break all the same.
-void provideStopSound() {
-    const QString path = PendixTakeABreakSettings::sharedInstance().defaultDurationSoundPath();
-    if (QFile::exists(path))
-        return;
-    QDir().mkpath(QFileInfo(path).path());
-    if (!QFile::copy(sharedDesktop().bundle.resourcePath(QStringLiteral("Sounds/Basso.aiff")),
-                     path))
-        qCWarning(logApp) << "cannot provide the sound at the end of a break:" << path;
-}
-
 bool breaksRun() {
     auto& settings = PendixTakeABreakSettings::sharedInstance();
     settings.loadPrefs();
@@ -181,6 +122,26 @@ void findNamedVoice(const QString& name, const AlarmControl::Found& found) {
 }
 
 } // namespace
+
+ReminderController::Surroundings reminderSurroundings() {
+    Desktop& desktop = sharedDesktop();
+    return {.runLoop = desktop.runLoop,
+            .notificationCenter = desktop.notifications,
+            .recorder = desktop.recorder,
+            .player = desktop.soundPlayer,
+            .workspace = desktop.workspace,
+            .bundle = desktop.bundle,
+            .user = desktop.folders,
+            .isSound = [](const QString& path) {
+                return AudioStorageController::sharedController().soundFileTypes().isSound(path);
+            }};
+}
+
+void showWindowIcon() {
+    if (bfApp::windowIcon().isNull())
+        bfApp::setWindowIcon(
+            QIcon(sharedDesktop().bundle.resourcePath(QStringLiteral("Dorvane.svg"))));
+}
 
 Desktop& sharedDesktop() {
     static auto* const desktop = new Desktop;
@@ -294,31 +255,6 @@ WillItRing& sharedChecks() {
     return *checks;
 }
 
-PendixTakeABreakSettings& PendixTakeABreakSettings::sharedInstance() {
-    static auto* const settings = [] {
-        Desktop& desktop = sharedDesktop();
-        qCInfo(logBreaks, "sharedInstance setup PendixDateSettings");
-        return new PendixTakeABreakSettings(desktop.defaults, desktop.folders, desktop.runLoop,
-                                            desktop.notifications);
-    }();
-    return *settings;
-}
-
-ClockBreaks& sharedClockBreaks() {
-    static auto* const breaks =
-        new ClockBreaks(sharedDesktop().runLoop, PendixTakeABreakSettings::sharedInstance(),
-                        sharedDesktop().defaults, sharedDesktop().soundPlayer);
-    return *breaks;
-}
-
-std::unique_ptr<BreakCycle> makeBreakCycle() {
-    return std::make_unique<BreakCycle>(
-        BreakCycle::Surroundings{.runLoop = sharedDesktop().runLoop,
-                                 .settings = PendixTakeABreakSettings::sharedInstance(),
-                                 .player = sharedDesktop().soundPlayer,
-                                 .makeSheet = makeBreakSheet});
-}
-
 std::unique_ptr<MoveToApplications> makeMover() {
     Desktop& desktop = sharedDesktop();
     return std::make_unique<MoveToApplications>(MoveToApplications::Surroundings{
@@ -334,34 +270,6 @@ std::unique_ptr<MoveToApplications> makeMover() {
                 login.setLaunchAtLogin(true, destination);
             },
         .end = [] { bfApp::quit(); }});
-}
-
-PendixRespitoWindowsController& PendixRespitoWindowsController::sharedRespito() {
-    static auto* const controller = [] {
-        Desktop& desktop = sharedDesktop();
-        provideStopSound();
-        return new PendixRespitoWindowsController(
-            {.runLoop = desktop.runLoop,
-             .settings = PendixTakeABreakSettings::sharedInstance(),
-             .cycle = bfApp::sharedApplication().breakCycle(),
-             .clock = sharedClockBreaks(),
-             .defaults = desktop.defaults,
-             .notifications = desktop.notifications,
-             .bundle = desktop.bundle,
-             .propertyLists = desktop.propertyLists,
-             .player = desktop.soundPlayer,
-             .repeat = sharedSoundRepeat(),
-             .library = AudioStorageController::sharedController(),
-             .workspace = desktop.workspace,
-             .audioPlayer = RespitoAudioPlayerController::sharedContorller,
-             .showRecordingWindow =
-                 [](const QWidget& owner) {
-                     RespitoReminderController::sharedContorller().stayAbove(owner);
-                     RespitoReminderController::sharedContorller().show();
-                 },
-             .beep = [] { bfApp::beep(); }});
-    }();
-    return *controller;
 }
 
 SoundRepeat& sharedSoundRepeat() {
@@ -391,24 +299,6 @@ AudioStorageController& AudioStorageController::sharedController() {
                                           desktop.soundPlayer, desktop.workspace);
     }();
     return *controller;
-}
-
-RespitoAudioPlayerController& RespitoAudioPlayerController::sharedContorller() {
-    static auto* const controller = [] {
-        showWindowIcon();
-        Desktop& desktop = sharedDesktop();
-        return new RespitoAudioPlayerController(desktop.runLoop, desktop.soundPlayer,
-                                                desktop.bundle);
-    }();
-    return *controller;
-}
-
-RespitoReminderController& RespitoReminderController::sharedContorller() {
-    static auto* const controller = [] {
-        showWindowIcon();
-        return new std::shared_ptr(RespitoReminderController::create(reminderSurroundings()));
-    }();
-    return **controller;
 }
 
 LaunchAtLoginController& LaunchAtLoginController::sharedController() {

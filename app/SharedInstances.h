@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "sounds/ReminderController.h"
+
 #include <memory>
 
 namespace dorvane {
@@ -19,7 +21,8 @@ class WakeUps;
 class WillItRing;
 struct Desktop;
 
-// The process-wide instances that are not members of their own class; see SharedInstances.cpp.
+// The process-wide instances that are not members of their own class; see SharedInstances.cpp,
+// and SharedBreaks.cpp for those of the break reminder.
 // For app/ only: everything else is given what it needs.
 [[nodiscard]] Desktop& sharedDesktop();
 [[nodiscard]] ActiveAlarms& sharedActiveAlarms();
@@ -32,6 +35,13 @@ struct Desktop;
 [[nodiscard]] UpdateChecker& sharedUpdateChecker();
 [[nodiscard]] WakeUps& sharedWakeUps();
 [[nodiscard]] WillItRing& sharedChecks();
+
+// Gives the windows their icon; with the first that has a frame, so that a start does not pay for
+// it.
+void showWindowIcon();
+
+// What every window that records works with.
+[[nodiscard]] ReminderController::Surroundings reminderSurroundings();
 
 // The cycle that the application owns.
 [[nodiscard]] std::unique_ptr<BreakCycle> makeBreakCycle();

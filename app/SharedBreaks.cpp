@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The shared instances of the break reminder.
+
+#include "app/bfApp.h"
+#include "app/Desktop.h"
+#include "app/SharedInstances.h"
+#include "breaks/BreakCycle.h"
+#include "breaks/ClockBreaks.h"
+#include "breaks/CustomModalWindowController.h"
+#include "breaks/PendixRespitoWindowsController.h"
+#include "breaks/PendixTakeABreakSettings.h"
+#include "breaks/RespitoAudioPlayerController.h"
+#include "breaks/RespitoReminderController.h"
+#include "firing/SoundRepeat.h"
+#include "menubar/AlarmMenuController.h"
+#include "platform/Log.h"
+#include "sounds/AudioStorageController.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace dorvane {
+
+namespace {
+
+// The reminder's own window, or else the one that is being worked in.
+QWidget* sheetParent() {
+    for (QWidget* window :
+         {PendixRespitoWindowsController::sharedRespito().window(), bfApp::activeWindow()}) {
+        const bool isOrdinary =
+            window && (window->windowType() == Qt::Window || window->windowType() == Qt::Dialog);
+        if (isOrdinary && window->isVisible() && !window->isMinimized())
+            return window;
+    }
+    return nullptr;
+}
+
+std::shared_ptr<BreakSheet> makeBreakSheet() {
+    showWindowIcon();
+    return std::make_shared<CustomModalWindowController>(
+        sharedDesktop().runLoop, sheetParent(),
+        CustomModalWindowController::Actions{
+            .disableRespito = [] { bfApp::sharedApplication().breakCycle().disableRespito(); },
+            .createRespito = [] { AlarmMenuController::mainMenuController().createRespito(); }});
+}
+
+// Whoever has chosen nothing hears the end of a break all the same.
+void provideStopSound() {
+    const QString path = PendixTakeABreakSettings::sharedInstance().defaultDurationSoundPath();
+    if (QFile::exists(path))
+        return;
+    QDir().mkpath(QFileInfo(path).path());
+    if (!QFile::copy(sharedDesktop().bundle.resourcePath(QStringLiteral("Sounds/Basso.aiff")),
+                     path))
+        qCWarning(logApp) << "cannot provide the sound at the end of a break:" << path;
+}
+
+} // namespace
+
+PendixTakeABreakSettings& PendixTakeABreakSettings::sharedInstance() {
+    static auto* const settings = [] {
+        Desktop& desktop = sharedDesktop();
+        qCInfo(logBreaks, "sharedInstance setup PendixDateSettings");
+        return new PendixTakeABreakSettings(desktop.defaults, desktop.folders, desktop.runLoop,
+                                            desktop.notifications);
+    }();
+    return *settings;
+}
+
+ClockBreaks& sharedClockBreaks() {
+    static auto* const breaks =
+        new ClockBreaks(sharedDesktop().runLoop, PendixTakeABreakSettings::sharedInstance(),
+                        sharedDesktop().defaults, sharedDesktop().soundPlayer);
+    return *breaks;
+}
+
+std::unique_ptr<BreakCycle> makeBreakCycle() {
+    return std::make_unique<BreakCycle>(
+        BreakCycle::Surroundings{.runLoop = sharedDesktop().runLoop,
+                                 .settings = PendixTakeABreakSettings::sharedInstance(),
+                                 .player = sharedDesktop().soundPlayer,
+                                 .makeSheet = makeBreakSheet});
+}
+
+PendixRespitoWindowsController& PendixRespitoWindowsController::sharedRespito() {
+    static auto* const controller = [] {
+        Desktop& desktop = sharedDesktop();
+        provideStopSound();
+        return new PendixRespitoWindowsController(
+            {.runLoop = desktop.runLoop,
+             .settings = PendixTakeABreakSettings::sharedInstance(),
+             .cycle = bfApp::sharedApplication().breakCycle(),
+             .clock = sharedClockBreaks(),
+             .defaults = desktop.defaults,
+             .notifications = desktop.notifications,
+             .bundle = desktop.bundle,
+             .propertyLists = desktop.propertyLists,
+             .player = desktop.soundPlayer,
+             .repeat = sharedSoundRepeat(),
+             .library = AudioStorageController::sharedController(),
+             .workspace = desktop.workspace,
+             .audioPlayer = RespitoAudioPlayerController::sharedContorller,
+             .showRecordingWindow =
+                 [](const QWidget& owner) {
+                     RespitoReminderController::sharedContorller().stayAbove(owner);
+                     RespitoReminderController::sharedContorller().show();
+                 },
+             .beep = [] { bfApp::beep(); }});
+    }();
+    return *controller;
+}
+
+RespitoAudioPlayerController& RespitoAudioPlayerController::sharedContorller() {
+    static auto* const controller = [] {
+        showWindowIcon();
+        Desktop& desktop = sharedDesktop();
+        return new RespitoAudioPlayerController(desktop.runLoop, desktop.soundPlayer,
+                                                desktop.bundle);
+    }();
+    return *controller;
+}
+
+RespitoReminderController& RespitoReminderController::sharedContorller() {
+    static auto* const controller = [] {
+        showWindowIcon();
+        return new std::shared_ptr(RespitoReminderController::create(reminderSurroundings()));
+    }();
+    return **controller;
+}
+
+} // namespace dorvane
