@@ -7,17 +7,19 @@ namespace dorvane {
 
 ActiveAlarms::ActiveAlarms(UserDefaults& defaults, const AlarmArchive& archive, RunLoop& runLoop,
                            Clock& clock)
-    // Preferences of earlier versions use this spelling.
-    : m_list(QStringLiteral("AcitveAlarmsStoredKey"), defaults, archive)
-    , m_clock(clock)
-    , m_restored(runLoop, clock) {}
+    : m_defaults(defaults), m_archive(archive), m_clock(clock), m_restored(runLoop, clock) {}
+
+// Preferences of earlier versions use this spelling.
+ArchivedList ActiveAlarms::list() const {
+    return {QStringLiteral("AcitveAlarmsStoredKey"), m_defaults, m_archive};
+}
 
 void ActiveAlarms::storeActiveAlarms() {
-    m_list.save(m_clock.allAlarms());
+    list().save(m_clock.allAlarms());
 }
 
 void ActiveAlarms::restoreActiveAlarms(AlarmDelegate& delegate) {
-    const auto stored = m_list.load();
+    const auto stored = list().load();
     m_hadStored = stored.has_value();
     m_restored.restore(stored.value_or(std::vector<AlarmPtr>()), delegate);
 }

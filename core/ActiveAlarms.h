@@ -28,7 +28,11 @@ public:
     [[nodiscard]] RestoredAlarms& restored() { return m_restored; }
 
 private:
-    ArchivedList m_list;
+    // Read at the start, and written at the end: nothing of it is worth remembering between.
+    [[nodiscard]] ArchivedList list() const;
+
+    UserDefaults& m_defaults;
+    const AlarmArchive& m_archive;
     Clock& m_clock;
     RestoredAlarms m_restored;
     bool m_hadStored = false;

@@ -56,24 +56,16 @@ AlarmPtr Alarm::initWithTime(const QDateTime& time, const QString& title) {
 
 AlarmPtr Alarm::copy(Instant now) const {
     AlarmPtr other = create();
-    other->m_title = m_title;
+    other->m_stored = m_stored;
     other->setTime(time(now));
-    other->m_isTimeWithDate = m_isTimeWithDate;
-    other->m_ringWithinUnits = m_ringWithinUnits;
-    other->m_isMinuteUnits = m_isMinuteUnits;
-    other->m_snoozeTime = m_snoozeTime;
-    other->m_soundPath = m_soundPath;
-    other->m_isPlaySound = m_isPlaySound;
-    other->m_shouldFadeIn = m_shouldFadeIn;
-    other->m_voiceName = m_voiceName;
-    other->m_isSpeakAlarmName = m_isSpeakAlarmName;
-    other->m_shouldUseEveryDay = m_shouldUseEveryDay;
-    other->m_shouldRepeat = m_shouldRepeat;
-    other->m_isExisInActiveAlarmList = m_isExisInActiveAlarmList;
-    other->m_isDefaultAlarm = m_isDefaultAlarm;
-    other->m_shouldUseForever = m_shouldUseForever;
-    other->m_selRowNo = m_selRowNo;
-    other->m_weekdays = m_weekdays;
+    other->setRunTime({});
+    return other;
+}
+
+AlarmPtr Alarm::storedCopy() const {
+    AlarmPtr other = create();
+    other->m_stored = m_stored;
+    other->countHours();
     return other;
 }
 
@@ -82,18 +74,18 @@ AlarmPtr Alarm::copy(Instant now) const {
 // that pass, so that no night makes a timer shorter or longer; hours are hours of the clock face.
 std::optional<Instant> Alarm::due(Instant now) const {
     std::optional<Instant> moment;
-    if (m_isTimeWithDate) {
-        if (m_time)
-            moment = floor<minutes>(*m_time);
-    } else if (m_selRowNo >= Weekly) {
-        if (m_time)
-            moment = floor<seconds>(*m_time);
+    if (m_stored.isTimeWithDate) {
+        if (m_stored.time)
+            moment = floor<minutes>(*m_stored.time);
+    } else if (m_stored.selRowNo >= Weekly) {
+        if (m_stored.time)
+            moment = floor<seconds>(*m_stored.time);
     } else {
-        const Instant start = floor<seconds>(m_runTime.value_or(now));
-        if (m_isMinuteUnits)
-            moment = start + bounded<minutes>(m_ringWithinUnits);
+        const Instant start = floor<seconds>(m_stored.runTime.value_or(now));
+        if (m_stored.isMinuteUnits)
+            moment = start + bounded<minutes>(m_stored.ringWithinUnits);
         else
-            moment = m_hoursLater ? m_hoursLater : hoursAfter(start, m_ringWithinUnits);
+            moment = m_hoursLater ? m_hoursLater : hoursAfter(start, m_stored.ringWithinUnits);
     }
     if (moment)
         *moment += bounded<minutes>(qint64(m_snoozedMinutes));
@@ -101,7 +93,7 @@ std::optional<Instant> Alarm::due(Instant now) const {
 }
 
 bool Alarm::countsFromNow() const {
-    return !m_isTimeWithDate && m_selRowNo < Weekly && !m_runTime;
+    return !m_stored.isTimeWithDate && m_stored.selRowNo < Weekly && !m_stored.runTime;
 }
 
 QDateTime Alarm::time(Instant now) const {
@@ -109,43 +101,44 @@ QDateTime Alarm::time(Instant now) const {
 }
 
 QDateTime Alarm::storedTime() const {
-    return dateOrInvalid(m_time);
+    return dateOrInvalid(m_stored.time);
 }
 
 void Alarm::setTime(const QDateTime& time) {
-    setDue(m_time, instantOrNone(time));
+    setDue(m_stored.time, instantOrNone(time));
 }
 
 QDateTime Alarm::runTime(Instant now) const {
-    return localDateTimeOf(m_runTime.value_or(now));
+    return localDateTimeOf(m_stored.runTime.value_or(now));
 }
 
 QDateTime Alarm::storedRunTime() const {
-    return dateOrInvalid(m_runTime);
+    return dateOrInvalid(m_stored.runTime);
 }
 
 void Alarm::setRunTime(const QDateTime& runTime) {
     m_snoozedMinutes = 0;
-    m_runTime = instantOrNone(runTime);
+    m_stored.runTime = instantOrNone(runTime);
     countHours();
 }
 
 void Alarm::setRingWithinUnits(qint64 units) {
-    m_ringWithinUnits = units;
+    m_stored.ringWithinUnits = units;
     countHours();
 }
 
 void Alarm::setIsMinuteUnits(bool on) {
-    m_isMinuteUnits = on;
+    m_stored.isMinuteUnits = on;
     countHours();
 }
 
 // Once for each start: a look must cost no calendar work, and another zone must move nothing.
 void Alarm::countHours() {
-    setDue(m_hoursLater,
-           m_runTime && !m_isMinuteUnits && m_ringWithinUnits != 0
-               ? std::optional(hoursAfter(floor<seconds>(*m_runTime), m_ringWithinUnits))
-               : std::nullopt);
+    setDue(
+        m_hoursLater,
+        m_stored.runTime && !m_stored.isMinuteUnits && m_stored.ringWithinUnits != 0
+            ? std::optional(hoursAfter(floor<seconds>(*m_stored.runTime), m_stored.ringWithinUnits))
+            : std::nullopt);
 }
 
 void Alarm::snooze(qint32 minutes) {
@@ -191,19 +184,21 @@ std::optional<Instant> Alarm::nextTick(Instant now) const {
 
 std::weak_ordering Alarm::compare(const Alarm& other, Instant now) const {
     const std::optional<Instant> theirs = other.due(now);
-    if (!m_time || !theirs)
+    if (!m_stored.time || !theirs)
         return std::weak_ordering::equivalent;
-    return *m_time < *theirs   ? std::weak_ordering::less
-           : *m_time > *theirs ? std::weak_ordering::greater
-                               : std::weak_ordering::equivalent;
+    return *m_stored.time < *theirs   ? std::weak_ordering::less
+           : *m_stored.time > *theirs ? std::weak_ordering::greater
+                                      : std::weak_ordering::equivalent;
 }
 
 QString Alarm::description() const {
     const QString when =
-        m_time ? storedTime().toOffsetFromUtc(storedTime().offsetFromUtc()).toString(Qt::ISODate)
-               : QStringLiteral("(null)");
-    return m_title.isNull() ? QStringLiteral("Alarm at %1 (no reminder)").arg(when)
-                            : QStringLiteral("Alarm at %1 (\"%2\")").arg(when, m_title);
+        m_stored.time
+            ? storedTime().toOffsetFromUtc(storedTime().offsetFromUtc()).toString(Qt::ISODate)
+            : QStringLiteral("(null)");
+    return m_stored.title.isNull()
+               ? QStringLiteral("Alarm at %1 (no reminder)").arg(when)
+               : QStringLiteral("Alarm at %1 (\"%2\")").arg(when, m_stored.title);
 }
 
 void Alarm::setContext(std::shared_ptr<AlarmContext> context) {

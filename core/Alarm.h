@@ -39,6 +39,11 @@ public:
     // start it counts from, snoozes, and everything that belongs to ringing or to the menu.
     [[nodiscard]] std::shared_ptr<Alarm> copy(Instant now) const;
 
+    // A new alarm with all that is stored of this one, its dates included, and nothing else.
+    [[nodiscard]] std::shared_ptr<Alarm> storedCopy() const;
+    // Whether the same is stored of both.
+    [[nodiscard]] bool isStoredLike(const Alarm& other) const { return m_stored == other.m_stored; }
+
     // -- The due time ---------------------------------------------------------------------------
 
     // When the alarm is due, snoozes included, on a whole second; invalid for a dated or weekday
@@ -99,62 +104,62 @@ public:
 
     // -- Settings -------------------------------------------------------------------------------
 
-    [[nodiscard]] const QString& title() const { return m_title; }
-    void setTitle(const QString& title) { m_title = title; }
-    [[nodiscard]] const QString& soundPath() const { return m_soundPath; }
-    void setSoundPath(const QString& path) { m_soundPath = path; }
-    [[nodiscard]] const QString& voiceName() const { return m_voiceName; }
-    void setVoiceName(const QString& name) { m_voiceName = name; }
+    [[nodiscard]] const QString& title() const { return m_stored.title; }
+    void setTitle(const QString& title) { m_stored.title = title; }
+    [[nodiscard]] const QString& soundPath() const { return m_stored.soundPath; }
+    void setSoundPath(const QString& path) { m_stored.soundPath = path; }
+    [[nodiscard]] const QString& voiceName() const { return m_stored.voiceName; }
+    void setVoiceName(const QString& name) { m_stored.voiceName = name; }
 
-    [[nodiscard]] qint64 selRowNo() const { return m_selRowNo; }
-    void setSelRowNo(qint64 kind) { setDue(m_selRowNo, kind); }
+    [[nodiscard]] qint64 selRowNo() const { return m_stored.selRowNo; }
+    void setSelRowNo(qint64 kind) { setDue(m_stored.selRowNo, kind); }
     // Minutes or hours of a relative alarm, see isMinuteUnits().
-    [[nodiscard]] qint64 ringWithinUnits() const { return m_ringWithinUnits; }
+    [[nodiscard]] qint64 ringWithinUnits() const { return m_stored.ringWithinUnits; }
     void setRingWithinUnits(qint64 units);
     // Minutes.
-    [[nodiscard]] qint64 snoozeTime() const { return m_snoozeTime; }
-    void setSnoozeTime(qint64 minutes) { m_snoozeTime = minutes; }
+    [[nodiscard]] qint64 snoozeTime() const { return m_stored.snoozeTime; }
+    void setSnoozeTime(qint64 minutes) { m_stored.snoozeTime = minutes; }
 
-    [[nodiscard]] bool isPlaySound() const { return m_isPlaySound; }
-    void setIsPlaySound(bool on) { m_isPlaySound = on; }
-    [[nodiscard]] bool isTimeWithDate() const { return m_isTimeWithDate; }
-    void setIsTimeWithDate(bool on) { setDue(m_isTimeWithDate, on); }
-    [[nodiscard]] bool isMinuteUnits() const { return m_isMinuteUnits; }
+    [[nodiscard]] bool isPlaySound() const { return m_stored.isPlaySound; }
+    void setIsPlaySound(bool on) { m_stored.isPlaySound = on; }
+    [[nodiscard]] bool isTimeWithDate() const { return m_stored.isTimeWithDate; }
+    void setIsTimeWithDate(bool on) { setDue(m_stored.isTimeWithDate, on); }
+    [[nodiscard]] bool isMinuteUnits() const { return m_stored.isMinuteUnits; }
     void setIsMinuteUnits(bool on);
-    [[nodiscard]] bool isSpeakAlarmName() const { return m_isSpeakAlarmName; }
-    void setIsSpeakAlarmName(bool on) { m_isSpeakAlarmName = on; }
+    [[nodiscard]] bool isSpeakAlarmName() const { return m_stored.isSpeakAlarmName; }
+    void setIsSpeakAlarmName(bool on) { m_stored.isSpeakAlarmName = on; }
     // Despite the name, plays for a limited time and fades out at its end.
-    [[nodiscard]] bool shouldFadeIn() const { return m_shouldFadeIn; }
-    void setShouldFadeIn(bool on) { m_shouldFadeIn = on; }
-    [[nodiscard]] bool shouldRepeat() const { return m_shouldRepeat; }
-    void setShouldRepeat(bool on) { m_shouldRepeat = on; }
-    [[nodiscard]] bool shouldUseEveryDay() const { return m_shouldUseEveryDay; }
-    void setShouldUseEveryDay(bool on) { m_shouldUseEveryDay = on; }
+    [[nodiscard]] bool shouldFadeIn() const { return m_stored.shouldFadeIn; }
+    void setShouldFadeIn(bool on) { m_stored.shouldFadeIn = on; }
+    [[nodiscard]] bool shouldRepeat() const { return m_stored.shouldRepeat; }
+    void setShouldRepeat(bool on) { m_stored.shouldRepeat = on; }
+    [[nodiscard]] bool shouldUseEveryDay() const { return m_stored.shouldUseEveryDay; }
+    void setShouldUseEveryDay(bool on) { m_stored.shouldUseEveryDay = on; }
     // Whether a weekday alarm keeps its days after it rang.
-    [[nodiscard]] bool shouldUseForever() const { return m_shouldUseForever; }
-    void setShouldUseForever(bool on) { m_shouldUseForever = on; }
-    [[nodiscard]] bool isExisInActiveAlarmList() const { return m_isExisInActiveAlarmList; }
-    void setIsExisInActiveAlarmList(bool on) { m_isExisInActiveAlarmList = on; }
-    [[nodiscard]] bool isDefaultAlarm() const { return m_isDefaultAlarm; }
-    void setIsDefaultAlarm(bool on) { m_isDefaultAlarm = on; }
+    [[nodiscard]] bool shouldUseForever() const { return m_stored.shouldUseForever; }
+    void setShouldUseForever(bool on) { m_stored.shouldUseForever = on; }
+    [[nodiscard]] bool isExisInActiveAlarmList() const { return m_stored.isExisInActiveAlarmList; }
+    void setIsExisInActiveAlarmList(bool on) { m_stored.isExisInActiveAlarmList = on; }
+    [[nodiscard]] bool isDefaultAlarm() const { return m_stored.isDefaultAlarm; }
+    void setIsDefaultAlarm(bool on) { m_stored.isDefaultAlarm = on; }
 
     // The days of a weekday alarm, all at once and one by one.
-    [[nodiscard]] WeekdaySet weekdays() const { return m_weekdays; }
-    void setWeekdays(WeekdaySet days) { m_weekdays = days; }
-    [[nodiscard]] bool isRunOnMon() const { return m_weekdays.contains(Weekday::Monday); }
-    void setIsRunOnMon(bool on) { m_weekdays.set(Weekday::Monday, on); }
-    [[nodiscard]] bool isRunOnTue() const { return m_weekdays.contains(Weekday::Tuesday); }
-    void setIsRunOnTue(bool on) { m_weekdays.set(Weekday::Tuesday, on); }
-    [[nodiscard]] bool isRunOnWed() const { return m_weekdays.contains(Weekday::Wednesday); }
-    void setIsRunOnWed(bool on) { m_weekdays.set(Weekday::Wednesday, on); }
-    [[nodiscard]] bool isRunOnThu() const { return m_weekdays.contains(Weekday::Thursday); }
-    void setIsRunOnThu(bool on) { m_weekdays.set(Weekday::Thursday, on); }
-    [[nodiscard]] bool isRunOnFri() const { return m_weekdays.contains(Weekday::Friday); }
-    void setIsRunOnFri(bool on) { m_weekdays.set(Weekday::Friday, on); }
-    [[nodiscard]] bool isRunOnSat() const { return m_weekdays.contains(Weekday::Saturday); }
-    void setIsRunOnSat(bool on) { m_weekdays.set(Weekday::Saturday, on); }
-    [[nodiscard]] bool isRunOnSun() const { return m_weekdays.contains(Weekday::Sunday); }
-    void setIsRunOnSun(bool on) { m_weekdays.set(Weekday::Sunday, on); }
+    [[nodiscard]] WeekdaySet weekdays() const { return m_stored.weekdays; }
+    void setWeekdays(WeekdaySet days) { m_stored.weekdays = days; }
+    [[nodiscard]] bool isRunOnMon() const { return m_stored.weekdays.contains(Weekday::Monday); }
+    void setIsRunOnMon(bool on) { m_stored.weekdays.set(Weekday::Monday, on); }
+    [[nodiscard]] bool isRunOnTue() const { return m_stored.weekdays.contains(Weekday::Tuesday); }
+    void setIsRunOnTue(bool on) { m_stored.weekdays.set(Weekday::Tuesday, on); }
+    [[nodiscard]] bool isRunOnWed() const { return m_stored.weekdays.contains(Weekday::Wednesday); }
+    void setIsRunOnWed(bool on) { m_stored.weekdays.set(Weekday::Wednesday, on); }
+    [[nodiscard]] bool isRunOnThu() const { return m_stored.weekdays.contains(Weekday::Thursday); }
+    void setIsRunOnThu(bool on) { m_stored.weekdays.set(Weekday::Thursday, on); }
+    [[nodiscard]] bool isRunOnFri() const { return m_stored.weekdays.contains(Weekday::Friday); }
+    void setIsRunOnFri(bool on) { m_stored.weekdays.set(Weekday::Friday, on); }
+    [[nodiscard]] bool isRunOnSat() const { return m_stored.weekdays.contains(Weekday::Saturday); }
+    void setIsRunOnSat(bool on) { m_stored.weekdays.set(Weekday::Saturday, on); }
+    [[nodiscard]] bool isRunOnSun() const { return m_stored.weekdays.contains(Weekday::Sunday); }
+    void setIsRunOnSun(bool on) { m_stored.weekdays.set(Weekday::Sunday, on); }
 
     // -- While running, never stored ------------------------------------------------------------
 
@@ -193,30 +198,35 @@ private:
             m_dueChanged();
     }
 
-    QString m_title;
-    QString m_soundPath;
-    QString m_voiceName;
-    QString m_identity;
-    std::optional<Instant> m_time;
-    std::optional<Instant> m_runTime;
-    std::optional<Instant>
-        m_hoursLater; // the end of the hours from m_runTime, where it counts such
-    quint64 m_snoozedMinutes = 0;
-    qint64 m_snoozeTime = 0;
-    qint64 m_ringWithinUnits = 0;
-    qint64 m_selRowNo = Relative;
-    WeekdaySet m_weekdays;
+    // What preferences keep of an alarm.
+    struct Stored {
+        QString title;
+        QString soundPath;
+        QString voiceName;
+        std::optional<Instant> time;
+        std::optional<Instant> runTime;
+        qint64 snoozeTime = 0;
+        qint64 ringWithinUnits = 0;
+        qint64 selRowNo = Relative;
+        WeekdaySet weekdays;
+        bool isPlaySound = false;
+        bool isTimeWithDate = false;
+        bool isMinuteUnits = false;
+        bool isSpeakAlarmName = false;
+        bool shouldFadeIn = false;
+        bool shouldRepeat = false;
+        bool shouldUseEveryDay = false;
+        bool shouldUseForever = false;
+        bool isExisInActiveAlarmList = false;
+        bool isDefaultAlarm = false;
+        friend bool operator==(const Stored&, const Stored&) = default;
+    };
 
-    bool m_isPlaySound = false;
-    bool m_isTimeWithDate = false;
-    bool m_isMinuteUnits = false;
-    bool m_isSpeakAlarmName = false;
-    bool m_shouldFadeIn = false;
-    bool m_shouldRepeat = false;
-    bool m_shouldUseEveryDay = false;
-    bool m_shouldUseForever = false;
-    bool m_isExisInActiveAlarmList = false;
-    bool m_isDefaultAlarm = false;
+    Stored m_stored;
+    QString m_identity;
+    // The end of the hours from the moment it counts from, where it counts such.
+    std::optional<Instant> m_hoursLater;
+    quint64 m_snoozedMinutes = 0;
     bool m_isTriggered = false;
     bool m_isActive = false;
 

@@ -4,7 +4,20 @@
 #include "platform/Log.h"
 #include "platform/UserDefaults.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <set>
+
 namespace dorvane {
+
+namespace {
+
+// A list of ours does; in one from elsewhere two entries may be one alarm, which copies are not.
+bool holdsEachOnce(const std::vector<AlarmPtr>& alarms) {
+    return std::set<AlarmPtr>(alarms.begin(), alarms.end()).size() == alarms.size();
+}
+
+} // namespace
 
 ArchivedList::ArchivedList(QString key, UserDefaults& defaults, const AlarmArchive& archive)
     : m_key(std::move(key)), m_defaults(defaults), m_archive(archive) {}
@@ -13,12 +26,27 @@ std::optional<std::vector<AlarmPtr>> ArchivedList::load() {
     const QVariant stored = m_defaults.value(m_key);
     if (!stored.isValid())
         return std::nullopt;
-    AlarmArchive::Unarchived read{.alarms = {}, .isComplete = false};
+    AlarmArchive::Unarchived unarchived{.alarms = {}, .isComplete = false};
     if (stored.typeId() == QMetaType::QByteArray)
-        read = m_archive.unarchive(stored.toByteArray());
-    if (!read.isComplete)
+        unarchived = read(stored.toByteArray());
+    if (!unarchived.isComplete)
         keepUnreadable(stored);
-    return std::move(read.alarms);
+    return std::move(unarchived.alarms);
+}
+
+AlarmArchive::Unarchived ArchivedList::read(const QByteArray& data) {
+    if (!m_last || m_last->data != data) {
+        AlarmArchive::Unarchived unarchived = m_archive.unarchive(data);
+        m_last.reset();
+        if (!holdsEachOnce(unarchived.alarms))
+            return unarchived;
+        m_last = {data, std::move(unarchived)};
+    }
+    AlarmArchive::Unarchived copies{.alarms = {}, .isComplete = m_last->unarchived.isComplete};
+    copies.alarms.reserve(m_last->unarchived.alarms.size());
+    for (const AlarmPtr& alarm : m_last->unarchived.alarms)
+        copies.alarms.push_back(alarm->storedCopy());
+    return copies;
 }
 
 void ArchivedList::save(const std::vector<AlarmPtr>& alarms) {
@@ -29,6 +57,40 @@ void ArchivedList::save(const std::vector<AlarmPtr>& alarms) {
     }
     m_defaults.setValue(m_key, data);
     m_defaults.synchronize();
+    if (m_last)
+        remember(data, alarms);
+}
+
+// As reading all of it back would. An alarm reads alone as it does among others, so that only those
+// need reading that are new since the last time: mostly one, in its place or at the end, or none
+// where one was taken out.
+void ArchivedList::remember(const QByteArray& data, const std::vector<AlarmPtr>& alarms) {
+    const std::vector<AlarmPtr> known = std::move(m_last->unarchived.alarms);
+    m_last.reset();
+    std::vector<AlarmPtr> records;
+    std::vector<AlarmPtr> changed;
+    auto next = known.begin();
+    for (const AlarmPtr& alarm : alarms) {
+        const auto end = next + std::min<std::ptrdiff_t>(2, known.end() - next);
+        const auto found = std::find_if(
+            next, end, [&](const AlarmPtr& record) { return record->isStoredLike(*alarm); });
+        if (found != end) {
+            records.push_back(*found);
+            next = found + 1;
+        } else {
+            records.push_back(nullptr);
+            changed.push_back(alarm);
+            next = next == end ? end : next + 1;
+        }
+    }
+    const std::vector<AlarmPtr> read = m_archive.unarchive(m_archive.archivedData(changed)).alarms;
+    if (read.size() != changed.size() || !holdsEachOnce(alarms))
+        return;
+    auto fresh = read.begin();
+    for (AlarmPtr& record : records)
+        if (!record)
+            record = *fresh++;
+    m_last = {data, {.alarms = std::move(records), .isComplete = true}};
 }
 
 // The same value is met at every reading until somebody changes the list, and is kept once.

@@ -12,24 +12,36 @@ namespace dorvane {
 
 class UserDefaults;
 
-// One list of alarms under one key of the preferences. Main thread only.
+// One list of alarms under one key of the preferences. What was read once is remembered together
+// with its bytes, so that reading it again costs next to nothing until they are others. Main thread
+// only.
 class ArchivedList {
 public:
     ArchivedList(QString key, UserDefaults& defaults, const AlarmArchive& archive);
 
-    // Nothing when the key is absent. A value of which something cannot be read is kept as it is,
-    // once, under a key of its own before anything is written over it, and the log says so.
+    // Nothing when the key is absent, else alarms of the caller's own. A value of which something
+    // cannot be read is kept as it is, once, under a key of its own before anything is written over
+    // it, and the log says so.
     [[nodiscard]] std::optional<std::vector<AlarmPtr>> load();
 
     // Writes the list, to the disk at once.
     void save(const std::vector<AlarmPtr>& alarms);
 
 private:
+    // What some bytes hold. The alarms are never handed out.
+    struct Reading {
+        QByteArray data;
+        AlarmArchive::Unarchived unarchived;
+    };
+
+    [[nodiscard]] AlarmArchive::Unarchived read(const QByteArray& data);
+    void remember(const QByteArray& data, const std::vector<AlarmPtr>& alarms);
     void keepUnreadable(const QVariant& value);
 
     QString m_key;
     UserDefaults& m_defaults;
     const AlarmArchive& m_archive;
+    std::optional<Reading> m_last;
 };
 
 } // namespace dorvane

@@ -80,13 +80,15 @@ TEST_F(AlarmListsTest, runningAlarmsComeBackInReverseAndOnlyThoseThatStillCount)
     }
 }
 
-// Every change is on the disk and announced at once, and made on what another window stored.
+// Every change is on the disk and announced at once, and made on what another window stored. What a
+// library remembers is what the bytes say, whatever is done to the alarms that it hands out.
 TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
     Run run(at("2026-11-23 06:00"));
     EXPECT_FALSE(run.library.alarms().has_value()) << "nothing was ever stored";
     StoredAlarms other(run.defaults, run.archive, run.notifications);
     const AlarmPtr tea = run.start({.title = "tea", .minutes = 3});
     const AlarmPtr egg = run.start({.title = "egg", .minutes = 5});
+    const AlarmPtr pie = run.start({.title = "pie", .minutes = 9});
     std::string trace;
     const auto announced =
         run.notifications.addObserver(storedAlarmsDidChangeNotification, [&](const void*) {
@@ -96,18 +98,33 @@ TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
                 trace += alarm->title().toStdString() + std::to_string(alarm->ringWithinUnits()) +
                          (alarm->isExisInActiveAlarmList() ? "! " : " ");
             trace += "| ";
+            const auto remembered = run.library.alarms();
+            EXPECT_TRUE(std::equal(
+                remembered->begin(), remembered->end(), stored->begin(), stored->end(),
+                [](const AlarmPtr& one, const AlarmPtr& two) { return one->isStoredLike(*two); }));
+            for (const AlarmPtr& alarm : *remembered)
+                alarm->setTitle(u"not stored"_qs);
         });
-    run.library.put(*tea, {});
-    run.library.put(*egg, {});
+    run.library.put({tea, egg, pie}, {});
     tea->setRingWithinUnits(4);
     other.put(*tea, {});
-    other.removeAlarm(u"egg"_qs);
-    run.library.removeAlarm(u"egg"_qs); // not there any more: nothing happens
+    run.library.removeAlarm(u"egg"_qs);
+    other.removeAlarm(u"pie"_qs);
+    run.library.removeAlarm(u"pie"_qs); // not there any more: nothing happens
     run.library.updateAlarmList(egg);
+    run.library.put(*egg, {});
     tea->setRingWithinUnits(7);
+    tea->setSnoozeTime(1LL << 40); // more than the record holds
     run.library.updateAlarmList(tea);
     run.library.updateInactiveAlarmList(tea);
-    EXPECT_EQ(trace, "tea3 | tea3 egg5 | tea4 egg5 | tea4 | tea7 | tea7! | ");
+    EXPECT_EQ(trace, "tea3 egg5 pie9 | tea4 egg5 pie9 | tea4 pie9 | tea4 | tea4 egg5 | tea7 egg5 | "
+                     "tea7! egg5 | ");
+
+    run.defaults.setValue(u"StoredAlarmsKey"_qs, run.archive.archivedData({tea, tea}));
+    for (int i = 0; i < 2; ++i) {
+        const auto twice = *run.library.alarms();
+        EXPECT_EQ(twice[0], twice[1]) << "one alarm, though it is listed twice";
+    }
 }
 
 TEST_F(AlarmListsTest, whatCannotBeReadIsKeptOnceAndAsItWas) {
