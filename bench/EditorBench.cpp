@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What opening the editor costs with a large library, and its sound menu with thousands of files.
+// What a large library costs the editor: to open, and when one alarm of it changes meanwhile. And
+// its sound menu with thousands of files.
 
 #include "tests/editor/EditorFixture.h"
 
@@ -14,18 +15,33 @@ using namespace dorvane::testing;
 
 namespace {
 
-void openEditor(benchmark::State& state) {
-    EditorFixture fixture("2026-11-21 08:00");
+// Stores so many alarms and answers the first.
+AlarmPtr fillLibrary(EditorFixture& fixture, qint64 count) {
     std::vector<AlarmPtr> alarms;
-    for (int i = 0; i < int(state.range(0)); ++i)
+    for (qint64 i = 0; i < count; ++i)
         alarms.push_back(Alarm::initWithTime(fixture.loop.now().addSecs(60 * i),
                                              QStringLiteral("Alarm number %1").arg(i)));
-    fixture.defaults.setValue(QStringLiteral("StoredAlarmsKey"),
-                              fixture.archive.archivedData(alarms));
+    fixture.library.put(alarms, instantNow(fixture.loop));
+    return alarms.front();
+}
+
+void openEditor(benchmark::State& state) {
+    EditorFixture fixture("2026-11-21 08:00");
+    fillLibrary(fixture, state.range(0));
     for (auto _ : state) {
         AlarmSetController editor(fixture.services());
         editor.showWithAlarm(nullptr);
         QApplication::processEvents();
+    }
+}
+
+void changeAlarm(benchmark::State& state) {
+    EditorFixture fixture("2026-11-21 08:00");
+    const AlarmPtr alarm = fillLibrary(fixture, state.range(0));
+    fixture.editor.showWithAlarm(alarm);
+    for (auto _ : state) {
+        alarm->setRingWithinUnits(alarm->ringWithinUnits() + 1);
+        fixture.library.put(*alarm, instantNow(fixture.loop));
     }
 }
 
@@ -45,6 +61,7 @@ void soundMenu(benchmark::State& state) {
 }
 
 BENCHMARK(openEditor)->Arg(500)->Unit(benchmark::kMillisecond);
+BENCHMARK(changeAlarm)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(soundMenu)->Arg(5000)->Unit(benchmark::kMillisecond);
 
 } // namespace
