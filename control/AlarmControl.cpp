@@ -150,7 +150,6 @@ void AlarmControl::store() {
                                     instantNow(m_surroundings.runLoop));
 }
 
-// One whose moment has passed goes on to its next day, as at a start of the program.
 AlarmAnswer AlarmControl::startStored(const QString& title) {
     m_store.finish();
     const auto stored = m_surroundings.storedAlarms.alarms().value_or(std::vector<AlarmPtr>());
@@ -161,11 +160,8 @@ AlarmAnswer AlarmControl::startStored(const QString& title) {
     if (m_surroundings.clock.allAlarms().size() >= mostAlarms)
         return tooMany();
     const QDateTime now = m_surroundings.runLoop.now();
-    if ((*found)->selRowNo() == Alarm::Weekly) // whose time of day is that of its start
-        (*found)->setRunTime((*found)->storedTime());
-    const RearmDecision decision = rearmAtRestore(**found, now, weekdayName(now.date()));
-    if (decision.outcome == RearmDecision::Outcome::Remove ||
-        decision.outcome == RearmDecision::Outcome::NoDayLeft)
+    const RearmDecision decision = rearmAtStart(**found, now, weekdayName(now.date()));
+    if (decision.outcome == RearmDecision::Outcome::Remove)
         return refusal("PastDate", QStringLiteral("the moment of \"%1\" has passed").arg(title));
     applyRearm(decision, **found);
     m_surroundings.schedule(*found);

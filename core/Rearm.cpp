@@ -35,6 +35,20 @@ RearmDecision moveDayOn(const Alarm& alarm, const QDateTime& now) {
     return {Outcome::NextDay, addingDays(due, 1), {}};
 }
 
+// What becomes of an alarm that did not ring in time, unless it is a weekday alarm, which is due on
+// another day: then nothing.
+std::optional<RearmDecision> decidedUnlessMissed(const Alarm& alarm, const QDateTime& now,
+                                                 const QString& todaysName) {
+    const QDateTime due = alarm.time(instantOf(now));
+    if (!due.isValid() || due >= now)
+        return RearmDecision{Outcome::Unchanged, {}, {}};
+    if (alarm.selRowNo() != Alarm::Weekly || alarm.weekdays().isEmpty())
+        return RearmDecision{Outcome::Remove, {}, {}};
+    if (!weekdayNamed(todaysName))
+        return RearmDecision{Outcome::Unchanged, {}, {}};
+    return std::nullopt;
+}
+
 } // namespace
 
 RearmDecision rearmAfterRinging(const Alarm& alarm, const QDateTime& now,
@@ -53,13 +67,18 @@ RearmDecision rearmAfterRinging(const Alarm& alarm, const QDateTime& now,
 }
 
 RearmDecision rearmAtRestore(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
-    const QDateTime due = alarm.time(instantOf(now));
-    if (!due.isValid() || due >= now)
-        return {Outcome::Unchanged, {}, {}};
-    if (alarm.selRowNo() != Alarm::Weekly || alarm.weekdays().isEmpty())
-        return {Outcome::Remove, {}, {}};
-    const std::optional<Weekday> today = weekdayNamed(todaysName);
-    return today ? moveOn(alarm, *today, now) : RearmDecision{Outcome::Unchanged, {}, {}};
+    const auto decided = decidedUnlessMissed(alarm, now, todaysName);
+    return decided ? *decided : moveOn(alarm, *weekdayNamed(todaysName), now);
+}
+
+RearmDecision rearmAtStart(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
+    if (const auto decided = decidedUnlessMissed(alarm, now, todaysName))
+        return *decided;
+    const QTime timeOfDay = alarm.time(instantOf(now)).time();
+    const QDateTime timeToday =
+        localMoment(now.date(), QTime(timeOfDay.hour(), timeOfDay.minute()));
+    return {Outcome::NextWeekday, firstWeekdayDate(alarm.weekdays(), timeToday, now, todaysName),
+            alarm.weekdays()};
 }
 
 void applyRearm(const RearmDecision& decision, Alarm& alarm) {

@@ -35,6 +35,12 @@ struct RearmDecision {
 [[nodiscard]] RearmDecision rearmAtRestore(const Alarm& alarm, const QDateTime& now,
                                            const QString& todaysName);
 
+// An alarm of the library that is started. A weekday alarm whose moment has passed is due on its
+// next ticked day, as if it were set anew: today if its time of day is still ahead, and none of its
+// days is used up.
+[[nodiscard]] RearmDecision rearmAtStart(const Alarm& alarm, const QDateTime& now,
+                                         const QString& todaysName);
+
 // Changes the alarm's dates and days as decided; Remove and Unchanged change nothing.
 void applyRearm(const RearmDecision& decision, Alarm& alarm);
 

@@ -161,6 +161,8 @@ void AlarmMenuController::acceptedPreAlarm(AlarmSetPreController&, const AlarmPt
 }
 
 void AlarmMenuController::setAlarm(const AlarmPtr& alarm) {
+    const QDateTime now = m_surroundings.runLoop.now();
+    applyRearm(rearmAtStart(*alarm, now, weekdayName(now.date())), *alarm);
     scheduleAlarm(alarm);
 }
 

@@ -192,8 +192,7 @@ TEST_F(AlarmControlTest, aStoredAlarmWhoseMomentHasPassedDoesNotRingAtOnce) {
     answerTo({{u"title"_qs, u"once"_qs}, {u"time"_qs, u"11:00"_qs}});
     answerTo({{u"title"_qs, u"weekly"_qs},
               {u"time"_qs, u"11:00"_qs},
-              {u"weekdays"_qs, QStringList{u"tue"_qs}},
-              {u"every-week"_qs, true}});
+              {u"weekdays"_qs, QStringList{u"tue"_qs}}});
     loop.advance(2h);
     EXPECT_EQ(std::get<Refusal>(control.startStored(u"once"_qs)).name, u"PastDate"_qs);
     EXPECT_TRUE(std::holds_alternative<QString>(control.startStored(u"weekly"_qs)));

@@ -126,4 +126,19 @@ TEST(RearmTest, atRestore) {
     check(cases, rearmAtRestore);
 }
 
+TEST(RearmTest, atStart) {
+    using enum RearmDecision::Outcome;
+    const WeekdaySet both{Mon, Wed};
+    const std::vector<Rang> cases = {
+        {dated("11-25 07:00"), "11-25 07:01", Remove, "11-25 07:00+01"},
+        {once({Mon}), "11-23 07:00", Unchanged, "11-23 07:00+01", {Mon}},
+        {once({Mon}), "11-23 09:00", NextWeekday, "11-30 07:00+01", {Mon}},
+        {once(both), "11-25 06:59", NextWeekday, "11-25 07:00+01", both}, // today's is ahead
+        {once(both), "11-25 07:01", NextWeekday, "11-30 07:00+01", both},
+        {once({}), "11-24 09:00", Remove, "11-23 07:00+01"},
+        {once({Mon}), "11-24 09:00", Unchanged, "11-23 07:00+01", {Mon}, "mardi"},
+    };
+    check(cases, rearmAtStart);
+}
+
 } // namespace

@@ -49,6 +49,17 @@ TEST_F(AlarmMenuControllerTest, aWeekdayAlarmMovesOnInTheLibraryToo) {
     EXPECT_EQ(stored->weekdays(), WeekdaySet{Weekday::Wednesday});
 }
 
+TEST_F(AlarmMenuControllerTest, aStoredWeekdayAlarmIsStartedForItsNextDay) {
+    store({.title = "run",
+           .kind = Alarm::Weekly,
+           .time = "11-23 07:00",
+           .days = {Weekday::Monday, Weekday::Wednesday}});
+    m_controller.setAlarm(library.alarms()->front()); // an hour late for today
+    loop.advance(2s);
+    EXPECT_EQ(m_told, QStringList());
+    EXPECT_EQ(brief(m_clock.allAlarms().front()->time(instantNow(loop))), "11-25 07:00+01");
+}
+
 TEST_F(AlarmMenuControllerTest, clearInTheMenuLeavesTheWindowAndDeleteTakesItAlong) {
     const AlarmPtr a = timer("a");
     const AlarmPtr b = timer("b");
