@@ -50,8 +50,7 @@ QString textFromPlace(QPoint place) {
 TrayStatusItem::TrayStatusItem(RunLoop& runLoop, UserDefaults& defaults, QDBusConnection sessionBus)
     : m_runLoop(runLoop)
     , m_defaults(defaults)
-    , m_bus(std::move(sessionBus))
-    , m_notifierHost(m_bus, [this] { lookIn(0ms); })
+    , m_notifierHost(std::move(sessionBus), [this] { lookIn(0ms); })
     , m_xembedTray([this] { lookIn(m_xembedTray.present() ? secondProtocol : 0ms); }) {
     lookIn(0ms);
 }
@@ -113,7 +112,7 @@ void TrayStatusItem::popUp(QMenu& menu) {
     menu.setAttribute(Qt::WA_NoMouseReplay);
     if (hasNotifierHost()) // the panel, not we, sees the click
         QObject::connect(
-            &menu, &QMenu::aboutToHide, m_notifier.get(), [this] { menuHidden(); },
+            &menu, &QMenu::aboutToHide, &m_connections, [this] { menuHidden(); },
             Qt::SingleShotConnection);
     menu.popup(placeFor(menu.sizeHint()));
     if (onX11() && !pointerIsKnown())
@@ -154,7 +153,8 @@ QPoint TrayStatusItem::placeFor(QSize window) const {
 }
 
 bool TrayStatusItem::hasNotifierHost() const {
-    return m_notifier && m_notifierHost.host() == NotifierHostWatcher::Host::Present;
+    return m_notifier && m_notifier->isOnBus() &&
+           m_notifierHost.host() == NotifierHostWatcher::Host::Present;
 }
 
 bool TrayStatusItem::hosted() const {
@@ -173,7 +173,7 @@ void TrayStatusItem::look() {
     const NotifierHostWatcher::Host host = m_notifierHost.host();
     if (host == NotifierHostWatcher::Host::Present) {
         m_trayIcon.reset();
-        if (!m_notifier)
+        if (!m_notifier || !m_notifier->isOnBus())
             makeNotifier();
     } else if (host == NotifierHostWatcher::Host::Absent && m_xembedTray.present() && !m_trayIcon) {
         makeTrayIcon();
@@ -190,18 +190,23 @@ void TrayStatusItem::look() {
 // On X11 a click opens our own pop-up, which shows more than a panel's. Elsewhere a program is not
 // told where its icon is, so the panel's has to do.
 void TrayStatusItem::makeNotifier() {
+    const auto menuWillOpen = [this] {
+        if (m_panelMenuWillOpen)
+            m_panelMenuWillOpen();
+    };
+    const bool isFirst = !m_notifier;
     m_notifier = std::make_unique<NotifierItem>(
-        m_bus, m_runLoop, onX11() ? NotifierItem::Click::Press : NotifierItem::Click::Menu,
+        m_runLoop, onX11() ? NotifierItem::Click::Press : NotifierItem::Click::Menu,
         NotifierItem::Callbacks{.pressed = [this](QPoint place) { pressedInPanel(place); },
-                                .menuWillOpen =
-                                    [this] {
-                                        if (m_panelMenuWillOpen)
-                                            m_panelMenuWillOpen();
-                                    }});
+                                .menuWillOpen = menuWillOpen,
+                                .lost = [this] { lookIn(patience); }});
     m_notifier->setPicture(m_picture);
     m_notifier->setToolTip(m_toolTip);
     m_notifier->setNeedsAttention(m_needsAttention);
-    m_notifier->menu().show(std::exchange(m_panelMenu, {}));
+    if (isFirst)
+        m_notifier->menu().show(std::exchange(m_panelMenu, {}));
+    else
+        menuWillOpen(); // its maker shows it again
 }
 
 // Without a menu of its own: either button opens our pop-up.

@@ -56,7 +56,6 @@ private:
 
     RunLoop& m_runLoop;
     UserDefaults& m_defaults;
-    QDBusConnection m_bus;
     std::function<void()> m_pressed;
     std::function<void()> m_panelMenuWillOpen;
 
@@ -77,6 +76,7 @@ private:
     // Last, so that nothing above is gone while they can still report.
     NotifierHostWatcher m_notifierHost;
     XEmbedTrayWatcher m_xembedTray;
+    QObject m_connections; // ends those with menus, which are not ours
 };
 
 } // namespace dorvane
