@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/preferences/AtomicFile.h"
 
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,6 +16,8 @@
 namespace dorvane {
 
 namespace {
+
+constexpr auto nameEnding = ".XXXXXX"; // as mkostemp wants it
 
 // QSaveFile does the first half of this, but it goes on when syncing fails and does not sync the
 // folder, so that after a power cut the old file may be back although commit() said yes.
@@ -43,7 +48,7 @@ class Replacement {
 public:
     explicit Replacement(const QByteArray& target)
         : m_target(target)
-        , m_name(target + ".XXXXXX")
+        , m_name(target + nameEnding)
         , m_file(::mkostemp(m_name.data(), O_CLOEXEC)) {}
     Replacement(const Replacement&) = delete;
     Replacement& operator=(const Replacement&) = delete;
@@ -123,6 +128,22 @@ std::optional<QString> writeFileAtomically(const QString& path, QByteArrayView c
     if (!syncFolder(QFileInfo(target).absolutePath()))
         return errorOf("cannot sync the folder");
     return std::nullopt;
+}
+
+void removeUnfinishedWrites(const QString& path, const QDateTime& now) {
+    const QFileInfo target(pathBehindLinks(path));
+    const QString start = target.fileName() + QLatin1Char('.');
+    const auto length = target.fileName().size() + qsizetype(std::strlen(nameEnding));
+    const QDateTime longAgo = now.addSecs(-3600);
+    // By hand: a filter would be a regular expression, and bring half a mebibyte of its library in.
+    QDirIterator files(target.absolutePath(), QDir::Files | QDir::NoSymLinks);
+    while (files.hasNext()) {
+        files.next();
+        const QString name = files.fileName();
+        if (name.size() == length && name.startsWith(start) &&
+            files.fileInfo().lastModified() < longAgo)
+            QFile::remove(files.filePath());
+    }
 }
 
 } // namespace dorvane

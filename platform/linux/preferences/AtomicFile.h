@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QDateTime>
 #include <QString>
 
 #include <optional>
@@ -17,6 +18,10 @@ namespace dorvane {
 // Waits for the disk. Any thread.
 [[nodiscard]] std::optional<QString> writeFileAtomically(const QString& path,
                                                          QByteArrayView contents);
+
+// Removes what writes that a power cut ended have left beside the file. What at `now` is younger
+// than an hour stays, because another process may be writing it. Any thread.
+void removeUnfinishedWrites(const QString& path, const QDateTime& now);
 
 // The path behind symbolic links, which need not exist; `path` itself where it is no link.
 [[nodiscard]] QString pathBehindLinks(const QString& path);

@@ -19,6 +19,7 @@ PropertyListDefaults::PropertyListDefaults(const QString& path, const PropertyLi
     , m_format(format)
     , m_runLoop(runLoop)
     , m_wasUnread(!readIfChanged()) {
+    removeUnfinishedWrites(m_path, runLoop.now());
     if (m_wasUnread)
         qCWarning(logPlatform) << "preferences are kept in memory only:" << m_path;
 }

@@ -24,10 +24,7 @@ BackgroundFile::~BackgroundFile() {
 }
 
 std::optional<QByteArray> BackgroundFile::read() {
-    // What a power cut left half written.
-    const QFileInfo own(m_path);
-    for (const QString& rest : own.dir().entryList({own.fileName() + QStringLiteral(".??????")}))
-        QFile::remove(own.dir().filePath(rest));
+    removeUnfinishedWrites(m_path, m_runLoop.now());
     QFile file(m_path);
     if (!file.open(QIODevice::ReadOnly))
         return file.exists() ? std::nullopt : std::optional(QByteArray());
