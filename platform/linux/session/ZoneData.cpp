@@ -4,22 +4,38 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
+#include <QStringView>
+
+#include <algorithm>
+#include <iterator>
 
 namespace dorvane {
 
 namespace {
 
-bool meansUtc(const QString& zone) {
-    static const QRegularExpression utc(
-        QStringLiteral("^(Etc/)?(UTC|UCT|GMT|Universal|Zulu|Greenwich)?$"));
-    return utc.match(zone).hasMatch();
+// Both run at every start, and a regular expression would bring half a mebibyte of its library in.
+
+bool meansUtc(QStringView zone) {
+    if (zone.startsWith(QLatin1String("Etc/")))
+        zone = zone.sliced(4);
+    constexpr const char* names[] = {"", "UTC", "UCT", "GMT", "Universal", "Zulu", "Greenwich"};
+    return std::any_of(std::begin(names), std::end(names),
+                       [&](const char* name) { return zone == QLatin1String(name); });
 }
 
 // "EST5EDT" or "<+03>-3": says its own offsets and needs no data.
 bool isSelfContained(const QString& zone) {
-    static const QRegularExpression rule(QStringLiteral("^(<[^>]+>|[A-Za-z]{3,})[+-]?\\d"));
-    return rule.match(zone).hasMatch();
+    const bool isQuoted = zone.startsWith(QLatin1Char('<'));
+    const auto nameEnd = isQuoted ? zone.indexOf(QLatin1Char('>')) + 1
+                                  : std::find_if_not(zone.begin(), zone.end(), [](QChar letter) {
+                                        return letter.isLetter();
+                                    }) - zone.begin();
+    if (nameEnd < 3)
+        return false;
+    QStringView offset = QStringView(zone).sliced(nameEnd);
+    if (offset.startsWith(QLatin1Char('+')) || offset.startsWith(QLatin1Char('-')))
+        offset = offset.sliced(1);
+    return !offset.isEmpty() && offset.front().isDigit();
 }
 
 QString readLine(const QString& path) {
