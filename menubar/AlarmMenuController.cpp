@@ -20,7 +20,6 @@ namespace dorvane {
 
 AlarmMenuController::AlarmMenuController(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
-    , m_ourMenu(m_surroundings.runLoop)
     , m_statusView(m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
                    m_surroundings.statusItem)
     , m_menuConstructor(m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
@@ -43,12 +42,10 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
                 .standInPath = [this] {
                     return m_surroundings.bundle.resourcePath(QStringLiteral("Sounds/Ping.aiff"));
                 }}) {
-    m_menuConstructor.setObjectMenu(&m_ourMenu);
-    m_statusView.setAlarmMenu(&m_ourMenu);
     m_surroundings.appearance.setChanged([this] { darkModeChanged(); });
     darkModeChanged();
     m_menuObservation = m_surroundings.notifications.addObserver(
-        mainMenuWillAppearNotification, [this](const void*) { m_menuConstructor.constructMenu(); });
+        mainMenuWillAppearNotification, [this](const void*) { menuWillAppear(); });
 }
 
 AlarmMenuController::~AlarmMenuController() {
@@ -79,6 +76,16 @@ MenuCommands AlarmMenuController::menuCommands() {
             .openPrefs = m_surroundings.openPrefs,
             .showGoogleHelp = m_surroundings.showGoogleHelp,
             .terminate = m_surroundings.terminate};
+}
+
+// The first press pays for the fonts; until then the program needs none.
+void AlarmMenuController::menuWillAppear() {
+    if (!m_ourMenu) {
+        m_ourMenu.emplace(m_surroundings.runLoop);
+        m_menuConstructor.setObjectMenu(&*m_ourMenu);
+        m_statusView.setAlarmMenu(&*m_ourMenu);
+    }
+    m_menuConstructor.constructMenu();
 }
 
 void AlarmMenuController::darkModeChanged() {

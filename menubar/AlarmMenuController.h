@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace dorvane {
@@ -126,6 +127,7 @@ public:
 
 private:
     [[nodiscard]] MenuCommands menuCommands();
+    void menuWillAppear();
     void darkModeChanged();
     void showEditor(const AlarmPtr& alarm);
     [[nodiscard]] AlarmSetController* editorOf(const Alarm& alarm) const;
@@ -138,7 +140,7 @@ private:
     void takeEdited(const AlarmPtr& old, const AlarmPtr& alarm);
 
     Surroundings m_surroundings;
-    StatusMenu m_ourMenu;
+    std::optional<StatusMenu> m_ourMenu;
     StatusView m_statusView;
     MainMenuConstructor m_menuConstructor;
     TextSpeaker m_textSpeaker;

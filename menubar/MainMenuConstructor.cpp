@@ -8,8 +8,6 @@
 #include "menubar/StatusMenu.h"
 #include "platform/StatusItem.h"
 
-#include <QApplication>
-
 #include <utility>
 
 namespace dorvane {
@@ -25,7 +23,6 @@ MainMenuConstructor::MainMenuConstructor(RunLoop& runLoop, Clock& clock,
     , m_sources(std::move(sources))
     , m_commands(std::move(commands))
     , m_locale(std::move(locale))
-    , m_panelFonts(MenuTitleFonts::of(QApplication::font("QMenu")))
     , m_updateSoon(runLoop, 200ms, [this] { updatePanelMenu(); }) {
     m_alarmsObservation = notifications.addObserver(alarmsDidChangeNotification,
                                                     [this](const void*) { updatePanelMenuSoon(); });
@@ -83,7 +80,7 @@ void MainMenuConstructor::constructMenu() {
 // The texts, which count down, are looked at when it opens, so that nobody has to wake for them.
 void MainMenuConstructor::updatePanelMenu() {
     const MainMenuState current = state(instantOf(m_runLoop.now()));
-    m_item.setPanelMenu(panelMenu(mainMenuEntries(current), m_commands, m_panelFonts));
+    m_item.setPanelMenu(panelMenu(mainMenuEntries(current), m_commands));
 }
 
 } // namespace dorvane

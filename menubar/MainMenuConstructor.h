@@ -4,7 +4,6 @@
 #include "core/Coalescer.h"
 #include "menubar/MainMenuEntries.h"
 #include "menubar/MenuCommands.h"
-#include "menubar/MenuItemExtras.h"
 #include "menubar/MenuRows.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
@@ -63,7 +62,6 @@ private:
 
     QPointer<StatusMenu> m_objectMenu;
     std::optional<MenuRows> m_objectRows;
-    MenuTitleFonts m_panelFonts;
 
     Coalescer m_updateSoon;
     NotificationCenter::Observation m_alarmsObservation;

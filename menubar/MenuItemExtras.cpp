@@ -43,15 +43,6 @@ QString subtitlePart(const QString& subtitle, double widest,
     return wholeCharacters(part, fitting) + QStringLiteral("...");
 }
 
-QString subtitlePart(const QString& subtitle, const MenuTitleFonts& fonts) {
-    if (subtitle.isEmpty())
-        return {};
-    const QFontMetricsF metrics(fonts.subtitle);
-    return subtitlePart(
-        oneLine(subtitle, unlimited), fonts.widest,
-        [&metrics](const QString& text) { return metrics.horizontalAdvance(text); });
-}
-
 MenuItemExtras::MenuItemExtras(RunLoop& runLoop, QObject* parent) : QAction(parent) {
     connect(this, &QAction::triggered, this, [this, &runLoop] {
         if (m_command)
@@ -65,7 +56,13 @@ void MenuItemExtras::setTitle(const QString& title, const QString& subtitle,
     if (subtitle == m_subtitle)
         return;
     m_subtitle = subtitle;
-    m_subtitlePart = dorvane::subtitlePart(subtitle, fonts);
+    m_subtitlePart.clear();
+    if (subtitle.isEmpty())
+        return;
+    const QFontMetricsF metrics(fonts.subtitle);
+    m_subtitlePart = dorvane::subtitlePart(
+        oneLine(subtitle, unlimited), fonts.widest,
+        [&metrics](const QString& text) { return metrics.horizontalAdvance(text); });
 }
 
 QString MenuItemExtras::spokenText() const {

@@ -25,8 +25,6 @@ struct MenuTitleFonts {
 // measures a text in the subtitle's font.
 [[nodiscard]] QString subtitlePart(const QString& subtitle, double widest,
                                    const std::function<double(const QString&)>& width);
-// The same of any text in these fonts; nothing for an empty one.
-[[nodiscard]] QString subtitlePart(const QString& subtitle, const MenuTitleFonts& fonts);
 
 // A menu item with a title in two sizes of type, and a command. Its text(), which screen readers
 // and panels use, is the menu's to set.

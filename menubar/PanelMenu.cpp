@@ -10,9 +10,13 @@ namespace dorvane {
 
 namespace {
 
-QString textOf(const MenuEntry& entry, const MenuTitleFonts& fonts) {
-    return oneLine(entry.title, std::numeric_limits<int>::max()) +
-           subtitlePart(entry.subtitle, fonts);
+constexpr int longestSubtitle = 24;
+
+// By characters: the letters are the panel's, and to measure ours would load their fonts.
+QString textOf(const MenuEntry& entry) {
+    const QString title = oneLine(entry.title, std::numeric_limits<int>::max());
+    return entry.subtitle.isEmpty() ? title
+                                    : title + u' ' + oneLine(entry.subtitle, longestSubtitle);
 }
 
 // A running alarm is itself whatever its texts say. Those of the library are read anew each time,
@@ -30,19 +34,19 @@ void identify(PanelMenuEntry& panelEntry, const MenuEntry& entry) {
 } // namespace
 
 std::vector<PanelMenuEntry> panelMenu(const std::vector<MenuEntry>& entries,
-                                      const MenuCommands& commands, const MenuTitleFonts& fonts) {
+                                      const MenuCommands& commands) {
     std::vector<PanelMenuEntry> menu;
     menu.reserve(entries.size());
     for (const MenuEntry& entry : entries) {
         PanelMenuEntry& panelEntry = menu.emplace_back();
         panelEntry.isSeparator = entry.isSeparator;
-        panelEntry.text = textOf(entry, fonts);
+        panelEntry.text = textOf(entry);
         panelEntry.chosen = commandOf(entry, commands);
         identify(panelEntry, entry);
         panelEntry.isEnabled = panelEntry.chosen || !entry.children.empty();
         if (entry.children.empty())
             continue;
-        panelEntry.children = panelMenu(entry.children, commands, fonts);
+        panelEntry.children = panelMenu(entry.children, commands);
         if (!std::holds_alternative<std::monostate>(entry.command)) {
             PanelMenuEntry action;
             action.text = action.key = QStringLiteral("Set");
