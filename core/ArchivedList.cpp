@@ -83,6 +83,8 @@ void ArchivedList::remember(const QByteArray& data, const std::vector<AlarmPtr>&
             next = next == end ? end : next + 1;
         }
     }
+    if (2 * changed.size() > alarms.size())
+        return; // it costs less to read all of it, and only when somebody asks
     const std::vector<AlarmPtr> read = m_archive.unarchive(m_archive.archivedData(changed)).alarms;
     if (read.size() != changed.size() || !holdsEachOnce(alarms))
         return;
