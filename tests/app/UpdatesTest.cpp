@@ -8,7 +8,6 @@
 #include "platform/linux/session/AutostartLoginItems.h"
 #include "platform/linux/session/QtRunLoop.h"
 #include "tests/support/Files.h"
-#include "tests/support/LoopWait.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/Windows.h"
 
@@ -34,7 +33,7 @@ protected:
         auto& button = *window.findChild<QPushButton*>(u"updateButton"_qs);
         button.click();
         EXPECT_FALSE(button.isEnabled());
-        EXPECT_TRUE(runUntil(m_loop, [&] { return button.isEnabled(); }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return button.isEnabled(); }));
         const auto& link = *window.findChild<URLTextField*>(u"updateField"_qs);
         const auto text = window.findChild<QLabel*>(u"updateStatus"_qs)->text().toStdString();
         return link.isVisible() ? text + " " + link.url().toString().toStdString() : text;
@@ -109,7 +108,7 @@ TEST_F(UpdatesTest, isToldOfAVersionOnceAndLooksNowhereElse) {
         updates.checkForUpdatesInBackground();
         bool isDone = false;
         updates.checkForUpdates([&](const UpdateResult&) { isDone = true; });
-        EXPECT_TRUE(runUntil(m_loop, [&] { return isDone; }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isDone; }));
     };
     for (const char* version : {"1.2.0", "1.3.0", "1.3.0", "nonsense", "1.4.0"})
         look(version);

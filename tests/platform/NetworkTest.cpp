@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/network/ModuleDocumentFetcher.h"
 #include "platform/linux/session/QtRunLoop.h"
-#include "tests/support/LoopWait.h"
 #include "tests/support/Testing.h"
+
+#include <QTest>
 
 using namespace dorvane::testing;
 
@@ -37,7 +38,7 @@ TEST(NetworkTest, takesShortDocumentsFromTrustedServersOnly) {
     for (const auto& [url, document, error] : rows) {
         std::optional<DocumentFetcher::Answer> answer;
         fetcher.fetch(QUrl(url), [&](const auto& given) { answer = given; });
-        ASSERT_TRUE(runUntil(loop, [&] { return answer.has_value(); })) << qPrintable(url);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return answer.has_value(); })) << qPrintable(url);
         EXPECT_EQ(answer->document.toStdString(), document.toStdString()) << qPrintable(url);
         EXPECT_THAT(answer->error.toStdString(), ::testing::HasSubstr(error)) << qPrintable(url);
         EXPECT_EQ(answer->error.isEmpty(), error[0] == '\0') << qPrintable(url);

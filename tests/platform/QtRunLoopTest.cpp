@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/session/QtRunLoop.h"
 
-#include "tests/support/LoopWait.h"
 #include "tests/support/Testing.h"
+
+#include <QTest>
 
 using namespace dorvane::testing;
 
@@ -10,10 +11,6 @@ namespace {
 
 class QtRunLoopTest : public ::testing::Test {
 protected:
-    bool until(const std::function<bool()>& done, std::chrono::milliseconds limit = 2s) {
-        return runUntil(m_loop, done, limit);
-    }
-
     QtRunLoop m_loop;
 };
 
@@ -30,7 +27,7 @@ TEST_F(QtRunLoopTest, momentOfTheWallClockIsNeverEarlyAndAPastOneComesAtOnce) {
             },
             RunLoopMode::Default));
     }
-    EXPECT_TRUE(until([&] { return trace.size() == 4; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return trace.size() == 4; }));
     EXPECT_EQ(trace.join(u' ').toStdString(), "-3600000 30 30 80");
 }
 
@@ -50,7 +47,7 @@ TEST_F(QtRunLoopTest, timerMayCancelItselfAndItsNeighbourFromItsCallback) {
         5ms, [&] { trace << u"neighbour"_qs; }, RunLoopMode::Default);
     const auto end = m_loop.scheduleOnce(
         40ms, [&] { trace << u"end"_qs; }, RunLoopMode::Default);
-    EXPECT_TRUE(until([&] { return trace.contains(u"end"_qs); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return trace.contains(u"end"_qs); }));
     EXPECT_EQ(trace, (QStringList{u"self"_qs, u"end"_qs}));
 }
 
@@ -71,9 +68,9 @@ TEST_F(QtRunLoopTest, zoneThatIsLinkedAnewCountsAsAClockThatWasSet) {
     const WallClock clock({.reached = [] {}, .wasSet = [&] { ++set; }},
                           QFile::encodeName(link).constData());
     ASSERT_TRUE(QFile::link(u"Asia/Tokyo"_qs, link + u".new"_qs));
-    EXPECT_FALSE(until([&] { return set > 0; }, 50ms)) << "another file";
+    EXPECT_FALSE(QTest::qWaitFor([&] { return set > 0; }, 50)) << "another file";
     std::rename(qPrintable(link + u".new"_qs), qPrintable(link));
-    EXPECT_TRUE(until([&] { return set > 0; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return set > 0; }));
 }
 
 } // namespace

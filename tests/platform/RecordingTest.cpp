@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/recording/ModuleAudioRecorder.h"
 #include "platform/linux/session/QtRunLoop.h"
-#include "tests/support/LoopWait.h"
 #include "tests/support/Run.h"
 #include "tests/support/Testing.h"
 
 #include <QLibrary>
 #include <QProcess>
+#include <QTest>
 
 #include <cmath>
 #include <sndfile.hh>
@@ -33,10 +33,10 @@ protected:
     }
     bool begins(const char* file) {
         begin(file);
-        return runUntil(m_loop, [&] { return QFile::exists(path(file) + u".part"_qs); });
+        return QTest::qWaitFor([&] { return QFile::exists(path(file) + u".part"_qs); });
     }
     bool ends() {
-        return runUntil(m_loop, [&] { return !m_recorder.isRecording(); });
+        return QTest::qWaitFor([&] { return !m_recorder.isRecording(); });
     }
     [[nodiscard]] std::string domain() const {
         return m_error ? m_error->domain.toStdString() : "";
@@ -51,7 +51,7 @@ protected:
                 .arg(tone));
         QProcess player;
         player.startCommand(u"paplay --device=micfeed "_qs + tone);
-        EXPECT_TRUE(runUntil(m_loop, [&] { return player.state() == QProcess::NotRunning; }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return player.state() == QProcess::NotRunning; }));
     }
 
     QTemporaryDir m_folder;
@@ -118,7 +118,7 @@ TEST_F(RecordingTest, onlyWhatStopCompletesIsKeptAtTheEndOfTheProgramToo) {
     EXPECT_EQ(files(), u"kept.aiff"_qs);
     ModuleAudioRecorder other(m_loop, QStringLiteral(DORVANE_RECORDING_MODULE));
     EXPECT_TRUE(other.record(path("other.aiff"), [](const auto&) {}));
-    EXPECT_TRUE(runUntil(m_loop, [&] { return files().endsWith(u".part"_qs); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return files().endsWith(u".part"_qs); }));
     other.finish();
     EXPECT_EQ(files(), u"kept.aiff"_qs);
 }
@@ -135,7 +135,7 @@ TEST_F(RecordingTest, serverAndMicrophoneThatAreMissingOrGoEndTheRecordingWithou
     run(u"pactl set-default-source other"_qs);
     begin("a.aiff");
     float loudest = 0;
-    EXPECT_TRUE(runUntil(m_loop, [&] {
+    EXPECT_TRUE(QTest::qWaitFor([&] {
         loudest = std::max(loudest, m_recorder.takeLevel());
         return loudest > 0.01F;
     }));

@@ -3,10 +3,11 @@
 
 #include "platform/linux/session/QtRunLoop.h"
 #include "platform/linux/sound/ModuleSoundPlayer.h"
-#include "tests/support/LoopWait.h"
 #include "tests/support/Run.h"
 #include "tests/support/SinkCapture.h"
 #include "tests/support/Testing.h"
+
+#include <QTest>
 
 #include <cstdlib>
 #include <thread>
@@ -29,8 +30,8 @@ protected:
     // The end of one test must not be heard in the next.
     void TearDown() override { runFor(0.3); }
 
-    bool until(const std::function<bool()>& done) { return runUntil(m_loop, done); }
-    void runFor(double seconds) {
+    static bool until(const std::function<bool()>& done) { return QTest::qWaitFor(done, 10'000); }
+    static void runFor(double seconds) {
         const double end = s_capture->now() + seconds;
         (void)until([&] { return s_capture->now() >= end; });
     }

@@ -2,9 +2,10 @@
 #include "platform/linux/session/QtRunLoop.h"
 #include "platform/linux/sound/ModuleSoundPlayer.h"
 #include "platform/linux/speech/ModuleSpeechService.h"
-#include "tests/support/LoopWait.h"
 #include "tests/support/SinkCapture.h"
 #include "tests/support/Testing.h"
+
+#include <QTest>
 
 using namespace dorvane::testing;
 
@@ -16,7 +17,7 @@ protected:
     void SetUp() override {
         bool known = false;
         m_speech.whenVoicesKnown([&] { known = true; });
-        ASSERT_TRUE(runUntil(m_loop, [&] { return known; }));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return known; }));
     }
     [[nodiscard]] int voice(const char* name) const {
         return static_cast<int>(m_speech.voiceNames().indexOf(QLatin1String(name))) + 1;
@@ -34,15 +35,14 @@ TEST_F(SpeechTest, announcementsAreHeardOverlapAndReportTheirEnd) {
     const int english = voice("English (America)");
     const QString longText = u"The kettle has been boiling for a very long time."_qs;
     m_speech.prepare(longText, english);
-    (void)runUntil(
-        m_loop, [] { return false; }, 500ms);
+    QTest::qWait(500);
     const double from = sink.now();
     QStringList ended;
     m_speech.speak(longText, english, [&] { ended << u"long"_qs; });
     m_speech.speak(u"Tea."_qs, voice("German"), [&] { ended << u"tea"_qs; });
     m_speech.speak(QString(), 1, [&] { ended << u"empty"_qs; });
     m_speech.speak(longText, 0, [&] { ended << u"no voice"_qs; });
-    ASSERT_TRUE(runUntil(m_loop, [&] { return ended.size() == 3; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ended.size() == 3; }, 10'000));
     EXPECT_EQ(ended.join(u' '), u"empty tea long"_qs);
     const auto heard = sink.bursts(from, 0.5);
     ASSERT_EQ(heard.size(), 1U) << "one after the other, they would be apart";
@@ -57,7 +57,7 @@ TEST_F(SpeechTest, anyTextInAnyVoiceComesToAnEnd) {
         QString::fromUtf8("<a> [[x]] & \xF0\x9F\x98\x80 ") + QChar(0) + QChar(0xD800);
     for (const int number : {1, 40, 80, 120})
         m_speech.speak(odd, number, [&] { ++ended; });
-    EXPECT_TRUE(runUntil(m_loop, [&] { return ended == 4; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ended == 4; }));
     // Nobody waits for a novel at the end of the program.
     m_speech.speak(u"and so on "_qs.repeated(100'000), 1, [] {});
 }
@@ -68,7 +68,7 @@ TEST_F(SpeechTest, withoutASynthesiserThereAreNoVoicesAndTheLogSaysWhy) {
     int answers = 0;
     for (int i = 0; i < 2; ++i)
         speech.whenVoicesKnown([&] { ++answers; });
-    EXPECT_TRUE(runUntil(m_loop, [&] { return answers == 2; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return answers == 2; }));
     EXPECT_TRUE(speech.voiceNames().isEmpty());
     ASSERT_EQ(log.messages().size(), 1);
     EXPECT_TRUE(log.messages()[0].contains(u"/nowhere/speech.so"_qs));

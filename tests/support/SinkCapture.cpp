@@ -1,62 +1,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/SinkCapture.h"
 
+#include "tests/support/Files.h"
+
+#include <QTest>
+
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <limits>
-#include <pulse/simple.h>
+#include <cstring>
 
 namespace dorvane::testing {
 
-namespace {
-
-constexpr std::size_t blockFrames = 240; // 5 ms
-constexpr float audible = 0.005F;
-
-pa_simple* connect() {
-    const pa_sample_spec spec{PA_SAMPLE_FLOAT32NE, static_cast<std::uint32_t>(SinkCapture::rate),
-                              2};
-    constexpr auto any = std::numeric_limits<std::uint32_t>::max();
-    const pa_buffer_attr buffer{any, any, any, any, blockFrames * 2 * sizeof(float)};
-    return pa_simple_new(nullptr, "capture", PA_STREAM_RECORD, "out.monitor", "capture", &spec,
-                         nullptr, &buffer, nullptr);
-}
-
-} // namespace
-
-SinkCapture::SinkCapture() : m_server(connect()) {
-    if (m_server)
-        m_thread = std::thread([this] { record(); });
+SinkCapture::SinkCapture() {
+    (void)m_recording.open();
+    m_recorder.setStandardOutputFile(m_recording.fileName());
+    m_recorder.startCommand(u"parec --raw --latency-msec=5 --format=float32le --rate=48000 "
+                            "--channels=1 --device=out.monitor"_qs);
 }
 
 SinkCapture::~SinkCapture() {
-    m_ended = true;
-    if (m_thread.joinable())
-        m_thread.join();
-    if (m_server)
-        pa_simple_free(m_server);
+    m_recorder.kill();
+    m_recorder.waitForFinished();
 }
 
-void SinkCapture::record() {
-    std::array<float, blockFrames * 2> block{};
-    while (!m_ended && pa_simple_read(m_server, block.data(), sizeof block, nullptr) >= 0) {
-        const std::lock_guard lock(m_lock);
-        for (std::size_t i = 0; i < blockFrames; ++i)
-            m_samples.push_back((block[2 * i] + block[2 * i + 1]) / 2);
-    }
-}
-
-double SinkCapture::now() const {
-    const std::lock_guard lock(m_lock);
-    return static_cast<double>(m_samples.size()) / rate;
+bool SinkCapture::isRunning() const {
+    return QTest::qWaitFor([this] { return now() > 0; });
 }
 
 std::vector<SinkCapture::Burst> SinkCapture::bursts(double from, double gap) const {
     const std::vector<float> heard = samples(from, now());
     std::vector<Burst> found;
     for (std::size_t i = 0; i < heard.size(); ++i) {
-        if (std::abs(heard[i]) < audible)
+        if (std::abs(heard[i]) < 0.005F) // what can be heard
             continue;
         const double moment = from + static_cast<double>(i) / rate;
         if (found.empty() || moment - found.back().end > gap)
@@ -83,12 +58,16 @@ double SinkCapture::largestStep(double begin, double end) const {
 }
 
 std::vector<float> SinkCapture::samples(double begin, double end) const {
-    const std::lock_guard lock(m_lock);
+    const QByteArray frames = contentsOf(m_recording.fileName());
     const auto index = [&](double moment) {
-        const auto frame = static_cast<std::ptrdiff_t>(std::max(moment, 0.0) * rate);
-        return m_samples.begin() + std::min(frame, static_cast<std::ptrdiff_t>(m_samples.size()));
+        const auto frame = static_cast<qsizetype>(std::max(moment, 0.0) * rate);
+        return std::min(frame, frames.size() / qsizetype(sizeof(float)));
     };
-    return {index(begin), index(std::max(begin, end))};
+    const qsizetype first = index(begin);
+    std::vector<float> heard(static_cast<std::size_t>(index(std::max(begin, end)) - first));
+    std::memcpy(heard.data(), frames.data() + first * qsizetype(sizeof(float)),
+                heard.size() * sizeof(float));
+    return heard;
 }
 
 } // namespace dorvane::testing

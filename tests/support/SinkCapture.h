@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <atomic>
-#include <cstdint>
-#include <mutex>
-#include <thread>
-#include <vector>
+#include <QProcess>
+#include <QTemporaryFile>
 
-struct pa_simple;
+#include <vector>
 
 namespace dorvane::testing {
 
@@ -23,10 +20,11 @@ public:
     SinkCapture(const SinkCapture&) = delete;
     SinkCapture& operator=(const SinkCapture&) = delete;
 
-    [[nodiscard]] bool isRunning() const { return m_server != nullptr; }
+    // Whether anything is recorded yet; waits for it.
+    [[nodiscard]] bool isRunning() const;
 
     // Now, in seconds; behind the truth by some 5 ms.
-    [[nodiscard]] double now() const;
+    [[nodiscard]] double now() const { return double(m_recording.size()) / sizeof(float) / rate; }
 
     // A stretch of sound, in seconds.
     struct Burst {
@@ -45,14 +43,10 @@ public:
     [[nodiscard]] double largestStep(double begin, double end) const;
 
 private:
-    void record();
     [[nodiscard]] std::vector<float> samples(double begin, double end) const;
 
-    pa_simple* m_server;
-    mutable std::mutex m_lock;
-    std::vector<float> m_samples;
-    std::atomic<bool> m_ended{false};
-    std::thread m_thread;
+    QTemporaryFile m_recording;
+    QProcess m_recorder;
 };
 
 } // namespace dorvane::testing

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A sound server with a silent loudspeaker that can be listened to."""
+"""A sound server with a silent loudspeaker that can be listened to, and a microphone to speak to."""
 
 from __future__ import annotations
 
@@ -18,12 +18,15 @@ Samples = NDArray[np.float32]
 _RIG = """.fail
 load-module module-native-protocol-unix socket={socket} auth-anonymous=1
 load-module module-null-sink sink_name=out rate={rate} channels=2
+load-module module-null-sink sink_name=micfeed rate={rate} channels=1
+load-module module-remap-source source_name=mic master=micfeed.monitor
 set-default-sink out
+set-default-source mic
 """
 
 
 class SoundServer:
-    """PulseAudio with the sink "out"."""
+    """PulseAudio with the sink "out", and the source "mic", which hears the sink "micfeed"."""
 
     def __init__(self, processes: Processes, folder: Path, env: Mapping[str, str],
                  name: str = "sound") -> None:
@@ -33,29 +36,32 @@ class SoundServer:
         script.write_text(_RIG.format(socket=socket, rate=RATE), encoding="utf-8")
         self.address = f"unix:{socket}"
         # On a bus it would claim a name that a second server cannot have.
-        self._env = {**env, "PULSE_SERVER": self.address, "PULSE_RUNTIME_PATH": str(state),
-                     "PULSE_STATE_PATH": str(state), "DBUS_SESSION_BUS_ADDRESS": "disabled:"}
+        self.env = {**env, "PULSE_SERVER": self.address, "PULSE_RUNTIME_PATH": str(state),
+                    "PULSE_STATE_PATH": str(state), "DBUS_SESSION_BUS_ADDRESS": "disabled:"}
         self._server = processes.start(
             [find_program("pulseaudio"), "-n", "-F", str(script), "--daemonize=no",
              "--use-pid-file=no", "--exit-idle-time=-1", "--realtime=no", "--high-priority=no"],
-            self._env, name)
+            self.env, name)
         wait_for("the sound server", lambda: self._pactl("info"))
         # A null sink that nobody listens to closely works in blocks of 2 s. With a listener that
         # asks for a low latency it is precise as soon as it begins anew.
-        self._listen(Path("/dev/null"))
-        wait_for("the listener", lambda: self._pactl("list", "short", "source-outputs"))
-        for suspended in ("1", "0"):
-            self._pactl("suspend-sink", "out", suspended)
+        for source in ("out.monitor", "mic"):
+            self._listen(Path("/dev/null"), source)
+        wait_for("the listeners", lambda: self._pactl("list", "short", "source-outputs").count(
+            b"protocol-native") == 2)
+        for sink in ("out", "micfeed"):
+            for suspended in ("1", "0"):
+                self._pactl("suspend-sink", sink, suspended)
 
     def _pactl(self, *arguments: str) -> bytes:
-        return subprocess.run([find_program("pactl"), *arguments], env=self._env,
+        return subprocess.run([find_program("pactl"), *arguments], env=self.env,
                               capture_output=True, check=False).stdout
 
-    def _listen(self, output: Path) -> subprocess.Popen[bytes]:
+    def _listen(self, output: Path, source: str = "out.monitor") -> subprocess.Popen[bytes]:
         return self._processes.start(
             [find_program("parec"), "--raw", "--latency-msec=5", "--format=float32le",
-             f"--rate={RATE}", "--channels=1", "--device=out.monitor"],
-            self._env, f"{self._name}-listener", stdout=output)
+             f"--rate={RATE}", "--channels=1", f"--device={source}"],
+            self.env, f"{self._name}-listener", stdout=output)
 
     def record(self, path: Path) -> Recording:
         """Records what the loudspeaker plays from now on."""
