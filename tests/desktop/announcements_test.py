@@ -21,24 +21,9 @@ from virtual_desktop.program import Program, User
 
 _SKIPPED = 77
 _PRIVATE = "DORVANE_PRIVATE_MANAGER"
-_NOTIFIER = """
-import sys
-from gi.repository import Gio, GLib
-node = Gio.DBusNodeInfo.new_for_xml('''<node><interface name="org.freedesktop.Notifications">
-  <method name="GetCapabilities"><arg type="as" direction="out"/></method>
-  <method name="Notify"><arg type="s"/><arg type="u"/><arg type="s"/><arg type="s"/><arg type="s"/>
-    <arg type="as"/><arg type="a{sv}"/><arg type="i"/><arg type="u" direction="out"/></method>
-  </interface></node>''')
-def answer(bus, sender, path, interface, method, arguments, call):
-    if method == "Notify":
-        open(sys.argv[1], "a").write(repr(arguments.unpack()))
-    call.return_value(GLib.Variant("(u)", (1,)) if method == "Notify" else
-                      GLib.Variant("(as)", (["body", "body-markup", "sound"],)))
-bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-bus.register_object("/org/freedesktop/Notifications", node.interfaces[0], answer, None, None)
-Gio.bus_own_name_on_connection(bus, node.interfaces[0].name, 0, None, None)
-GLib.MainLoop().run()
-"""
+# Somebody who shows notifications, makes sounds for them and writes down what is asked.
+_NOTIFIER = ["/usr/bin/python3", "-m", "dbusmock", "--session", "--template", "notification_daemon",
+             "--parameters", '{"capabilities": "body body-markup sound"}']
 
 
 def enter_private_namespaces() -> None:
@@ -78,14 +63,12 @@ class AnnouncementsTest(unittest.TestCase):
         return subprocess.run(["systemctl", "--user", *words], env=self.env, check=False,
                               capture_output=True, text=True).stdout
 
-    def start_notifier(self) -> None:
-        """Somebody who shows notifications, makes sounds for them and writes down what is asked."""
-        self.processes.start(["/usr/bin/python3", "-c", _NOTIFIER, str(self.run_folder / "shown")],
-                             self.env, "notifier")
-
-    def shown(self) -> str:
-        file = self.run_folder / "shown"
-        return file.read_text() if file.exists() else ""
+    def start_notifier(self) -> Path:
+        """Gives the file that tells what is shown from now on."""
+        log = self.processes.log_path("notifier")
+        log.unlink(missing_ok=True)
+        self.processes.start(_NOTIFIER, self.env, "notifier")
+        return log
 
     def run_and_quit(self, alarms: list[Alarm], seconds: float = 1.0) -> float:
         """One run of the program with these alarms; how long its orderly end took."""
@@ -99,30 +82,25 @@ class AnnouncementsTest(unittest.TestCase):
         self.assertEqual(program.quit(), 0)
         return time.monotonic() - begun
 
-    @staticmethod
-    def sleep_until(moment: float) -> None:
-        time.sleep(max(0.0, moment - time.time()))
-
     def timers(self) -> list[str]:
         return sorted(file.name for file in self.units.glob("dorvane-*.timer"))
 
     def test_an_alarm_is_shown_at_its_time_and_one_that_was_slept_through_afterwards(self) -> None:
-        self.start_notifier()
+        shown = self.start_notifier()
         soon = time.time() + 6
         self.run_and_quit([Alarm('Tea & "cake"\n50 %', soon), Alarm("Noon", soon + 6)])
-        wait_for("the announcement", lambda: "Tea" in self.shown(), 15)
+        wait_for("the announcement", lambda: "Tea" in shown.read_text(), 15)
         self.assertLess(abs(time.time() - soon), 2.5)
         time_of_day = time.strftime("%-H:%M", time.gmtime(soon))
-        for part in ("'Dorvane'", time_of_day, "Tea &amp; &quot;cake&quot;\\n50 %",
-                     "'sound-name': 'alarm-clock-elapsed'"):
-            self.assertIn(part, self.shown())
-        self.assertNotIn("Noon", self.shown())
+        for part in ('Notify "Dorvane"', time_of_day, "Tea &amp; &quot;cake&quot;\n50 %",
+                     '"sound-name": "alarm-clock-elapsed"'):
+            self.assertIn(part, shown.read_text())
+        self.assertNotIn("Noon", shown.read_text())
         self.processes.stop(self.manager, 20.0)  # the computer is off when the second is due
-        self.sleep_until(soon + 7)
-        (self.run_folder / "shown").unlink()
+        time.sleep(max(0.0, soon + 7 - time.time()))
         self.manager = self.start_manager()
-        self.start_notifier()  # the desktop comes up after the timers
-        wait_for("the second announcement", lambda: "Noon" in self.shown(), 30)
+        shown = self.start_notifier()  # the desktop comes up after the timers
+        wait_for("the second announcement", lambda: "Noon" in shown.read_text(), 30)
 
     def test_the_next_start_withdraws_a_hundred_and_quitting_with_them_is_quick(self) -> None:
         later = time.time() + 3600

@@ -3,6 +3,7 @@
 
 from __future__ import annotations
 
+import contextlib
 import os
 import sys
 import time
@@ -13,6 +14,8 @@ _SKIPPED = 77
 
 try:
     from virtual_desktop import Missing, VirtualDesktop, wait_for
+    from virtual_desktop.accessible import Accessible
+    from virtual_desktop.bus import GLib
     from virtual_desktop.desktop import SnoozeWindow
     from virtual_desktop.picture import Rect, save_png
     from virtual_desktop.program import Program
@@ -80,8 +83,19 @@ class DesktopTest(unittest.TestCase):
         """Until no snooze window is open."""
         wait_for("the snooze windows to close", lambda: not self.ringing(program))
 
-    def click_button(self, window: SnoozeWindow, name: str) -> None:
-        self.desktop.screen.click(window.button(name).rect.centre)
+    def window(self, program: Program, title: str) -> dict[str, Accessible]:
+        """What is in the window whose title begins so, by name, once it is up."""
+        def find() -> dict[str, Accessible] | None:
+            with contextlib.suppress(GLib.Error):  # it is being built
+                root = self.desktop.reader.program(program.pid)
+                for top in root.children if root else []:
+                    if top.name.startswith(title):
+                        return {part.name: part for part in top.descendants()}
+            return None
+        return wait_for(f"the window {title}", find)
+
+    def click(self, part: Accessible) -> None:
+        self.desktop.screen.click(part.rect.centre)
 
     def sleep_until(self, moment: float) -> None:
         time.sleep(max(0.0, moment - time.time()))

@@ -12,10 +12,8 @@ from typing import Any
 
 from desktop_case import DesktopTest, main
 from virtual_desktop import wait_for
-from virtual_desktop.accessible import Accessible
 from virtual_desktop.archive import DATED, RELATIVE, WEEKLY, Alarm, alarms_of
-from virtual_desktop.bus import GLib
-from virtual_desktop.program import Program, program_path
+from virtual_desktop.program import program_path
 
 HOUR = 3600
 
@@ -36,22 +34,6 @@ class MissedTest(DesktopTest):
 
     def wait_for_journal(self, *titles: str) -> None:
         wait_for("the journal", lambda: self.journalled() == sorted(titles), 10.0)
-
-    def window(self, program: Program) -> dict[str, Accessible]:
-        """What is in the window, by name."""
-        def find() -> dict[str, Accessible] | None:
-            try:
-                root = self.desktop.reader.program(program.pid)
-                for top in root.children if root else []:
-                    if top.name.startswith("Missed alarms"):
-                        return {part.name: part for part in top.descendants()}
-            except GLib.Error:  # it is being built
-                pass
-            return None
-        return wait_for("the window with what was missed", find, 10.0)
-
-    def press(self, button: Accessible) -> None:
-        self.desktop.screen.click(button.rect.centre)
 
     def missed(self) -> str:
         return subprocess.run([str(program_path()), "missed"], check=True, text=True,
@@ -74,10 +56,10 @@ class MissedTest(DesktopTest):
 
         self.user.set_running_alarms()  # as if all had been set since the last orderly quit
         program, _ = self.start_in_panel()
-        window = self.window(program)
+        window = self.window(program, "Missed alarms")
         self.assertLessEqual(set(titles), set(window))
         self.assertEqual(len(self.missed().splitlines()), len(titles))
-        self.press(window["Start again"])
+        self.click(window["Start again"])
         self.wait_for_journal(*titles)
         self.assertEqual({title: self.due_of(title) for title in titles}, before)
         self.assertEqual(program.quit(), 0)
@@ -107,17 +89,17 @@ class MissedTest(DesktopTest):
 
         self.user.set_running_alarms()
         program, _ = self.start_in_panel()
-        self.assertIn("Train", self.window(program))
+        self.assertIn("Train", self.window(program, "Missed alarms"))
         self.assertEqual(list(self.state.iterdir()), [self.journal])
 
     def test_alarms_that_passed_are_told_of_once(self) -> None:
         self.user.set_running_alarms(Alarm("Train", time.time() - HOUR, kind=DATED))
         program, _ = self.start_in_panel()
-        window = self.window(program)
+        window = self.window(program, "Missed alarms")
         self.assertIn("Train", window)
         self.assertNotIn("Start again", [name for name, part in window.items()
                                          if part.role == "push button" and part.rect.width > 0])
-        self.press(window["Close"])
+        self.click(window["Close"])
         self.wait_for_journal()
         self.assertEqual(program.quit(), 0)
         self.assertTrue(plistlib.loads(self.journal.read_bytes())["isOrderly"])
@@ -142,7 +124,7 @@ class MissedTest(DesktopTest):
         program.send(signal.SIGSEGV)
         self.assertEqual(program.wait_for_exit(), -signal.SIGSEGV)
         program, _ = self.start_in_panel()
-        link = next(name for name in self.window(program) if "had crashed" in name)
+        link = next(name for name in self.window(program, "Missed alarms") if "had crashed" in name)
         report = next(self.state.glob("crash-*.txt"))
         self.assertIn(report.name, link)
         self.assertIn(str(report), self.missed())

@@ -54,7 +54,7 @@ class RingingTest(DesktopTest):
         self.assertEqual(len(recording.starts_of(read_aiff(chirp)[:RATE])), 1)
 
         own = next(window for window in windows if "Own sound" in window.texts)
-        self.click_button(own, "Clear")
+        self.click(own.button("Clear"))
         self.wait_for_ringing(program, count=1)
         time.sleep(0.5)
         self.assertTrue(recording.is_silent(since=recording.length() - 0.2), "still sounds")
@@ -105,7 +105,7 @@ class RingingTest(DesktopTest):
         self.assertLess(longest, 2.0, "seconds without an answer")
         windows = self.wait_for_ringing(program, count=100, seconds=15)
         self.assertEqual(self.titles_in(windows), {alarm.title for alarm in alarms})
-        self.click_button(windows[-1], "Clear")
+        self.click(windows[-1].button("Clear"))
         self.wait_for_ringing(program, count=99)
         self.assertEqual(program.quit(), 0)
 

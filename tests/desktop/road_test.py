@@ -56,7 +56,7 @@ class RoadTest(DesktopTest):
         self.assertIn(f"{time.strftime('%a', due)}, {due.tm_hour}:{due.tm_min:02}", window.texts)
         self.assertIn("Tea", window.texts)
         self.assert_hangs_from(icon, program)
-        self.click_button(window, "Snooze")
+        self.click(window.button("Snooze"))
         self.wait_until_quiet(program)
         self.assert_rang_three_times(recording)
 
@@ -66,7 +66,7 @@ class RoadTest(DesktopTest):
         window = self.wait_for_ringing(program)[0]
         self.assertLess(abs(time.time() - again), 1.5)
         self.assert_icon_flashes(icon)
-        self.click_button(window, "Clear")
+        self.click(window.button("Clear"))
         self.wait_until_quiet(program)
         still = self.desktop.look_at(icon)
         time.sleep(1.1)
