@@ -24,13 +24,11 @@ QColor at(const QImage& image, double degrees, double distance) {
 }
 
 TEST(StatusPicture, wedgeCoversTheMinutesBeforeTheAlarmAndTwoDegreesMoreAtEitherEnd) {
-    struct Case {
+    const struct {
         const char* what;
         StatusPicture::Wedge wedge;
-        QList<double> inside;
-        QList<double> outside;
-    };
-    const Case cases[] = {
+        QList<double> inside, outside;
+    } cases[] = {
         {"none", {15, 0}, {}, {0, 45, 90, 180, 270}},
         {"overdue", {15, -3}, {}, {0, 45, 90, 180, 270}},
         {"quarter past, in eleven minutes", {15, 11}, {-0.5, 30, 66}, {-5, 71, 180, 270}},
@@ -40,7 +38,7 @@ TEST(StatusPicture, wedgeCoversTheMinutesBeforeTheAlarmAndTwoDegreesMoreAtEither
     };
     const StatusPicture picture;
     for (const int pixels : {220, 880}) {
-        for (const Case& c : cases) {
+        for (const auto& c : cases) {
             const QImage image = picture.image(c.wedge, pixels);
             for (const double angle : c.inside) {
                 const QColor colour = at(image, angle, 5.8);
