@@ -24,11 +24,9 @@ TEST_F(RespitoReminderTest, recordsWithOneButtonAndOpensAgain) {
             const LogCapture platformNotes; // of the offscreen platform
             controller->show();
         }
-        const auto windows = QApplication::topLevelWidgets();
-        const auto found =
-            std::ranges::find(windows, u"Record Break Sound"_qs, &QWidget::windowTitle);
-        ASSERT_NE(found, windows.end());
-        QWidget* const window = *found;
+        QWidget* const window = windowsNamed("RespitoReminderController").value(0);
+        ASSERT_NE(window, nullptr);
+        EXPECT_EQ(window->windowTitle(), u"Record Break Sound"_qs);
         auto& record = *window->findChild<QAbstractButton*>(u"recordButton"_qs);
         auto& name = *window->findChild<QLineEdit*>(u"reminderTitle"_qs);
         name.clear();

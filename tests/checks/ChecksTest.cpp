@@ -2,6 +2,7 @@
 #include "app/CheckWindow.h"
 #include "checks/WillItRing.h"
 #include "platform/Bundle.h"
+#include "tests/support/AlarmOf.h"
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/FakeSoundOutput.h"
 #include "tests/support/Windows.h"
@@ -100,16 +101,6 @@ protected:
     [[nodiscard]] Ability ability() const override { return Ability::Able; }
     void arm(const std::optional<QDateTime>&) override {}
 
-    void add(const char* title, const char* path, const char* voice = nullptr) {
-        const AlarmPtr alarm = Alarm::create();
-        alarm->setTitle(QString::fromLatin1(title));
-        alarm->setIsPlaySound(true);
-        alarm->setSoundPath(QString::fromLatin1(path));
-        alarm->setIsSpeakAlarmName(voice != nullptr);
-        alarm->setVoiceName(QString::fromLatin1(voice));
-        m_alarms.push_back(alarm);
-    }
-
     FakeSoundOutput m_output{loop};
     std::vector<AlarmPtr> m_alarms;
     bool m_desktopAnswers = true;
@@ -130,9 +121,9 @@ TEST_F(WillItRingTest, asksEverybodyOnceAndWaitsForNobodyForEver) {
     player.setFile(u"/gone"_qs, {.isPlayable = false});
     player.setFile(u"/hangs"_qs, {.loadDelay = 1h});
     m_output.proof = SoundProof::Silent;
-    add("well", "/song", "Zoe");
-    add("gone", "/gone");
-    add("gone, too", "/gone", "Nobody");
+    m_alarms = {AlarmOf{.title = "well", .sound = "/song", .voice = "Zoe"}.alarm(),
+                AlarmOf{.title = "gone", .sound = "/gone"}.alarm(),
+                AlarmOf{.title = "gone, too", .sound = "/gone", .voice = "Nobody"}.alarm()};
     std::vector<std::string> quiet, loud;
     m_checks.ask(WillItRing::TestSound::None,
                  [&](const auto& checks) { quiet = troubles(checks); });
@@ -144,8 +135,7 @@ TEST_F(WillItRingTest, asksEverybodyOnceAndWaitsForNobodyForEver) {
     EXPECT_EQ(m_output.watches(), 0U);
     EXPECT_TRUE(player.sounds().empty());
 
-    m_alarms.clear();
-    add("hangs", "/hangs");
+    m_alarms = {AlarmOf{.title = "hangs", .sound = "/hangs"}.alarm()};
     m_desktopAnswers = false;
     int answers = 0;
     for (int asked = 0; asked < 2; ++asked)

@@ -10,13 +10,12 @@ using namespace dorvane::testing;
 namespace {
 
 TEST(ClockHandsTest, movesByTheShorterWay) {
-    struct Case {
+    const struct {
         QTime from;
         ClockHand hand;
         double angle;
         QTime to;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {{7, 30}, ClockHand::Minute, 90, {7, 15}}, {{7, 30}, ClockHand::Minute, 88, {7, 15}},
         {{7, 58}, ClockHand::Minute, 12, {8, 2}},  {{8, 2}, ClockHand::Minute, 348, {7, 58}},
         {{23, 59}, ClockHand::Minute, 0, {0, 0}},  {{0, 0}, ClockHand::Minute, 354, {23, 59}},
@@ -24,7 +23,7 @@ TEST(ClockHandsTest, movesByTheShorterWay) {
         {{12, 0}, ClockHand::Hour, 330, {11, 0}},  {{23, 45}, ClockHand::Hour, 22.5, {0, 45}},
         {{7, 30}, ClockHand::None, 90, {7, 30}},
     };
-    for (const Case& c : cases)
+    for (const auto& c : cases)
         EXPECT_EQ(timeWithHandAt(c.from, c.hand, c.angle), c.to)
             << qPrintable(c.from.toString()) << " to " << c.angle;
 }
