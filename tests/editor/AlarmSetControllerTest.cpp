@@ -303,6 +303,7 @@ TEST_F(AlarmSetControllerTest, choosesSoundsAndVoices) {
     const std::string path = " " + addSound("R&B", {.duration = 5s}).toStdString();
     pick("selectSoundButton", u"R&&B"_qs);
     pick("voiceNamePopUp", u"Tom && Tim"_qs);
+    EXPECT_EQ(offered("voiceNamePopUp").size(), 4) << "its face, and each voice once";
     EXPECT_TRUE(isEnabled("playButton"));
     EXPECT_EQ(sentence(),
               "In 1 minute(s) alarm 'Tea' will be spoken by voice 'Tom & Tim' and sound "
