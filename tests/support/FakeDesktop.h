@@ -3,13 +3,31 @@
 
 #include "platform/NotificationCenter.h"
 #include "platform/UserFolders.h"
+#include "platform/Workspace.h"
 #include "tests/support/FakeAudioRecorder.h"
 #include "tests/support/FakeSoundPlayer.h"
 #include "tests/support/FakeSpeechService.h"
-#include "tests/support/FakeWorkspace.h"
 #include "tests/support/Testing.h"
 
+#include <QMimeDatabase>
+
 namespace dorvane::testing {
+
+// Opens nothing, finds out what a file is as the desktop does, and writes "reveal <path>" to the
+// trace.
+class FakeWorkspace final : public Workspace {
+public:
+    explicit FakeWorkspace(Trace& trace) : m_trace(trace) {}
+
+    void openUrl(const QUrl&) override {}
+    void reveal(const QString& path) override { m_trace.add(u"reveal "_qs + path); }
+    [[nodiscard]] QString typeOfFile(const QString& path) const override {
+        return QMimeDatabase().mimeTypeForFile(path).name();
+    }
+
+private:
+    Trace& m_trace;
+};
 
 // What the parts of the program are given: virtual time, a folder that is all the user has, and
 // fakes that write to one trace.
