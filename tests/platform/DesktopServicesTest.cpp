@@ -2,6 +2,7 @@
 #include "platform/linux/desktop/DesktopWorkspace.h"
 #include "platform/linux/desktop/PortalAppearance.h"
 #include "platform/linux/desktop/WindowColours.h"
+#include "platform/linux/session/LogindPowerMonitor.h"
 #include "platform/linux/session/LogindSleepInhibitor.h"
 #include "tests/support/BusTest.h"
 #include "tests/support/Files.h"
@@ -30,9 +31,9 @@ void settle() {
 using LogindTest = BusTest;
 using WorkspaceTest = BusTest;
 
-TEST_F(LogindTest, isKeptFromIdleSleepAlone) {
+TEST_F(LogindTest, isKeptFromIdleSleepAloneAndTellsOfWaking) {
     std::array<int, 2> pipe{-1, -1}; // an inhibitor is held while its other end is open
-    const FakeService logind(m_theirs, "org.freedesktop.login1", [&](const QDBusMessage&) {
+    FakeService logind(m_theirs, "org.freedesktop.login1", [&](const QDBusMessage&) {
         EXPECT_EQ(::pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK), 0);
         QDBusUnixFileDescriptor inhibitor;
         inhibitor.giveFileDescriptor(pipe[1]);
@@ -41,6 +42,9 @@ TEST_F(LogindTest, isKeptFromIdleSleepAlone) {
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_address.toUtf8());
     char byte = 0;
     const auto isReleased = [&] { return ::read(pipe[0], &byte, 1) == 0; };
+    int woken = 0;
+    LogindPowerMonitor monitor;
+    monitor.setPoweredOn([&] { ++woken; });
     LogindSleepInhibitor inhibitor;
     for (const bool isHeld : {true, false, true, true}) // answered before logind did
         inhibitor.setHeld(isHeld);
@@ -53,6 +57,12 @@ TEST_F(LogindTest, isKeptFromIdleSleepAlone) {
     inhibitor.setHeld(true);
     inhibitor.setHeld(false);
     EXPECT_TRUE(QTest::qWaitFor([&] { return logind.asked.size() == 2 && isReleased(); }));
+    for (const bool fallsAsleep : {true, false})
+        logind.tell("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
+                    {fallsAsleep});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return woken > 0; }));
+    settle();
+    EXPECT_EQ(woken, 1) << "not before it slept";
 }
 
 class AppearanceTest : public BusTest {
