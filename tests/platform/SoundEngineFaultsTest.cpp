@@ -11,8 +11,8 @@ namespace {
 
 class SoundEngineFaultsTest : public dorvane::testing::SoundEngineFixture {
 protected:
-    static QString file(const char* name, const QByteArray& contents) {
-        const QString path = s_folder->filePath(QLatin1String(name));
+    QString file(const char* name, const QByteArray& contents) {
+        const QString path = m_folder.filePath(QLatin1String(name));
         writeFile(path, contents);
         return path;
     }
@@ -24,12 +24,12 @@ protected:
 
 TEST_F(SoundEngineFaultsTest, whatCannotBePlayedSaysSoOnceWithItsName) {
     const QString mp3 = tone("f.mp3", 0.5);
-    const QString pipe = s_folder->filePath(u"pipe.wav"_qs);
+    const QString pipe = m_folder.filePath(u"pipe.wav"_qs);
     ASSERT_EQ(mkfifo(qPrintable(pipe), 0600), 0);
     for (const QString& path : {file("empty.mp3", {}), file("text.wav", "not a sound at all\n"),
                                 file("start.mp3", contentsOf(mp3).left(90)),
                                 file("list.m3u8", "#EXTM3U\n" + mp3.toUtf8()),
-                                u"/nowhere/to/be/found.mp3"_qs, s_folder->path(), pipe}) {
+                                u"/nowhere/to/be/found.mp3"_qs, m_folder.path(), pipe}) {
         SCOPED_TRACE(qPrintable(path));
         const LogCapture log;
         Playing playing(*this, path);
@@ -76,7 +76,7 @@ TEST_F(SoundEngineFaultsTest, hoursOfSoundAreNeitherHeldInMemoryNorWaitedFor) {
     ASSERT_TRUE(playing.start());
     playing.sound->setCurrentTime(Sound::Seconds(0.9 * length));
     ASSERT_TRUE(until([&] { return playing.sound->currentTime().count() > 0.9 * length + 0.1; }));
-    EXPECT_LT(s_capture->now() - playing.from, 1 * patience());
+    EXPECT_LT(m_capture.now() - playing.from, 1 * patience());
     EXPECT_LT(resident() - before, 400'000'000) << "a sanitizer keeps what was freed for a while";
 }
 

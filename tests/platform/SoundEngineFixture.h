@@ -17,29 +17,22 @@ namespace dorvane::testing {
 // The real engine, a real server and a null sink that is listened to; run by the sound rig.
 class SoundEngineFixture : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        s_folder = std::make_unique<QTemporaryDir>();
-        s_capture = std::make_unique<SinkCapture>();
-        ASSERT_TRUE(s_capture->isRunning()) << "run this program through tests/support/sound-rig";
-    }
-    static void TearDownTestSuite() {
-        s_capture.reset();
-        s_folder.reset();
+    void SetUp() override {
+        ASSERT_TRUE(m_capture.isRunning()) << "run this program through tests/support/sound-rig";
     }
 
     // The end of one test must not be heard in the next.
     void TearDown() override { runFor(0.3); }
 
     static bool until(const std::function<bool()>& done) { return QTest::qWaitFor(done, 10'000); }
-    static void runFor(double seconds) {
-        const double end = s_capture->now() + seconds;
-        (void)until([&] { return s_capture->now() >= end; });
+    void runFor(double seconds) {
+        const double end = m_capture.now() + seconds;
+        (void)until([&] { return m_capture.now() >= end; });
     }
 
     // A sine of amplitude 0.5 from `begin` to the end, encoded as the name and `codec` say.
-    static QString tone(const char* name, double seconds, const char* codec = "",
-                        double begin = 0) {
-        const QString path = s_folder->filePath(QLatin1String(name));
+    QString tone(const char* name, double seconds, const char* codec = "", double begin = 0) {
+        const QString path = m_folder.filePath(QLatin1String(name));
         const auto command = u"ffmpeg -nostdin -v error -f lavfi -i "
                              "aevalsrc=0.5*sin(2*PI*441*t)*gte(t\\,%1):d=%2 %3 %4"_qs;
         if (!QFile::exists(path))
@@ -66,13 +59,13 @@ protected:
             return test.until([&] { return isLoaded; });
         }
         bool start() {
-            from = s_capture->now();
+            from = test.m_capture.now();
             return sound->play();
         }
         std::vector<SinkCapture::Burst> heardToTheEnd() {
             EXPECT_TRUE(test.until([&] { return !ends.isEmpty(); }));
             test.runFor(0.15);
-            return s_capture->bursts(from);
+            return test.m_capture.bursts(from);
         }
 
         SoundEngineFixture& test;
@@ -82,8 +75,8 @@ protected:
         QList<bool> ends;
     };
 
-    inline static std::unique_ptr<QTemporaryDir> s_folder;
-    inline static std::unique_ptr<SinkCapture> s_capture;
+    QTemporaryDir m_folder;
+    SinkCapture m_capture;
     QtRunLoop m_loop;
     ModuleSoundPlayer m_player{m_loop, QStringLiteral(DORVANE_SOUND_MODULE)};
 };

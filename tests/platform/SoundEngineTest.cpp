@@ -44,7 +44,7 @@ TEST_F(SoundEngineTest, everyFormatIsHeardWholeAndItsDurationIsExact) {
         EXPECT_NEAR(playing.sound->duration().count(), 0.5, 0.004);
         ASSERT_EQ(heard.size(), 1U);
         EXPECT_NEAR(heard[0].length(), 0.5, 0.02);
-        EXPECT_NEAR(s_capture->level(heard[0].begin + 0.1, heard[0].begin + 0.4), 0.5, 0.03);
+        EXPECT_NEAR(m_capture.level(heard[0].begin + 0.1, heard[0].begin + 0.4), 0.5, 0.03);
     }
     EXPECT_EQ(m_player.soundUnfilteredTypes(),
               ModuleSoundPlayer(m_loop, u"/none"_qs).soundUnfilteredTypes())
@@ -64,10 +64,10 @@ TEST_F(SoundEngineTest, volumeStepsAreHeardAndTheCutComesInTimeWithoutAClick) {
     EXPECT_EQ(playing.ends, QList<bool>{false});
     ASSERT_EQ(heard.size(), 1U);
     EXPECT_NEAR(heard[0].length(), Sound::Seconds(played).count(), 0.02);
-    EXPECT_NEAR(s_capture->level(heard[0].begin + 0.1, heard[0].begin + 0.4), 0.5, 0.01);
-    EXPECT_NEAR(s_capture->level(heard[0].end - 0.2, heard[0].end - 0.1), 0.3, 0.01);
+    EXPECT_NEAR(m_capture.level(heard[0].begin + 0.1, heard[0].begin + 0.4), 0.5, 0.01);
+    EXPECT_NEAR(m_capture.level(heard[0].end - 0.2, heard[0].end - 0.1), 0.3, 0.01);
     const double steepest = 0.5 * 2 * M_PI * 441 / SinkCapture::rate;
-    EXPECT_LT(s_capture->largestStep(heard[0].begin + 0.1, heard[0].end + 0.1), 1.1 * steepest);
+    EXPECT_LT(m_capture.largestStep(heard[0].begin + 0.1, heard[0].end + 0.1), 1.1 * steepest);
 }
 
 TEST_F(SoundEngineTest, playsFromAnyPositionPausesAndTellsTheTime) {
