@@ -54,6 +54,7 @@ class BreaksTest(DesktopTest):
         program, _ = self.start_in_panel(**self.clocks)
         # The panel's copy of the menu, in which nothing depends on how long a pointer rests.
         self.menu = ExportedMenu(self.desktop.session_bus)
+        self.assertFalse(self.menu.root().child("Active alarms:").enabled, "a heading")
         self.choose("Start")
         time.sleep(3)
         self.choose("Stop")  # or the first sheet comes three seconds early

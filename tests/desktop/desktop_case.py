@@ -3,7 +3,6 @@
 
 from __future__ import annotations
 
-import contextlib
 import os
 import sys
 import time
@@ -15,11 +14,10 @@ _SKIPPED = 77
 try:
     from virtual_desktop import Missing, VirtualDesktop, wait_for
     from virtual_desktop.accessible import Accessible
-    from virtual_desktop.bus import GLib
-    from virtual_desktop.desktop import SnoozeWindow
+    from virtual_desktop.desktop import Parts
     from virtual_desktop.picture import Rect, save_png
     from virtual_desktop.program import Program
-    from virtual_desktop.sound import Recording
+    from virtual_desktop.sound import RATE, Recording, Samples
 except ImportError as error:
     print(f"Skipped: {error} (scripts/deps test installs what is missing).")
     sys.exit(_SKIPPED)
@@ -29,13 +27,14 @@ class DesktopTest(unittest.TestCase):
     """One desktop for the tests of a class, a fresh user and recording for each test."""
 
     desktop: VirtualDesktop
+    kind = VirtualDesktop
     has_panel = True
     _logs = ""
 
     @classmethod
     def setUpClass(cls) -> None:
         try:
-            cls.desktop = VirtualDesktop()
+            cls.desktop = cls.kind()
         except Missing as missing:
             raise unittest.SkipTest(str(missing)) from missing
         cls.addClassCleanup(cls.desktop.close)
@@ -71,11 +70,19 @@ class DesktopTest(unittest.TestCase):
         self.addCleanup(recording.stop)
         return recording
 
-    def ringing(self, program: Program) -> list[SnoozeWindow]:
+    def wait_for_plays(self, recording: Recording, sound: Samples, count: int) -> list[float]:
+        """When exactly so many plays began, and not one more afterwards."""
+        wait_for(f"{count} plays", lambda: len(recording.starts_of(sound)) >= count)
+        time.sleep(1.1 * sound.size / RATE)
+        starts = recording.starts_of(sound)
+        self.assertEqual(len(starts), count, f"plays at {starts}")
+        return starts
+
+    def ringing(self, program: Program) -> list[Parts]:
         return self.desktop.ringing(program)
 
     def wait_for_ringing(self, program: Program, count: int = 1,
-                         seconds: float = 5.0) -> list[SnoozeWindow]:
+                         seconds: float = 5.0) -> list[Parts]:
         return wait_for(f"{count} snooze windows", lambda: windows if len(
             windows := self.ringing(program)) == count else None, seconds)
 
@@ -83,16 +90,10 @@ class DesktopTest(unittest.TestCase):
         """Until no snooze window is open."""
         wait_for("the snooze windows to close", lambda: not self.ringing(program))
 
-    def window(self, program: Program, title: str) -> dict[str, Accessible]:
-        """What is in the window whose title begins so, by name, once it is up."""
-        def find() -> dict[str, Accessible] | None:
-            with contextlib.suppress(GLib.Error):  # it is being built
-                root = self.desktop.reader.program(program.pid)
-                for top in root.children if root else []:
-                    if top.name.startswith(title):
-                        return {part.name: part for part in top.descendants()}
-            return None
-        return wait_for(f"the window {title}", find)
+    def window(self, program: Program, name: str) -> Parts:
+        """The window that is called so, or has a part that is, once it is up."""
+        return wait_for(f"the window with {name}",
+                        lambda: self.desktop.windows_with(program, name))[0]
 
     def click(self, part: Accessible) -> None:
         self.desktop.screen.click(part.rect.centre)

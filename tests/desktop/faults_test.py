@@ -31,7 +31,7 @@ class FaultsTest(DesktopTest):
         before = self.desktop.look_at(icon)
         wait_for("the icon to flash", lambda: changed_pixels(
             before, self.desktop.screen.picture(icon)), 3.0)
-        self.click(window.button("Clear"))
+        self.click(window["Clear"])
         self.wait_until_quiet(program)
         self.assertEqual(program.quit(), 0)
 

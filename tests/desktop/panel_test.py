@@ -6,14 +6,10 @@ from __future__ import annotations
 import time
 
 from desktop_case import DesktopTest, main
-from virtual_desktop import wait_for
+from virtual_desktop import VirtualDesktop, wait_for
 from virtual_desktop.archive import Alarm
-from virtual_desktop.exported_menu import ExportedMenu, Row
+from virtual_desktop.panel import Tint2
 from virtual_desktop.picture import changed_pixels, changed_rect
-
-
-def running_timers(menu: Row) -> list[Row]:
-    return [row for row in menu.rows if row.text.startswith("In 4")]
 
 
 class XfcePanelTest(DesktopTest):
@@ -23,17 +19,6 @@ class XfcePanelTest(DesktopTest):
         self.desktop.panel.start()
         self.desktop.panel.wait_for_icon()
         self.assertEqual(self.desktop.panel.icon_count(), 1)
-
-    def test_the_panels_own_copy_of_the_menu_works_too(self) -> None:
-        _, icon = self.start_in_panel()
-        exported = ExportedMenu(self.desktop.session_bus)
-        menu = exported.root()
-        texts = [row.text for row in menu.rows if row.text]
-        self.assertEqual(texts[:4], ["Active alarms:", "No Alarms", "Create alarm...", "Timer..."])
-        self.assertFalse(menu.child("Active alarms:").enabled)
-        exported.choose(menu.child("Timer...").child("45 min"))
-        wait_for("the timer in the copy", lambda: running_timers(exported.root()))
-        self.assertRegex(self.desktop.open_menu(icon).rows()[1], "^In 4[45] mins at")
 
     def test_the_icon_follows_light_and_dark(self) -> None:
         self.desktop.appearance.set_dark(False)
@@ -45,13 +30,14 @@ class XfcePanelTest(DesktopTest):
             self.assertEqual(changed, differs, f"dark is {dark}")
 
 
+class Tint2Desktop(VirtualDesktop):
+    def _start_shell(self) -> None:
+        super()._start_shell()
+        self.panel = Tint2(self.processes, self.env, self.screen)
+
+
 class Tint2Test(DesktopTest):
-    @classmethod
-    def setUpClass(cls) -> None:
-        cls.has_panel = False
-        super().setUpClass()
-        cls.desktop.use_tint2()
-        cls.desktop.panel.start()
+    kind = Tint2Desktop
 
     def test_the_menu_opens_under_the_icon_and_the_snooze_window_too(self) -> None:
         self.user.set_running_alarms(Alarm("Tea", time.time() + 5))

@@ -1,27 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/BusTest.h"
 
-#include "tests/support/Files.h"
 #include "tests/support/Testing.h"
 
 #include <QUuid>
 
 namespace dorvane::testing {
-
-namespace {
-
-constexpr auto configuration = R"(<busconfig>
-  <type>session</type>
-  <listen>unix:dir=%1</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>)";
-
-} // namespace
 
 BusTest::BusTest() : m_address(start()), m_ours(join()), m_theirs(join()) {}
 
@@ -38,10 +22,9 @@ QDBusConnection BusTest::join() {
 }
 
 QString BusTest::start() {
-    const QString file = m_folder.filePath(u"bus.conf"_qs);
-    writeFile(file, QString::fromLatin1(configuration).arg(m_folder.path()).toUtf8());
     m_daemon.start(u"dbus-daemon"_qs, {u"--nofork"_qs, u"--nopidfile"_qs, u"--print-address"_qs,
-                                       u"--config-file="_qs + file});
+                                       u"--config-file="_qs + QStringLiteral(DORVANE_BUS),
+                                       u"--address=unix:dir="_qs + m_folder.path()});
     return m_daemon.waitForReadyRead(5000) ? QString::fromUtf8(m_daemon.readLine()).trimmed()
                                            : QString();
 }

@@ -14,14 +14,7 @@ from .processes import Processes, find_program, wait_for
 
 _BUS, _BUS_PATH = "org.freedesktop.DBus", "/org/freedesktop/DBus"
 
-# No service folders: nothing of the real desktop can be started on such a bus by accident.
-_CONFIGURATION = """<busconfig>
-  <type>session</type> <listen>unix:path={socket}</listen> <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/> <allow eavesdrop="true"/> <allow own="*"/>
-  </policy>
-</busconfig>
-"""
+_CONFIGURATION = Path(__file__).parents[2] / "support/bus.conf"
 
 
 class Connection:
@@ -85,12 +78,12 @@ class Bus:
 
     def __init__(self, processes: Processes, folder: Path, env: Mapping[str, str],
                  name: str) -> None:
-        socket, configuration = folder / name, folder / f"{name}.conf"
-        configuration.write_text(_CONFIGURATION.format(socket=socket), encoding="utf-8")
-        self._process = processes.start([find_program("dbus-daemon"), "--nofork", "--nopidfile",
-                                         f"--config-file={configuration}"], env, name)
-        wait_for(f"the {name} bus", lambda: _answers(socket))  # it is there before it answers
+        socket = folder / name
         self.address = f"unix:path={socket}"
+        self._process = processes.start(
+            [find_program("dbus-daemon"), "--nofork", "--nopidfile",
+             f"--config-file={_CONFIGURATION}", f"--address={self.address}"], env, name)
+        wait_for(f"the {name} bus", lambda: _answers(socket))  # it is there before it answers
         self.connection = Connection(self.address)
 
     def kill(self) -> None:
@@ -114,19 +107,6 @@ class Mock:
     def _mock(self, method: str, signature: str, *arguments: Any) -> None:
         self._connection.call(self.SERVICE, self.PATH, f"org.freedesktop.DBus.Mock.{method}",
                               GLib.Variant(signature, (self.INTERFACE, *arguments)))
-
-    def emit(self, name: str, signature: str, *arguments: GLib.Variant) -> None:
-        self._mock("EmitSignal", "(sssav)", name, signature, arguments)
-
-
-class SleepService(Mock):
-    """The part of logind that tells programs about sleep."""
-
-    SERVICE, PATH = "org.freedesktop.login1", "/org/freedesktop/login1"
-    INTERFACE = "org.freedesktop.login1.Manager"
-
-    def announce(self, falling_asleep: bool) -> None:
-        self.emit("PrepareForSleep", "b", GLib.Variant("b", falling_asleep))
 
 
 class NotificationDaemon(Mock):
@@ -152,4 +132,5 @@ class AppearancePortal(Mock):
         answer = f"ret = dbus.UInt32({int(dark)}, variant_level=2)"
         self._mock("AddMethod", "(sssss)", "Read", "ss", "v", answer)
         names = [GLib.Variant("s", name) for name in ("org.freedesktop.appearance", "color-scheme")]
-        self.emit("SettingChanged", "ssv", *names, GLib.Variant("v", GLib.Variant("u", int(dark))))
+        values = [*names, GLib.Variant("v", GLib.Variant("u", int(dark)))]
+        self._mock("EmitSignal", "(sssav)", "SettingChanged", "ssv", values)

@@ -7,13 +7,12 @@ import os
 import shutil
 import tempfile
 import time
-from dataclasses import dataclass
 from functools import cached_property
 from pathlib import Path
 
 from .accessible import Accessible, Menu, ScreenReader
-from .bus import AppearancePortal, Bus, GLib, SleepService
-from .panel import Panel, Tint2, WindowManager, XfcePanel
+from .bus import AppearancePortal, Bus, GLib
+from .panel import Panel, WindowManager, XfcePanel
 from .picture import Picture, Rect, changed_rect
 from .processes import Processes, wait_for
 from .program import Program, User
@@ -23,15 +22,8 @@ from .sound import SoundServer
 _AWAY = (10, SIZE[1] - 10)  # where the pointer touches nothing
 
 
-@dataclass(frozen=True)
-class SnoozeWindow:
-    """The window of a ringing alarm."""
-
-    accessible: Accessible
-    texts: list[str]
-
-    def button(self, name: str) -> Accessible:
-        return next(part for part in self.accessible.descendants() if part.name == name)
+# What is in a window, by name; the window itself is in it.
+Parts = dict[str, Accessible]
 
 
 class VirtualDesktop:
@@ -63,9 +55,9 @@ class VirtualDesktop:
         self.screen = Screen(self.processes, self.folder, self.env)
         self.env["DISPLAY"] = self.screen.display
         self.session_bus = Bus(self.processes, run, self.env, "session")
-        self.system_bus = Bus(self.processes, run, self.env, "system")
+        system_bus = Bus(self.processes, run, self.env, "system")
         self.env["DBUS_SESSION_BUS_ADDRESS"] = self.session_bus.address
-        self.env["DBUS_SYSTEM_BUS_ADDRESS"] = self.system_bus.address
+        self.env["DBUS_SYSTEM_BUS_ADDRESS"] = system_bus.address
         self.sound = SoundServer(self.processes, run, self.env)
         self.env["PULSE_SERVER"] = self.sound.address
         self._users = 0
@@ -84,16 +76,8 @@ class VirtualDesktop:
         shutil.rmtree(self.folder, ignore_errors=True)
 
     @cached_property
-    def sleep_service(self) -> SleepService:
-        return SleepService(self.processes, self.env, self.system_bus)
-
-    @cached_property
     def appearance(self) -> AppearancePortal:
         return AppearancePortal(self.processes, self.env, self.session_bus)
-
-    def use_tint2(self) -> None:
-        """Takes a panel of the other kind; before it is started."""
-        self.panel = Tint2(self.processes, self.env, self.screen)
 
     def new_user(self) -> User:
         self._users += 1
@@ -149,19 +133,18 @@ class VirtualDesktop:
     def move_away(self) -> None:
         self.screen.move_to(_AWAY)
 
-    def ringing(self, program: Program) -> list[SnoozeWindow]:
-        """The snooze windows that are open."""
+    def windows_with(self, program: Program, *names: str) -> list[Parts]:
+        """The windows that have parts of all these names."""
         for _ in range(5):
             try:
                 root = self.reader.program(program.pid)
-                tops = root.children if root else []
-                return [window for top in tops if (window := _snooze_window(top))]
+                windows = [{part.name: part for part in (top, *top.descendants())}
+                           for top in (root.children if root else [])]
+                return [parts for parts in windows if parts.keys() >= set(names)]
             except GLib.Error:  # one closed while it was being looked at
                 time.sleep(0.05)
         return []
 
-
-def _snooze_window(top: Accessible) -> SnoozeWindow | None:
-    names = [part.name for part in top.descendants()]
-    is_one = "Snooze" in names and "Clear" in names
-    return SnoozeWindow(top, names) if is_one else None
+    def ringing(self, program: Program) -> list[Parts]:
+        """The snooze windows that are open."""
+        return self.windows_with(program, "Snooze", "Clear")

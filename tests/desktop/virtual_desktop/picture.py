@@ -41,11 +41,6 @@ def crop(picture: Picture, rect: Rect) -> Picture:
     return picture[max(rect.y, 0) : rect.bottom, max(rect.x, 0) : rect.right]
 
 
-def scale(picture: Picture, factor: int) -> Picture:
-    """Enlarged with hard pixels, for a closer look."""
-    return picture.repeat(factor, axis=0).repeat(factor, axis=1)
-
-
 def changed_rect(before: Picture, after: Picture, within: Rect) -> Rect | None:
     """The smallest rectangle of the given one that holds everything that changed."""
     rows, columns = np.nonzero((crop(before, within) != crop(after, within)).any(axis=2))
