@@ -3,8 +3,8 @@
 #include "core/AlarmBuilding.h"
 #include "tests/fuzz/FuzzSupport.h"
 
-#include <QDataStream>
-#include <QIODevice>
+#include <bit>
+#include <fuzzer/FuzzedDataProvider.h>
 
 using namespace dorvane;
 using dorvane::testing::require;
@@ -15,39 +15,26 @@ const char* const names[]{"title", "minutes",   "hours",    "repeat",     "time"
                           "date",  "every-day", "weekdays", "every-week", "sound",
                           "fade",  "voice",     "snooze",   "other"};
 
-QString text(QDataStream& bytes) {
-    quint8 size = 0;
-    bytes >> size;
-    QByteArray data(size, '\0');
-    const auto read = bytes.readRawData(data.data(), size);
-    return QString::fromUtf8(data.left(std::max<qsizetype>(read, 0)));
+QString text(FuzzedDataProvider& bytes) {
+    return QString::fromStdString(bytes.ConsumeRandomLengthString(255));
 }
 
-template<typename T>
-QVariant number(QDataStream& bytes) {
-    T value{};
-    bytes >> value;
-    return QVariant::fromValue(value);
-}
-
-QVariant valueOf(QDataStream& bytes) {
-    quint8 type = 0;
-    bytes >> type;
-    switch (type % 10) {
+QVariant valueOf(FuzzedDataProvider& bytes) {
+    switch (bytes.ConsumeIntegralInRange(0, 9)) {
     case 0:
-        return number<quint8>(bytes);
+        return QVariant::fromValue(bytes.ConsumeIntegral<quint8>());
     case 1:
-        return number<qint16>(bytes);
+        return QVariant::fromValue(bytes.ConsumeIntegral<qint16>());
     case 2:
-        return number<quint32>(bytes);
+        return bytes.ConsumeIntegral<quint32>();
     case 3:
-        return number<qint64>(bytes);
+        return bytes.ConsumeIntegral<qint64>();
     case 4:
-        return number<quint64>(bytes);
-    case 5:
-        return number<double>(bytes);
+        return bytes.ConsumeIntegral<quint64>();
+    case 5: // what is no number, too
+        return std::bit_cast<double>(bytes.ConsumeIntegral<quint64>());
     case 6:
-        return type > 127;
+        return bytes.ConsumeBool();
     case 7:
         return QStringList{text(bytes), text(bytes)};
     case 8:
@@ -62,12 +49,11 @@ QVariant valueOf(QDataStream& bytes) {
 // Whatever is said of an alarm is refused by name, or makes one that the editor would take too and
 // that is still to come.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    QDataStream bytes(QByteArray(reinterpret_cast<const char*>(data), qsizetype(size)));
+    FuzzedDataProvider bytes(data, size);
     QVariantMap description;
-    while (!bytes.atEnd()) {
-        quint8 name = 0;
-        bytes >> name;
-        description.insert(QString::fromLatin1(names[name % std::size(names)]), valueOf(bytes));
+    while (bytes.remaining_bytes() > 0) {
+        const char* const name = bytes.PickValueInArray(names);
+        description.insert(QLatin1String(name), valueOf(bytes));
     }
     const QDateTime now({2026, 11, 24}, {10, 0, 0, 250});
     const auto request = readRequest(description, now);
