@@ -5,7 +5,6 @@ from __future__ import annotations
 
 import json
 import re
-import subprocess
 import time
 
 from gi.repository import Gio, GLib
@@ -13,21 +12,13 @@ from gi.repository import Gio, GLib
 from desktop_case import DesktopTest, main
 from virtual_desktop import wait_for
 from virtual_desktop.archive import Alarm
-from virtual_desktop.program import BUS_NAME, program_path
+from virtual_desktop.program import BUS_NAME
 
 PATH, INTERFACE = "/com/brackenfold/Dorvane", "com.brackenfold.Dorvane1"
 
 
 class CommandsTest(DesktopTest):
     has_panel = False
-
-    def run_command(self, *arguments: str, status: int = 0, **env: str) -> str:
-        """What the command prints; it needs no display."""
-        environment = {**self.desktop.env, **self.user.environment(), "DISPLAY": "", **env}
-        result = subprocess.run([program_path(), *arguments], env=environment, text=True,
-                                capture_output=True, timeout=20, check=False)
-        self.assertEqual(result.returncode, status, f"{arguments}: {result.stderr}")
-        return result.stdout + result.stderr
 
     def state(self) -> str:
         return json.loads(self.run_command("status", "--json"))["class"]

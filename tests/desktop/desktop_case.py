@@ -4,6 +4,7 @@
 from __future__ import annotations
 
 import os
+import subprocess
 import sys
 import time
 import unittest
@@ -16,7 +17,7 @@ try:
     from virtual_desktop.accessible import Accessible
     from virtual_desktop.desktop import Parts
     from virtual_desktop.picture import Rect, save_png
-    from virtual_desktop.program import Program
+    from virtual_desktop.program import Program, program_path
     from virtual_desktop.sound import RATE, Recording, Samples
 except ImportError as error:
     print(f"Skipped: {error} (scripts/deps test installs what is missing).")
@@ -59,6 +60,14 @@ class DesktopTest(unittest.TestCase):
 
     def start(self, *arguments: str, **env: str) -> Program:
         return self.desktop.start(self.user, *arguments, **env)
+
+    def run_command(self, *arguments: str, status: int = 0) -> str:
+        """What the command prints; it needs no display."""
+        environment = {**self.desktop.env, **self.user.environment(), "DISPLAY": ""}
+        result = subprocess.run([program_path(), *arguments], env=environment, text=True,
+                                capture_output=True, timeout=20, check=False)
+        self.assertEqual(result.returncode, status, f"{arguments}: {result.stderr}")
+        return result.stdout + result.stderr
 
     def start_in_panel(self, **env: str) -> tuple[Program, Rect]:
         """The program and where its icon is."""
