@@ -23,6 +23,7 @@
 
 #include <QDBusConnection>
 #include <QMessageBox>
+#include <QPixmapCache>
 #include <QPushButton>
 #include <QSessionManager>
 #include <QSysInfo>
@@ -39,6 +40,7 @@ bfApp::bfApp(int& argc, char** argv) : QApplication(argc, argv) {
     setApplicationName(QStringLiteral("Dorvane"));
     setDesktopFileName(QStringLiteral("com.brackenfold.Dorvane"));
     setQuitOnLastWindowClosed(false);
+    QPixmapCache::setCacheLimit(1024); // KiB; Qt puts each picture of a tray icon or clock there
 }
 
 bfApp::~bfApp() = default;

@@ -97,13 +97,4 @@ QImage StatusPicture::image(Wedge wedge, int pixels) const {
     return image;
 }
 
-// A panel knows its own resolution, so the pixmaps carry none: one for ordinary screens and one for
-// screens of twice the density.
-QIcon StatusPicture::icon(Wedge wedge) const {
-    QIcon icon;
-    for (const int pixels : {side, 2 * side})
-        icon.addPixmap(QPixmap::fromImage(image(wedge, pixels)));
-    return icon;
-}
-
 } // namespace dorvane

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QHash>
-#include <QIcon>
 #include <QImage>
 #include <QString>
 
@@ -36,9 +35,6 @@ public:
 
     // The picture as a square of `pixels` pixels.
     [[nodiscard]] QImage image(Wedge wedge, int pixels) const;
-
-    // The picture at 22 and 44 pixels.
-    [[nodiscard]] QIcon icon(Wedge wedge) const;
 
 private:
     [[nodiscard]] QImage background(int pixels) const;

@@ -17,7 +17,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int fullCircle = 60; // minutes
+constexpr int fullCircle = 60;  // minutes
+constexpr int pictureSize = 22; // pixels
 
 // The length of the wedge: minutes, rounded up.
 int minutesUntil(const Alarm& alarm, Instant moment) {
@@ -68,7 +69,8 @@ void StatusView::display() {
     if (m_shown && *m_shown == m_wedge)
         return;
     m_shown = m_wedge;
-    m_item.setIcon(m_picture.icon(m_wedge));
+    m_item.setIcon(m_picture.image(m_wedge, pictureSize),
+                   m_picture.image(m_wedge, 2 * pictureSize));
 }
 
 void StatusView::updateStatusView() {

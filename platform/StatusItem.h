@@ -9,7 +9,7 @@
 #include <functional>
 #include <vector>
 
-class QIcon;
+class QImage;
 class QMenu;
 class QString;
 
@@ -21,9 +21,9 @@ class StatusItem {
 public:
     virtual ~StatusItem() = default;
 
-    // Shows the picture, with one pixmap for each size that is to be crisp. The panel is told only
-    // when the pixels differ from what it shows.
-    virtual void setIcon(const QIcon& icon) = 0;
+    // A square picture of 22 pixels for screens of ordinary density, and of 44 for those of twice
+    // as much: a panel knows its own. It is told only when the pixels differ from what it shows.
+    virtual void setIcon(const QImage& single, const QImage& doubled) = 0;
     virtual void setToolTip(const QString& text) = 0;
     // Whether the panel is to show the icon even if it hides others.
     virtual void setNeedsAttention(bool needsAttention) = 0;

@@ -66,7 +66,7 @@ TEST(StatusPicture, ringAndWedgeAreSeenOnPanelsOfAnyColour) {
                                        QColor(0x3465a4), QColor(0x2b2b2b), QColor(Qt::black)}) {
                 QImage shown(size, size, QImage::Format_RGB32);
                 shown.fill(panel);
-                QPainter(&shown).drawPixmap(0, 0, picture.icon({30, 30}).pixmap(size));
+                QPainter(&shown).drawImage(0, 0, picture.image({30, 30}, size));
                 const QColor ring = at(shown, 90, 8);
                 const QColor face = at(shown, 180, 3);
                 const QColor wedge = at(shown, 0, 3);

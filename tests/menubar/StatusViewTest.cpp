@@ -14,7 +14,7 @@ namespace {
 class StatusViewTest : public ::testing::Test {
 protected:
     [[nodiscard]] bool shows(int end, int duration) const {
-        return m_item.shown() == StatusPicture().icon({end, duration}).pixmap(22).toImage();
+        return m_item.shown() == StatusPicture().image({end, duration}, 22);
     }
     // One letter for each step: the full disc, nothing, or a wedge.
     [[nodiscard]] char glance() const { return shows(0, 60) ? 'O' : shows(0, 0) ? '.' : 'v'; }

@@ -124,14 +124,10 @@ private:
     QStringList m_told;
 };
 
-QIcon square(QColor small, QColor large) {
-    QIcon icon;
-    for (const auto& [size, colour] : {std::pair(22, small), std::pair(44, large)}) {
-        QPixmap pixmap(size, size);
-        pixmap.fill(colour);
-        icon.addPixmap(pixmap);
-    }
-    return icon;
+QImage square(int side, QColor colour) {
+    QImage image(side, side, QImage::Format_ARGB32);
+    image.fill(colour);
+    return image;
 }
 
 PanelMenuEntry entry(const char* text, std::vector<PanelMenuEntry> children = {}) {
@@ -147,7 +143,10 @@ TEST_F(TrayTest, aPanelIsToldOfDifferencesAlone) {
     Watcher watcher(m_theirs, true);
     qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
     TrayStatusItem item(loop, defaults, m_ours);
-    item.setIcon(square(Qt::red, Qt::blue));
+    const auto setIcon = [&](QColor single, QColor doubled) {
+        item.setIcon(square(22, single), square(44, doubled));
+    };
+    setIcon(Qt::red, Qt::blue);
     const auto registered = [&] { return watcher.asked.filter(u"RegisterStatusNotifierItem|"_qs); };
     EXPECT_TRUE(QTest::qWaitFor([&] {
         loop.advance(10ms);
@@ -157,14 +156,14 @@ TEST_F(TrayTest, aPanelIsToldOfDifferencesAlone) {
     Panel panel(m_theirs, registered().first().section(u'|', 1));
     panel.told();
 
-    item.setIcon(square(Qt::red, Qt::blue));
+    setIcon(Qt::red, Qt::blue);
     EXPECT_EQ(panel.told(), QString());
-    item.setIcon(square(Qt::red, Qt::green));
+    setIcon(Qt::red, Qt::green);
     EXPECT_EQ(panel.told(), u"NewIcon"_qs);
     item.setNeedsAttention(true);
     EXPECT_EQ(panel.told(), u"NewAttentionIcon NewStatus"_qs);
     EXPECT_EQ(panel.property("Status").toString(), u"NeedsAttention"_qs);
-    item.setIcon(square(Qt::black, Qt::green));
+    setIcon(Qt::black, Qt::green);
     EXPECT_EQ(panel.told(), u"NewIcon NewAttentionIcon"_qs);
     const auto pixmaps = panel.property("AttentionIconPixmap").value<QDBusArgument>();
     QStringList seen;

@@ -3,7 +3,6 @@
 
 #include "platform/StatusItem.h"
 
-#include <QIcon>
 #include <QImage>
 #include <QMenu>
 
@@ -12,8 +11,8 @@ namespace dorvane::testing {
 // A place in the status area that remembers what it was given. Its pop-up opens at 100, 100.
 class FakeStatusItem final : public StatusItem {
 public:
-    void setIcon(const QIcon& icon) override {
-        m_icon = icon;
+    void setIcon(const QImage& single, const QImage& /*doubled*/) override {
+        m_shown = single;
         ++iconsSent;
     }
     void setToolTip(const QString& text) override { toolTips << text; }
@@ -36,7 +35,7 @@ public:
     }
 
     // What a panel of ordinary density shows.
-    [[nodiscard]] QImage shown() const { return m_icon.pixmap(22).toImage(); }
+    [[nodiscard]] QImage shown() const { return m_shown; }
     void press() const { m_pressed(); }
 
     int iconsSent = 0;
@@ -46,7 +45,7 @@ public:
     std::function<void()> panelMenuWillOpen;
 
 private:
-    QIcon m_icon;
+    QImage m_shown;
     std::function<void()> m_pressed;
 };
 

@@ -3,27 +3,16 @@
 
 #include <QImage>
 
-class QIcon;
-
 namespace dorvane {
 
-// What a panel shows of an icon: its pixels at the ordinary and at the doubled size. Two icons
-// that look the same have equal pictures, however they came to be.
-class IconPicture {
-public:
-    static constexpr int size = 22; // pixels
+// A picture in the status area, for screens of ordinary and of doubled density.
+struct IconPicture {
+    static constexpr int size = 22; // points
 
-    IconPicture() = default;
-    explicit IconPicture(const QIcon& icon);
-
-    [[nodiscard]] const QImage& single() const { return m_single; }
-    [[nodiscard]] const QImage& doubled() const { return m_double; }
+    QImage single;  // of `size` pixels a side
+    QImage doubled; // of twice as many
 
     friend bool operator==(const IconPicture&, const IconPicture&) = default;
-
-private:
-    QImage m_single;
-    QImage m_double;
 };
 
 } // namespace dorvane

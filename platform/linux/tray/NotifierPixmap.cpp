@@ -19,7 +19,7 @@ NotifierPixmap pixmapOf(const QImage& image) {
 
 NotifierPixmaps pixmapsOf(const IconPicture& picture) {
     NotifierPixmaps pixmaps;
-    for (const QImage& image : {picture.single(), picture.doubled()})
+    for (const QImage& image : {picture.single, picture.doubled})
         if (!image.isNull())
             pixmaps.push_back(pixmapOf(image));
     return pixmaps;

@@ -33,6 +33,13 @@ bool pointerIsKnown() {
     return onX11() && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
 }
 
+QIcon iconOf(const IconPicture& picture) {
+    QIcon icon;
+    for (const QImage& image : {picture.single, picture.doubled})
+        icon.addPixmap(QPixmap::fromImage(image));
+    return icon;
+}
+
 std::optional<QPoint> placeFromText(const QString& text) {
     const QStringList numbers = text.split(QLatin1Char(' '));
     bool okX = false;
@@ -57,18 +64,17 @@ TrayStatusItem::TrayStatusItem(RunLoop& runLoop, UserDefaults& defaults, QDBusCo
 
 TrayStatusItem::~TrayStatusItem() = default;
 
-void TrayStatusItem::setIcon(const QIcon& icon) {
-    IconPicture picture(icon);
+void TrayStatusItem::setIcon(const QImage& single, const QImage& doubled) {
+    const IconPicture picture{single, doubled};
     if (picture == m_picture)
         return;
-    m_picture = std::move(picture);
-    m_icon = icon;
+    m_picture = picture;
     if (m_notifier)
         m_notifier->setPicture(m_picture);
     if (m_trayIcon)
-        m_trayIcon->setIcon(m_icon);
+        m_trayIcon->setIcon(iconOf(m_picture));
     if (m_clock)
-        m_clock->setIcon(m_icon);
+        m_clock->setIcon(iconOf(m_picture));
 }
 
 void TrayStatusItem::setToolTip(const QString& text) {
@@ -211,7 +217,7 @@ void TrayStatusItem::makeNotifier() {
 
 // Without a menu of its own: either button opens our pop-up.
 void TrayStatusItem::makeTrayIcon() {
-    m_trayIcon = std::make_unique<QSystemTrayIcon>(m_icon);
+    m_trayIcon = std::make_unique<QSystemTrayIcon>(iconOf(m_picture));
     m_trayIcon->setToolTip(m_toolTip);
     QObject::connect(m_trayIcon.get(), &QSystemTrayIcon::activated, m_trayIcon.get(),
                      [this](QSystemTrayIcon::ActivationReason reason) {
@@ -242,7 +248,7 @@ void TrayStatusItem::showClock() {
     m_clock = std::make_unique<FloatingClock>(
         placeFromText(m_defaults.value(placeKey).toString()),
         [this](QPoint place) { m_defaults.setValue(placeKey, textFromPlace(place)); });
-    m_clock->setIcon(m_icon);
+    m_clock->setIcon(iconOf(m_picture));
     m_clock->setToolTip(m_toolTip);
     QObject::connect(m_clock.get(), &FloatingClock::clicked, m_clock.get(), [this] { press(); });
     m_clock->show();

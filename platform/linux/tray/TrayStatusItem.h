@@ -30,7 +30,7 @@ public:
     TrayStatusItem(RunLoop& runLoop, UserDefaults& defaults, QDBusConnection sessionBus);
     ~TrayStatusItem() override;
 
-    void setIcon(const QIcon& icon) override;
+    void setIcon(const QImage& single, const QImage& doubled) override;
     void setToolTip(const QString& text) override;
     void setNeedsAttention(bool needsAttention) override;
     void setPanelMenu(std::vector<PanelMenuEntry> entries) override;
@@ -59,7 +59,6 @@ private:
     std::function<void()> m_pressed;
     std::function<void()> m_panelMenuWillOpen;
 
-    QIcon m_icon;
     IconPicture m_picture;
     QString m_toolTip;
     bool m_needsAttention = false;
