@@ -60,17 +60,19 @@ TEST_F(AtomicFileTest, fullDiskLeavesTheOldFileAndNoRubbish) {
 
 TEST_F(AtomicFileTest, whatAPowerCutLeftGoesInTime) {
     const QDateTime longAgo = QDateTime::currentDateTime().addSecs(-4000);
-    for (const char* name : {"file", "file.aB3xYz", "file.damaged-1", "other.aB3xYz"}) {
+    for (const char* name : {"file", "file.unfinished-aB3xYz", "file.backup", "file.unfinished-1",
+                             "other.unfinished-aB3xYz"}) {
         const QString path = m_folder.filePath(QLatin1String(name));
         writeFile(path);
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::ReadWrite));
         ASSERT_TRUE(file.setFileTime(longAgo, QFileDevice::FileModificationTime));
     }
-    writeFile(m_folder.filePath(u"file.Being0"_qs));
+    writeFile(m_folder.filePath(u"file.unfinished-Being0"_qs));
     removeUnfinishedWrites(m_path, longAgo.addSecs(4000));
-    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files).join(u' '),
-              u"file file.Being0 file.damaged-1 other.aB3xYz"_qs);
+    EXPECT_EQ(
+        QDir(m_folder.path()).entryList(QDir::Files).join(u' '),
+        u"file file.backup file.unfinished-1 file.unfinished-Being0 other.unfinished-aB3xYz"_qs);
 }
 
 TEST_F(AtomicFileTest, keepsPermissionsAndLinks) {

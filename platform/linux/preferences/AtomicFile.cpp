@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,7 +16,8 @@ namespace dorvane {
 
 namespace {
 
-constexpr auto nameEnding = ".XXXXXX"; // as mkostemp wants it
+// As mkostemp wants it, and as nobody calls a copy of his own, which would be removed.
+constexpr auto nameEnding = ".unfinished-XXXXXX";
 
 // QSaveFile does the first half of this, but it goes on when syncing fails and does not sync the
 // folder, so that after a power cut the old file may be back although commit() said yes.
@@ -132,15 +132,15 @@ std::optional<QString> writeFileAtomically(const QString& path, QByteArrayView c
 
 void removeUnfinishedWrites(const QString& path, const QDateTime& now) {
     const QFileInfo target(pathBehindLinks(path));
-    const QString start = target.fileName() + QLatin1Char('.');
-    const auto length = target.fileName().size() + qsizetype(std::strlen(nameEnding));
+    const QString name = target.fileName() + QLatin1String(nameEnding);
+    const QString start = name.chopped(6); // without what is random
     const QDateTime longAgo = now.addSecs(-3600);
     // By hand: a filter would be a regular expression, and bring half a mebibyte of its library in.
     QDirIterator files(target.absolutePath(), QDir::Files | QDir::NoSymLinks);
     while (files.hasNext()) {
         files.next();
-        const QString name = files.fileName();
-        if (name.size() == length && name.startsWith(start) &&
+        const QString found = files.fileName();
+        if (found.size() == name.size() && found.startsWith(start) &&
             files.fileInfo().lastModified() < longAgo)
             QFile::remove(files.filePath());
     }
