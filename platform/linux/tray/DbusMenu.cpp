@@ -2,6 +2,7 @@
 #include "platform/linux/tray/DbusMenu.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 #include <variant>
 
@@ -272,11 +273,13 @@ int DbusMenu::aboutToShow(sd_bus_message* call, void* data, sd_bus_error* error)
     return BusWriter(message).flag(readAgain).send();
 }
 
+// The menu is made anew once, however often it is named.
 int DbusMenu::aboutToShowGroup(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
     DbusMenu& menu = menuOf(data);
     std::vector<qint32> toUpdate;
     std::vector<qint32> unknown;
-    for (const int number : readNumbers(call)) {
+    const std::vector<qint32> named = readNumbers(call);
+    for (const int number : std::set<qint32>(named.begin(), named.end())) {
         if (!menu.m_menu.find(number))
             unknown.push_back(number);
         else if (menu.mustBeReadAgain(number))

@@ -47,11 +47,13 @@ void PanelBus::watch() {
     m_writable->setEnabled((events & POLLOUT) != 0);
 }
 
+// One message in each turn of the loop, so that no flood of them keeps an alarm from ringing; what
+// is left makes the socket readable still. Opening and closing take several steps.
 void PanelBus::process() {
     int result = 0;
     do
         result = sd_bus_process(m_bus.get(), nullptr);
-    while (result > 0);
+    while (result > 0 && sd_bus_is_ready(m_bus.get()) <= 0);
     if (result == -EBUSY) // an event loop inside a handler
         return;
     if (result < 0)
