@@ -29,6 +29,19 @@ protected:
 
         bool isHosted;
     };
+
+    // The name on the bus of the item that a panel takes.
+    QString taken(VirtualRunLoop& loop, const Watcher& panel) {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
+        QStringList registered;
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            loop.advance(10ms);
+            registered = panel.asked.filter(u"RegisterStatusNotifierItem|"_qs);
+            return !registered.isEmpty();
+        }));
+        EXPECT_EQ(registered.size(), 1);
+        return registered.value(0).section(u'|', 1);
+    }
 };
 
 TEST_F(TrayTest, hostsAreNoticedAsTheyComeAndGo) {
@@ -132,7 +145,7 @@ QImage square(int side, QColor colour) {
 
 PanelMenuEntry entry(const char* text, std::vector<PanelMenuEntry> children = {}) {
     PanelMenuEntry entry;
-    entry.text = entry.key = QLatin1String(text);
+    entry.text = entry.key = QString::fromUtf8(text);
     entry.children = std::move(children);
     return entry;
 }
@@ -141,19 +154,12 @@ TEST_F(TrayTest, aPanelIsToldOfDifferencesAlone) {
     VirtualRunLoop loop(QDateTime(QDate(2026, 3, 2), QTime(7, 0)));
     MemoryDefaults defaults;
     Watcher watcher(m_theirs, true);
-    qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
     TrayStatusItem item(loop, defaults, m_ours);
     const auto setIcon = [&](QColor single, QColor doubled) {
         item.setIcon(square(22, single), square(44, doubled));
     };
     setIcon(Qt::red, Qt::blue);
-    const auto registered = [&] { return watcher.asked.filter(u"RegisterStatusNotifierItem|"_qs); };
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        loop.advance(10ms);
-        return !registered().isEmpty();
-    }));
-    ASSERT_EQ(registered().size(), 1);
-    Panel panel(m_theirs, registered().first().section(u'|', 1));
+    Panel panel(m_theirs, taken(loop, watcher));
     panel.told();
 
     setIcon(Qt::red, Qt::blue);
@@ -181,6 +187,38 @@ TEST_F(TrayTest, aPanelIsToldOfDifferencesAlone) {
                     .arg(QLatin1String(pixels.left(4).toHex()));
     }
     EXPECT_EQ(seen.join(u", "_qs), u"22x22 1936 ff000000, 44x44 7744 ff00ff00"_qs);
+}
+
+TEST_F(TrayTest, aPanelGetsEveryTitleAndItsCallsKeepNothingElseWaiting) {
+    VirtualRunLoop loop(QDateTime(QDate(2026, 3, 2), QTime(7, 0)));
+    MemoryDefaults defaults;
+    Watcher watcher(m_theirs, true);
+    TrayStatusItem item(loop, defaults, m_ours);
+    int opened = 0;
+    item.setPanelMenu({entry("Tea_\uFFFE\U0001F375\uFDD0")});
+    item.setPanelMenuWillOpen([&] { ++opened; });
+    QDBusConnection bus = m_theirs;
+    const auto call = [&, name = taken(loop, watcher)](const char* method, QVariantList arguments) {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            name, u"/MenuBar"_qs, u"com.canonical.dbusmenu"_qs, QLatin1String(method));
+        message.setArguments(arguments);
+        return bus.asyncCall(message);
+    };
+    QDBusPendingReply<QDBusVariant> label = call("GetProperty", {1, u"label"_qs});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return label.isFinished(); }));
+    EXPECT_EQ(label.value().variant().toString(), u"Tea__\uFFFD\U0001F375\uFFFD"_qs)
+        << "the bus takes no characters that stand for none";
+
+    for (int i = 0; i < 100; ++i)
+        call("AboutToShow", {0});
+    QThread::msleep(50);
+    QCoreApplication::processEvents();
+    EXPECT_LE(opened, 1) << "in one turn of the loop";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return opened == 100; }));
+    const QDBusPendingCall group =
+        call("AboutToShowGroup", {QVariant::fromValue(QList<int>(1000, 0))});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return group.isFinished(); }));
+    EXPECT_EQ(opened, 101);
 }
 
 // The numbers of the items, as a tree, and what the panel is told.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/tray/BusMessage.h"
 
+#include <string>
+
 namespace dorvane {
 
 BusMessagePtr replyTo(sd_bus_message* call) {
@@ -34,6 +36,15 @@ BusWriter& BusWriter::numbers(const std::vector<qint32>& values) {
         m_result = sd_bus_message_append_array(m_message, 'i', values.data(),
                                                values.size() * sizeof(qint32));
     return *this;
+}
+
+// Unicode's noncharacters may be in a title, but sd-bus would refuse the whole message.
+BusWriter& BusWriter::text(const QString& value) {
+    std::u32string letters = value.toStdU32String();
+    for (char32_t& letter : letters)
+        if (QChar::isNonCharacter(letter))
+            letter = QChar::ReplacementCharacter;
+    return text(QString::fromStdU32String(letters).toUtf8().constData());
 }
 
 int BusWriter::send() const {

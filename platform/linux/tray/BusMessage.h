@@ -33,7 +33,7 @@ public:
     BusWriter& flag(int value) { return basic('b', &value); }
     BusWriter& path(const char* value) { return basic('o', value); }
     BusWriter& text(const char* utf8) { return basic('s', utf8); }
-    BusWriter& text(const QString& value) { return text(value.toUtf8().constData()); }
+    BusWriter& text(const QString& value);
     BusWriter& bytes(const QByteArray& value);
     BusWriter& numbers(const std::vector<qint32>& values);
 
