@@ -39,13 +39,13 @@ struct ManyAlarms {
 
 void tick(benchmark::State& state) {
     ManyAlarms alarms(int(state.range(0)));
-    for (auto _ : state)
+    while (state.KeepRunning())
         alarms.clock.runTimer();
 }
 
 void nearest(benchmark::State& state) {
     const ManyAlarms alarms(int(state.range(0)));
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(alarms.clock.nearestAlarm(instantNow(alarms.loop)));
 }
 

@@ -28,7 +28,7 @@ AlarmPtr fillLibrary(EditorFixture& fixture, qint64 count) {
 void openEditor(benchmark::State& state) {
     EditorFixture fixture("2026-11-21 08:00");
     fillLibrary(fixture, state.range(0));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         AlarmSetController editor(fixture.services());
         editor.showWithAlarm(nullptr);
         QApplication::processEvents();
@@ -39,7 +39,7 @@ void changeAlarm(benchmark::State& state) {
     EditorFixture fixture("2026-11-21 08:00");
     const AlarmPtr alarm = fillLibrary(fixture, state.range(0));
     fixture.editor.showWithAlarm(alarm);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         alarm->setRingWithinUnits(alarm->ringWithinUnits() + 1);
         fixture.library.put(*alarm, instantNow(fixture.loop));
     }
@@ -54,7 +54,7 @@ void soundMenu(benchmark::State& state) {
             state.SkipWithError("cannot write a sound file");
     }
     QMenu menu;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         fixture.storage.fillMenuWithAddedSounds(menu, [](const QString&) {});
         benchmark::DoNotOptimize(menu.sizeHint());
     }

@@ -36,7 +36,7 @@ void openMenu(benchmark::State& state) {
         {.storedAlarms = [&] { return std::optional(stored); }, .breaksRun = {}}, MenuCommands());
     StatusMenu menu(loop);
     constructor.setObjectMenu(&menu);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         // Something changed since the last time: the menu cannot be shown as it is.
         clock.insertAlarm(clock.allAlarms().back());
         constructor.constructMenu();

@@ -178,7 +178,7 @@ void PendixRespitoWindowsController::stopPreview() {
 }
 
 void PendixRespitoWindowsController::changeShowRespito() {
-    m_services.settings.setShowRespito(m_form->IsBreakEnabled->isChecked());
+    m_services.settings.setShowRespito(m_form->IsBreakEnabled->isChecked() ? 1 : 0);
     m_services.settings.writePrefsAndSync();
 }
 

@@ -157,7 +157,7 @@ Outcome readInto(Draft& draft, const QVariantMap& description) {
         if (known == keys.end())
             return refusal("UnknownKey", entry.key().left(longestTitle),
                            QStringLiteral("is no key of an alarm"));
-        if (const Outcome outcome = known->read(entry.key(), entry.value(), draft))
+        if (Outcome outcome = known->read(entry.key(), entry.value(), draft))
             return outcome;
     }
     return std::nullopt;

@@ -62,7 +62,7 @@ std::shared_ptr<SnoozeWindowController>
 SnoozeWindowController::showCloseTo(SnoozeWindowStack& stack, RunLoop& runLoop,
                                     SnoozeWindowControllerDelegate& delegate,
                                     const AlarmPtr& alarm) {
-    const std::shared_ptr<SnoozeWindowController> controller(
+    std::shared_ptr<SnoozeWindowController> controller(
         new SnoozeWindowController(stack, runLoop, delegate));
     controller->m_self = controller;
     controller->setAlarm(alarm);

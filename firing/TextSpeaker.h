@@ -36,7 +36,7 @@ public:
 
     // The alarm whose title the next text is. Texts may overlap: while the delegate hears of the
     // end of one, this is what was set when that one began.
-    [[nodiscard]] const AlarmPtr& context() const { return m_context; }
+    [[nodiscard]] AlarmPtr context() const { return m_context; }
     void setContext(AlarmPtr context) { m_context = std::move(context); }
 
     // In the order of the voices' numbers, which begin with 1. Empty until fillMenuWithVoices() or

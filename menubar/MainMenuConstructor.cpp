@@ -16,13 +16,14 @@ using namespace std::chrono_literals;
 
 MainMenuConstructor::MainMenuConstructor(RunLoop& runLoop, Clock& clock,
                                          NotificationCenter& notifications, StatusItem& item,
-                                         MenuSources sources, MenuCommands commands, QLocale locale)
+                                         MenuSources sources, MenuCommands commands,
+                                         const QLocale& locale)
     : m_runLoop(runLoop)
     , m_clock(clock)
     , m_item(item)
     , m_sources(std::move(sources))
     , m_commands(std::move(commands))
-    , m_locale(std::move(locale))
+    , m_locale(locale)
     , m_updateSoon(runLoop, 200ms, [this] { updatePanelMenu(); }) {
     m_alarmsObservation = notifications.addObserver(alarmsDidChangeNotification,
                                                     [this](const void*) { updatePanelMenuSoon(); });

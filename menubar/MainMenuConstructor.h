@@ -31,7 +31,7 @@ public:
     // The references must outlive the constructor; the application object must exist.
     MainMenuConstructor(RunLoop& runLoop, Clock& clock, NotificationCenter& notifications,
                         StatusItem& item, MenuSources sources, MenuCommands commands,
-                        QLocale locale = QLocale::system());
+                        const QLocale& locale = QLocale::system());
     ~MainMenuConstructor();
     MainMenuConstructor(const MainMenuConstructor&) = delete;
     MainMenuConstructor& operator=(const MainMenuConstructor&) = delete;

@@ -35,7 +35,7 @@ MenuTitleFonts MenuTitleFonts::of(const QFont& menuFont) {
 
 QString subtitlePart(const QString& subtitle, double widest,
                      const std::function<double(const QString&)>& width) {
-    const QString part = u' ' + subtitle;
+    QString part = u' ' + subtitle;
     const double measured = width(part);
     if (measured < widest)
         return part;

@@ -70,8 +70,7 @@ int StatusMenuStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
 int StatusMenuStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                                QStyleHintReturn* returnData) const {
     switch (hint) {
-    case SH_EtchDisabledText: // looks embossed on a dark background
-        return 0;
+    case SH_EtchDisabledText:            // looks embossed on a dark background
     case SH_Menu_AllowActiveAndDisabled: // headings are skipped
         return 0;
     default:

@@ -34,7 +34,7 @@ ReminderStrings::~ReminderStrings() {
 }
 
 QString ReminderStrings::soundDirectory(const UserFolders& user) {
-    const QString folder = SoundFolders(user).recordings;
+    QString folder = SoundFolders(user).recordings;
     if (!QDir().mkpath(folder))
         qCWarning(logSounds).noquote() << "cannot make" << folder;
     return folder;

@@ -19,7 +19,7 @@ protected:
     }
 
     AlarmPtr insert(const char* time) {
-        const AlarmPtr alarm = AlarmOf{.kind = Alarm::Dated, .time = time}.alarm();
+        AlarmPtr alarm = AlarmOf{.kind = Alarm::Dated, .time = time}.alarm();
         m_clock.insertAlarm(alarm);
         return alarm;
     }

@@ -62,7 +62,7 @@ public:
 
     // A sound of the user's.
     QString addSound(const char* name, FakeSoundPlayer::File sound) {
-        const QString file = home.filePath(u"Dorvane/Sounds/%1.aiff"_qs.arg(QLatin1String(name)));
+        QString file = home.filePath(u"Dorvane/Sounds/%1.aiff"_qs.arg(QLatin1String(name)));
         writeFile(file);
         player.setFile(file, sound);
         return file;

@@ -52,7 +52,7 @@ protected:
         return m_alarms.back();
     }
     AlarmPtr ring(const AlarmOf& values) {
-        const AlarmPtr ringing = alarm(values);
+        AlarmPtr ringing = alarm(values);
         m_ringer.activateAlarm(ringing);
         return ringing;
     }

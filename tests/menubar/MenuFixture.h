@@ -34,7 +34,7 @@ protected:
     AlarmPtr schedule(AlarmOf values) {
         values.sound = values.title;
         values.snoozeTime = 5;
-        const AlarmPtr alarm = values.alarm();
+        AlarmPtr alarm = values.alarm();
         library.put(*alarm, instantNow(loop));
         m_controller.scheduleAlarm(alarm);
         return alarm;

@@ -291,7 +291,7 @@ TEST_F(TrayTest, onlyGnomeOnWaylandWithoutIconsGoesOverX11) {
         {"GNOME", "wayland-0", "wayland", false, "wayland"},
     };
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
-    const auto set = [](const char* name, QByteArray value) {
+    const auto set = [](const char* name, const QByteArray& value) {
         value.isEmpty() ? qunsetenv(name) : qputenv(name, value);
     };
     for (const auto& each : cases) {

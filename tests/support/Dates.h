@@ -13,7 +13,7 @@ inline QDateTime at(const char* text) {
     QString string = QString::fromLatin1(text);
     if (string.indexOf(u'-') == 2)
         string.prepend(QLatin1String("2026-"));
-    const QDateTime date = QDateTime::fromString(string, Qt::ISODate);
+    QDateTime date = QDateTime::fromString(string, Qt::ISODate);
     Q_ASSERT(date.isValid());
     return date;
 }

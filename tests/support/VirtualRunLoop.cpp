@@ -100,9 +100,9 @@ void VirtualRunLoop::setWall(const QDateTime& wall) {
 }
 
 RunLoopTimer VirtualRunLoop::add(Entry entry) {
-    entry.id = m_nextId++;
-    m_entries.emplace(entry.id, std::make_shared<Entry>(std::move(entry)));
-    return RunLoopTimer(std::make_unique<EntryRegistration>(m_lifeline.weak(), m_nextId - 1));
+    const auto id = entry.id = m_nextId++;
+    m_entries.emplace(id, std::make_shared<Entry>(std::move(entry)));
+    return RunLoopTimer(std::make_unique<EntryRegistration>(m_lifeline.weak(), id));
 }
 
 RunLoop::Milliseconds VirtualRunLoop::dueTime(const Entry& entry) const {

@@ -95,7 +95,7 @@ bool AutostartLoginItems::insertFirst(const QString& bundlePath) {
 // gone, may be taken over. Each sorts before the one that is tried first.
 QString AutostartLoginItems::freeName() const {
     for (int number = 1;; ++number) {
-        const QString name =
+        QString name =
             (number == 1 ? ownName : QStringLiteral("%1-%2").arg(ownName).arg(number)) + suffix;
         auto entry = desktopEntry(m_folder + QLatin1Char('/') + name);
         if (!isOn(entry) || bundleStartedBy(entry[QStringLiteral("Exec")]).isEmpty())

@@ -247,9 +247,10 @@ void PulseVoice::rewriteTail(bool success) {
         float* more = tail.data() + held * soundChannels;
         m_gain.apply(m_volume, more, m_decoder->read(more, heard - held));
     }
-    for (std::size_t i = 0; i < fadeFrames * soundChannels; ++i)
-        tail[loud * soundChannels + i] *=
-            1.0F - static_cast<float>(i / soundChannels) / static_cast<float>(fadeFrames);
+    for (std::size_t frame = 0; frame < fadeFrames; ++frame)
+        for (std::size_t channel = 0; channel < soundChannels; ++channel)
+            tail[(loud + frame) * soundChannels + channel] *=
+                1.0F - static_cast<float>(frame) / static_cast<float>(fadeFrames);
     std::fill(tail.begin() + static_cast<std::ptrdiff_t>(heard * soundChannels), tail.end(), 0.0F);
 
     if (pa_stream_write(m_stream, tail.data(), tail.size() * sizeof(float), nullptr,
