@@ -11,6 +11,10 @@
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 
+#include <set>
+#include <sys/socket.h>
+#include <sys/stat.h>
+
 using namespace dorvane::testing;
 using Host = NotifierHostWatcher::Host;
 
@@ -41,6 +45,19 @@ protected:
         }));
         EXPECT_EQ(registered.size(), 1);
         return registered.value(0).section(u'|', 1);
+    }
+
+    QDBusPendingCall askMenu(const QString& item, const char* method, QVariantList arguments) {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            item, u"/MenuBar"_qs, u"com.canonical.dbusmenu"_qs, QLatin1String(method));
+        call.setArguments(arguments);
+        return m_theirs.asyncCall(call);
+    }
+    QString label(const QString& item, int number) {
+        const QDBusPendingReply<QDBusVariant> reply =
+            askMenu(item, "GetProperty", {number, u"label"_qs});
+        EXPECT_TRUE(QTest::qWaitFor([&] { return reply.isFinished(); }));
+        return reply.value().variant().toString();
     }
 };
 
@@ -197,28 +214,50 @@ TEST_F(TrayTest, aPanelGetsEveryTitleAndItsCallsKeepNothingElseWaiting) {
     int opened = 0;
     item.setPanelMenu({entry("Tea_\uFFFE\U0001F375\uFDD0")});
     item.setPanelMenuWillOpen([&] { ++opened; });
-    QDBusConnection bus = m_theirs;
-    const auto call = [&, name = taken(loop, watcher)](const char* method, QVariantList arguments) {
-        QDBusMessage message = QDBusMessage::createMethodCall(
-            name, u"/MenuBar"_qs, u"com.canonical.dbusmenu"_qs, QLatin1String(method));
-        message.setArguments(arguments);
-        return bus.asyncCall(message);
-    };
-    QDBusPendingReply<QDBusVariant> label = call("GetProperty", {1, u"label"_qs});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return label.isFinished(); }));
-    EXPECT_EQ(label.value().variant().toString(), u"Tea__\uFFFD\U0001F375\uFFFD"_qs)
+    const QString name = taken(loop, watcher);
+    EXPECT_EQ(label(name, 1), u"Tea__\uFFFD\U0001F375\uFFFD"_qs)
         << "the bus takes no characters that stand for none";
 
     for (int i = 0; i < 100; ++i)
-        call("AboutToShow", {0});
+        askMenu(name, "AboutToShow", {0});
     QThread::msleep(50);
     QCoreApplication::processEvents();
     EXPECT_LE(opened, 1) << "in one turn of the loop";
     EXPECT_TRUE(QTest::qWaitFor([&] { return opened == 100; }));
     const QDBusPendingCall group =
-        call("AboutToShowGroup", {QVariant::fromValue(QList<int>(1000, 0))});
+        askMenu(name, "AboutToShowGroup", {QVariant::fromValue(QList<int>(1000, 0))});
     EXPECT_TRUE(QTest::qWaitFor([&] { return group.isFinished(); }));
     EXPECT_EQ(opened, 101);
+}
+
+std::set<int> sockets() {
+    std::set<int> open;
+    for (int descriptor = 0; descriptor < 256; ++descriptor) {
+        struct stat status {};
+        if (::fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode))
+            open.insert(descriptor);
+    }
+    return open;
+}
+
+TEST_F(TrayTest, anIconWhoseConnectionEndsComesBackWithItsMenu) {
+    VirtualRunLoop loop(QDateTime(QDate(2026, 3, 2), QTime(7, 0)));
+    MemoryDefaults defaults;
+    Watcher watcher(m_theirs, true);
+    const std::set<int> others = sockets();
+    TrayStatusItem item(loop, defaults, m_ours);
+    item.setPanelMenuWillOpen([&] { item.setPanelMenu({entry("Quit")}); });
+    const QString lost = taken(loop, watcher);
+    for (const int descriptor : sockets())
+        if (!others.contains(descriptor))
+            ::shutdown(descriptor, SHUT_RDWR);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return item.whereShown() == StatusItem::Shown::Nowhere; }));
+    watcher.asked.clear();
+    loop.advance(5s);
+    const QString back = taken(loop, watcher);
+    EXPECT_NE(back, lost);
+    EXPECT_EQ(item.whereShown(), StatusItem::Shown::InPanel);
+    EXPECT_EQ(label(back, 1), u"Quit"_qs);
 }
 
 // The numbers of the items, as a tree, and what the panel is told.
