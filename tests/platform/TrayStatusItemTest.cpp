@@ -47,7 +47,8 @@ protected:
         return registered.value(0).section(u'|', 1);
     }
 
-    QDBusPendingCall askMenu(const QString& item, const char* method, QVariantList arguments) {
+    QDBusPendingCall askMenu(const QString& item, const char* method,
+                             const QVariantList& arguments) {
         QDBusMessage call = QDBusMessage::createMethodCall(
             item, u"/MenuBar"_qs, u"com.canonical.dbusmenu"_qs, QLatin1String(method));
         call.setArguments(arguments);
