@@ -117,6 +117,10 @@ TEST(BreakCycleTest, WakesForNothingWhileWorkingAndOnceASecondInABreak) {
     EXPECT_EQ(firingsIn(25min - 6s), 0);
     rig.loop.advance(10s);
     EXPECT_EQ(firingsIn(60s), 60);
+    rig.sheet->clickSkipBreak();
+    rig.cycle.disableRespito();
+    rig.loop.advance(5s);
+    EXPECT_EQ(firingsIn(2h), 0) << "switched off at work";
 }
 
 // The roads through the cycle's states other than its plain round.
@@ -131,16 +135,17 @@ const std::string five = " Take a break for 05:00 mins";
 
 TEST(BreakCycleTest, EachRoadThroughItsStatesHasItsTrace) {
     const std::vector<Road> roads = {
-        {"done early, the next sheet is a second short",
+        {"done early, to work for longer; the next sheet is a second short",
          [](Rig& rig) {
              rig.loop.advance(25min + 10s);
+             rig.defaults.setValue(u"PendixTakeABreakFrequency"_qs, 30);
              rig.sheet->clickSkipBreak();
-             rig.loop.advance(25min + 500ms);
+             rig.loop.advance(30min + 500ms);
          },
          true,
          {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
-          "1510000 end 0", "1510000 out play", "1511000 out finished", "3010000 in play",
-          "3010000 Take a break for 04:59 mins", "3010000 begin"}},
+          "1510000 end 0", "1510000 out play", "1511000 out finished", "3310000 in play",
+          "3310000 Take a break for 04:59 mins", "3310000 begin"}},
         {"stopped on the sheet",
          [](Rig& rig) {
              rig.loop.advance(25min + 10s);

@@ -98,12 +98,13 @@ protected:
         if (m_desktopAnswers)
             loop.defer([done = std::move(done)] { done({true, true, true, true}); });
     }
-    [[nodiscard]] Ability ability() const override { return Ability::Able; }
+    [[nodiscard]] Ability ability() const override { return Ability::NoClock; }
     void arm(const std::optional<QDateTime>&) override {}
 
     FakeSoundOutput m_output{loop};
     std::vector<AlarmPtr> m_alarms;
     bool m_desktopAnswers = true;
+    bool m_isAsWished = true; // starts at login, and may wake the machine
     WillItRing m_checks{{.runLoop = loop,
                          .player = player,
                          .output = m_output,
@@ -112,8 +113,8 @@ protected:
                          .wakeAlarm = *this,
                          .alarms = [this] { return m_alarms; },
                          .icon = [] { return StatusItem::Shown::InPanel; },
-                         .startsAtLogin = [] { return true; },
-                         .isToWake = [] { return true; },
+                         .startsAtLogin = [this] { return m_isAsWished; },
+                         .isToWake = [this] { return !m_isAsWished; },
                          .testSound = u"ping"_qs}};
 };
 
@@ -123,7 +124,9 @@ TEST_F(WillItRingTest, asksEverybodyOnceAndWaitsForNobodyForEver) {
     m_output.proof = SoundProof::Silent;
     m_alarms = {AlarmOf{.title = "well", .sound = "/song", .voice = "Zoe"}.alarm(),
                 AlarmOf{.title = "gone", .sound = "/gone"}.alarm(),
-                AlarmOf{.title = "gone, too", .sound = "/gone", .voice = "Nobody"}.alarm()};
+                AlarmOf{.title = "gone, too", .sound = "/gone", .voice = "Nobody"}.alarm(),
+                AlarmOf{.title = "spoken only", .sound = "/gone", .voice = "Zoe"}.alarm()};
+    m_alarms.back()->setIsPlaySound(false);
     std::vector<std::string> quiet, loud;
     m_checks.ask(WillItRing::TestSound::None,
                  [&](const auto& checks) { quiet = troubles(checks); });
@@ -136,7 +139,7 @@ TEST_F(WillItRingTest, asksEverybodyOnceAndWaitsForNobodyForEver) {
     EXPECT_TRUE(player.sounds().empty());
 
     m_alarms = {AlarmOf{.title = "hangs", .sound = "/hangs"}.alarm()};
-    m_desktopAnswers = false;
+    m_desktopAnswers = m_isAsWished = false;
     int answers = 0;
     for (int asked = 0; asked < 2; ++asked)
         m_checks.ask(WillItRing::TestSound::Played, [&](const auto& checks) {
@@ -147,7 +150,8 @@ TEST_F(WillItRingTest, asksEverybodyOnceAndWaitsForNobodyForEver) {
     EXPECT_EQ(answers, 0);
     loop.advance(2s);
     EXPECT_EQ(answers, 2);
-    EXPECT_THAT(loud, ElementsAre("failure sound-proof", "warning alarm-sound"));
+    EXPECT_THAT(loud, ElementsAre("failure sound-proof", "warning alarm-sound", "warning login",
+                                  "warning wake"));
 }
 
 TEST_F(WillItRingTest, windowShowsThemAndPlaysTheTestSound) {

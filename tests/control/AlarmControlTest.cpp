@@ -133,6 +133,8 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
         EXPECT_EQ(answerTo(description), row.answer);
     }
     EXPECT_EQ(clock.allAlarms().size(), 8U) << "what is refused leaves nothing behind";
+    control.addTimer(5, {}, made());
+    EXPECT_EQ(told, u"24. 10:05:00 default /Ping  5"_qs);
 }
 
 TEST_F(AlarmControlTest, whatIsReportedOfAnAlarmMakesTheSameAgain) {
@@ -148,6 +150,8 @@ TEST_F(AlarmControlTest, whatIsReportedOfAnAlarmMakesTheSameAgain) {
         const std::string first = answerTo(description);
         QVariantMap report = control.storedAlarms().back();
         EXPECT_TRUE(report.remove(u"due"_qs) == 1 || report.contains(u"hours"_qs));
+        for (auto said = description.begin(); said != description.end(); ++said)
+            EXPECT_EQ(report.value(said.key()), said.value()) << qPrintable(said.key());
         report.insert(u"sound"_qs, u"Ping"_qs); // a name here, a path there
         EXPECT_EQ(answerTo(report), first);
     }
@@ -180,7 +184,17 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
     EXPECT_EQ(control.state().ringing, QStringList{id});
     EXPECT_EQ(control.snooze(id), std::nullopt);
     EXPECT_EQ(control.clear(id), std::nullopt);
-    EXPECT_THAT(trace.events(), ElementsAre("0 end T", "0 snooze T", "0 clear T"));
+    RemoteListener listener;
+    listener.befell = [&](auto event, const auto&, const auto& title) {
+        trace.add(title + QString::number(int(event)));
+    };
+    control.setListener(listener);
+    for (const auto event :
+         {RingEvent::Rings, RingEvent::Snoozed, RingEvent::Cleared, RingEvent::Unanswered})
+        control.befell(event, alarm);
+    loop.runPending();
+    EXPECT_THAT(trace.events(),
+                ElementsAre("0 end T", "0 snooze T", "0 clear T", "0 T0", "0 T1", "0 T2", "0 T3"));
     EXPECT_EQ(control.remove(id), std::nullopt);
     EXPECT_EQ(control.remove(id)->name, u"NoSuchAlarm"_qs);
     EXPECT_EQ(control.skipBreak()->name, u"NoBreaksRun"_qs);
@@ -193,6 +207,7 @@ TEST_F(AlarmControlTest, aStoredAlarmWhoseMomentHasPassedDoesNotRingAtOnce) {
     answerTo({{u"title"_qs, u"weekly"_qs},
               {u"time"_qs, u"11:00"_qs},
               {u"weekdays"_qs, QStringList{u"tue"_qs}}});
+    EXPECT_TRUE(std::holds_alternative<QString>(control.startStored(u"weekly"_qs))) << "at once";
     loop.advance(2h);
     EXPECT_EQ(std::get<Refusal>(control.startStored(u"once"_qs)).name, u"PastDate"_qs);
     EXPECT_TRUE(std::holds_alternative<QString>(control.startStored(u"weekly"_qs)));

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Alarm.h"
 
-#include "core/AlarmDelegate.h"
 #include "tests/support/AlarmOf.h"
 #include "tests/support/Testing.h"
 #include "tests/support/ZoneScope.h"
@@ -25,8 +24,6 @@ TEST(AlarmTest, dueTimeOfEachKind) {
         {"2027-01-01 00:04+01", {.kind = dated, .time = "12-31 23:55:45", .snoozed = 9}},
         {"11-24 07:00:45+01", {.kind = weekly, .time = "11-24 07:00:45"}},
         {"11-24 07:00:45+01", {.kind = 3, .minutes = 5, .time = "11-24 07:00:45"}},
-        {"11-24 10:15:30+01", {.minutes = 75, .runTime = "11-24 09:00:30"}},
-        {"11-25 21:00:30+01", {.hours = 36, .runTime = "11-24 09:00:30"}},
         {"11-21 10:00+01", {.hours = 2}},                           // counts from now
         {"11-21 08:10+01", {.minutes = 10, .time = "07-01 00:00"}}, // its stored time is not read
         {"none", {.kind = dated}},
@@ -81,24 +78,6 @@ TEST(AlarmTest, anotherZoneMovesNothing) {
             EXPECT_EQ(alarm->time(eight()), at("2026-03-29T05:00:00Z")) << name;
         }
     }
-}
-
-TEST(AlarmTest, reportsOnceLessThanAWholeSecondIsLeftUntilTriggered) {
-    struct final : AlarmDelegate {
-        void alarmTriggered(const AlarmPtr& /*alarm*/) override { ++count; }
-        int count = 0;
-    } reports;
-    const AlarmPtr alarm = AlarmOf{.kind = dated, .time = "11-21 08:01"}.alarm();
-    alarm->setDelegate(&reports);
-    const std::pair<std::chrono::milliseconds, int> looks[] = {
-        {58'999ms, 0}, {59s, 0}, {59'001ms, 1}, {60s, 2}};
-    for (const auto& [since, expected] : looks) {
-        alarm->tick(eight() + since);
-        EXPECT_EQ(reports.count, expected) << since.count();
-    }
-    alarm->setIsTriggered(true);
-    alarm->tick(eight() + 60s);
-    EXPECT_EQ(reports.count, 2);
 }
 
 TEST(AlarmTest, copyTakesTheDueTimeAndForgetsTheSnoozes) {

@@ -147,6 +147,7 @@ TEST_F(ClockTest, insertingStartsAfreshAtTheFrontRemovingAndReplacingGoByIdentit
 TEST_F(ClockTest, looksASecondAfterWakingWhateverTheTimersSay) {
     m_loop.setWoken([this] { m_notifications.post(wakeNotification); });
     dated("slept", "11-21 08:30");
+    running({.title = "early", .kind = Alarm::Weekly, .time = "11-21 09:00:03"}); // by two seconds
     m_loop.forgetMoments();
     m_loop.sleepMachine(1h);
     m_loop.advance(999ms);
@@ -154,7 +155,7 @@ TEST_F(ClockTest, looksASecondAfterWakingWhateverTheTimersSay) {
     m_loop.advance(1ms);
     m_loop.sleepMachine(1h);
     m_loop.advance(1s);
-    EXPECT_EQ(m_trace, "|09:00:01 near slept|09:00:01 slept");
+    EXPECT_EQ(m_trace, "|09:00:01 near early|09:00:01 near slept|09:00:01 slept|10:00:02 early");
 }
 
 TEST_F(ClockTest, nearestAlarmCountsWholeSecondsAndTiesGoToTheFront) {

@@ -45,10 +45,11 @@ TEST_F(WakeUpsTest, armsTheNearestAlarmOnceWantedAndForgetsItWithTheAlarm) {
     nap->snooze(5);
     m_clock.alarmDidChange();
     m_clock.alarmDidChange();
+    const WakeUps nextRun{m_loop, m_notifications, m_clock, m_defaults, *this};
     m_wakeUps.setOn(false);
-    EXPECT_THAT(m_trace.events(),
-                ElementsAre("0 24 09:00", "0 24 08:10", "0 24 09:00", "0 24 08:30",
-                            "1800000 24 09:00", "1860000 24 08:35", "1860000 none"));
+    EXPECT_THAT(m_trace.events(), ElementsAre("0 24 09:00", "0 24 08:10", "0 24 09:00",
+                                              "0 24 08:30", "1800000 24 09:00", "1860000 24 08:35",
+                                              "1860000 24 08:35", "1860000 none"));
     EXPECT_EQ(m_defaults.written(), (QVariantMap{{u"WakesComputer"_qs, false}}));
 }
 

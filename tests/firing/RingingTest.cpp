@@ -152,7 +152,9 @@ TEST_F(RingingTest, preparedAlarmRingsAtOnceAndAsItIsThen) {
         player.setFile(QString::fromLatin1(path), {.duration = 2s, .loadDelay = 3s});
     const AlarmPtr tea = alarm({.title = "tea", .sound = "song"});
     const AlarmPtr cake = alarm({.title = "cake", .sound = "song"});
-    for (const AlarmPtr& soon : {tea, cake, alarm({.title = "nap", .voice = "Zoe"})})
+    player.setFile(u"late"_qs, {.isPlayable = false}); // on a disk that is not mounted yet
+    const AlarmPtr late = alarm({.title = "late", .sound = "late"});
+    for (const AlarmPtr& soon : {tea, cake, late, alarm({.title = "nap", .voice = "Zoe"})})
         m_ringer.prepareAlarm(soon);
     loop.advance(10s);
     m_ringer.activateAlarm(tea);
@@ -163,6 +165,10 @@ TEST_F(RingingTest, preparedAlarmRingsAtOnceAndAsItIsThen) {
     EXPECT_THAT(trace.events(), ElementsAre("0 Zoe learns nap", "10000 song play", "10000 flash",
                                             "12000 song finished", "15000 other play",
                                             "15000 flash", "20000 other finished"));
+    player.setFile(u"late"_qs, {.duration = 1s});
+    m_ringer.activateAlarm(late);
+    loop.advance(2s);
+    EXPECT_THAT(trace.plays().back(), "21000 late");
     EXPECT_EQ(player.sounds().size(), 1u) << "nobody has taken the song";
     loop.advance(10s);
     EXPECT_TRUE(player.sounds().empty());

@@ -16,17 +16,21 @@ namespace {
 struct Disk {
     QByteArray journal;
     int writes = 0;
+    bool isFlushed = false;
 };
 
 class FileInMemory final : public StateFile {
 public:
     explicit FileInMemory(Disk& disk) : m_disk(disk) {}
-    [[nodiscard]] std::optional<QByteArray> read() override { return m_disk.journal; }
+    [[nodiscard]] std::optional<QByteArray> read() override {
+        return m_disk.journal == "unreadable" ? std::nullopt : std::optional(m_disk.journal);
+    }
     void write(Contents contents) override {
         const QByteArray before = std::exchange(m_disk.journal, contents());
         m_disk.writes += m_disk.journal != before;
+        m_disk.isFlushed = false;
     }
-    void flush() override {}
+    void flush() override { m_disk.isFlushed = true; }
     [[nodiscard]] bool putAside() override { return false; }
 
 private:
@@ -156,6 +160,7 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
         first.journal.note(RingEvent::Unanswered, tea);
         first.clock.removeAlarm(tea);
         first.journal.close({});
+        EXPECT_TRUE(disk.isFlushed) << "the program ends after this";
     }
     EXPECT_EQ(report(disk, "11-23 09:30", false),
               "Mon, 8:55  tea: rang and was not answered\n"
@@ -201,6 +206,14 @@ TEST(JournalTest, aListThatIsLostIsMadeUpFor) {
     OneRun second(disk, "11-23 09:00");
     second.journal.open({.hadStored = false, .dropped = {}});
     EXPECT_EQ(second.missed(), "kept, Wed, 7:00, Wed, 7:00\n");
+}
+
+TEST(JournalTest, whatCannotBeReadNorPutAsideIsNotWrittenOver) {
+    for (const char* contents : {"unreadable", "damaged"}) {
+        Disk disk{.journal = contents};
+        OneRun(disk, "11-23 08:50").journal.close({});
+        EXPECT_EQ(disk.journal, contents);
+    }
 }
 
 TEST(JournalTest, writesAtMostOnceASecondAndNothingAtRest) {

@@ -24,7 +24,12 @@ TEST_F(AlarmMenuControllerTest, aTimerFromTheMenuToTheSecondRingAndItsEnd) {
 
     loop.advance(60s);
     EXPECT_EQ(openWindows(), 1);
+    QString due; // as the journal and whatever wakes the computer hear of it
+    const auto changes = notifications.addObserver(alarmsDidChangeNotification, [&](const void*) {
+        due = timer->time(instantNow(loop)).toString(u"mm:ss"_qs);
+    });
     windowOf(timer).snoozeButtonPressed();
+    EXPECT_EQ(due, u"06:00"_qs);
     EXPECT_EQ(openWindows(), 0);
     loop.advance(5min);
     EXPECT_EQ(openWindows(), 1);

@@ -57,7 +57,7 @@ TEST_F(LogindTest, isKeptFromIdleSleepAloneAndTellsOfWaking) {
     inhibitor.setHeld(true);
     inhibitor.setHeld(false);
     EXPECT_TRUE(QTest::qWaitFor([&] { return logind.asked.size() == 2 && isReleased(); }));
-    for (const bool fallsAsleep : {true, false})
+    for (const bool fallsAsleep : {true, false, true})
         logind.tell("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
                     {fallsAsleep});
     EXPECT_TRUE(QTest::qWaitFor([&] { return woken > 0; }));

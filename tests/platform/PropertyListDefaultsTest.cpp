@@ -5,6 +5,8 @@
 #include "tests/support/Files.h"
 #include "tests/support/Testing.h"
 
+#include <sys/stat.h>
+
 using namespace dorvane::testing;
 using ::testing::Pair;
 
@@ -111,13 +113,14 @@ TEST_F(PropertyListDefaultsTest, fileThatGoesBadUnderARunningProgramLosesNothing
 
 // A folder in the file's place: like a file without permission, but for root as well.
 TEST_F(PropertyListDefaultsTest, unreadFileIsLeftAloneAndCopiedBeforeItIsWrittenOver) {
-    QDir().mkpath(m_path);
+    QDir().mkpath(folder());
+    ASSERT_EQ(::mknod(qPrintable(m_path), S_IFSOCK | 0600, 0), 0); // not even root can read it
     const LogCapture log;
     const auto defaults = open();
     defaults->setValue(a, true);
     EXPECT_FALSE(defaults->synchronize());
 
-    QDir().rmdir(m_path);
+    QFile::remove(m_path);
     put({{a, false}, {b, true}});
     const QByteArray unread = contentsOf(m_path);
     for (const bool value : {true, false}) { // one copy

@@ -5,7 +5,28 @@
 
 #include <QTest>
 
+#include <sys/syscall.h>
+#include <sys/timerfd.h>
+#include <unistd.h>
+
 using namespace dorvane::testing;
+
+namespace {
+
+bool wasClockSet = false; // so that the next timer hears of it, and forgets its moment
+
+} // namespace
+
+// In the place of the system's, for the whole test program.
+extern "C" int timerfd_settime(int timer, int flags, const itimerspec* when,
+                               itimerspec* before) noexcept {
+    if ((flags & TFD_TIMER_CANCEL_ON_SET) != 0 && wasClockSet) {
+        wasClockSet = false;
+        errno = ECANCELED;
+        return -1;
+    }
+    return int(::syscall(SYS_timerfd_settime, timer, flags, when, before));
+}
 
 namespace {
 
@@ -49,6 +70,16 @@ TEST_F(QtRunLoopTest, timerMayCancelItselfAndItsNeighbourFromItsCallback) {
         40ms, [&] { trace << u"end"_qs; }, RunLoopMode::Default);
     EXPECT_TRUE(QTest::qWaitFor([&] { return trace.contains(u"end"_qs); }));
     EXPECT_EQ(trace, (QStringList{u"self"_qs, u"end"_qs}));
+}
+
+TEST_F(QtRunLoopTest, clockThatIsSetIsToldOfBeforeWhatThatMakesDue) {
+    QStringList trace;
+    const auto told = m_loop.whenClockIsSet([&] { trace << u"set"_qs; });
+    wasClockSet = true;
+    const auto due = m_loop.scheduleAt(
+        m_loop.now().addSecs(-1), [&] { trace << u"due"_qs; }, RunLoopMode::Default);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return trace.size() == 2; }, 1000));
+    EXPECT_EQ(trace, (QStringList{u"set"_qs, u"due"_qs}));
 }
 
 TEST_F(QtRunLoopTest, handleMayOutliveTheLoop) {
