@@ -50,8 +50,9 @@ class AnnouncementsTest(unittest.TestCase):
         self.user = User(self.run_folder / "user")
         self.units = self.user.home / ".config/systemd/user"
         self.env = {**self.user.environment(), "XDG_RUNTIME_DIR": str(self.run_folder),
-                    "LANG": "C.UTF-8", "PATH": "/usr/bin:/bin", "QT_QPA_PLATFORM": "offscreen",
-                    "TZ": "UTC", "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.run_folder}/bus"}
+                    "LANG": "C.UTF-8", "TZ": "Asia/Tokyo", "PATH": "/usr/bin:/bin",
+                    "QT_QPA_PLATFORM": "offscreen",
+                    "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.run_folder}/bus"}
         self.manager = self.start_manager()
 
     def start_manager(self) -> subprocess.Popen[bytes]:
@@ -91,7 +92,7 @@ class AnnouncementsTest(unittest.TestCase):
         self.run_and_quit([Alarm('Tea & "cake"\n50 %', soon), Alarm("Noon", soon + 6)])
         wait_for("the announcement", lambda: "Tea" in shown.read_text(), 15)
         self.assertLess(abs(time.time() - soon), 2.5)
-        time_of_day = time.strftime("%-H:%M", time.gmtime(soon))
+        time_of_day = time.strftime("%-H:%M", time.gmtime(soon + 9 * 3600))
         for part in ('Notify "Dorvane"', time_of_day, "Tea &amp; &quot;cake&quot;\n50 %",
                      '"sound-name": "alarm-clock-elapsed"'):
             self.assertIn(part, shown.read_text())
