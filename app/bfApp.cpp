@@ -226,7 +226,7 @@ void bfApp::showUpdate(const Release& release) {
 }
 
 QString bfApp::ouputRunningInfo(const Bundle& bundle) {
-    const QString name = bundle.infoString(QStringLiteral("CFBundleExecutable"));
+    QString name = bundle.infoString(QStringLiteral("CFBundleExecutable"));
     const QString system = QStringLiteral("%1 (%2)").arg(QSysInfo::prettyProductName(),
                                                          QSysInfo::currentCpuArchitecture());
     qCInfo(logApp).noquote() << QStringLiteral("%1 v%2 is running on %3")
@@ -245,7 +245,7 @@ void bfApp::checkEditorAssignments(const Bundle& bundle) {
         return;
     }
     UrlSchemes& handlers = sharedDesktop().urlSchemes;
-    const QString bundlePath = bundle.bundlePath();
+    const QString& bundlePath = bundle.bundlePath();
     for (const QString& scheme : schemes.toStringList())
         handlers.applicationForScheme(
             scheme, [&handlers, scheme, bundlePath](const UrlSchemes::Handler& handler) {

@@ -90,7 +90,9 @@ void expectDarkAndReadable(const QPalette& palette) {
     for (const auto& [text, ground] : textsAndGrounds)
         for (const auto& [group, least] :
              {std::pair(QPalette::Active, 90), std::pair(QPalette::Disabled, 50)}) {
-            const auto grey = [&](auto role) { return qGray(palette.color(group, role).rgb()); };
+            const auto grey = [&palette, group = group](auto role) {
+                return qGray(palette.color(group, role).rgb());
+            };
             EXPECT_GT(grey(text) - grey(ground), least) << text << " of group " << group;
         }
 }

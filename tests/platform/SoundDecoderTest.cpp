@@ -16,28 +16,28 @@ constexpr double frequency = 3000;
 struct Case {
     const char* name;
     const char* codec;
-    int rate;
     const char* layout = "stereo";
     int channels = 2;
+    int rate;
 };
 
 // Every kind of lossless file, and every rate with one of them.
 const Case cases[] = {
-    {.name = "a.wav", .codec = "pcm_s16le", .rate = 44100, .layout = "mono", .channels = 1},
+    {.name = "a.wav", .codec = "pcm_s16le", .layout = "mono", .channels = 1, .rate = 44100},
     {.name = "c.wav", .codec = "pcm_s24le", .rate = 44100},
     {.name = "d.wav", .codec = "pcm_f32le", .rate = 48000},
-    {.name = "e.wav", .codec = "pcm_s16le", .rate = 44100, .layout = "5.1", .channels = 6},
+    {.name = "e.wav", .codec = "pcm_s16le", .layout = "5.1", .channels = 6, .rate = 44100},
     {.name = "f.aiff", .codec = "pcm_s16be", .rate = 44100},
-    {.name = "g.aiff", .codec = "pcm_s16be", .rate = 8000, .layout = "mono", .channels = 1},
+    {.name = "g.aiff", .codec = "pcm_s16be", .layout = "mono", .channels = 1, .rate = 8000},
     {.name = "h.caf", .codec = "pcm_s16be", .rate = 11025},
     {.name = "i.flac", .codec = "flac", .rate = 96000},
-    {.name = "j.flac", .codec = "flac", .rate = 44100, .layout = "5.1", .channels = 6},
-    {.name = "k.m4a", .codec = "alac", .rate = 32000, .layout = "mono", .channels = 1},
+    {.name = "j.flac", .codec = "flac", .layout = "5.1", .channels = 6, .rate = 44100},
+    {.name = "k.m4a", .codec = "alac", .layout = "mono", .channels = 1, .rate = 32000},
     {.name = "l.wav", .codec = "pcm_s16le", .rate = 192000},
 };
 
 QString tone(const QTemporaryDir& folder, const Case& c, int frames) {
-    const QString path = folder.filePath(QLatin1String(c.name));
+    QString path = folder.filePath(QLatin1String(c.name));
     const QString wave = u"0.9*sin(2*PI*%1*t)"_qs.arg(frequency);
     run(u"ffmpeg -v error -f lavfi -i "
         "aevalsrc=%1:c=%2:s=%3,atrim=end_sample=%4 -c:a %5 %6"_qs

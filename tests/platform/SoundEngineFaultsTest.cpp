@@ -12,7 +12,7 @@ namespace {
 class SoundEngineFaultsTest : public dorvane::testing::SoundEngineFixture {
 protected:
     QString file(const char* name, const QByteArray& contents) {
-        const QString path = m_folder.filePath(QLatin1String(name));
+        QString path = m_folder.filePath(QLatin1String(name));
         writeFile(path, contents);
         return path;
     }
@@ -68,6 +68,7 @@ TEST_F(SoundEngineFaultsTest, hoursOfSoundAreNeitherHeldInMemoryNorWaitedFor) {
 
     const qint64 before = resident();
     std::vector<std::unique_ptr<Sound>> left; // as a slider does
+    left.reserve(20);
     for (int i = 0; i < 20; ++i)
         left.push_back(m_player.soundWithContentsOfFile(path));
     Playing playing(*this, path);

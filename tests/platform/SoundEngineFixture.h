@@ -32,7 +32,7 @@ protected:
 
     // A sine of amplitude 0.5 from `begin` to the end, encoded as the name and `codec` say.
     QString tone(const char* name, double seconds, const char* codec = "", double begin = 0) {
-        const QString path = m_folder.filePath(QLatin1String(name));
+        QString path = m_folder.filePath(QLatin1String(name));
         const auto command = u"ffmpeg -nostdin -v error -f lavfi -i "
                              "aevalsrc=0.5*sin(2*PI*441*t)*gte(t\\,%1):d=%2 %3 %4"_qs;
         if (!QFile::exists(path))

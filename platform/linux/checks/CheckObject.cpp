@@ -57,7 +57,7 @@ CheckAnswer askInstance(const QDBusConnection& bus, bool playTestSound) {
     const QDBusReply<CheckRows> reply = bus.call(call, QDBus::Block, patience);
     if (reply.isValid())
         return {CheckAnswer::From::Instance, reply.value(), {}};
-    const QDBusError error = reply.error();
+    const QDBusError& error = reply.error();
     const bool runs = error.type() != QDBusError::ServiceUnknown &&
                       error.name() != QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner");
     return {runs ? CheckAnswer::From::Silence : CheckAnswer::From::Nobody, {}, error.message()};
