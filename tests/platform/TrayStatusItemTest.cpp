@@ -204,6 +204,7 @@ TEST_F(TrayTest, aPanelIsToldOfDifferencesAlone) {
                     .arg(pixels.size())
                     .arg(QLatin1String(pixels.left(4).toHex()));
     }
+    pixmaps.endArray();
     EXPECT_EQ(seen.join(u", "_qs), u"22x22 1936 ff000000, 44x44 7744 ff00ff00"_qs);
 }
 
