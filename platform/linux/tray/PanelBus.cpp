@@ -65,8 +65,11 @@ void PanelBus::process() {
     watch();
 }
 
-// The notifiers stay, because one of them may be the caller.
+// The notifiers stay, because one of them may be the caller; and a handler may have lost it
+// already.
 void PanelBus::lose() {
+    if (!m_bus)
+        return;
     for (QSocketNotifier* notifier : {m_readable.get(), m_writable.get()})
         if (notifier)
             notifier->setEnabled(false);
