@@ -5,6 +5,7 @@ option(DORVANE_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
 option(DORVANE_TIDY "Run clang-tidy with the build" OFF)
 option(DORVANE_FUZZ "Build the fuzz targets instead of the tests" OFF)
 option(DORVANE_COVERAGE "Instrument for gcov" OFF)
+option(DORVANE_PRECOMPILE "Read the headers of Qt and the standard library once" ON)
 set(DORVANE_SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
 
 set(CMAKE_CXX_STANDARD 20)
