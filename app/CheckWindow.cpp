@@ -3,6 +3,7 @@
 
 #include "platform/Bundle.h"
 #include "ui_CheckWindow.h"
+#include "widgets/BringToFront.h"
 
 #include <QAccessible>
 #include <QIcon>
@@ -56,9 +57,7 @@ CheckWindow::CheckWindow(WillItRing& checks, const Bundle& bundle)
 CheckWindow::~CheckWindow() = default;
 
 void CheckWindow::show() {
-    m_window.show();
-    m_window.raise();
-    m_window.activateWindow();
+    bringToFront(m_window);
     check(WillItRing::TestSound::None);
 }
 

@@ -5,6 +5,7 @@
 #include "app/UpdateChecker.h"
 #include "platform/Bundle.h"
 #include "ui_PrefController.h"
+#include "widgets/BringToFront.h"
 
 #include <QSignalBlocker>
 
@@ -101,9 +102,7 @@ void PrefController::mirrorStartup() {
 
 void PrefController::show() {
     mirrorStartup();
-    m_prefsWindow.show();
-    m_prefsWindow.raise();
-    m_prefsWindow.activateWindow();
+    bringToFront(m_prefsWindow);
 }
 
 } // namespace dorvane

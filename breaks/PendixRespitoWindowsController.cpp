@@ -10,6 +10,7 @@
 #include "platform/Log.h"
 #include "platform/UserDefaults.h"
 #include "ui_PendixRespitoWindowsController.h"
+#include "widgets/BringToFront.h"
 
 #include <QGraphicsOpacityEffect>
 #include <QPropertyAnimation>
@@ -62,9 +63,7 @@ PendixRespitoWindowsController::~PendixRespitoWindowsController() {
 void PendixRespitoWindowsController::showWindow() {
     if (!m_window)
         loadWindow();
-    m_window->show();
-    m_window->raise();
-    m_window->activateWindow();
+    bringToFront(*m_window);
 }
 
 void PendixRespitoWindowsController::loadWindow() {

@@ -4,6 +4,7 @@
 #include "platform/Bundle.h"
 #include "sounds/RoundButton.h"
 #include "ui_RespitoAudioPlayer.h"
+#include "widgets/BringToFront.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -111,9 +112,7 @@ void RespitoAudioPlayerController::setUpButton(QToolButton& button, const char* 
 
 void RespitoAudioPlayerController::showWindow() {
     m_form->playButton->setFocus();
-    m_window->show();
-    m_window->raise();
-    m_window->activateWindow();
+    bringToFront(*m_window);
 }
 
 void RespitoAudioPlayerController::playVideo() {

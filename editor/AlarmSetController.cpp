@@ -14,6 +14,7 @@
 #include "platform/Bundle.h"
 #include "platform/RunLoop.h"
 #include "ui_AlarmSetController.h"
+#include "widgets/BringToFront.h"
 
 #include <QMessageBox>
 #include <QPainter>
@@ -170,8 +171,7 @@ void AlarmSetController::showWithAlarm(const AlarmPtr& alarm) {
     show();
     if (!wasVisible)
         fitToScreen(); // what the controls really need is known only now
-    raise();
-    activateWindow();
+    bringToFront(*this);
 }
 
 // As large as the form, or as the screen leaves room beside the panels and the window's own frame,

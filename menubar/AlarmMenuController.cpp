@@ -13,6 +13,7 @@
 #include "platform/Appearance.h"
 #include "platform/Bundle.h"
 #include "platform/StatusItem.h"
+#include "widgets/BringToFront.h"
 
 #include <algorithm>
 
@@ -105,9 +106,7 @@ void AlarmMenuController::editAlarm(const AlarmPtr& alarm) {
 // One alarm has one editor at a time, or the last to be set would undo what the others changed.
 void AlarmMenuController::showEditor(const AlarmPtr& alarm) {
     if (AlarmSetController* const open = alarm ? editorOf(*alarm) : nullptr) {
-        open->setWindowState(open->windowState() & ~Qt::WindowMinimized);
-        open->raise();
-        open->activateWindow();
+        bringToFront(*open);
         return;
     }
     AlarmSetController* const editor = m_editors.emplace_back(m_surroundings.makeEditor()).get();

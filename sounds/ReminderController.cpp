@@ -14,6 +14,7 @@
 #include "sounds/RoundButton.h"
 #include "sounds/SoundName.h"
 #include "ui_ReminderController.h"
+#include "widgets/BringToFront.h"
 
 #include <QCloseEvent>
 #include <QFileInfo>
@@ -137,9 +138,7 @@ void ReminderController::runWithAlarm(const AlarmPtr& alarm) {
     if (alarm && !alarm->title().isEmpty())
         m_reminderStrings->setCurrentStringValue(alarm->title());
     m_self = shared_from_this();
-    m_window->show();
-    m_window->raise();
-    m_window->activateWindow();
+    bringToFront(*m_window);
 }
 
 // A parent would own the window; a transient one only keeps it above, if it is a dialog.

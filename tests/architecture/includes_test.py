@@ -23,12 +23,13 @@ ARROWS = {
     "control": {"core"},
     "core": {"platform"},
     "journal": {"core"},
-    "sounds": {"core"},
+    "sounds": {"core", "widgets"},
     "firing": {"core", "sounds"},
     "editor": {"core", "sounds", "firing"},
     "breaks": {"core", "sounds", "firing"},
     "menubar": {"core", "firing", "editor", "breaks"},
     "relocate": {"platform"},
+    "widgets": set(),
     "platform/linux": {"platform"},
 }
 FOLDERS = [*ARROWS, "app"]

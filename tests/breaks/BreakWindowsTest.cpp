@@ -97,6 +97,9 @@ TEST(BreakFormatterTest, TakesWhatCanBecomeANumberItAllows) {
 
 TEST_F(BreakWindowsTest, SlidersAndFieldsGoTogetherAndAreStored) {
     m_window.showWindow();
+    m_window.window()->showMinimized();
+    m_window.showWindow();
+    EXPECT_FALSE(m_window.window()->isMinimized()) << "is not shown by showing it again";
     EXPECT_EQ(text("textBreakFreq"), u"25"_qs);
     find<QSlider>("breakDurationSlider")->setValue(7);
     EXPECT_EQ(text("textBreakDuration"), u"7"_qs);
