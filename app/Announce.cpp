@@ -7,7 +7,7 @@
 #include "platform/linux/announcements/SystemdNotificationCenter.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/linux/session/QtRunLoop.h"
 #include "platform/linux/sound/ModuleSoundPlayer.h"
 #include "platform/Log.h"
@@ -41,7 +41,7 @@ int announce(int argc, char** argv, const QString& id) {
     }
 
     QtRunLoop loop;
-    const LibplistFormat propertyLists;
+    const PropertyListCodec propertyLists;
     const Bundle bundle = mainBundle(propertyLists);
     ModuleSoundPlayer player(loop, bundle.modulePath(QStringLiteral("dorvane_sound.so")));
     SoundRepeat repeat(loop, player);

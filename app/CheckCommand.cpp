@@ -13,7 +13,7 @@
 #include "platform/linux/checks/CheckObject.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
 #include "platform/linux/session/AutostartLoginItems.h"
 #include "platform/linux/session/BusDesktopProbe.h"
@@ -47,7 +47,7 @@ public:
 std::vector<Check> checkByItself(WillItRing::TestSound testSound) {
     QtRunLoop loop;
     NotificationCenter notifications;
-    const LibplistFormat format;
+    const PropertyListCodec format;
     const Bundle bundle = mainBundle(format);
     const UserFolders folders = xdgFolders();
     PropertyListDefaults defaults(folders.configuration +

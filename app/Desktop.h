@@ -7,7 +7,7 @@
 #include "platform/linux/desktop/PortalAppearance.h"
 #include "platform/linux/desktop/XdgUrlSchemes.h"
 #include "platform/linux/network/ModuleDocumentFetcher.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
 #include "platform/linux/recording/ModuleAudioRecorder.h"
 #include "platform/linux/relocate/UnixRelocator.h"
@@ -34,7 +34,7 @@ struct Desktop {
 
     QtRunLoop runLoop;
     NotificationCenter notifications;
-    LibplistFormat propertyLists;
+    PropertyListCodec propertyLists;
     Bundle bundle;
     UserFolders folders;
     PropertyListDefaults defaults;

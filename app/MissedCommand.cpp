@@ -6,7 +6,7 @@
 #include "journal/JournalFormat.h"
 #include "journal/MissedReport.h"
 #include "platform/linux/folders/XdgFolders.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/linux/session/QtRunLoop.h"
 
 #include <QCommandLineParser>
@@ -35,7 +35,7 @@ ExitStatus printMissed(const QStringList& arguments) {
         writeFault(QStringLiteral("cannot read %1: %2").arg(file.fileName(), file.errorString()));
         return ExitStatus::Refused;
     }
-    const LibplistFormat propertyLists;
+    const PropertyListCodec propertyLists;
     const auto [journal, isComplete] =
         JournalFormat(propertyLists).decode(file.isOpen() ? file.readAll() : QByteArray());
     if (!isComplete)

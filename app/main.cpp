@@ -11,7 +11,7 @@
 #include "platform/linux/control/ControlAdaptor.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/linux/session/SingleInstance.h"
 #include "platform/linux/state/CrashReport.h"
@@ -51,7 +51,7 @@ int main(int argc, char** argv) {
         std::_Exit(*status);
     }
     const QStringList schemes =
-        arguments.isEmpty() ? QStringList() : ownSchemes(mainBundle(LibplistFormat()));
+        arguments.isEmpty() ? QStringList() : ownSchemes(mainBundle(PropertyListCodec()));
     if (const auto status = answerCommandLine(arguments, schemes))
         return *status;
 

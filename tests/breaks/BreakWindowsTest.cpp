@@ -8,7 +8,7 @@
 #include "breaks/RespitoAudioPlayerController.h"
 #include "firing/SoundRepeat.h"
 #include "platform/Bundle.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/PullDownPopUp.h"
 #include "tests/support/FakeDesktop.h"
@@ -49,7 +49,7 @@ protected:
 
     const QString m_tink = path("Dorvane/Rings/Tink.aiff");
     MemoryDefaults m_defaults;
-    LibplistFormat m_format;
+    PropertyListCodec m_format;
     Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
     SoundRepeat m_repeat{loop, player};
     AudioStorageController m_library{loop, user, {}, player, workspace};

@@ -4,7 +4,7 @@
 #include "core/AlarmArchive.h"
 #include "core/Clock.h"
 #include "core/StoredAlarms.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/Testing.h"
 
@@ -80,7 +80,7 @@ protected:
     Trace trace{loop};
     NotificationCenter notifications;
     MemoryDefaults defaults;
-    LibplistFormat format;
+    PropertyListCodec format;
     AlarmArchive archive{format};
     StoredAlarms library{defaults, archive, notifications};
     Clock clock{loop, notifications};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/AlarmArchive.h"
 
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "tests/support/Testing.h"
 
 using namespace dorvane::testing;
@@ -84,7 +84,7 @@ protected:
         return *m_format.parse(m_archive.archivedData(alarms));
     }
 
-    LibplistFormat m_format;
+    PropertyListCodec m_format;
     AlarmArchive m_archive{m_format};
 };
 

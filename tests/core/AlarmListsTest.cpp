@@ -5,7 +5,7 @@
 #include "core/NotificationNames.h"
 #include "core/StoredAlarms.h"
 #include "core/UsersNotificationManager.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/UserNotificationCenter.h"
 #include "tests/support/AlarmOf.h"
 #include "tests/support/MemoryDefaults.h"
@@ -30,7 +30,7 @@ protected:
         VirtualRunLoop loop;
         MemoryDefaults defaults;
         NotificationCenter notifications;
-        LibplistFormat format;
+        PropertyListCodec format;
         AlarmArchive archive{format};
         Clock clock{loop, notifications};
         ActiveAlarms active{defaults, archive, loop, clock};

@@ -6,7 +6,7 @@
 #include "editor/AlarmEditorDelegate.h"
 #include "editor/AlarmSetController.h"
 #include "platform/Bundle.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/PullDownPopUp.h"
@@ -87,7 +87,7 @@ public:
     }
 
     Bundle bundle{QStringLiteral(DORVANE_TEST_BUNDLE), {}};
-    LibplistFormat format;
+    PropertyListCodec format;
     PropertyListDefaults defaults{path("defaults.plist"), format, loop};
     AlarmArchive archive{format};
     StoredAlarms library{defaults, archive, notifications};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/AlarmArchive.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "tests/fuzz/FuzzSupport.h"
 
 using namespace dorvane;
@@ -8,7 +8,7 @@ using dorvane::testing::require;
 
 // Alarms that could be read, however odd, know when they are due and survive being stored again.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const LibplistFormat format;
+    const PropertyListCodec format;
     const AlarmArchive archive(format);
     const auto read = archive.unarchive(
         QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));

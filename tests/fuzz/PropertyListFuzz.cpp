@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "tests/fuzz/FuzzSupport.h"
 
 using namespace dorvane;
@@ -7,7 +7,7 @@ using dorvane::testing::require;
 
 // Whatever can be read can be written and read again: preferences that hold it are not stuck.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const LibplistFormat format;
+    const PropertyListCodec format;
     const auto parsed = format.parse(QByteArrayView(data, static_cast<qsizetype>(size)));
     if (!parsed)
         return 0;

@@ -3,7 +3,7 @@
 
 #include "core/Clock.h"
 #include "journal/MissedReport.h"
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/StateFile.h"
 #include "tests/support/AlarmOf.h"
 #include "tests/support/Testing.h"
@@ -59,13 +59,13 @@ struct OneRun {
     VirtualRunLoop loop;
     FileInMemory file;
     NotificationCenter notifications;
-    LibplistFormat format;
+    PropertyListCodec format;
     Clock clock{loop, notifications};
     Journal journal{{loop, notifications, clock, format, file}};
 };
 
 std::string report(const Disk& disk, const char* now, bool isRunning) {
-    const LibplistFormat plist;
+    const PropertyListCodec plist;
     const auto [contents, isComplete] = JournalFormat(plist).decode(disk.journal);
     EXPECT_TRUE(isComplete);
     return missedReport(contents, isRunning, at(now)).join(u'\n').toStdString();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/preferences/PropertyListDefaults.h"
 
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "tests/support/Files.h"
 #include "tests/support/Testing.h"
 
@@ -39,7 +39,7 @@ protected:
 
     QTemporaryDir m_folder;
     QString m_path;
-    LibplistFormat m_format;
+    PropertyListCodec m_format;
     VirtualRunLoop m_runLoop{QDateTime(QDate(2026, 11, 21), QTime(3, 15))};
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sounds/SoundFileWell.h"
 
-#include "platform/linux/preferences/LibplistFormat.h"
+#include "platform/linux/preferences/PropertyListCodec.h"
 #include "tests/sounds/SoundLibraryFixture.h"
 #include "tests/support/Windows.h"
 
@@ -27,7 +27,7 @@ protected:
     [[nodiscard]] QUrl file(const char* name) const { return QUrl::fromLocalFile(path(name)); }
 
     AudioStorageController library{loop, user, sources, player, workspace};
-    LibplistFormat format;
+    PropertyListCodec format;
     SoundFileWell well{library, notifications, format, QIcon()};
 };
 

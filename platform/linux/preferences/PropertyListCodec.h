@@ -5,9 +5,10 @@
 
 namespace dorvane {
 
-// Property lists with libplist. What it cannot be trusted with is refused beforehand, see
-// PropertyListGuard.h. Texts end at their first NUL character.
-class LibplistFormat final : public PropertyListFormat {
+// Property lists from and to bytes. Whatever the bytes say, reading them takes no more than a few
+// times their own size in memory and no deep stack: a list that contains itself, that repeats whole
+// branches, or that is not whole is none.
+class PropertyListCodec final : public PropertyListFormat {
 public:
     [[nodiscard]] std::optional<QVariant> parse(QByteArrayView data) const override;
     [[nodiscard]] std::optional<QByteArray> binary(const QVariant& root) const override;
