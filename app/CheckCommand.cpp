@@ -3,6 +3,7 @@
 
 #include "app/LaunchAtLoginController.h"
 #include "app/SharedInstances.h"
+#include "app/StatePaths.h"
 #include "checks/WillItRing.h"
 #include "cli/Console.h"
 #include "core/ActiveAlarms.h"
@@ -10,6 +11,7 @@
 #include "core/AlarmDelegate.h"
 #include "core/Clock.h"
 #include "core/WakeUps.h"
+#include "journal/JournalFormat.h"
 #include "platform/linux/checks/CheckObject.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
@@ -22,6 +24,7 @@
 #include "platform/linux/sound/ModuleSoundOutput.h"
 #include "platform/linux/sound/ModuleSoundPlayer.h"
 #include "platform/linux/speech/ModuleSpeechService.h"
+#include "platform/linux/state/BackgroundFile.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -64,7 +67,9 @@ std::vector<Check> checkByItself(WillItRing::TestSound testSound) {
     NobodyRings nobody;
     Clock clock(loop, notifications);
     const AlarmArchive archive(format);
-    ActiveAlarms(defaults, archive, loop, clock).restoreActiveAlarms(nobody);
+    BackgroundFile journal(journalPath(folders), loop);
+    const auto before = JournalFormat(format).decode(journal.read().value_or(QByteArray()));
+    ActiveAlarms(defaults, archive, loop, clock).restoreActiveAlarms(nobody, before.left());
     WakeUps wakeUps(loop, notifications, clock, defaults, wakeAlarm);
     WillItRing checks({.runLoop = loop,
                        .player = player,

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/LastRun.h"
 
-#include "core/ActiveAlarms.h"
 #include "platform/Log.h"
 #include "platform/Workspace.h"
 
@@ -12,27 +11,22 @@ using namespace std::chrono_literals;
 LastRun::LastRun(Surroundings surroundings) : m_surroundings(std::move(surroundings)) {
     m_surroundings.journal.setMissedChanged([this] { tell(); });
     m_surroundings.activeAlarms.restored().setCorrected(
-        [this](const auto& putBack, const auto& dropped) {
-            m_surroundings.journal.correct(putBack, dropped);
-        });
+        [this](const auto& changes) { m_surroundings.journal.correct(changes); });
 }
 
-void LastRun::begin() {
+void LastRun::restore(AlarmDelegate& delegate) {
+    ActiveAlarms& alarms = m_surroundings.activeAlarms;
+    alarms.restoreActiveAlarms(delegate, m_surroundings.journal.read());
+    m_surroundings.journal.open({.areResumed = alarms.areResumed(),
+                                 .hadStored = alarms.hadStored(),
+                                 .decisions = alarms.restored().decisions(),
+                                 .storedMark = alarms.mark()});
     m_look = m_surroundings.runLoop.scheduleOnce(
         1s, [this] { look(); }, RunLoopMode::Default);
 }
 
 void LastRun::end() {
-    m_surroundings.journal.close(restored());
-}
-
-void LastRun::goOn() {
-    m_surroundings.journal.goOn();
-}
-
-Journal::Restored LastRun::restored() const {
-    return {.hadStored = m_surroundings.activeAlarms.hadStored(),
-            .dropped = m_surroundings.activeAlarms.restored().dropped()};
+    m_surroundings.journal.close(m_surroundings.activeAlarms.mark());
 }
 
 void LastRun::look() {
@@ -41,12 +35,13 @@ void LastRun::look() {
         qCWarning(logApp).noquote() << "the last run crashed; the report is in" << m_crash;
         m_surroundings.journal.noteCrash(m_crash);
     }
-    m_surroundings.journal.open(restored());
-    if (!m_crash.isEmpty() && m_surroundings.journal.missed().empty())
-        tell();
+    m_hasLooked = true;
+    tell();
 }
 
 void LastRun::tell() {
+    if (!m_hasLooked)
+        return;
     const auto& missed = m_surroundings.journal.missed();
     if (!m_window) {
         if (missed.empty() && m_crash.isEmpty())

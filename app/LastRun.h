@@ -10,7 +10,7 @@
 
 namespace dorvane {
 
-class ActiveAlarms;
+class AlarmDelegate;
 class Workspace;
 
 // What the last run left behind: joins the restored alarms, the journal and the report of a crash,
@@ -32,21 +32,22 @@ public:
     // All of the surroundings must outlive it.
     explicit LastRun(Surroundings surroundings);
 
-    // After the alarms were put back. Looks a moment later, so that a start does not wait for it.
-    void begin();
+    // Puts the alarms back, as that run stored or left them, and makes `delegate` theirs. What it
+    // missed is told of a moment later, so that a start does not wait for it.
+    void restore(AlarmDelegate& delegate);
 
-    // At an orderly quit; and when that was called off.
+    // At an orderly quit, when the alarms are stored. It may be called off: what happens after it
+    // is written down as before.
     void end();
-    void goOn();
 
 private:
-    [[nodiscard]] Journal::Restored restored() const;
     void look();
     void tell();
     void answered(const std::vector<MissedAlarm>& again);
 
     Surroundings m_surroundings;
     QString m_crash;
+    bool m_hasLooked = false;
     RunLoopTimer m_look;
     std::unique_ptr<MissedAlarmsWindow> m_window;
 };

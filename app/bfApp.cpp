@@ -84,7 +84,6 @@ void bfApp::launch() {
     controller.updateStatusView();
     (void)sharedWakeUps();
     m_checks = offerChecks(QDBusConnection::sessionBus());
-    sharedLastRun().begin();
 }
 
 void bfApp::watchForTheEnd() {
@@ -95,12 +94,7 @@ void bfApp::watchForTheEnd() {
         [this] {
             handOver();
             m_takeBack = sharedDesktop().runLoop.scheduleOnce(
-                1min,
-                [this] {
-                    takeBack();
-                    sharedLastRun().goOn();
-                },
-                RunLoopMode::Common);
+                1min, [this] { takeBack(); }, RunLoopMode::Common);
         },
         Qt::DirectConnection);
     connect(
@@ -179,7 +173,7 @@ void bfApp::storeActiveAlarms() {
 }
 
 void bfApp::restoreActiveAlarms() {
-    sharedActiveAlarms().restoreActiveAlarms(AlarmMenuController::mainMenuController());
+    sharedLastRun().restore(AlarmMenuController::mainMenuController());
 }
 
 QUrl bfApp::manualUrl() {

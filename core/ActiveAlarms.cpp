@@ -2,26 +2,49 @@
 #include "core/ActiveAlarms.h"
 
 #include "core/Clock.h"
+#include "platform/UserDefaults.h"
+
+#include <QCryptographicHash>
 
 namespace dorvane {
+
+namespace {
+
+const auto key = QStringLiteral("AcitveAlarmsStoredKey"); // as preferences of earlier versions
+
+} // namespace
 
 ActiveAlarms::ActiveAlarms(UserDefaults& defaults, const AlarmArchive& archive, RunLoop& runLoop,
                            Clock& clock)
     : m_defaults(defaults), m_archive(archive), m_clock(clock), m_restored(runLoop, clock) {}
 
-// Preferences of earlier versions use this spelling.
 ArchivedList ActiveAlarms::list() const {
-    return {QStringLiteral("AcitveAlarmsStoredKey"), m_defaults, m_archive};
+    return {key, m_defaults, m_archive};
+}
+
+void ActiveAlarms::readMark() {
+    const QByteArray data = m_defaults.value(key).toByteArray();
+    m_mark =
+        data.isEmpty()
+            ? QString()
+            : QString::fromLatin1(QCryptographicHash::hash(data, QCryptographicHash::Sha1).toHex());
 }
 
 void ActiveAlarms::storeActiveAlarms() {
     list().save(m_clock.allAlarms());
+    readMark();
 }
 
-void ActiveAlarms::restoreActiveAlarms(AlarmDelegate& delegate) {
+void ActiveAlarms::restoreActiveAlarms(AlarmDelegate& delegate, const std::optional<Left>& left) {
     const auto stored = list().load();
     m_hadStored = stored.has_value();
-    m_restored.restore(stored.value_or(std::vector<AlarmPtr>()), delegate);
+    readMark();
+    // Clocks cannot tell which is newer: they may have been set between.
+    m_areResumed = left && (!m_hadStored || left->mark == m_mark);
+    if (m_areResumed)
+        m_restored.resume(left->running, delegate);
+    else
+        m_restored.restore(stored.value_or(std::vector<AlarmPtr>()), delegate);
 }
 
 } // namespace dorvane

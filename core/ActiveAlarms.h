@@ -4,6 +4,8 @@
 #include "core/ArchivedList.h"
 #include "core/RestoredAlarms.h"
 
+#include <optional>
+
 namespace dorvane {
 
 class AlarmDelegate;
@@ -18,24 +20,37 @@ public:
 
     void storeActiveAlarms();
 
-    // Puts the alarms of the last orderly quit back and makes `delegate` theirs. Past alarms are
-    // dropped, but for weekday alarms, which move on to their next day. What is stored stays. Once.
-    void restoreActiveAlarms(AlarmDelegate& delegate);
+    // What ran when the program ended without storing it.
+    struct Left {
+        std::vector<RunningAlarm> running; // as the clock listed them
+        QString mark;                      // of the list that was stored by then
+    };
+
+    // Puts the alarms of the run before back and makes `delegate` theirs: what it left, as it was,
+    // unless a list was stored since, which is then the newer one; else the stored list, see
+    // RestoredAlarms. What is stored stays. Once.
+    void restoreActiveAlarms(AlarmDelegate& delegate, const std::optional<Left>& left = {});
 
     // False when nothing was ever stored, or it is lost.
     [[nodiscard]] bool hadStored() const { return m_hadStored; }
-    // What became of the stored alarms.
+    // What tells the stored list from any other; empty for none.
+    [[nodiscard]] const QString& mark() const { return m_mark; }
+    // What became of the alarms.
     [[nodiscard]] RestoredAlarms& restored() { return m_restored; }
+    [[nodiscard]] bool areResumed() const { return m_areResumed; }
 
 private:
     // Read at the start, and written at the end: nothing of it is worth remembering between.
     [[nodiscard]] ArchivedList list() const;
+    void readMark();
 
     UserDefaults& m_defaults;
     const AlarmArchive& m_archive;
     Clock& m_clock;
     RestoredAlarms m_restored;
+    QString m_mark;
     bool m_hadStored = false;
+    bool m_areResumed = false;
 };
 
 } // namespace dorvane

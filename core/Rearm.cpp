@@ -49,6 +49,19 @@ std::optional<RearmDecision> decidedUnlessMissed(const Alarm& alarm, const QDate
     return std::nullopt;
 }
 
+// All but the last of the rings that a rhythm has missed, at once: there may be a year of them.
+void skipPeriods(Alarm& alarm, const QDateTime& now) {
+    const qint64 units = alarm.ringWithinUnits();
+    const QDateTime start = alarm.storedRunTime();
+    if (alarm.isTimeWithDate() || alarm.selRowNo() >= Alarm::Weekly || units <= 0)
+        return;
+    const qint64 unit = alarm.isMinuteUnits() ? 60 : 60 * 60;
+    const qint64 periods = start.secsTo(now) / (units * unit) - 1;
+    if (periods > 0)
+        alarm.setRunTime(alarm.isMinuteUnits() ? start.addSecs(periods * units * unit)
+                                               : addingHours(start, periods * units));
+}
+
 } // namespace
 
 RearmDecision rearmAfterRinging(const Alarm& alarm, const QDateTime& now,
@@ -69,6 +82,22 @@ RearmDecision rearmAfterRinging(const Alarm& alarm, const QDateTime& now,
 RearmDecision rearmAtRestore(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
     const auto decided = decidedUnlessMissed(alarm, now, todaysName);
     return decided ? *decided : moveOn(alarm, *weekdayNamed(todaysName), now);
+}
+
+bool moveOnPast(Alarm& alarm, const QDateTime& now) {
+    for (bool isFirst = true;; isFirst = false) {
+        const QDateTime due = dueWithoutSnoozes(alarm, now);
+        if (!due.isValid() || alarm.time(instantOf(now)) >= now)
+            return due.isValid();
+        const RearmDecision decision = rearmAfterRinging(alarm, due, weekdayName(due.date()));
+        if (decision.outcome == Outcome::Remove)
+            return false;
+        applyRearm(decision, alarm);
+        if (isFirst)
+            skipPeriods(alarm, now);
+        if (alarm.time(instantOf(now)) <= due)
+            return false; // a rhythm of nothing
+    }
 }
 
 RearmDecision rearmAtStart(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {

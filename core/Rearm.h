@@ -35,6 +35,11 @@ struct RearmDecision {
 [[nodiscard]] RearmDecision rearmAtRestore(const Alarm& alarm, const QDateTime& now,
                                            const QString& todaysName);
 
+// Has an alarm whose time passed while nobody was there to ring it go on as if it had rung and been
+// cleared each time, until it is due at `now` or later. False when it has had its day; it is then
+// anywhere on its way. One that is due later already stays as it is, snoozes included.
+[[nodiscard]] bool moveOnPast(Alarm& alarm, const QDateTime& now);
+
 // An alarm of the library that is started. A weekday alarm whose moment has passed is due on its
 // next ticked day, as if it were set anew: today if its time of day is still ahead, and none of its
 // days is used up.

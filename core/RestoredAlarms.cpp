@@ -11,35 +11,91 @@ namespace dorvane {
 
 using namespace std::chrono_literals;
 
+namespace {
+
+bool isTimer(const Alarm& alarm) {
+    return !alarm.isTimeWithDate() && alarm.selRowNo() < Alarm::Weekly;
+}
+
+} // namespace
+
 RestoredAlarms::Dates RestoredAlarms::Dates::of(const Alarm& alarm) {
-    return {alarm.storedTime(), alarm.storedRunTime(), alarm.weekdays()};
+    return {alarm.storedTime(), alarm.storedRunTime(), alarm.snoozedMinutes(), alarm.weekdays()};
+}
+
+void RestoredAlarms::Dates::giveTo(Alarm& alarm) const {
+    alarm.setWeekdays(weekdays);
+    alarm.setTime(time);
+    alarm.setRunTime(runTime);
+    alarm.setSnoozedMinutes(snoozed);
 }
 
 RestoredAlarms::RestoredAlarms(RunLoop& runLoop, Clock& clock)
     : m_runLoop(runLoop), m_clock(clock) {}
 
-void RestoredAlarms::restore(const std::vector<AlarmPtr>& stored, AlarmDelegate& delegate) {
+void RestoredAlarms::begin(AlarmDelegate& delegate) {
     m_delegate = &delegate;
     m_start = m_looked = m_runLoop.sinceBoot();
     m_wallThen = instantNow(m_runLoop);
     m_clockSet = m_runLoop.whenClockIsSet([this] { clockWasSet(); });
+}
+
+// Each goes to the front, so that the list comes back in reverse.
+void RestoredAlarms::restore(const std::vector<AlarmPtr>& stored, AlarmDelegate& delegate) {
+    begin(delegate);
+    const Instant now = instantNow(m_runLoop);
     for (const AlarmPtr& alarm : stored)
-        if (!putBack(alarm))
-            m_dropped.push_back(alarm);
+        if (const RunningAlarm left{alarm, alarm->due(now).value_or(now)};
+            !putBack(left, m_decisions))
+            m_decisions.dropped.push_back(left);
+}
+
+void RestoredAlarms::resume(const std::vector<RunningAlarm>& running, AlarmDelegate& delegate) {
+    begin(delegate);
+    m_resumes = true;
+    for (auto left = running.rbegin(); left != running.rend(); ++left) {
+        const auto due = left->alarm->due(left->due);
+        if (due && *due < left->due)
+            left->alarm->setSnoozedMinutes(
+                quint64(std::chrono::floor<std::chrono::minutes>(left->due - *due).count()));
+        if (!putBack(*left, m_decisions))
+            m_decisions.dropped.push_back(*left);
+    }
 }
 
 // False, and the alarm is as it was, when it has had its time.
-bool RestoredAlarms::putBack(const AlarmPtr& alarm) {
-    const QDateTime now = m_runLoop.now();
+bool RestoredAlarms::putBack(const RunningAlarm& left, Decisions& decisions) {
+    const AlarmPtr& alarm = left.alarm;
     const Dates before = Dates::of(*alarm);
-    const RearmDecision decision = rearmAtRestore(*alarm, now, weekdayName(now.date()));
-    if (decision.outcome == RearmDecision::Outcome::Remove)
+    if (!decide(left, decisions)) {
+        before.giveTo(*alarm);
         return false;
-    applyRearm(decision, *alarm);
-    // Each goes to the front, so that the list comes back in reverse.
-    m_clock.insertAlarm(alarm);
+    }
+    const Dates decided = Dates::of(*alarm);
+    m_clock.insertAlarm(alarm); // which lets a timer count from now
+    if (m_resumes)
+        decided.giveTo(*alarm);
     alarm->setDelegate(m_delegate);
-    m_restored.push_back({alarm, before, Dates::of(*alarm)});
+    m_restored.push_back({left, before, Dates::of(*alarm)});
+    return true;
+}
+
+bool RestoredAlarms::decide(const RunningAlarm& left, Decisions& decisions) {
+    const QDateTime now = m_runLoop.now();
+    Alarm& alarm = *left.alarm;
+    bool movesOn = left.due < instantOf(now);
+    if (m_resumes) {
+        if (!moveOnPast(alarm, now))
+            return false;
+    } else {
+        const RearmDecision decision = rearmAtRestore(alarm, now, weekdayName(now.date()));
+        if (decision.outcome == RearmDecision::Outcome::Remove)
+            return false;
+        applyRearm(decision, alarm);
+        movesOn = decision.outcome == RearmDecision::Outcome::NextWeekday;
+    }
+    if (movesOn)
+        decisions.movedOn.push_back(left);
     return true;
 }
 
@@ -57,18 +113,23 @@ void RestoredAlarms::clockWasSet() {
     if (std::chrono::abs(jump) < 1s)
         return;
     shiftTimers(jump);
-    const std::vector<AlarmPtr> dropped = dropAgain();
-    const std::vector<AlarmPtr> back = putBackAgain();
-    m_dropped.insert(m_dropped.end(), dropped.begin(), dropped.end());
-    if (m_corrected && (!back.empty() || !dropped.empty()))
-        m_corrected(back, dropped);
+    Decisions changes;
+    dropAgain(changes);
+    putBackAgain(changes);
+    m_decisions.dropped.insert(m_decisions.dropped.end(), changes.dropped.begin(),
+                               changes.dropped.end());
+    const bool isNothing =
+        changes.back.empty() && changes.dropped.empty() && changes.movedOn.empty();
+    if (m_corrected && !isNothing)
+        m_corrected(changes);
 }
 
-// Whoever started it, in which run: it counts what has passed since.
+// Whoever started it: it counts what has passed since. One that runs on from an earlier run was
+// started by a clock that was right.
 void RestoredAlarms::shiftTimers(std::chrono::milliseconds by) {
     for (const AlarmPtr& alarm : m_clock.allAlarms()) {
         const QDateTime start = alarm->storedRunTime();
-        if (alarm->isTimeWithDate() || alarm->selRowNo() >= Alarm::Weekly || !start.isValid())
+        if (!isTimer(*alarm) || !start.isValid() || runsOn(alarm))
             continue;
         const quint64 snoozed = alarm->snoozedMinutes();
         alarm->setRunTime(start.addMSecs(by.count()));
@@ -77,43 +138,46 @@ void RestoredAlarms::shiftTimers(std::chrono::milliseconds by) {
     m_clock.alarmDidChange();
 }
 
-// Takes back what was put back and would not have been, and moves weekday alarms anew.
-std::vector<AlarmPtr> RestoredAlarms::dropAgain() {
-    std::vector<AlarmPtr> dropped;
+// Takes back what was put back and would not have been, and moves on anew.
+void RestoredAlarms::dropAgain(Decisions& decisions) {
     for (const Restored& restored : std::exchange(m_restored, {})) {
-        const AlarmPtr& alarm = restored.alarm;
-        if (!isAsPutBack(restored))
+        if (!isAsPutBack(restored)) {
+            m_restored.push_back(restored);
             continue;
-        alarm->setWeekdays(restored.before.weekdays);
-        alarm->setTime(restored.before.time);
-        alarm->setRunTime(restored.before.runTime);
-        if (putBack(alarm))
+        }
+        restored.before.giveTo(*restored.was.alarm);
+        if (putBack(restored.was, decisions))
             continue;
-        m_clock.removeAlarm(alarm);
-        dropped.push_back(alarm);
+        m_clock.removeAlarm(restored.was.alarm);
+        decisions.dropped.push_back(restored.was);
     }
-    return dropped;
 }
 
-std::vector<AlarmPtr> RestoredAlarms::putBackAgain() {
-    std::vector<AlarmPtr> back;
-    std::erase_if(m_dropped, [&](const AlarmPtr& alarm) {
-        const bool isBack = putBack(alarm);
+void RestoredAlarms::putBackAgain(Decisions& decisions) {
+    std::erase_if(m_decisions.dropped, [&](const RunningAlarm& left) {
+        const bool isBack = putBack(left, decisions);
         if (isBack)
-            back.push_back(alarm);
+            decisions.back.push_back(left.alarm);
         return isBack;
     });
-    return back;
 }
 
-// What has rung, was changed or ended since is the user's.
+// What has rung, was changed or ended since is the user's; a timer that was started anew has been
+// moved along.
 bool RestoredAlarms::isAsPutBack(const Restored& restored) const {
     const auto& running = m_clock.allAlarms();
-    const Alarm& alarm = *restored.alarm;
-    const bool isTimer = !alarm.isTimeWithDate() && alarm.selRowNo() < Alarm::Weekly;
-    return !isTimer && !alarm.isTriggered() && alarm.snoozedMinutes() == 0 &&
+    const Alarm& alarm = *restored.was.alarm;
+    return (m_resumes || !isTimer(alarm)) && !alarm.isTriggered() &&
            Dates::of(alarm) == restored.after &&
-           std::find(running.begin(), running.end(), restored.alarm) != running.end();
+           std::find(running.begin(), running.end(), restored.was.alarm) != running.end();
+}
+
+bool RestoredAlarms::runsOn(const AlarmPtr& alarm) const {
+    return m_resumes &&
+           std::any_of(m_restored.begin(), m_restored.end(), [&](const Restored& restored) {
+               return restored.was.alarm == alarm &&
+                      (isAsPutBack(restored) || alarm->storedRunTime() == restored.before.runTime);
+           }); // and not from where it was moved on to
 }
 
 } // namespace dorvane

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/Alarm.h"
+#include "core/RunningAlarm.h"
 #include "platform/RunLoop.h"
 
 #include <chrono>
@@ -22,17 +22,26 @@ public:
     // Both must outlive the object.
     RestoredAlarms(RunLoop& runLoop, Clock& clock);
 
-    // Called once. Past alarms are dropped, but for weekday alarms, which move on to their next
-    // day; the delegate, which must outlive the object, becomes that of the others.
+    // One of the two is called, once; the delegate, which must outlive the object, becomes that of
+    // the alarms that run again.
+
+    // After an orderly end: timers count anew. Past alarms are dropped, but for weekday alarms,
+    // which move on to their next day.
     void restore(const std::vector<AlarmPtr>& stored, AlarmDelegate& delegate);
+    // After any other end the alarms go on as if there had been none: timers run on, snoozes hold.
+    // What has passed and repeats moves on, what does not is dropped.
+    void resume(const std::vector<RunningAlarm>& running, AlarmDelegate& delegate);
 
-    // Those that are not running because their time had passed at the start.
-    [[nodiscard]] const std::vector<AlarmPtr>& dropped() const { return m_dropped; }
+    // What became of the alarms whose time has passed.
+    struct Decisions {
+        std::vector<AlarmPtr> back = {};        // at a correction: they are ahead after all
+        std::vector<RunningAlarm> dropped = {}; // as they were: with the due time that has passed
+        std::vector<RunningAlarm> movedOn = {}; // that run again, with the due time that has passed
+    };
+    [[nodiscard]] const Decisions& decisions() const { return m_decisions; }
 
-    // Called when decisions have turned out otherwise: with what was put back, and what was
-    // dropped.
-    using Corrected = std::function<void(const std::vector<AlarmPtr>& putBack,
-                                         const std::vector<AlarmPtr>& dropped)>;
+    // Called when decisions have turned out otherwise: with what is new in them.
+    using Corrected = std::function<void(const Decisions& decisions)>;
     void setCorrected(Corrected corrected) { m_corrected = std::move(corrected); }
 
     // How long the clock of a machine that has just started is not trusted.
@@ -43,29 +52,35 @@ private:
     struct Dates {
         QDateTime time;
         QDateTime runTime;
+        quint64 snoozed = 0; // minutes
         WeekdaySet weekdays;
 
         [[nodiscard]] static Dates of(const Alarm& alarm);
+        void giveTo(Alarm& alarm) const;
         friend bool operator==(const Dates&, const Dates&) = default;
     };
     struct Restored {
-        AlarmPtr alarm;
-        Dates before; // as stored
+        RunningAlarm was;
+        Dates before; // as it was left
         Dates after;  // as put back
     };
 
-    [[nodiscard]] bool putBack(const AlarmPtr& alarm);
+    void begin(AlarmDelegate& delegate);
+    [[nodiscard]] bool putBack(const RunningAlarm& left, Decisions& decisions);
+    [[nodiscard]] bool decide(const RunningAlarm& left, Decisions& decisions);
     void clockWasSet();
     void shiftTimers(std::chrono::milliseconds by);
-    [[nodiscard]] std::vector<AlarmPtr> dropAgain();
-    [[nodiscard]] std::vector<AlarmPtr> putBackAgain();
+    void dropAgain(Decisions& decisions);
+    void putBackAgain(Decisions& decisions);
     [[nodiscard]] bool isAsPutBack(const Restored& restored) const;
+    [[nodiscard]] bool runsOn(const AlarmPtr& alarm) const;
 
     RunLoop& m_runLoop;
     Clock& m_clock;
     AlarmDelegate* m_delegate = nullptr;
+    bool m_resumes = false;
     std::vector<Restored> m_restored;
-    std::vector<AlarmPtr> m_dropped;
+    Decisions m_decisions;
     Corrected m_corrected;
     RunLoop::Milliseconds m_start{0}; // since the machine's boot, here and below
     RunLoop::Milliseconds m_looked{0};

@@ -6,7 +6,10 @@
 #include "core/RestoredAlarms.h"
 #include "platform/StateFile.h"
 
+#include <QHash>
+
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace dorvane {
@@ -25,6 +28,25 @@ std::vector<RunningAlarm> runningOf(const std::vector<AlarmPtr>& alarms, Instant
         if (const auto due = alarm->due(now))
             list.push_back({alarm, *due});
     return list;
+}
+
+QString lineOf(QString text) {
+    return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+}
+
+// The newest of them, in their order.
+void keepTheLast(std::vector<JournalEvent>& events) {
+    std::size_t rings = 0;
+    QHash<QString, std::size_t> misses; // by their titles
+    std::vector<JournalEvent> kept;
+    for (auto event = events.rbegin(); event != events.rend(); ++event) {
+        const bool rang = event->what == What::Rang;
+        if (rang ? ++rings <= Journal::mostRings : ++misses[event->text] <= Journal::mostOfOneTitle)
+            kept.push_back(std::move(*event));
+        if (kept.size() == Journal::mostEvents)
+            break;
+    }
+    events.assign(std::move_iterator(kept.rbegin()), std::move_iterator(kept.rend()));
 }
 
 // With records that nobody changes while another thread reads them.
@@ -51,35 +73,57 @@ Journal::Journal(Surroundings surroundings)
     , m_alarmsDidChange(surroundings.notifications.addObserver(
           alarmsDidChangeNotification, [this](const void*) { changed(); }, &surroundings.clock)) {}
 
-void Journal::open(const Restored& restored) {
-    if (m_isOpen)
-        return;
-    m_isOpen = true;
+std::optional<ActiveAlarms::Left> Journal::read() {
     const auto data = m_surroundings.file.read();
-    auto [before, isComplete] = m_format.decode(data.value_or(QByteArray()));
-    if (!data || !isComplete)
+    const auto decoded = m_format.decode(data.value_or(QByteArray()));
+    if (!data || !decoded.isComplete)
         m_mayWrite = m_surroundings.file.putAside();
+    m_before = decoded.contents;
+    m_contents.events = std::move(m_before.events);
+    m_contents.missed = std::move(m_before.missed);
+    return decoded.left();
+}
 
-    before.events.insert(before.events.end(), m_contents.events.begin(), m_contents.events.end());
-    m_contents.events = std::move(before.events);
-    m_contents.missed = std::move(before.missed);
-    // After a crash the preferences are those of an earlier run: what was dropped may have rung.
-    if (before.isOrderly && restored.hadStored)
-        miss(runningOf(restored.dropped, now()), MissedAlarm::Reason::Passed);
-    else
-        miss(missingFrom(m_surroundings.clock.allAlarms(), std::move(before.running)),
+void Journal::open(const Restored& restored) {
+    m_isOpen = true;
+    m_contents.storedMark = restored.storedMark;
+    // After a crash the stored list is that of an earlier run: what was dropped may have rung.
+    if (restored.areResumed || (m_before.isOrderly && restored.hadStored)) {
+        miss(restored.decisions.dropped, MissedAlarm::Reason::Passed);
+        notePassed(restored.decisions.movedOn);
+    } else {
+        miss(missingFrom(m_surroundings.clock.allAlarms(), std::move(m_before.running)),
              MissedAlarm::Reason::Lost);
+    }
+    m_before = {};
     changed();
     if (!m_contents.missed.empty() && m_missedChanged)
         m_missedChanged();
 }
 
 void Journal::miss(const std::vector<RunningAlarm>& missing, MissedAlarm::Reason reason) {
-    const What what = reason == MissedAlarm::Reason::Lost ? What::Lost : What::Passed;
     for (const RunningAlarm& running : missing) {
         m_contents.missed.push_back({running.alarm, running.due, reason});
-        add(what, running.due, running.alarm->title());
+        if (reason == MissedAlarm::Reason::Lost)
+            add(What::Lost, running.due, running.alarm->title());
     }
+    if (reason == MissedAlarm::Reason::Passed)
+        notePassed(missing);
+}
+
+// One that rang when the program ended has not passed unheard.
+void Journal::notePassed(const std::vector<RunningAlarm>& alarms) {
+    for (const RunningAlarm& running : alarms)
+        add(hasRung(running) ? What::Unanswered : What::Passed, running.due,
+            running.alarm->title());
+}
+
+bool Journal::hasRung(const RunningAlarm& running) const {
+    const auto& events = m_contents.events;
+    return std::any_of(events.rbegin(), events.rend(), [&](const JournalEvent& event) {
+        return event.what == What::Rang && event.due == running.due &&
+               event.text == lineOf(running.alarm->title());
+    });
 }
 
 void Journal::unmiss(const Alarm& alarm) {
@@ -87,13 +131,8 @@ void Journal::unmiss(const Alarm& alarm) {
     const auto found = std::find_if(missed.begin(), missed.end(), [&](const MissedAlarm& each) {
         return isSameAlarm(*each.alarm, alarm);
     });
-    if (found == missed.end())
-        return;
-    std::erase_if(m_contents.events, [&](const JournalEvent& event) {
-        return event.due == found->due && event.text == alarm.title() &&
-               (event.what == What::Passed || event.what == What::Lost);
-    });
-    missed.erase(found);
+    if (found != missed.end())
+        missed.erase(found);
 }
 
 void Journal::note(RingEvent event, const AlarmPtr& alarm) {
@@ -115,19 +154,25 @@ void Journal::answered() {
     changed();
 }
 
-void Journal::correct(const std::vector<AlarmPtr>& putBack, const std::vector<AlarmPtr>& dropped) {
+void Journal::correct(const RestoredAlarms::Decisions& changes) {
     if (!m_isOpen)
         return; // open() is told what is so by then
-    for (const AlarmPtr& alarm : putBack)
+    std::erase_if(m_contents.events, [this](const JournalEvent& event) {
+        return event.due > now() && (event.what == What::Passed || event.what == What::Lost);
+    });
+    for (const AlarmPtr& alarm : changes.back)
         unmiss(*alarm);
-    miss(runningOf(dropped, now()), MissedAlarm::Reason::Passed);
+    miss(changes.dropped, MissedAlarm::Reason::Passed);
+    notePassed(changes.movedOn);
     changed();
     if (m_missedChanged)
         m_missedChanged();
 }
 
-void Journal::close(const Restored& restored) {
-    open(restored);
+void Journal::close(const QString& storedMark) {
+    if (!m_isOpen)
+        return;
+    m_contents.storedMark = storedMark;
     write(true);
     m_surroundings.file.flush();
 }
@@ -137,7 +182,7 @@ Instant Journal::now() const {
 }
 
 void Journal::add(JournalEvent::What what, Instant due, const QString& text) {
-    m_contents.events.push_back({what, now(), due, text});
+    m_contents.events.push_back({what, now(), due, lineOf(text)});
 }
 
 // Not before the clock can be trusted: one that is wrong at a login must not cost a month.
@@ -147,8 +192,8 @@ void Journal::forgetOld() {
         std::erase_if(events, [start = now() - memory](const JournalEvent& event) {
             return event.when < start;
         });
-    if (events.size() > mostEvents)
-        events.erase(events.begin(), events.end() - mostEvents);
+    if (events.size() > mostOfOneTitle)
+        keepTheLast(events);
 }
 
 void Journal::changed() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/ActiveAlarms.h"
 #include "core/RingEvent.h"
 #include "journal/JournalContents.h"
 #include "journal/JournalFormat.h"
@@ -31,15 +32,22 @@ public:
     // writes nothing before open().
     explicit Journal(Surroundings surroundings);
 
-    // What became of the stored alarms at this start.
+    // Reads what earlier runs left, once. Waits for the disk. What ran at the end of the last one
+    // is answered where that end was none in order. A journal of which something cannot be read is
+    // put aside, and answers nothing.
+    [[nodiscard]] std::optional<ActiveAlarms::Left> read();
+
+    // What became of the alarms at this start.
     struct Restored {
-        bool hadStored = true; // false: no list was stored, or it is lost
-        std::vector<AlarmPtr> dropped;
+        bool areResumed = false; // false: they are those of the stored list,
+        bool hadStored = true;   // if there was one that could be read
+        RestoredAlarms::Decisions decisions = {};
+        QString storedMark = {};
     };
 
-    // Reads what earlier runs left, and tells what is missing now: after an orderly quit the alarms
-    // that were dropped at this start, else those that were running at the end. Once, when the
-    // clock has its alarms back. A journal of which something cannot be read is put aside.
+    // From now on the journal is written. Adds what is missing now: what has passed meanwhile, and
+    // after an end that was none in order what ran then, where the stored list was put back. Once,
+    // after read(), when the clock has its alarms back.
     void open(const Restored& restored);
 
     void note(RingEvent event, const AlarmPtr& alarm);
@@ -52,26 +60,27 @@ public:
     // The user has decided on everything that was missed.
     void answered();
 
-    // The clock was wrong at the start: these alarms have been put back after all, those have been
-    // dropped after all.
-    void correct(const std::vector<AlarmPtr>& putBack, const std::vector<AlarmPtr>& dropped);
+    // The clock was wrong at the start: with what has turned out otherwise.
+    void correct(const RestoredAlarms::Decisions& changes);
 
-    // At an orderly quit, which may yet be called off: whatever happens then says so. Waits for the
-    // disk. Opens the journal when that has not been done.
-    void close(const Restored& restored);
+    // At an orderly quit, with the mark of the list that is stored by now. Whatever happens after
+    // it says that the program runs on. Waits for the disk.
+    void close(const QString& storedMark);
 
-    // The quit was called off.
-    void goOn() { changed(); }
-
-    // How long an event is kept, and how many at most.
+    // How long what was missed is kept: all of it, within reason, but that what goes unanswered day
+    // and night displaces itself. Of what rang only the last is kept.
     static constexpr std::chrono::days memory{30};
-    static constexpr std::size_t mostEvents = 2000;
+    static constexpr std::size_t mostEvents = 20'000;
+    static constexpr std::size_t mostOfOneTitle = 100;
+    static constexpr std::size_t mostRings = 500;
 
 private:
     void miss(const std::vector<RunningAlarm>& missing, MissedAlarm::Reason reason);
+    void notePassed(const std::vector<RunningAlarm>& movedOn);
     void unmiss(const Alarm& alarm);
     [[nodiscard]] Instant now() const;
     void add(JournalEvent::What what, Instant due, const QString& text);
+    [[nodiscard]] bool hasRung(const RunningAlarm& running) const;
     void forgetOld();
     void changed();
     void write(bool isOrderly);
@@ -79,6 +88,7 @@ private:
     Surroundings m_surroundings;
     JournalFormat m_format;
     JournalContents m_contents;
+    JournalContents m_before;            // what read() found, until open()
     const RunLoop::Milliseconds m_start; // of uptime, as m_nextWrite
     bool m_isOpen = false;
     bool m_mayWrite = true;               // false: what is there could not be put aside

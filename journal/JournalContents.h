@@ -16,12 +16,13 @@ struct JournalEvent {
     What what = What::Rang;
     Instant when; // it was written down
     Instant due;  // the alarm's
-    QString text; // the alarm's title; of a crash, the path of its report
+    QString text; // one line: the alarm's title; of a crash, the path of its report
 };
 
 // What the journal holds.
 struct JournalContents {
     bool isOrderly = true;             // the run that wrote it has quit in order
+    QString storedMark;                // of the list that the preferences held, see ActiveAlarms
     std::vector<RunningAlarm> running; // as the clock lists them
     std::vector<MissedAlarm> missed;   // offered to the user, who has not answered yet
     std::vector<JournalEvent> events;  // the oldest first

@@ -13,6 +13,7 @@ namespace {
 using What = JournalEvent::What;
 
 const auto isOrderlyKey = QStringLiteral("isOrderly");
+const auto storedMarkKey = QStringLiteral("storedMark");
 const auto runningKey = QStringLiteral("running");
 const auto lostKey = QStringLiteral("lost");
 const auto passedKey = QStringLiteral("passed");
@@ -33,8 +34,7 @@ QString encoded(const JournalEvent& event) {
         return QString::number(moment.time_since_epoch().count());
     };
     return QStringList{milliseconds(event.when), milliseconds(event.due),
-                       QLatin1String(words[int(event.what)]),
-                       QString(event.text).replace(QLatin1Char('\n'), QLatin1Char(' '))}
+                       QLatin1String(words[int(event.what)]), event.text}
         .join(QLatin1Char(' '));
 }
 
@@ -83,6 +83,7 @@ QByteArray JournalFormat::encode(const JournalContents& contents) const {
     using Reason = MissedAlarm::Reason;
     const QVariantMap root{
         {isOrderlyKey, contents.isOrderly},
+        {storedMarkKey, contents.storedMark},
         {runningKey, encoded(contents.running, m_archive)},
         {lostKey, encoded(withReason(contents.missed, Reason::Lost), m_archive)},
         {passedKey, encoded(withReason(contents.missed, Reason::Passed), m_archive)},
@@ -102,6 +103,12 @@ bool JournalFormat::decodeRunning(const QVariantMap& list,
     return read.isComplete && running.size() == std::size_t(due.size());
 }
 
+std::optional<ActiveAlarms::Left> JournalFormat::Decoded::left() const {
+    if (contents.isOrderly || !isComplete)
+        return std::nullopt;
+    return ActiveAlarms::Left{contents.running, contents.storedMark};
+}
+
 JournalFormat::Decoded JournalFormat::decode(const QByteArray& data) const {
     Decoded decoded;
     if (data.isEmpty())
@@ -109,6 +116,7 @@ JournalFormat::Decoded JournalFormat::decode(const QByteArray& data) const {
     JournalContents& contents = decoded.contents;
     const QVariantMap root = m_format.parse(data).value_or(QVariant()).toMap();
     contents.isOrderly = root.value(isOrderlyKey, true).toBool();
+    contents.storedMark = root.value(storedMarkKey).toString();
     decoded.isComplete = decodeRunning(root.value(runningKey).toMap(), contents.running);
     using Reason = MissedAlarm::Reason;
     for (const auto& [key, reason] :

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/ActiveAlarms.h"
 #include "core/AlarmArchive.h"
 #include "journal/JournalContents.h"
 
@@ -22,6 +23,9 @@ public:
         JournalContents contents;
         // False when something in the data could not be read; the rest is in the contents.
         bool isComplete = true;
+
+        // What ran at the end of a run that did not end in order.
+        [[nodiscard]] std::optional<ActiveAlarms::Left> left() const;
     };
     // No data at all is an empty journal. Never fails.
     [[nodiscard]] Decoded decode(const QByteArray& data) const;

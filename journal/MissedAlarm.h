@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/Alarm.h"
+#include "core/RunningAlarm.h"
 
 #include <functional>
 #include <optional>
@@ -19,12 +19,6 @@ struct MissedAlarm {
     AlarmPtr alarm; // as it was when it was last written down
     Instant due;    // when it would have rung, snoozes included
     Reason reason = Reason::Lost;
-};
-
-// A running alarm as the journal knows it.
-struct RunningAlarm {
-    AlarmPtr alarm;
-    Instant due; // snoozes included, of which an archived alarm knows nothing
 };
 
 // Whether two records of different runs are the same alarm to the person who set it: title, kind

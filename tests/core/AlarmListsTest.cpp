@@ -82,6 +82,36 @@ TEST_F(AlarmListsTest, runningAlarmsComeBackInReverseAndOnlyThoseThatStillCount)
     }
 }
 
+TEST_F(AlarmListsTest, theNewerOfTheStoredListAndWhatAnEndWithoutAWordLeftComesBack) {
+    const auto stored = [](const char* title) {
+        Run run(at("2026-11-23 06:00"));
+        run.start({.title = title, .minutes = 30});
+        run.active.storeActiveAlarms();
+        return std::pair(run.defaults.written(), run.active.mark());
+    };
+    const auto [list, mark] = stored("list");
+    const auto [other, otherMark] = stored("another list");
+    const struct {
+        QVariantMap now;
+        QString then;
+        const char* running;
+    } rows[] = {
+        {list, mark, "left 11-23 06:25+01\n"},
+        {list, otherMark, "list 11-23 06:40+01\n"}, // written by whoever did it since
+        {list, {}, "list 11-23 06:40+01\n"},
+        {{}, {}, "left 11-23 06:25+01\n"}, // nothing was ever stored
+        {{}, mark, "left 11-23 06:25+01\n"},
+    };
+    for (const auto& [now, then, running] : rows) {
+        const AlarmPtr left =
+            AlarmOf{.title = "left", .minutes = 20, .runTime = "11-23 06:00"}.alarm();
+        Run run(at("2026-11-23 06:10"), now);
+        run.active.restoreActiveAlarms(
+            run.delegate, ActiveAlarms::Left{{{left, instantOf(at("11-23 06:25"))}}, then});
+        EXPECT_EQ(run.running(), running);
+    }
+}
+
 // Every change is on the disk and announced at once, and made on what another window stored. What a
 // library remembers is what the bytes say, whatever is done to the alarms that it hands out.
 TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {

@@ -29,6 +29,9 @@ const AlarmOf stored[] = {
     {.title = "ahead", .kind = Alarm::Dated, .time = "11-23 20:00"},
 };
 
+// Runs only after a crash, with those.
+const AlarmOf rhythm{.title = "rhythm", .minutes = 7, .runTime = "11-22 22:00", .repeats = true};
+
 struct Start {
     const char* name;
     const char* clock; // what it shows at the start
@@ -38,9 +41,12 @@ struct Start {
     const char* dropped = "timer past ";
     const char* own = "11-23 09:52+01"; // of 51 minutes, set one after the start
     const char* told = "";
+    bool resumes = false; // after an end that was none in order
 };
 
 // What a start with the right clock decides.
+constexpr auto resumed = "long timer 11-23 18:02+01|this week 11-26 07:00+01|"
+                         "workdays 11-23 09:32+01|ahead 11-23 20:02+01|rhythm 11-23 09:05+01|";
 constexpr auto right = "ahead 11-23 20:00+01|workdays 11-23 09:30+01|"
                        "this week 11-26 07:00+01|long timer 11-24 05:00+01|";
 
@@ -50,13 +56,13 @@ const Start starts[] = {
      .clock = "2027-11-23 09:00",
      .running = "ahead 11-23 20:00+01|long timer 11-24 05:02+01|workdays 11-23 09:30+01|"
                 "this week 11-26 07:00+01|",
-     .told = "back: long timer ahead "},
+     .told = "back: long timer ahead moved: this week "},
     {.name = "YearsBehind",
      .clock = "2000-01-01 00:00",
      .running = "ahead 11-23 20:00+01|workdays 11-23 09:30+01|this week 11-26 07:00+01|"
                 "long timer 11-24 05:00+01|timer 11-23 09:30+01|",
      .dropped = "past ",
-     .told = "dropped: past "},
+     .told = "dropped: past moved: this week "},
     {.name = "SetTooLate",
      .clock = "2027-11-23 09:00",
      .after = 11min,
@@ -64,17 +70,54 @@ const Start starts[] = {
      .dropped = "timer long timer past ahead ",
      .own = "2027-11-23 09:52+01"},
     {.name = "Asleep", .clock = "11-23 09:00", .set = nullptr, .running = right},
+    {.name = "AfterACrash",
+     .clock = "11-23 09:00",
+     .running = resumed,
+     .dropped = "past timer ",
+     .resumes = true},
+    {.name = "YearAheadAfterACrash",
+     .clock = "2027-11-23 08:56",
+     .running = "long timer 11-23 18:02+01|this week 11-26 07:00+01|ahead 11-23 20:02+01|workdays "
+                "11-23 09:32+01|rhythm 11-23 09:05+01|",
+     .dropped = "past timer ",
+     .told = "back: ahead this week long timer moved: rhythm this week ",
+     .resumes = true},
+    {.name = "YearsBehindAfterACrash",
+     .clock = "2000-01-01 00:00",
+     .running = resumed,
+     .dropped = "past timer ",
+     .told = "dropped: past timer moved: rhythm this week ",
+     .resumes = true},
+    // It rings and is snoozed by the wrong clock, from which it counts.
+    {.name = "RhythmThatRang",
+     .clock = "2027-11-23 08:59",
+     .running = "long timer 11-23 18:02+01|this week 11-26 07:00+01|ahead 11-23 20:02+01|workdays "
+                "11-23 09:32+01|rhythm 11-23 09:01+01|",
+     .dropped = "past timer ",
+     .told = "back: ahead this week long timer moved: this week ",
+     .resumes = true},
 };
 
 class RestoredAlarmsTest : public ::testing::TestWithParam<Start>, protected AlarmDelegate {
 protected:
     void alarmTriggered(const AlarmPtr& alarm) override { alarm->setIsTriggered(true); }
 
-    static std::string titles(const char* what, const std::vector<AlarmPtr>& alarms) {
+    static std::string titles(const char* what, const auto& alarms) {
         std::string all = alarms.empty() ? "" : what;
-        for (const AlarmPtr& alarm : alarms)
-            all += alarm->title().toStdString() + " ";
+        for (const auto& each : alarms) {
+            if constexpr (requires { each.due; })
+                all += each.alarm->title().toStdString() + " ";
+            else
+                all += each->title().toStdString() + " ";
+        }
         return all;
+    }
+    // All of them had been snoozed.
+    static std::vector<RunningAlarm> left(const std::vector<AlarmPtr>& list) {
+        std::vector<RunningAlarm> running;
+        for (const AlarmPtr& alarm : list)
+            running.push_back({alarm, *alarm->due({}) + 2min});
+        return running;
     }
     std::string running() const {
         std::string all;
@@ -96,15 +139,21 @@ TEST_P(RestoredAlarmsTest, aClockThatIsSetSoonAfterTheStartHasEverythingDecidedA
     std::vector<AlarmPtr> list;
     for (const AlarmOf& values : stored)
         list.push_back(values.alarm());
-    m_restored.restore(list, *this);
+    if (GetParam().resumes)
+        list.push_back(rhythm.alarm());
+    if (GetParam().resumes)
+        m_restored.resume(left(list), *this);
+    else
+        m_restored.restore(list, *this);
     m_loop.advance(1min);
     m_own = AlarmOf{.title = "own", .minutes = 50}.alarm();
     m_clock.insertAlarm(m_own);
     m_own->snooze(1);
     m_loop.advance(GetParam().after - 1min);
     std::string told;
-    m_restored.setCorrected([&](const auto& back, const auto& dropped) {
-        told = titles("back: ", back) + titles("dropped: ", dropped);
+    m_restored.setCorrected([&](const RestoredAlarms::Decisions& changes) {
+        told = titles("back: ", changes.back) + titles("dropped: ", changes.dropped) +
+               titles("moved: ", changes.movedOn);
     });
     if (GetParam().set)
         m_loop.setWall(at(GetParam().set));
@@ -112,7 +161,7 @@ TEST_P(RestoredAlarmsTest, aClockThatIsSetSoonAfterTheStartHasEverythingDecidedA
         m_loop.sleepMachine(10min);
     m_loop.setWall(m_loop.now()); // to what it shows: nothing is left to correct
     EXPECT_EQ(running(), GetParam().running);
-    EXPECT_EQ(titles("", m_restored.dropped()), GetParam().dropped);
+    EXPECT_EQ(titles("", m_restored.decisions().dropped), GetParam().dropped);
     EXPECT_EQ(brief(m_own->time(instantNow(m_loop))), GetParam().own);
     EXPECT_EQ(told, GetParam().told);
 }

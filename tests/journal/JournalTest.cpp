@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "journal/Journal.h"
 
+#include "core/AlarmDelegate.h"
 #include "core/Clock.h"
 #include "journal/MissedReport.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
@@ -37,10 +38,25 @@ private:
     Disk& m_disk;
 };
 
+class NobodyRings final : public AlarmDelegate {
+    void alarmTriggered(const AlarmPtr&) override {}
+};
+
 struct OneRun {
     OneRun(Disk& disk, const char* start) : loop(at(start)), file(disk) {}
 
     void insert(const AlarmPtr& alarm) { clock.insertAlarm(alarm); }
+    // With the stored list put back, or with what the run before left.
+    void open(const Journal::Restored& alarms = {}) {
+        (void)journal.read();
+        journal.open(alarms);
+    }
+    void resume() {
+        const auto left = journal.read();
+        ASSERT_TRUE(left);
+        restored.resume(left->running, nobody);
+        journal.open({.areResumed = true, .decisions = restored.decisions()});
+    }
     std::string missed() const {
         std::string all;
         for (const MissedAlarm& each : journal.missed())
@@ -62,6 +78,8 @@ struct OneRun {
     PropertyListCodec format;
     Clock clock{loop, notifications};
     Journal journal{{loop, notifications, clock, format, file}};
+    RestoredAlarms restored{loop, clock};
+    NobodyRings nobody;
 };
 
 std::string report(const Disk& disk, const char* now, bool isRunning) {
@@ -92,26 +110,70 @@ const AlarmOf running[] = {
      .days = {Weekday::Monday}},
 };
 
-TEST(JournalTest, offersAfterACrashWhatIsMissingAndStartsItAgain) {
+// Two of the alarms are snoozed; one rings at the end.
+Disk killedAtNine() {
     Disk disk;
     OneRun first(disk, "11-23 08:50");
-    first.journal.open({});
+    first.open();
     for (const AlarmOf& values : running)
         first.insert(values.alarm());
+    const AlarmPtr tea = AlarmOf{.title = "tea\n", .minutes = 10}.alarm();
+    first.insert(tea);
     first.loop.advance(5min);
-    for (const std::size_t index : {4U, 6U}) // pills and egg
+    for (const std::size_t index : {5U, 7U}) // pills and egg
         first.clock.allAlarms()[index]->snooze(10);
     first.clock.alarmDidChange();
     first.loop.advance(5min);
+    first.journal.note(RingEvent::Rings, tea);
+    first.loop.advance(0ms);
+    return disk;
+}
 
+TEST(JournalTest, afterACrashTheAlarmsGoOnAndOnlyWhatPassedIsOffered) {
+    Disk disk = killedAtNine();
+    OneRun second(disk, "11-23 09:30");
+    second.resume();
+    EXPECT_EQ(second.running(), "school 11-26 09:15+01\n"
+                                "walk 11-24 09:05+01\n"
+                                "pills 11-23 10:00+01\n"
+                                "roast 11-23 10:20+01\n"
+                                "kept 11-25 07:00+01\n");
+    EXPECT_EQ(second.missed(), "egg, Mon, 9:05, in 5 minutes\n"
+                               "train, Mon, 9:10, has had its day\n"
+                               "once, Mon, 9:15, has had its day\n"
+                               "tea\n, Mon, 9:00, in 10 minutes\n");
+    second.loop.advance(2s);
+    EXPECT_EQ(report(disk, "11-23 09:31", true),
+              "Mon, 9:00  tea : rang and was not answered\n"
+              "Mon, 9:05  egg: passed while Dorvane was not running\n"
+              "Mon, 9:05  walk: passed while Dorvane was not running\n"
+              "Mon, 9:10  train: passed while Dorvane was not running\n"
+              "Mon, 9:15  once: passed while Dorvane was not running\n"
+              "Mon, 9:15  school: passed while Dorvane was not running");
+
+    // A quit that is called off: what is set after it is not lost.
+    second.journal.close(u"mark"_qs);
+    EXPECT_TRUE(disk.isFlushed) << "the program may end after this";
+    EXPECT_FALSE(OneRun(disk, "11-23 09:31").journal.read());
+    second.insert(running[1].alarm());
+    second.loop.advance(2s);
+    const auto left = OneRun(disk, "11-23 09:31").journal.read();
+    ASSERT_TRUE(left);
+    EXPECT_EQ(left->mark, u"mark"_qs);
+    EXPECT_EQ(left->running.size(), 6U);
+}
+
+TEST(JournalTest, offersWhatIsMissingInANewerListAndStartsItAgain) {
+    Disk disk = killedAtNine();
     OneRun second(disk, "11-23 09:30");
     for (const AlarmOf& values :
-         {running[0], // of the last orderly quit, and what is not the same
+         {running[0], // of another list, and what is not the same
           AlarmOf{.title = "bread", .minutes = 5},
           AlarmOf{.title = "train", .kind = Alarm::Dated, .time = "11-24 09:10"}})
         second.insert(values.alarm());
-    second.journal.open({});
-    EXPECT_EQ(second.missed(), "once, Mon, 9:15, has had its day\n"
+    second.open();
+    EXPECT_EQ(second.missed(), "tea\n, Mon, 9:00, in 10 minutes\n"
+                               "once, Mon, 9:15, has had its day\n"
                                "school, Mon, 9:15, Thu, 9:15\n"
                                "walk, Mon, 9:05, Tue, 9:05\n"
                                "train, Mon, 9:10, has had its day\n"
@@ -126,6 +188,7 @@ TEST(JournalTest, offersAfterACrashWhatIsMissingAndStartsItAgain) {
                                 "pills 11-23 10:00+01\n"
                                 "walk 11-24 09:05+01\n"
                                 "school 11-26 09:15+01\n"
+                                "tea\n 11-23 09:40+01\n"
                                 "train 11-24 09:10+01\n"
                                 "bread 11-23 09:35+01\n"
                                 "kept 11-25 07:00+01\n");
@@ -135,14 +198,14 @@ TEST(JournalTest, offersAfterACrashWhatIsMissingAndStartsItAgain) {
     OneRun third(disk, "11-23 09:31");
     for (const AlarmPtr& alarm : second.clock.allAlarms())
         third.insert(alarm);
-    third.journal.open({});
-    EXPECT_EQ(third.journal.missed().size(), 7U);
+    third.open();
+    EXPECT_EQ(third.journal.missed().size(), 8U);
     third.journal.answered();
     third.loop.advance(2s);
     OneRun fourth(disk, "11-23 09:32");
     for (const AlarmPtr& alarm : third.clock.allAlarms())
         fourth.insert(alarm);
-    fourth.journal.open({});
+    fourth.open();
     EXPECT_EQ(fourth.missed(), "");
 }
 
@@ -151,7 +214,7 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
     const AlarmPtr train = running[4].alarm();
     {
         OneRun first(disk, "11-23 08:50");
-        first.journal.open({});
+        first.open();
         first.insert(train);
         const AlarmPtr tea = AlarmOf{.title = "tea", .minutes = 5}.alarm();
         first.insert(tea);
@@ -160,13 +223,12 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
         first.journal.note(RingEvent::Unanswered, tea);
         first.clock.removeAlarm(tea);
         first.journal.close({});
-        EXPECT_TRUE(disk.isFlushed) << "the program ends after this";
     }
     EXPECT_EQ(report(disk, "11-23 09:30", false),
               "Mon, 8:55  tea: rang and was not answered\n"
               "Mon, 9:10  train: passed while Dorvane was not running");
     OneRun second(disk, "11-23 09:30");
-    second.journal.open({.dropped = {train}});
+    second.open({.decisions = {.dropped = {{train, *train->due({})}}}});
     EXPECT_EQ(second.missed(), "train, Mon, 9:10, has had its day\n");
     second.loop.advance(1min);
     second.journal.noteCrash(u"/crash"_qs);
@@ -175,23 +237,30 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
               "Mon, 23 Nov, 8:55  tea: rang and was not answered\n"
               "Mon, 23 Nov, 9:10  train: passed while Dorvane was not running\n"
               "Mon, 23 Nov, 9:31  Dorvane had crashed; the report is in /crash");
-    // The clock had been ahead.
-    second.journal.correct({train}, {running[0].alarm()});
-    EXPECT_EQ(second.missed(), "kept, Wed, 7:00, Wed, 7:00\n");
+    second.loop.setWall(at("11-23 09:06")); // it had been ahead
+    const AlarmPtr walk = running[5].alarm();
+    second.journal.correct({.back = {train}, .dropped = {{walk, *walk->due({})}}});
+    EXPECT_EQ(second.missed(), "walk, Mon, 9:05, Tue, 9:05\n");
     second.loop.advance(2s);
-    EXPECT_EQ(report(disk, "11-23 09:31", true),
+    EXPECT_EQ(report(disk, "11-23 09:07", true),
               "Mon, 8:55  tea: rang and was not answered\n"
-              "Mon, 9:31  Dorvane had crashed; the report is in /crash\n"
-              "Wed, 7:00  kept: passed while Dorvane was not running");
+              "Mon, 9:05  walk: passed while Dorvane was not running\n"
+              "Mon, 9:31  Dorvane had crashed; the report is in /crash");
 
+    for (int i = 0; i < 3000; ++i) { // a minute's rhythm with nobody there
+        second.journal.note(RingEvent::Rings, walk);
+        second.journal.note(RingEvent::Unanswered, walk);
+    }
     second.journal.answered();
     second.journal.close({});
     OneRun later(disk, "12-24 00:00");
-    later.journal.open({});
+    later.open();
     later.loop.advance(5s);
     later.insert(running[0].alarm());
     later.loop.advance(5s);
-    EXPECT_NE(report(disk, "12-24 00:00", true), "") << "a clock may be wrong at the start";
+    const QString all = QString::fromStdString(report(disk, "12-24 00:00", true));
+    EXPECT_EQ(all.count(u'\n'), 101) << "a clock may be wrong at the start";
+    EXPECT_TRUE(all.contains(u"tea: rang"_qs)) << "it was displaced";
     later.loop.advance(11min);
     later.insert(train);
     later.loop.advance(5s);
@@ -201,17 +270,20 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
 TEST(JournalTest, aListThatIsLostIsMadeUpFor) {
     Disk disk;
     OneRun first(disk, "11-23 08:50");
+    first.open();
     first.insert(running[0].alarm());
     first.journal.close({});
     OneRun second(disk, "11-23 09:00");
-    second.journal.open({.hadStored = false, .dropped = {}});
+    second.open({.hadStored = false});
     EXPECT_EQ(second.missed(), "kept, Wed, 7:00, Wed, 7:00\n");
 }
 
 TEST(JournalTest, whatCannotBeReadNorPutAsideIsNotWrittenOver) {
     for (const char* contents : {"unreadable", "damaged"}) {
         Disk disk{.journal = contents};
-        OneRun(disk, "11-23 08:50").journal.close({});
+        OneRun run(disk, "11-23 08:50");
+        run.open();
+        run.journal.close({});
         EXPECT_EQ(disk.journal, contents);
     }
 }
@@ -219,7 +291,7 @@ TEST(JournalTest, whatCannotBeReadNorPutAsideIsNotWrittenOver) {
 TEST(JournalTest, writesAtMostOnceASecondAndNothingAtRest) {
     Disk disk;
     OneRun run(disk, "11-23 08:50");
-    run.journal.open({});
+    run.open();
     for (int i = 0; i < 250; ++i) {
         run.insert(running[0].alarm());
         run.loop.advance(10ms);
