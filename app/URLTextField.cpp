@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/URLTextField.h"
 
+#include "platform/EscapedText.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -24,7 +26,7 @@ void URLTextField::setURL(const QUrl& url) {
     setForegroundRole(QPalette::Link); // the blue that can be read on this window
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
-    setToolTip(url.toString());
+    setToolTip(escapedText(url.toString()));
     showUrl();
 }
 

@@ -15,6 +15,7 @@
 #include "core/NotificationNames.h"
 #include "core/UsersNotificationManager.h"
 #include "menubar/AlarmMenuController.h"
+#include "platform/EscapedText.h"
 #include "platform/linux/checks/CheckObject.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/linux/session/ZoneData.h"
@@ -194,7 +195,7 @@ void bfApp::showWhereItLies(const QUrl& url) {
                                        QStringLiteral("No program here opens this:"));
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setTextFormat(Qt::PlainText);
-    alert->setInformativeText(url.toDisplayString(QUrl::PreferLocalFile));
+    alert->setInformativeText(escapedText(url.toDisplayString(QUrl::PreferLocalFile)));
     alert->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     alert->show();
     alert->raise();
@@ -208,9 +209,9 @@ void bfApp::showUpdate(const Release& release) {
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setAttribute(Qt::WA_ShowWithoutActivating);
     alert->setTextFormat(Qt::PlainText);
-    alert->setInformativeText(QStringLiteral("It is described at %1.\nNothing is downloaded until "
-                                             "you do so there.")
-                                  .arg(release.link.host()));
+    alert->setInformativeText(escapedText(
+        QStringLiteral("It is described at %1.\nNothing is downloaded until you do so there.")
+            .arg(release.link.host())));
     const auto open = alert->addButton(QStringLiteral("&Open Page"), QMessageBox::AcceptRole);
     alert->addButton(QMessageBox::Close);
     connect(open, &QPushButton::clicked, alert,

@@ -6,6 +6,7 @@
 #include "breaks/RespitoAudioPlayerController.h"
 #include "firing/SoundRepeat.h"
 #include "platform/Bundle.h"
+#include "platform/EscapedText.h"
 #include "platform/Workspace.h"
 #include "sounds/AddingFiles.h"
 #include "sounds/AudioStorageController.h"
@@ -120,8 +121,8 @@ void BreakSoundChoice::showFace(const QString& path) {
     const bool isMissing = !path.isNull() && path != builtInTrack && !QFileInfo::exists(path);
     const QString name = path.isNull() ? QStringLiteral("Select Sound") : soundName(path);
     m_controls.selectSoundButton->setFace(name, isMissing);
-    m_controls.selectSoundButton->setToolTip(isMissing ? name + QStringLiteral(" (missing)")
-                                                       : QString());
+    m_controls.selectSoundButton->setToolTip(
+        escapedText(isMissing ? name + QStringLiteral(" (missing)") : QString()));
 }
 
 // It is the start sound that decides for both whether the track is meant.

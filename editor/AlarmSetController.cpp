@@ -12,6 +12,7 @@
 #include "editor/TimeChoice.h"
 #include "editor/VoiceChoice.h"
 #include "platform/Bundle.h"
+#include "platform/EscapedText.h"
 #include "platform/RunLoop.h"
 #include "ui_AlarmSetController.h"
 #include "widgets/BringToFront.h"
@@ -271,7 +272,8 @@ void AlarmSetController::showFaults(const QString& message) {
     const auto alert = new QMessageBox(QMessageBox::Warning, QStringLiteral("Dorvane"),
                                        QStringLiteral("Dorvane"), QMessageBox::NoButton, this);
     alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setInformativeText(message);
+    alert->setTextFormat(Qt::PlainText);
+    alert->setInformativeText(escapedText(message));
     alert->addButton(QStringLiteral("Continue"), QMessageBox::AcceptRole);
     alert->open();
 }

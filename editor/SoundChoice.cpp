@@ -2,6 +2,7 @@
 #include "editor/SoundChoice.h"
 
 #include "platform/Bundle.h"
+#include "platform/EscapedText.h"
 #include "platform/Workspace.h"
 #include "sounds/AddingFiles.h"
 #include "sounds/AudioStorageController.h"
@@ -76,8 +77,8 @@ void SoundChoice::setSoundPath(const QString& path) {
     const QString name = path.isEmpty() ? QStringLiteral("Select Sound") : soundName(path);
     const bool isMissing = !path.isEmpty() && !QFileInfo::exists(path);
     m_controls.selectSoundButton->setFace(name, isMissing);
-    m_controls.selectSoundButton->setToolTip(isMissing ? name + QStringLiteral(" (missing)")
-                                                       : QString());
+    m_controls.selectSoundButton->setToolTip(
+        escapedText(isMissing ? name + QStringLiteral(" (missing)") : QString()));
 }
 
 void SoundChoice::rebuildMenu() {
@@ -102,7 +103,7 @@ void SoundChoice::playButtonPushed() {
 void SoundChoice::setSoundVolume() {
     const int volume = m_controls.Volume->value();
     m_preview.play(m_soundPath, volume);
-    m_controls.Volume->setToolTip(previewVolumeToolTip(volume));
+    m_controls.Volume->setToolTip(escapedText(previewVolumeToolTip(volume)));
 }
 
 // The button shows what pressing it does. A sound that stays silent is not chosen unawares.
@@ -113,14 +114,16 @@ void SoundChoice::previewChanged(SoundPreview::State state) {
         m_services.bundle.resourcePath(isPlaying ? QStringLiteral("images/StopRedButton.svg")
                                                  : QStringLiteral("images/PlayBlueButton.svg"))));
     button.setAccessibleName(isPlaying ? QStringLiteral("Stop") : QStringLiteral("Preview"));
-    button.setToolTip(isPlaying ? QStringLiteral("Stops the sound")
-                                : QStringLiteral("Plays the chosen sound"));
-    button.setAccessibleDescription(button.toolTip());
+    const QString action =
+        isPlaying ? QStringLiteral("Stops the sound") : QStringLiteral("Plays the chosen sound");
+    button.setToolTip(escapedText(action));
+    button.setAccessibleDescription(action);
     if (state != SoundPreview::State::Failed)
         return;
     const QString name = soundName(m_soundPath);
     m_controls.selectSoundButton->setFace(name, true);
-    m_controls.selectSoundButton->setToolTip(name + QStringLiteral(" (cannot be played)"));
+    m_controls.selectSoundButton->setToolTip(
+        escapedText(name + QStringLiteral(" (cannot be played)")));
     m_controls.wellHint->setText(
         QStringLiteral("“%1” cannot be played. Choose another sound.").arg(shortened(name)));
 }

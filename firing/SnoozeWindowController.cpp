@@ -6,6 +6,7 @@
 #include "firing/SnoozeWindowStack.h"
 #include "firing/TitleLines.h"
 #include "firing/TypingGuard.h"
+#include "platform/EscapedText.h"
 #include "ui_SnoozeWindowController.h"
 
 #include <QAccessible>
@@ -45,7 +46,7 @@ void showTitle(const QString& title, QLabel& label) {
     label.setFixedHeight(mostLines * label.fontMetrics().lineSpacing());
     label.setAccessibleName(title);
     if (lines.isCut)
-        label.setToolTip(QStringLiteral("<p>%1</p>").arg(title.left(1000).toHtmlEscaped()));
+        label.setToolTip(escapedText(title));
 }
 
 // Its line is there always, as the gap above the buttons: all windows are of one size.
@@ -121,8 +122,7 @@ void SnoozeWindowController::setNote(const Note& note) {
     const QString line = lineWith(note.name);
     label.setText(lineWith(metrics.elidedText(note.name, Qt::ElideMiddle, room)));
     label.setAccessibleName(line);
-    label.setToolTip(label.text() == line ? QString()
-                                          : QStringLiteral("<p>%1</p>").arg(line.toHtmlEscaped()));
+    label.setToolTip(escapedText(label.text() == line ? QString() : line));
     const QString due = QStringLiteral("An alarm is due");
     m_window->setAccessibleDescription(line.isEmpty() ? due : due + QStringLiteral(". ") + line);
 }

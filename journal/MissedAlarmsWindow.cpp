@@ -2,6 +2,7 @@
 #include "journal/MissedAlarmsWindow.h"
 
 #include "journal/MissedReport.h"
+#include "platform/EscapedText.h"
 #include "platform/RunLoop.h"
 #include "ui_MissedAlarmsWindow.h"
 
@@ -67,7 +68,7 @@ void MissedAlarmsWindow::fillList() {
     for (const MissedAlarm& missed : m_missed) {
         const auto row = new QTreeWidgetItem(&list);
         row->setText(Title, titleOf(*missed.alarm).simplified());
-        row->setToolTip(Title, QStringLiteral("<p>%1</p>").arg(row->text(Title).toHtmlEscaped()));
+        row->setToolTip(Title, escapedText(row->text(Title)));
         row->setSizeHint(Title, QSize(0, height));
         row->setCheckState(Title, Qt::Checked);
     }

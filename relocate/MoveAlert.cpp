@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "relocate/MoveAlert.h"
 
+#include "platform/EscapedText.h"
 #include "relocate/MoveOffer.h"
 
 #include <QCheckBox>
@@ -44,7 +45,7 @@ std::unique_ptr<QMessageBox> moveAlert(const MoveOffer& offer) {
     auto box =
         alert(QMessageBox::Question,
               localised(QT_TRANSLATE_NOOP("MoveApplication", "Move to Applications folder?")));
-    box->setInformativeText(explanation(offer));
+    box->setInformativeText(escapedText(explanation(offer)));
     auto* const move = box->addButton(
         localised(QT_TRANSLATE_NOOP("MoveApplication", "Move to Applications Folder")),
         QMessageBox::AcceptRole);

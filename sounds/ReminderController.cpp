@@ -3,6 +3,7 @@
 
 #include "platform/AudioRecorder.h"
 #include "platform/Bundle.h"
+#include "platform/EscapedText.h"
 #include "platform/Log.h"
 #include "platform/Sound.h"
 #include "platform/Workspace.h"
@@ -345,7 +346,7 @@ void ReminderController::setImage(QAbstractButton& button, const char* name,
     button.setIcon(QIcon(m_surroundings.bundle.resourcePath(
         QStringLiteral("images/%1.svg").arg(QLatin1String(name)))));
     button.setAccessibleName(action);
-    button.setToolTip(action);
+    button.setToolTip(escapedText(action));
 }
 
 } // namespace dorvane

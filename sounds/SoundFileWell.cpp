@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sounds/SoundFileWell.h"
 
+#include "platform/EscapedText.h"
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/PropertyList.h"
@@ -48,8 +49,8 @@ SoundFileWell::SoundFileWell(AudioStorageController& library, NotificationCenter
     setAcceptDrops(true);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setToolTip(
-        QStringLiteral("Drop a sound file here to add it, click to show the folder of sounds"));
+    setToolTip(escapedText(
+        QStringLiteral("Drop a sound file here to add it, click to show the folder of sounds")));
     setAccessibleName(QStringLiteral("Sound files"));
     setAccessibleDescription(QStringLiteral(
         "Press to show the folder of sounds. Drop or paste a sound file to add it."));

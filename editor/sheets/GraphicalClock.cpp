@@ -20,6 +20,7 @@ GraphicalClock::GraphicalClock(QWidget* parent)
     m_face->setObjectName(QStringLiteral("clockFace"));
     m_field->setObjectName(QStringLiteral("timeField"));
     m_field->setAccessibleName(QStringLiteral("Time"));
+    m_remark->setTextFormat(Qt::PlainText);
     m_remark->setAlignment(Qt::AlignHCenter);
     const auto row = new QHBoxLayout;
     row->setSpacing(6);

@@ -6,6 +6,7 @@
 #include "editor/IntervalField.h"
 #include "editor/TimePicker.h"
 #include "editor/TitleBox.h"
+#include "platform/EscapedText.h"
 #include "sounds/PullDownPopUp.h"
 #include "tests/editor/EditorFixture.h"
 #include "tests/support/AlarmOf.h"
@@ -233,9 +234,10 @@ TEST_F(AlarmSetControllerTest, tellsWhatIsMissingAndStaysOpen) {
     ASSERT_NE(alert, nullptr);
     EXPECT_EQ(alert->windowModality(), Qt::WindowModal);
     EXPECT_EQ(alert->text(), u"Dorvane"_qs);
-    EXPECT_EQ(alert->informativeText(), u"Title must not be empty.\nAlarm time is not set.\n"
-                                        "Please select sound to play.\n"
-                                        "Please select voice to speak with.\n"_qs);
+    EXPECT_EQ(alert->informativeText(),
+              escapedText(u"Title must not be empty.\nAlarm time is not set.\n"
+                          "Please select sound to play.\n"
+                          "Please select voice to speak with.\n"_qs));
     ASSERT_EQ(alert->buttons().size(), 1);
     EXPECT_EQ(alert->buttons()[0]->text(), u"Continue"_qs);
     alert->buttons()[0]->click();

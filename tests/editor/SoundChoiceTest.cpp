@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/EscapedText.h"
 #include "sounds/PullDownPopUp.h"
 #include "sounds/SoundFileWell.h"
 #include "tests/editor/EditorFixture.h"
@@ -56,7 +57,7 @@ TEST_F(SoundChoiceTest, triesOneSoundAtATimeAndStopsIt) {
     click("playButton");
     loop.advance(1s);
     find<QSlider>("Volume")->setValue(128); // plays again, that its volume is heard
-    EXPECT_EQ(find<QSlider>("Volume")->toolTip(), u"Using volume  50%"_qs);
+    EXPECT_EQ(find<QSlider>("Volume")->toolTip(), escapedText(u"Using volume  50%"_qs));
     EXPECT_FLOAT_EQ(player.sounds().back()->volume(), 128.0F / 255.0F);
     EXPECT_EQ(button(), "Stop");
     find<QSlider>("Volume")->setValue(0);
@@ -85,7 +86,8 @@ TEST_F(SoundChoiceTest, doesNotLetAnUnplayableFileBeChosenUnawares) {
         byChoosing ? choose(u"Broken"_qs) : click("playButton");
         loop.runPending();
         EXPECT_EQ(hint(), u"“Broken” cannot be played. Choose another sound."_qs);
-        EXPECT_EQ(find<QWidget>("selectSoundButton")->toolTip(), u"Broken (cannot be played)"_qs);
+        EXPECT_EQ(find<QWidget>("selectSoundButton")->toolTip(),
+                  escapedText(u"Broken (cannot be played)"_qs));
         EXPECT_EQ(button(), "Preview");
     }
     choose(u"Gong"_qs);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "relocate/MoveToApplications.h"
 
+#include "platform/EscapedText.h"
 #include "platform/Relocator.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/Windows.h"
@@ -166,11 +167,12 @@ TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
         offer(isNested ? u"/opt/Other.app/Dorvane.app"_qs : download);
         ASSERT_TRUE(alert()) << machine;
         const bool asksRoot = m_relocator.is("root") || m_relocator.is("protected");
-        EXPECT_EQ(alert()->informativeText(),
-                  u"I can move myself to the Applications folder if you'd like."_qs +
-                      (asksRoot   ? u" Note that this will require an administrator password."_qs
-                       : isNested ? QString()
-                                  : u" This will keep your Downloads folder uncluttered."_qs));
+        EXPECT_EQ(
+            alert()->informativeText(),
+            escapedText(u"I can move myself to the Applications folder if you'd like."_qs +
+                        (asksRoot   ? u" Note that this will require an administrator password."_qs
+                         : isNested ? QString()
+                                    : u" This will keep your Downloads folder uncluttered."_qs)));
         press(Qt::Key_Return);
         if (alert())
             m_relocator.act("alert");

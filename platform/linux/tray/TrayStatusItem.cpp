@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/tray/TrayStatusItem.h"
 
+#include "platform/EscapedText.h"
 #include "platform/linux/tray/ForgottenMenu.h"
 #include "platform/linux/tray/ScreenAreas.h"
 #include "platform/UserDefaults.h"
@@ -84,9 +85,9 @@ void TrayStatusItem::setToolTip(const QString& text) {
     if (m_notifier)
         m_notifier->setToolTip(m_toolTip);
     if (m_trayIcon)
-        m_trayIcon->setToolTip(m_toolTip);
+        m_trayIcon->setToolTip(escapedText(m_toolTip));
     if (m_clock)
-        m_clock->setToolTip(m_toolTip);
+        m_clock->setToolTip(escapedText(m_toolTip));
 }
 
 void TrayStatusItem::setNeedsAttention(bool needsAttention) {
@@ -218,7 +219,7 @@ void TrayStatusItem::makeNotifier() {
 // Without a menu of its own: either button opens our pop-up.
 void TrayStatusItem::makeTrayIcon() {
     m_trayIcon = std::make_unique<QSystemTrayIcon>(iconOf(m_picture));
-    m_trayIcon->setToolTip(m_toolTip);
+    m_trayIcon->setToolTip(escapedText(m_toolTip));
     QObject::connect(m_trayIcon.get(), &QSystemTrayIcon::activated, m_trayIcon.get(),
                      [this](QSystemTrayIcon::ActivationReason reason) {
                          if (reason == QSystemTrayIcon::Trigger ||
@@ -249,7 +250,7 @@ void TrayStatusItem::showClock() {
         placeFromText(m_defaults.value(placeKey).toString()),
         [this](QPoint place) { m_defaults.setValue(placeKey, textFromPlace(place)); });
     m_clock->setIcon(iconOf(m_picture));
-    m_clock->setToolTip(m_toolTip);
+    m_clock->setToolTip(escapedText(m_toolTip));
     QObject::connect(m_clock.get(), &FloatingClock::clicked, m_clock.get(), [this] { press(); });
     m_clock->show();
 }
