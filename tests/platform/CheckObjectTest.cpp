@@ -60,7 +60,8 @@ std::vector<int> wakeTimers() {
 }
 
 TEST(KernelWakeAlarmTest, keepsOneTimerForTheMomentAndNoneForNone) {
-    KernelWakeAlarm alarm;
+    const QTemporaryDir clocks;
+    KernelWakeAlarm alarm(clocks.path());
     if (alarm.ability() == WakeAlarm::Ability::NotPermitted)
         GTEST_SKIP() << "CAP_WAKE_ALARM is missing";
     const QDateTime now = QDateTime::currentDateTimeUtc();
@@ -68,6 +69,13 @@ TEST(KernelWakeAlarmTest, keepsOneTimerForTheMomentAndNoneForNone) {
         alarm.arm(now.addSecs(seconds));
         ASSERT_EQ(wakeTimers().size(), 1U);
         EXPECT_NEAR(wakeTimers().front(), seconds, 5);
+    }
+    EXPECT_EQ(alarm.ability(), WakeAlarm::Ability::NoClock) << "whatever timers the kernel takes";
+    const QString wakes = clocks.filePath(u"rtc0/device/power/wakeup"_qs);
+    for (const auto& [said, ability] : {std::pair{"disabled\n", WakeAlarm::Ability::NoClock},
+                                        {"enabled\n", WakeAlarm::Ability::Able}}) {
+        writeFile(wakes, said);
+        EXPECT_EQ(alarm.ability(), ability) << said;
     }
     alarm.arm(std::nullopt);
     EXPECT_THAT(wakeTimers(), ElementsAre());

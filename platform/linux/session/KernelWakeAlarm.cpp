@@ -21,8 +21,7 @@ int makeTimer() {
 }
 
 // The kernel takes the timer without one, too.
-bool hasWakingClock() {
-    const QString clocks = QStringLiteral("/sys/class/rtc");
+bool hasWakingClock(const QString& clocks) {
     for (const QString& clock : QDir(clocks).entryList({QStringLiteral("rtc*")})) {
         QFile wakes(clocks + QLatin1Char('/') + clock + QStringLiteral("/device/power/wakeup"));
         if (wakes.open(QIODevice::ReadOnly) && wakes.readAll().trimmed() == "enabled")
@@ -33,18 +32,20 @@ bool hasWakingClock() {
 
 } // namespace
 
+KernelWakeAlarm::KernelWakeAlarm(QString clocks) : m_clocks(std::move(clocks)) {}
+
 KernelWakeAlarm::~KernelWakeAlarm() {
     arm(std::nullopt);
 }
 
 WakeAlarm::Ability KernelWakeAlarm::ability() const {
-    if (m_timer >= 0)
-        return Ability::Able;
-    const int timer = makeTimer();
-    if (timer < 0)
-        return errno == EPERM ? Ability::NotPermitted : Ability::NoClock;
-    ::close(timer);
-    return hasWakingClock() ? Ability::Able : Ability::NoClock;
+    if (m_timer < 0) {
+        const int timer = makeTimer();
+        if (timer < 0)
+            return errno == EPERM ? Ability::NotPermitted : Ability::NoClock;
+        ::close(timer);
+    }
+    return hasWakingClock(m_clocks) ? Ability::Able : Ability::NoClock;
 }
 
 void KernelWakeAlarm::arm(const std::optional<QDateTime>& moment) {

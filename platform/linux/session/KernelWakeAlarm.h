@@ -3,13 +3,16 @@
 
 #include "platform/WakeAlarm.h"
 
+#include <QString>
+
 namespace dorvane {
 
 // A timer of the kernel on CLOCK_REALTIME_ALARM, which needs CAP_WAKE_ALARM. Nobody waits for it:
 // it wakes the machine, not the process, which has timers of its own.
 class KernelWakeAlarm final : public WakeAlarm {
 public:
-    KernelWakeAlarm() = default;
+    // `clocks` is where the kernel lists the machine's clocks.
+    explicit KernelWakeAlarm(QString clocks = QStringLiteral("/sys/class/rtc"));
     ~KernelWakeAlarm() override;
     KernelWakeAlarm(const KernelWakeAlarm&) = delete;
     KernelWakeAlarm& operator=(const KernelWakeAlarm&) = delete;
@@ -18,6 +21,7 @@ public:
     void arm(const std::optional<QDateTime>& moment) override;
 
 private:
+    const QString m_clocks;
     int m_timer = -1; // while something is armed
 };
 
