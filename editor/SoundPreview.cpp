@@ -23,11 +23,9 @@ void SoundPreview::play(const QString& soundPath, int volume) {
     stop();
     if (soundPath.isEmpty())
         return;
-    FadingSound& demo =
-        m_demoSound.replace(m_player.soundWithContentsOfFile(soundPath),
-                            [this, number = m_number, since = m_runLoop.uptime()](bool isComplete) {
-                                ended(number, isComplete || m_runLoop.uptime() - since >= longest);
-                            });
+    FadingSound& demo = m_demoSound.replace(
+        m_player.soundWithContentsOfFile(soundPath),
+        [this, number = m_number](bool isComplete) { ended(number, isComplete); });
     // At its lowest position the slider does not speak: the sound keeps its own, full volume.
     if (volume != 0)
         demo.sound().setVolume(previewVolume(volume));

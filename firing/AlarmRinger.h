@@ -72,6 +72,9 @@ private:
     void ringNext();
     void ring(const AlarmPtr& alarm);
     void watchLoading(const AlarmPtr& alarm, Sound& sound);
+    void speakTitle(const AlarmPtr& alarm);
+    void soundAgain(const AlarmPtr& alarm);
+    void giveWay();
     void ringStandIn(const AlarmPtr& alarm, const QString& note);
     void textSpeakerFinishedSpeakingText(TextSpeaker& speaker) override;
     void textSpeakerLacksVoice(TextSpeaker& speaker) override;
@@ -90,6 +93,7 @@ private:
     };
     std::map<AlarmPtr, Loading> m_loading;
     AlarmPtr m_sounding; // whose sound m_playingSound is, or was
+    std::map<AlarmPtr, RingingAlarms::Ended> m_speaking;
     Lifeline<AlarmRinger> m_lifeline{*this};
 };
 

@@ -13,9 +13,9 @@ FadingSound& CurrentSound::replace(std::unique_ptr<Sound> sound,
             m_runLoop.defer(m_lifeline.guard([number, ended, isComplete](CurrentSound& self) {
                 if (number != self.m_number)
                     return;
-                self.m_sound.reset();
+                const auto over = std::move(self.m_sound);
                 if (ended)
-                    ended(isComplete);
+                    ended(isComplete || (over && over->isOver()));
             }));
         });
     return *m_sound;

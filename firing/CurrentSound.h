@@ -18,11 +18,12 @@ public:
 
     // Takes the place of the sound before, which falls silent. Valid until the sound has ended, or
     // the next call of a member. `ended` is called when the sound was let go of, unless another had
-    // taken its place: true when it was heard to its end.
+    // taken its place: true when it was heard to its end, or for as long as playFor() said.
     FadingSound& replace(std::unique_ptr<Sound> sound,
                          std::function<void(bool isComplete)> ended = {});
 
     void stop();
+    [[nodiscard]] bool isPlaying() const { return m_sound && m_sound->sound().isPlaying(); }
 
     // Stops the sound and hands it over; null when there is none.
     [[nodiscard]] std::unique_ptr<FadingSound> release();

@@ -20,6 +20,7 @@ bool FadingSound::playFor(Seconds playTime, Seconds fadeStart) {
     if (m_sound->volume() == 0.0f)
         m_sound->setVolume(0.5f);
     m_asked = m_runLoop.uptime();
+    m_isOver = false;
     if (!m_sound->play())
         return false;
     m_sound->whenLoaded([this, playTime, fadeStart] {
@@ -82,8 +83,10 @@ void FadingSound::fadeOutStep() {
 }
 
 void FadingSound::stopPlaying() {
-    if (m_sound->isPlaying())
-        m_sound->stop();
+    if (!m_sound->isPlaying())
+        return;
+    m_isOver = true;
+    m_sound->stop();
 }
 
 } // namespace dorvane

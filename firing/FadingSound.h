@@ -26,6 +26,9 @@ public:
 
     void stop();
 
+    // Whether playFor() has had its time.
+    [[nodiscard]] bool isOver() const { return m_isOver; }
+
 private:
     void whenHeardFor(Seconds time, RunLoopTimer& timer, std::function<void()> callback);
     void scheduleStop();
@@ -35,6 +38,7 @@ private:
 
     RunLoop& m_runLoop;
     RunLoop::Milliseconds m_asked{0}; // the uptime of playFor()
+    bool m_isOver = false;
     RunLoopTimer m_fadeTimer;
     RunLoopTimer m_stopTimer;
     // Last, so that it goes first and no callback of it meets a timer that is gone.

@@ -4,10 +4,16 @@
 #include "platform/SleepInhibitor.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace dorvane {
 
+using namespace std::chrono_literals;
+
 namespace {
+
+// After a sound that was not heard though nothing is known to be wrong with the output.
+constexpr auto pauseBeforeRetry = 2s;
 
 QString lineOf(SoundOutputState::Obstacle obstacle) {
     using Obstacle = SoundOutputState::Obstacle;
@@ -29,14 +35,25 @@ QString lineOf(SoundOutputState::Obstacle obstacle) {
     return {};
 }
 
+// Not what the user wants so: muted sounds are not made up for.
+bool isLoss(SoundOutputState::Obstacle obstacle) {
+    using Obstacle = SoundOutputState::Obstacle;
+    return obstacle != Obstacle::None && obstacle != Obstacle::Muted &&
+           obstacle != Obstacle::VolumeZero;
+}
+
 bool isToBeHeard(const Alarm& alarm) {
     return alarm.isPlaySound() || (alarm.isSpeakAlarmName() && !alarm.voiceName().isEmpty());
 }
 
 } // namespace
 
-RingingAlarms::RingingAlarms(SoundOutput& output, SleepInhibitor& inhibitor)
-    : m_output(output), m_inhibitor(inhibitor) {}
+RingingAlarms::RingingAlarms(RunLoop& runLoop, SoundOutput& output, SleepInhibitor& inhibitor,
+                             SoundAgain soundAgain)
+    : m_runLoop(runLoop)
+    , m_output(output)
+    , m_inhibitor(inhibitor)
+    , m_soundAgain(std::move(soundAgain)) {}
 
 RingingAlarms::~RingingAlarms() {
     m_inhibitor.setHeld(false);
@@ -45,7 +62,7 @@ RingingAlarms::~RingingAlarms() {
 void RingingAlarms::add(const AlarmPtr& alarm,
                         const std::shared_ptr<SnoozeWindowController>& window) {
     remove(alarm);
-    m_ringing.push_back({alarm, window, {}});
+    m_ringing.push_back({.alarm = alarm, .window = window, .fault = {}, .unheard = {}});
     m_inhibitor.setHeld(true);
     if (!m_watch && isToBeHeard(*alarm))
         m_watch = m_output.watch([this](const SoundOutputState& state) { outputChanged(state); });
@@ -58,21 +75,83 @@ void RingingAlarms::remove(const AlarmPtr& alarm) {
         return;
     m_inhibitor.setHeld(false);
     m_watch.reset();
+    m_retry.cancel();
     m_outputFault.clear();
+    m_isOutputLost = false;
+}
+
+RingingAlarms::Ringing* RingingAlarms::find(const AlarmPtr& alarm) {
+    const auto found = std::find_if(m_ringing.begin(), m_ringing.end(),
+                                    [&](const Ringing& each) { return each.alarm == alarm; });
+    return found == m_ringing.end() ? nullptr : &*found;
+}
+
+RingingAlarms::Ended RingingAlarms::soundBegins(const AlarmPtr& alarm) {
+    Ringing* const ringing = find(alarm);
+    if (!ringing)
+        return [](bool) {};
+    ringing->sound = ++m_sounds;
+    ringing->isLost = m_isOutputLost;
+    ringing->isWaiting = false;
+    return [self = m_lifeline.weak(), sound = ringing->sound](bool isHeard) {
+        if (RingingAlarms* const alive = self.get())
+            alive->soundEnded(sound, isHeard);
+    };
+}
+
+void RingingAlarms::soundGivesWay(const AlarmPtr& alarm) {
+    if (Ringing* const ringing = find(alarm)) {
+        ringing->sound = 0;
+        ringing->unheard.clear();
+        show(*ringing);
+    }
+}
+
+void RingingAlarms::soundEnded(std::uint64_t sound, bool isHeard) {
+    const auto ringing = std::find_if(m_ringing.begin(), m_ringing.end(),
+                                      [&](const Ringing& each) { return each.sound == sound; });
+    if (ringing == m_ringing.end())
+        return;
+    ringing->sound = 0;
+    ringing->isWaiting = !isHeard || ringing->isLost;
+    if (!ringing->isWaiting)
+        ringing->unheard.clear();
+    else if (ringing->unheard.isEmpty())
+        ringing->unheard =
+            m_isOutputLost ? m_outputFault : QStringLiteral("Not heard: the sound broke off.");
+    show(*ringing);
+    if (ringing->isWaiting)
+        m_retry = m_runLoop.scheduleOnce(
+            pauseBeforeRetry, [this] { soundWaitingAgain(); }, RunLoopMode::Common);
+}
+
+void RingingAlarms::soundWaitingAgain() {
+    std::vector<AlarmPtr> waiting;
+    for (const Ringing& ringing : m_ringing)
+        if (ringing.isWaiting && !m_isOutputLost)
+            waiting.push_back(ringing.alarm);
+    for (const AlarmPtr& alarm : waiting)
+        m_soundAgain(alarm);
 }
 
 void RingingAlarms::setFault(const AlarmPtr& alarm, const SnoozeWindowController::Note& fault) {
-    for (Ringing& ringing : m_ringing)
-        if (ringing.alarm == alarm) {
-            ringing.fault = fault;
-            show(ringing);
-        }
+    if (Ringing* const ringing = find(alarm)) {
+        ringing->fault = fault;
+        show(*ringing);
+    }
 }
 
 void RingingAlarms::outputChanged(const SoundOutputState& state) {
+    const bool wasLost = std::exchange(m_isOutputLost, isLoss(state.obstacle));
     m_outputFault = lineOf(state.obstacle);
-    for (const Ringing& ringing : m_ringing)
+    for (Ringing& ringing : m_ringing) {
+        ringing.isLost = ringing.isLost || m_isOutputLost;
+        if (m_isOutputLost && (ringing.isWaiting || ringing.sound != 0))
+            ringing.unheard = m_outputFault;
         show(ringing);
+    }
+    if (wasLost)
+        soundWaitingAgain();
 }
 
 void RingingAlarms::show(const Ringing& ringing) const {
@@ -80,7 +159,8 @@ void RingingAlarms::show(const Ringing& ringing) const {
     if (!window)
         return;
     const bool isUnheard = !m_outputFault.isEmpty() && isToBeHeard(*ringing.alarm);
-    window->setNote(isUnheard ? SnoozeWindowController::Note{m_outputFault, {}} : ringing.fault);
+    const QString& why = isUnheard ? m_outputFault : ringing.unheard;
+    window->setNote(why.isEmpty() ? ringing.fault : SnoozeWindowController::Note{why, {}});
 }
 
 } // namespace dorvane

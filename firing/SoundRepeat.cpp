@@ -22,12 +22,17 @@ void SoundRepeat::playSoundAtPath(const QString& path, int times, Ended ended) {
 void SoundRepeat::play(std::unique_ptr<Sound> sound, int times, Ended ended) {
     if (m_plays.size() >= mostAtOnce) {
         qCDebug(logFiring, "enough sounds play already; one is left out");
+        m_runLoop.defer([ended = std::move(ended)] {
+            if (ended)
+                ended(false);
+        });
         return;
     }
     const auto play = m_plays.emplace(m_plays.end());
     play->sound = std::move(sound);
     play->count = times;
     play->ended = std::move(ended);
+    play->sound->setFinished([play](bool completed) { play->isOver = completed; });
     // Only a loaded sound starts without delay, and each start is to be like the others.
     play->sound->whenLoaded([this, play] {
         play->firstStart = m_runLoop.uptime();
@@ -40,6 +45,8 @@ void SoundRepeat::play(std::unique_ptr<Sound> sound, int times, Ended ended) {
 void SoundRepeat::playAgain(Plays::iterator play) {
     if (!settle(play))
         return;
+    play->isHeard = wasHeard(*play);
+    play->isOver = false;
     play->sound->stop();
     if (play->done == play->count || !play->sound->play()) {
         drop(play);
@@ -70,11 +77,19 @@ bool SoundRepeat::settle(Plays::iterator play) {
     return false;
 }
 
+// Each play is stopped when its duration is over. What the server never began to play, or dropped,
+// does not stand near its end then.
+bool SoundRepeat::wasHeard(const Play& play) {
+    const Sound& sound = *play.sound;
+    return sound.isPlaying() ? sound.duration() - sound.currentTime() <= Sound::latestStart
+                             : play.isOver;
+}
+
 // Later, since this may run inside a callback of the very sound.
 void SoundRepeat::drop(Plays::iterator play) {
     m_runLoop.defer(m_lifeline.guard([play](SoundRepeat& self) {
         const Ended ended = std::move(play->ended);
-        const bool isHeard = play->done == play->count;
+        const bool isHeard = play->done == play->count && play->isHeard;
         self.m_plays.erase(play);
         if (ended)
             ended(isHeard);

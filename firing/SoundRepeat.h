@@ -18,7 +18,8 @@ public:
     SoundRepeat(RunLoop& runLoop, SoundPlayer& player);
 
     // Called in a turn of its own, when the last play is over or a play was refused; not when this
-    // is destroyed, which it may do.
+    // is destroyed, which it may do. Heard is what was heard whole at last: a server that went and
+    // is there again in time counts, one that went for good does not.
     using Ended = std::function<void(bool isHeard)>;
 
     // Starts the file `times` times in all, each start one duration after the one before. A file
@@ -34,6 +35,8 @@ private:
         int count = 0;
         int done = 0;
         Ended ended;
+        bool isOver = false;    // the play that goes on was heard to its end by itself
+        bool isHeard = false;   // whole, the play before
         bool isSettled = false; // whether firstStart is when the first play was really heard
         RunLoopTimer timer;
     };
@@ -41,6 +44,7 @@ private:
 
     void playAgain(Plays::iterator play);
     [[nodiscard]] bool settle(Plays::iterator play);
+    [[nodiscard]] static bool wasHeard(const Play& play);
     void drop(Plays::iterator play);
 
     RunLoop& m_runLoop;

@@ -82,6 +82,10 @@ public:
         return soundWithContentsOfFile(path);
     }
 
+    // Has the file read and decoded now, and kept: from when that is done, a sound made of it leans
+    // on no disk and on no thread that might be busy. For a short file that stands in for others.
+    virtual void keepInMemory(const QString& path) { (void)path; }
+
     // The MIME types of the files that can be played here.
     [[nodiscard]] virtual QStringList soundUnfilteredTypes() const = 0;
 };

@@ -211,6 +211,7 @@ TEST_F(RingingTest, windowsOfAlarmsThatAreToBeHeardSayWhyTheyAreNotUntilTheyAre)
     m_output.setState({.obstacle = Obstacle::DummyOutput, .detail = {}, .volume = 50});
     EXPECT_EQ(notes()[2], "said: Not heard: there is no sound output.");
     m_output.setState({.obstacle = Obstacle::None, .detail = {}, .volume = 50});
+    loop.advance(10s);
     EXPECT_THAT(notes(), ElementsAre("silent: ", "song: gone is missing: Ping rings.", "said: "));
     for (const AlarmPtr& alarm : {song, silent, said}) {
         EXPECT_TRUE(m_inhibitor.isHeld);
@@ -218,6 +219,49 @@ TEST_F(RingingTest, windowsOfAlarmsThatAreToBeHeardSayWhyTheyAreNotUntilTheyAre)
     }
     EXPECT_FALSE(m_inhibitor.isHeld);
     EXPECT_EQ(m_output.watches(), 0U);
+}
+
+// Heard is a play that ended whole, not one that was begun.
+TEST_F(RingingTest, alarmThatTheServerLeftUnheardSoundsAgainWhenItIsBackUnlessAnswered) {
+    using Obstacle = SoundOutputState::Obstacle;
+    const auto becomes = [&](Obstacle obstacle) {
+        m_output.setState({.obstacle = obstacle, .detail = {}, .volume = 50});
+    };
+    const std::string gone = "Not heard: no sound server answers.";
+    player.setFile(u"song"_qs, {.duration = 4s});
+    const AlarmPtr song = ring({.title = "song", .sound = "song"});
+    loop.advance(1s);
+    player.breakAll();
+    becomes(Obstacle::NoServer);
+    loop.advance(10s);
+    EXPECT_THAT(trace.plays(), ElementsAre("0 song")) << "nobody would hear it";
+    becomes(Obstacle::None);
+    loop.advance(1s);
+    EXPECT_THAT(trace.plays(), ElementsAre("0 song", "11000 song"));
+    EXPECT_THAT(notes(), ElementsAre("song: " + gone)) << "until it was heard";
+    loop.advance(3s);
+    EXPECT_THAT(notes(), ElementsAre("song: "));
+
+    player.hasServer = false; // though the output is well
+    ring({.title = "ping", .sound = "ping"});
+    loop.advance(3s);
+    EXPECT_EQ(notes().back(), "ping: Not heard: the sound broke off.");
+    player.hasServer = true;
+    loop.advance(5s);
+    EXPECT_EQ(notes().back(), "ping: ");
+
+    becomes(Obstacle::DummyOutput);
+    const AlarmPtr answered = ring({.title = "answered", .sound = "ping"});
+    const AlarmPtr said = ring({.title = "said", .voice = "Zoe"});
+    loop.advance(5s);
+    m_ringer.deactivateAlarm(answered);
+    trace.clear();
+    becomes(Obstacle::Muted);
+    loop.advance(5s);
+    EXPECT_THAT(trace.events(), ElementsAre("28000 Zoe says said", "29000 Zoe said said"))
+        << "muting is the user's own doing";
+    becomes(Obstacle::None);
+    EXPECT_EQ(notes().back(), "said: ");
 }
 
 TEST_F(RingingTest, whateverCannotBeHeardStillGetsItsWindowAndTheFlashing) {

@@ -34,6 +34,25 @@ TEST_F(SoundRepeatTest, startsThreeTimesOneDurationApartAndThenLetsGo) {
     EXPECT_TRUE(player.sounds().empty());
 }
 
+TEST_F(SoundRepeatTest, whoAsksIsToldWhetherTheLastPlayWasHeardTheSeventeenthAtOnceToo) {
+    std::vector<bool> ends;
+    const auto ended = [&](bool isHeard) { ends.push_back(isHeard); };
+    for (int i = 0; i < 17; ++i)
+        m_repeat.playSoundAtPath(file, 3, ended);
+    EXPECT_TRUE(ends.empty()) << "in a turn of its own";
+    loop.advance(500ms);
+    EXPECT_EQ(ends, std::vector{false});
+    player.breakAll(); // the others go on and are heard
+    loop.advance(5s);
+    EXPECT_EQ(ends.size(), 17U);
+    EXPECT_TRUE(ends.back());
+    m_repeat.playSoundAtPath(file, 2, ended);
+    loop.advance(1500ms);
+    player.breakAll();
+    loop.advance(5s);
+    EXPECT_FALSE(ends.back());
+}
+
 // Fades in steps of 0.2 s from the tenth second on, and is cut in the twentieth; by the real engine
 // a little later, since its stop() makes up for a start that was up to 250 ms late.
 TEST(FadingSoundTest, playsShortSoundsWholeAndFadesAndCutsLongOnesByWhatIsHeard) {

@@ -148,4 +148,10 @@ std::unique_ptr<Sound> FakeSoundPlayer::soundWithContentsOfFile(const QString& p
     return std::make_unique<FakeSound>(*this, path, m_files.value(path));
 }
 
+void FakeSoundPlayer::breakAll() {
+    for (Sound* const sound : std::vector(m_sounds))
+        if (sound->isPlaying())
+            static_cast<FakeSound*>(sound)->end(u"broken"_qs, false);
+}
+
 } // namespace dorvane::testing

@@ -57,6 +57,9 @@ public:
     QStringList types = {u"audio/x-aiff"_qs, u"audio/mpeg"_qs, u"audio/x-wav"_qs,
                          u"audio/x-vorbis+ogg"_qs, u"audio/mp4"_qs};
 
+    // The server goes: what plays is cut off.
+    void breakAll();
+
     // The sounds that exist, oldest first: what is left here at the end has leaked.
     [[nodiscard]] const std::vector<Sound*>& sounds() const { return m_sounds; }
 
