@@ -133,8 +133,18 @@ bool hasBadSound(const AlarmFacts& alarm) {
                                           alarm.sound == SoundFault::Unplayable);
 }
 
+// Where it has been said before that nothing comes out, no alarm is said to be heard.
+QString lineOfSound(std::size_t alarms, bool isOutputFine) {
+    if (alarms == 1)
+        return isOutputFine ? text("The alarm that is set can be heard.")
+                            : text("The alarm that is set has all that it plays.");
+    return (isOutputFine ? text("All %1 alarms that are set can be heard.")
+                         : text("All %1 alarms that are set have all that they play."))
+        .arg(alarms);
+}
+
 // One line for all that are well, one for each that is not.
-Checks checkAlarms(const std::vector<AlarmFacts>& alarms) {
+Checks checkAlarms(const std::vector<AlarmFacts>& alarms, bool isOutputFine) {
     Checks checks;
     for (const AlarmFacts& alarm : alarms) {
         if (hasBadSound(alarm))
@@ -151,10 +161,7 @@ Checks checkAlarms(const std::vector<AlarmFacts>& alarms) {
     if (alarms.empty())
         checks.push_back(fine("alarms", text("No alarm is set.")));
     else if (checks.empty())
-        checks.push_back(fine(
-            "alarms", alarms.size() == 1
-                          ? text("The alarm that is set can be heard.")
-                          : text("All %1 alarms that are set can be heard.").arg(alarms.size())));
+        checks.push_back(fine("alarms", lineOfSound(alarms.size(), isOutputFine)));
     return checks;
 }
 
@@ -247,7 +254,8 @@ std::vector<Check> checksOf(const RingingFacts& facts) {
     add(checkSound(facts.output));
     if (facts.proof)
         all.push_back(checkProof(*facts.proof));
-    add(checkAlarms(facts.alarms));
+    const bool isOutputFine = worstOf(all) != CheckStatus::Failure;
+    add(checkAlarms(facts.alarms, isOutputFine));
     if (facts.icon)
         all.push_back(checkIcon(*facts.icon));
     all.push_back(checkLogin(facts.startsAtLogin));
