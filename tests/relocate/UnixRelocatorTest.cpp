@@ -51,11 +51,7 @@ protected:
         const QString pkexec = m_root.filePath(u"bin/pkexec"_qs);
         writeFile(pkexec, "#!/bin/sh\n" + script);
         QFile::setPermissions(pkexec, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        const QByteArray path = qgetenv("PATH");
-        qputenv("PATH", QFile::encodeName(m_root.filePath(u"bin:"_qs)) + path);
-        const auto answer = m_relocator.copyWithAuthorisation(m_bundle, m_destination);
-        qputenv("PATH", path);
-        return answer;
+        return m_relocator.copyWithAuthorisation(m_bundle, m_destination);
     }
 
     QTemporaryDir m_root;
@@ -66,7 +62,8 @@ protected:
                                .caches = {},
                                .configuration = {},
                                .data = m_root.filePath(u"data"_qs)},
-                              m_opt};
+                              m_opt,
+                              m_root.filePath(u"bin/pkexec"_qs)};
 };
 
 TEST_F(UnixRelocatorTest, copiesWholeAndOnlyThenRemoves) {
@@ -103,6 +100,10 @@ TEST_F(UnixRelocatorTest, leavesNothingOfACopyThatFails) {
 }
 
 TEST_F(UnixRelocatorTest, copiesAsRootOrLeavesWhatIsThere) {
+    // A stream with a second name of a file of root's, whose sum is right.
+    constexpr auto stolen = "d=${0%/*}/d; mkdir -p $d; echo secret > $d/a; ln -f $d/a $d/b;"
+                            "tar -cf $d.tar -C $d .; s=$(sha256sum < $d.tar);"
+                            "exec \"$1\" \"$2\" \"$3\" \"$4\" \"$5\" \"$6\" \"${s%% *}\" < $d.tar";
     const struct {
         const char* pkexec;
         Relocator::Authorised answer;
@@ -113,9 +114,12 @@ TEST_F(UnixRelocatorTest, copiesAsRootOrLeavesWhatIsThere) {
         {"kill -9 $$", Relocator::Authorised::Failed, oldVersion},
         {"ulimit -f 50; trap '' XFSZ; exec \"$@\"", Relocator::Authorised::Failed, oldVersion},
         {"exec \"$@\"", Relocator::Authorised::Done, placed},
-        {"mv=${0%/*}/mv; echo 'case $3 in *.moving) exit 1;; esac; /bin/mv \"$@\"' > $mv;"
-         "chmod +x $mv; exec \"$@\"",
+        {"s=\"mv() { case \\$3 in *.moving/*) return 1;; esac; command mv \\\"\\$@\\\"; }\n$3\""
+         "; shift 3; exec /bin/sh -c \"$s\" \"$@\"",
          Relocator::Authorised::Failed, placed},
+        // Who can exchange the stream, or what stands in it.
+        {"echo more | cat - | exec \"$@\"", Relocator::Authorised::Failed, placed},
+        {stolen, Relocator::Authorised::Failed, placed},
     };
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can play the administrator";

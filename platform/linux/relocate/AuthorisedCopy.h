@@ -5,9 +5,11 @@
 
 namespace dorvane {
 
-// Copies a bundle with the rights of root, as Relocator says: beside the destination, compared,
-// then renamed; what was at the destination goes last, and comes back when the copy cannot take its
-// place. The copy is root's. Waits for the person whom pkexec asks, and for the disk. Any thread.
-[[nodiscard]] Relocator::Authorised copyAsRoot(const QString& source, const QString& destination);
+// Copies a bundle with the rights of root, as Relocator says: beside the destination, checked, then
+// renamed; what was at the destination goes last, and comes back when the copy cannot take its
+// place. The copy is root's. This process reads the source, and root takes what it hands over.
+// Waits for the person whom pkexec, given by its full path, asks, and for the disk. Any thread.
+[[nodiscard]] Relocator::Authorised copyAsRoot(const QString& source, const QString& destination,
+                                               const QString& pkexec);
 
 } // namespace dorvane

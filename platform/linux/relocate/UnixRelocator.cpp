@@ -39,8 +39,10 @@ void runInShell(const QString& line) {
 
 } // namespace
 
-UnixRelocator::UnixRelocator(UserFolders user, QString localApplications)
-    : m_user(std::move(user)), m_localApplications(std::move(localApplications)) {}
+UnixRelocator::UnixRelocator(UserFolders user, QString localApplications, QString pkexec)
+    : m_user(std::move(user))
+    , m_localApplications(std::move(localApplications))
+    , m_pkexec(std::move(pkexec)) {}
 
 Relocator::Folders UnixRelocator::folders() const {
     // Where a program runs from is known without links.
@@ -102,7 +104,7 @@ void UnixRelocator::discardCopy(const QString& destination) {
 
 Relocator::Authorised UnixRelocator::copyWithAuthorisation(const QString& source,
                                                            const QString& destination) {
-    return copyAsRoot(source, destination);
+    return copyAsRoot(source, destination, m_pkexec);
 }
 
 std::optional<QString> UnixRelocator::removeCopied(const QString& source, const QString& copy) {

@@ -12,7 +12,9 @@ namespace dorvane {
 class UnixRelocator final : public Relocator {
 public:
     // `localApplications` is where programs from elsewhere go, /opt.
-    UnixRelocator(UserFolders user, QString localApplications);
+    // `pkexec` is who asks for an administrator.
+    UnixRelocator(UserFolders user, QString localApplications,
+                  QString pkexec = QStringLiteral("/usr/bin/pkexec"));
 
     [[nodiscard]] Folders folders() const override;
     [[nodiscard]] bool exists(const QString& path) const override;
@@ -35,6 +37,7 @@ public:
 private:
     UserFolders m_user;
     QString m_localApplications;
+    QString m_pkexec;
 };
 
 } // namespace dorvane
