@@ -31,6 +31,19 @@ target_compile_options(dorvane_flags INTERFACE
   $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op -Wduplicated-branches>
   $<$<BOOL:${DORVANE_WARNINGS_AS_ERRORS}>:-Werror>)
 
+# What makes a fault of memory harder to use, in what is shipped: tests/packaging looks whether it is
+# there.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+if(NOT DORVANE_SANITIZE AND NOT DORVANE_FUZZ AND NOT DORVANE_COVERAGE)
+  set(hardening -fstack-protector-strong -fstack-clash-protection -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  if(CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+    list(APPEND hardening -fcf-protection)
+  endif()
+  target_compile_options(dorvane_flags INTERFACE "$<$<NOT:$<CONFIG:Debug>>:${hardening}>")
+  target_link_options(dorvane_flags INTERFACE "$<$<NOT:$<CONFIG:Debug>>:-Wl,-z,relro,-z,now,-z,noexecstack>")
+endif()
+
 if(DORVANE_SANITIZE)
   # Beyond -O1 the sanitizers make g++ report uninitialised uses that do not exist.
   target_compile_options(dorvane_flags INTERFACE
