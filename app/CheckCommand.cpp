@@ -106,7 +106,7 @@ void printJson(const CheckRows& rows, bool rings) {
                                 {QStringLiteral("line"), row.line},
                                 {QStringLiteral("advice"), row.advice}});
     const QJsonObject all{{QStringLiteral("rings"), rings}, {QStringLiteral("checks"), list}};
-    writeLine(QString::fromUtf8(QJsonDocument(all).toJson(QJsonDocument::Indented).trimmed()));
+    writeText(QString::fromUtf8(QJsonDocument(all).toJson(QJsonDocument::Indented).trimmed()));
 }
 
 void print(const CheckRows& rows) {
@@ -144,7 +144,7 @@ ExitStatus runCheck(const QStringList& arguments) {
 
 } // namespace
 
-std::unique_ptr<CheckObject> offerChecks(const QDBusConnection& bus) {
+std::unique_ptr<CheckObject> offerChecks(ServedBus& bus) {
     return std::make_unique<CheckObject>(bus, [](bool playTestSound, const auto& done) {
         sharedChecks().ask(playTestSound ? WillItRing::TestSound::Played
                                          : WillItRing::TestSound::None,

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/bfApp.h"
 
-#include "app/CheckCommand.h"
 #include "app/Desktop.h"
 #include "app/LastRun.h"
 #include "app/OwnAddress.h"
@@ -16,13 +15,11 @@
 #include "core/UsersNotificationManager.h"
 #include "menubar/AlarmMenuController.h"
 #include "platform/EscapedText.h"
-#include "platform/linux/checks/CheckObject.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/linux/session/ZoneData.h"
 #include "platform/Log.h"
 #include "relocate/MoveToApplications.h"
 
-#include <QDBusConnection>
 #include <QMessageBox>
 #include <QPixmapCache>
 #include <QPushButton>
@@ -84,7 +81,6 @@ void bfApp::launch() {
     takeBack();
     controller.updateStatusView();
     (void)sharedWakeUps();
-    m_checks = offerChecks(QDBusConnection::sessionBus());
 }
 
 void bfApp::watchForTheEnd() {
@@ -147,7 +143,7 @@ void bfApp::open(const LaunchRequest& request) {
             qCWarning(logApp) << "nothing is known about" << address << "- the menu opens instead";
     }
     AlarmMenuController& controller = AlarmMenuController::mainMenuController();
-    if (request.action == QStringLiteral("timer-5"))
+    if (request.action == QStringLiteral("timer-5") && sharedAlarmControl().hasRoom())
         controller.createPreAlarm(5);
     else if (createsAlarm)
         controller.createAlarm();

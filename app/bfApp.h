@@ -14,7 +14,6 @@ namespace dorvane {
 
 class BreakCycle;
 class Bundle;
-class CheckObject;
 class MoveToApplications;
 struct LaunchRequest;
 struct Release;
@@ -77,7 +76,6 @@ private:
     std::optional<UnixSignals> m_signals;
     std::unique_ptr<MoveToApplications> m_mover;
     std::unique_ptr<BreakCycle> m_breakCycle;
-    std::unique_ptr<CheckObject> m_checks;
     RunLoopTimer m_schemeCheck;
     RunLoopTimer m_updateCheck;
     RunLoopTimer m_takeBack;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Announce.h"
 #include "app/bfApp.h"
+#include "app/CheckCommand.h"
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/Desktop.h"
@@ -8,7 +9,9 @@
 #include "app/SharedInstances.h"
 #include "app/StatePaths.h"
 #include "control/AlarmControl.h"
-#include "platform/linux/control/ControlAdaptor.h"
+#include "platform/linux/bus/ServedBus.h"
+#include "platform/linux/checks/CheckObject.h"
+#include "platform/linux/control/ControlObject.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
@@ -21,6 +24,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+#include <optional>
 
 namespace {
 
@@ -58,8 +63,8 @@ int main(int argc, char** argv) {
     if (const auto id = announcementIn(arguments))
         return announce(argc, argv, *id);
 
-    SingleInstance instance(QDBusConnection::sessionBus(),
-                            SingleInstance::lockFolder(xdgFolders().caches));
+    ServedBus sessionBus;
+    SingleInstance instance(sessionBus, SingleInstance::lockFolder(xdgFolders().caches));
     const LaunchRequest request{.action = {}, .uris = arguments};
     const auto standing = instance.claim(request);
     if (standing != SingleInstance::Standing::First)
@@ -68,9 +73,11 @@ int main(int argc, char** argv) {
     reportCrashes(stateFolder(xdgFolders()), DORVANE_VERSION);
     choosePlatform(QDBusConnection::sessionBus());
     bfApp application(argc, argv);
+    std::optional<ControlObject> control;
+    std::unique_ptr<CheckObject> checks;
     application.finishLaunching([&] {
-        new ControlAdaptor(QDBusConnection::sessionBus(), sharedDesktop().runLoop,
-                           sharedAlarmControl(), instance.object()); // which owns it
+        control.emplace(sessionBus, sharedDesktop().runLoop, sharedAlarmControl());
+        checks = offerChecks(sessionBus);
         instance.setRequested([&](const LaunchRequest& further) { application.open(further); });
         if (!request.uris.isEmpty())
             application.open(request);

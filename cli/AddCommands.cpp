@@ -40,10 +40,12 @@ struct Options {
         option("sound", "A sound of the library by its name, a file, or none.", "NAME|FILE");
     QCommandLineOption fade = option("fade", "Plays a long sound for 20 seconds.");
     QCommandLineOption voice = option("voice", "Speaks the title first.", "NAME");
+    QCommandLineOption store =
+        option("store", "Keeps a copy in the library, to be started again by its title.");
     QCommandLineOption snooze = option("snooze", "Minutes that Snooze puts it off for.", "MINUTES");
 
     [[nodiscard]] QList<QCommandLineOption> all() const {
-        return {in, repeat, at, date, everyDay, on, everyWeek, sound, fade, voice, snooze};
+        return {in, repeat, at, date, everyDay, on, everyWeek, sound, fade, voice, snooze, store};
     }
 };
 
@@ -122,7 +124,8 @@ ExitStatus runAdd(const CommandServices& services, const QStringList& arguments)
             return misused(fault);
     for (const auto& [flag, name] :
          {std::pair{options.repeat, key::repeat}, std::pair{options.everyDay, key::everyDay},
-          std::pair{options.everyWeek, key::everyWeek}, std::pair{options.fade, key::fade}})
+          std::pair{options.everyWeek, key::everyWeek}, std::pair{options.fade, key::fade},
+          std::pair{options.store, key::store}})
         if (parser.isSet(flag))
             alarm.insert(name, true);
     return showMade(services, services.program().call(QStringLiteral("AddAlarm"), {alarm},

@@ -32,7 +32,7 @@ std::optional<ExitStatus> readArguments(QCommandLineParser& parser, const QStrin
     parser.addOption(help);
     const bool isRead = parser.parse(QCoreApplication::arguments() + arguments);
     if (isRead && parser.isSet(help)) {
-        writeLine(parser.helpText().trimmed());
+        writeText(parser.helpText().trimmed());
         return ExitStatus::Done;
     }
     const qsizetype given = parser.positionalArguments().size();

@@ -5,13 +5,37 @@
 
 namespace dorvane {
 
+namespace {
+
+// Titles come from mails and calendars, by way of scripts.
+QString harmless(QString line) {
+    for (QChar& character : line)
+        if (character.isSpace())
+            character = u' ';
+        else if (character.category() == QChar::Other_Control ||
+                 character.category() == QChar::Other_Format)
+            character = QChar::ReplacementCharacter;
+    return line;
+}
+
+} // namespace
+
 bool writeLine(const QString& line) {
-    const QByteArray text = line.toLocal8Bit() + '\n';
-    return std::fputs(text.constData(), stdout) >= 0 && std::fflush(stdout) == 0;
+    const QByteArray text = harmless(line).toLocal8Bit() + '\n';
+    return std::fwrite(text.constData(), 1, std::size_t(text.size()), stdout) ==
+               std::size_t(text.size()) &&
+           std::fflush(stdout) == 0;
+}
+
+bool writeText(const QString& text) {
+    bool isRead = true;
+    for (const QString& line : text.split(u'\n'))
+        isRead = isRead && writeLine(line);
+    return isRead;
 }
 
 void writeFault(const QString& line) {
-    std::fprintf(stderr, "dorvane: %s\n", line.toLocal8Bit().constData());
+    std::fprintf(stderr, "dorvane: %s\n", harmless(line).toLocal8Bit().constData());
 }
 
 } // namespace dorvane

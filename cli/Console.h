@@ -5,11 +5,13 @@
 
 namespace dorvane {
 
-// A line for the standard output, in the encoding of the user's locale. False when nobody reads
-// it any more.
+// A line for the standard output, in the encoding of the user's locale, and always one line: what
+// in it would steer a terminal is replaced. False when nobody reads it any more.
 bool writeLine(const QString& line);
+// The same for a text of several lines.
+bool writeText(const QString& text);
 
-// A line for the standard error, with the program's name before it.
+// As writeLine() for the standard error, with the program's name before it.
 void writeFault(const QString& line);
 
 } // namespace dorvane

@@ -148,7 +148,8 @@ ExitStatus runStatus(const CommandServices& services, const QStringList& argumen
     bool isReached = false;
     const auto look = [&] {
         const auto properties = program.properties();
-        const auto answer = program.call(QStringLiteral("ListRunning"));
+        // As many as a line or a tool tip tells of: who follows asks again at each change.
+        const auto answer = program.call(QStringLiteral("ListNext"), {20U});
         for (const auto* const fault : {std::get_if<RemoteProgram::Fault>(&properties),
                                         std::get_if<RemoteProgram::Fault>(&answer)})
             if (fault) {

@@ -21,6 +21,11 @@ namespace {
 // More than anybody sets, and few enough for every look at them to be short.
 constexpr std::size_t mostAlarms = 10'000;
 
+// A sound may lie on a disk that does not answer, and callers wait for ten seconds.
+constexpr auto patience = 8s;
+constexpr std::size_t mostMakings = 200; // that wait for a sound or a voice, answered or not
+constexpr auto ageOfState = 100ms;
+
 Refusal refusal(const char* name, const QString& reason) {
     return {QString::fromLatin1(name), reason};
 }
@@ -45,6 +50,20 @@ RemoteListener::Event eventOf(RingEvent event) {
 
 } // namespace
 
+// An alarm that is being made.
+struct AlarmControl::Making {
+    AlarmRequest request;
+    QDateTime asked;
+    Made made; // none once it was answered
+    RunLoopTimer patience;
+
+    void answer(const AlarmAnswer& answer) {
+        patience.cancel();
+        if (const Made answering = std::exchange(made, {}))
+            answering(answer);
+    }
+};
+
 AlarmControl::AlarmControl(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
     , m_store(
@@ -68,7 +87,7 @@ AlarmControl::AlarmControl(Surroundings surroundings)
     m_alarmsObservation =
         m_surroundings.notifications.addObserver(alarmsDidChangeNotification, [this](const void*) {
             m_alarmsChanged.request();
-            m_stateChanged.request();
+            changed();
         });
     m_storedObservation = m_surroundings.notifications.addObserver(
         storedAlarmsDidChangeNotification, [this](const void*) { m_storedChanged.request(); });
@@ -76,7 +95,7 @@ AlarmControl::AlarmControl(Surroundings surroundings)
 
 // -- Making alarms --------------------------------------------------------------------------------
 
-// One with a title is an alarm as the editor makes it: the menu shows its title.
+// One with a title is an alarm as the editor makes it.
 void AlarmControl::addTimer(quint32 minutes, const QString& title, const Made& made) {
     const QString wanted = title.isEmpty() ? QStringLiteral("default") : title;
     const auto request =
@@ -84,7 +103,7 @@ void AlarmControl::addTimer(quint32 minutes, const QString& title, const Made& m
     if (const Refusal* const refused = std::get_if<Refusal>(&request))
         return made(*refused);
     if (!title.isEmpty())
-        return findSound(std::get<AlarmRequest>(request), made);
+        return make(std::get<AlarmRequest>(request), made);
     made(take(quickAlarm(int(minutes), m_surroundings.pingPath(), m_surroundings.runLoop.now())));
 }
 
@@ -92,54 +111,94 @@ void AlarmControl::addAlarm(const QVariantMap& description, const Made& made) {
     const auto request = readRequest(description, m_surroundings.runLoop.now());
     if (const Refusal* const refused = std::get_if<Refusal>(&request))
         return made(*refused);
-    findSound(std::get<AlarmRequest>(request), made);
+    make(std::get<AlarmRequest>(request), made);
 }
 
-void AlarmControl::findSound(const AlarmRequest& request, const Made& made) {
-    AlarmForm form = request.form;
-    const Found withSound = [this, weak = m_lifeline.weak(), form, voice = request.voice,
-                             made](const std::variant<QString, Refusal>& found) mutable {
-        if (weak.isCut())
+void AlarmControl::make(const AlarmRequest& request, const Made& made) {
+    std::erase_if(m_makings, [](const auto& making) { return making.expired(); });
+    if (m_makings.size() >= mostMakings)
+        return made(refusal("Busy", QStringLiteral("too many requests are waiting")));
+    const auto making =
+        std::make_shared<Making>(Making{request, m_surroundings.runLoop.now(), made, {}});
+    making->patience = m_surroundings.runLoop.scheduleOnce(
+        patience,
+        [weak = std::weak_ptr(making)] {
+            if (const auto late = weak.lock())
+                late->answer(
+                    refusal("TooSlow", QStringLiteral("the sound or the voice could not be "
+                                                      "looked up within 8 seconds")));
+        },
+        RunLoopMode::Common);
+    m_makings.push_back(making);
+    findSound(making);
+}
+
+void AlarmControl::findSound(const MakingPtr& making) {
+    const Found withSound = [this, weak = m_lifeline.weak(),
+                             making](const std::variant<QString, Refusal>& found) {
+        if (weak.isCut() || !making->made)
             return;
         if (const Refusal* const refused = std::get_if<Refusal>(&found))
-            return made(*refused);
-        form.soundPath = std::get<QString>(found);
-        form.isPlaySound = !form.soundPath.isEmpty();
-        findVoice(form, voice, made);
+            return making->answer(*refused);
+        making->request.form.soundPath = std::get<QString>(found);
+        making->request.form.isPlaySound = !making->request.form.soundPath.isEmpty();
+        findVoice(making);
     };
-    if (request.sound && !request.sound->isEmpty())
-        m_surroundings.findSound(*request.sound, withSound);
+    const auto& sound = making->request.sound;
+    if (sound && !sound->isEmpty())
+        m_surroundings.findSound(*sound, withSound);
     else
-        withSound(request.sound ? QString() : m_surroundings.pingPath());
+        withSound(sound ? QString() : m_surroundings.pingPath());
 }
 
-void AlarmControl::findVoice(AlarmForm form, const QString& voice, const Made& made) {
-    if (voice.isEmpty())
-        return build(form, made);
-    form.isSpeakAlarmName = true;
-    m_surroundings.findVoice(voice, [this, weak = m_lifeline.weak(), form,
-                                     made](const std::variant<QString, Refusal>& found) mutable {
-        if (weak.isCut())
-            return;
-        if (const Refusal* const refused = std::get_if<Refusal>(&found))
-            return made(*refused);
-        form.voiceName = std::get<QString>(found);
-        build(form, made);
-    });
+void AlarmControl::findVoice(const MakingPtr& making) {
+    if (making->request.voice.isEmpty())
+        return build(making);
+    making->request.form.isSpeakAlarmName = true;
+    m_surroundings.findVoice(
+        making->request.voice,
+        [this, weak = m_lifeline.weak(), making](const std::variant<QString, Refusal>& found) {
+            if (weak.isCut() || !making->made)
+                return;
+            if (const Refusal* const refused = std::get_if<Refusal>(&found))
+                return making->answer(*refused);
+            making->request.form.voiceName = std::get<QString>(found);
+            build(making);
+        });
 }
 
-void AlarmControl::build(const AlarmForm& form, const Made& made) {
+// What is to ring after so long counts from the request, however long the sound was looked for.
+void AlarmControl::build(const MakingPtr& making) {
+    const AlarmForm& form = making->request.form;
     if (const FormFaults faults = faultsOf(form); !faults.message.isEmpty())
-        return made(refusal("InvalidValue", faults.message.trimmed()));
-    const QDateTime now = m_surroundings.runLoop.now();
-    made(take(alarmBuiltFrom(form, now, weekdayName(now.date()), nullptr)));
+        return making->answer(refusal("InvalidValue", faults.message.trimmed()));
+    const AlarmPtr alarm =
+        alarmBuiltFrom(form, making->asked, weekdayName(making->asked.date()), nullptr);
+    if (making->request.isStored &&
+        !m_surroundings.storedAlarms.hasRoomFor(form.title, m_toStore.size()))
+        return making->answer(refusal(
+            "TooMany", QStringLiteral("%1 alarms are stored already").arg(StoredAlarms::most)));
+    const AlarmAnswer taken = take(alarm);
+    if (std::holds_alternative<QString>(taken)) {
+        if (form.row == Alarm::Relative && making->asked < m_surroundings.runLoop.now()) {
+            alarm->setRunTime(making->asked);
+            m_surroundings.clock.alarmDidChange();
+        }
+        if (making->request.isStored) {
+            m_toStore.push_back(alarm);
+            m_store.request();
+        }
+    }
+    making->answer(taken);
+}
+
+bool AlarmControl::hasRoom() const {
+    return m_surroundings.clock.allAlarms().size() < mostAlarms;
 }
 
 AlarmAnswer AlarmControl::take(const AlarmPtr& alarm) {
-    if (m_surroundings.clock.allAlarms().size() >= mostAlarms)
+    if (!hasRoom())
         return tooMany();
-    m_toStore.push_back(alarm);
-    m_store.request();
     m_surroundings.schedule(alarm);
     return alarm->identity();
 }
@@ -157,7 +216,7 @@ AlarmAnswer AlarmControl::startStored(const QString& title) {
                                     [&](const AlarmPtr& alarm) { return alarm->title() == title; });
     if (found == stored.end())
         return refusal("NoSuchAlarm", QStringLiteral("no alarm is stored as \"%1\"").arg(title));
-    if (m_surroundings.clock.allAlarms().size() >= mostAlarms)
+    if (!hasRoom())
         return tooMany();
     const QDateTime now = m_surroundings.runLoop.now();
     const RearmDecision decision = rearmAtStart(**found, now, weekdayName(now.date()));
@@ -170,22 +229,33 @@ AlarmAnswer AlarmControl::startStored(const QString& title) {
 
 // -- Lists ----------------------------------------------------------------------------------------
 
-QList<QVariantMap> AlarmControl::runningAlarms() {
-    const Instant now = instantNow(m_surroundings.runLoop);
-    QList<QVariantMap> reports;
-    for (const AlarmPtr& alarm : m_surroundings.clock.allAlarms())
-        reports << runningReportOf(*alarm, now);
-    return reports;
+AlarmListing AlarmControl::runningAlarms() {
+    const auto& alarms = m_surroundings.clock.allAlarms();
+    return {alarms.size(), [alarms, now = instantNow(m_surroundings.runLoop)](std::size_t index) {
+                return runningReportOf(*alarms[index], now);
+            }};
 }
 
-QList<QVariantMap> AlarmControl::storedAlarms() {
+AlarmListing AlarmControl::storedAlarms() {
     m_store.finish();
+    const auto alarms = m_surroundings.storedAlarms.alarms().value_or(std::vector<AlarmPtr>());
+    return {alarms.size(), [alarms, now = instantNow(m_surroundings.runLoop)](std::size_t index) {
+                return reportOf(*alarms[index], now);
+            }};
+}
+
+AlarmListing AlarmControl::nextAlarms(std::size_t most) {
     const Instant now = instantNow(m_surroundings.runLoop);
-    QList<QVariantMap> reports;
-    for (const AlarmPtr& alarm :
-         m_surroundings.storedAlarms.alarms().value_or(std::vector<AlarmPtr>()))
-        reports << reportOf(*alarm, now);
-    return reports;
+    std::vector<std::pair<Instant, AlarmPtr>> soonest;
+    for (const AlarmPtr& alarm : m_surroundings.clock.allAlarms())
+        soonest.emplace_back(alarm->due(now).value_or(Instant::max()), alarm);
+    const auto count = std::min(most, soonest.size());
+    std::partial_sort(soonest.begin(), soonest.begin() + std::ptrdiff_t(count), soonest.end(),
+                      [](const auto& a, const auto& b) { return a.first < b.first; });
+    soonest.resize(count);
+    return {count, [soonest, now](std::size_t index) {
+                return runningReportOf(*soonest[index].second, now);
+            }};
 }
 
 // -- Answering and ending -------------------------------------------------------------------------
@@ -264,6 +334,15 @@ Outcome AlarmControl::skipBreak() {
 // -- What is told ---------------------------------------------------------------------------------
 
 RemoteState AlarmControl::state() const {
+    const auto uptime = m_surroundings.runLoop.uptime();
+    if (!m_state || uptime - m_stateLookedUp >= ageOfState) {
+        m_state = lookedUpState();
+        m_stateLookedUp = uptime;
+    }
+    return *m_state;
+}
+
+RemoteState AlarmControl::lookedUpState() const {
     const Instant now = instantNow(m_surroundings.runLoop);
     RemoteState state;
     std::optional<Instant> next;
@@ -282,6 +361,11 @@ RemoteState AlarmControl::state() const {
     return state;
 }
 
+void AlarmControl::changed() {
+    m_state.reset();
+    m_stateChanged.request();
+}
+
 void AlarmControl::tellState() {
     const RemoteState before = std::exchange(m_told, state());
     if (before != m_told && m_listener.stateChanged)
@@ -295,7 +379,7 @@ void AlarmControl::befell(RingEvent event, const AlarmPtr& alarm) {
                           title = alarm->title()](AlarmControl& self) {
             if (self.m_listener.befell)
                 self.m_listener.befell(event, identity, title);
-            self.m_stateChanged.request();
+            self.changed();
             self.m_alarmsChanged.request();
         }));
 }

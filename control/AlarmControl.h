@@ -56,8 +56,9 @@ public:
     void addTimer(quint32 minutes, const QString& title, const Made& made) override;
     void addAlarm(const QVariantMap& description, const Made& made) override;
     [[nodiscard]] AlarmAnswer startStored(const QString& title) override;
-    [[nodiscard]] QList<QVariantMap> runningAlarms() override;
-    [[nodiscard]] QList<QVariantMap> storedAlarms() override;
+    [[nodiscard]] AlarmListing runningAlarms() override;
+    [[nodiscard]] AlarmListing storedAlarms() override;
+    [[nodiscard]] AlarmListing nextAlarms(std::size_t most) override;
     [[nodiscard]] Outcome snooze(const QString& identity) override;
     [[nodiscard]] Outcome clear(const QString& identity) override;
     [[nodiscard]] Outcome remove(const QString& identity) override;
@@ -70,16 +71,25 @@ public:
 
     // To be told what befalls an alarm that rings, and that the break reminder was switched.
     void befell(RingEvent event, const AlarmPtr& alarm);
-    void breaksChanged() { m_stateChanged.request(); }
+    void breaksChanged() { changed(); }
+
+    // Whether one more alarm may run.
+    [[nodiscard]] bool hasRoom() const;
 
     // Writes down what waits to be written.
     void finish() { m_store.finish(); }
 
 private:
-    void findSound(const AlarmRequest& request, const Made& made);
-    void findVoice(AlarmForm form, const QString& voice, const Made& made);
-    void build(const AlarmForm& form, const Made& made);
+    struct Making;
+    using MakingPtr = std::shared_ptr<Making>;
+
+    void make(const AlarmRequest& request, const Made& made);
+    void findSound(const MakingPtr& making);
+    void findVoice(const MakingPtr& making);
+    void build(const MakingPtr& making);
     [[nodiscard]] AlarmAnswer take(const AlarmPtr& alarm);
+    [[nodiscard]] RemoteState lookedUpState() const;
+    void changed();
     [[nodiscard]] Outcome
     onRunning(const QString& identity,
               const std::function<Outcome(const AlarmPtr& alarm)>& action) const;
@@ -89,7 +99,11 @@ private:
 
     const Surroundings m_surroundings;
     RemoteListener m_listener;
+    std::vector<std::weak_ptr<Making>> m_makings; // also those that were given up meanwhile
     RemoteState m_told;
+    // Many may ask for it, and thousands of alarms may run.
+    mutable std::optional<RemoteState> m_state;
+    mutable std::chrono::milliseconds m_stateLookedUp{0}; // uptime
     std::vector<AlarmPtr> m_toStore;
     Coalescer m_store;
     Coalescer m_stateChanged;

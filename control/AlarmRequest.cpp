@@ -21,7 +21,7 @@ struct Draft {
     std::optional<QTime> time;
     std::optional<QDate> date;
     std::optional<WeekdaySet> weekdays;
-    std::optional<bool> repeat, everyDay, everyWeek, fade;
+    std::optional<bool> repeat, everyDay, everyWeek, fade, store;
 };
 
 Outcome refusal(const char* name, const QString& key, const QString& reason) {
@@ -148,6 +148,7 @@ const std::array keys{
     Key{key::fade, readFlag<&Draft::fade>},
     Key{key::voice, readText<&Draft::voice, longestName>},
     Key{key::snooze, readNumber<&Draft::snooze>},
+    Key{key::store, readFlag<&Draft::store>},
 };
 
 Outcome readInto(Draft& draft, const QVariantMap& description) {
@@ -286,6 +287,7 @@ std::variant<AlarmRequest, Refusal> readRequest(const QVariantMap& description,
     request.form.shouldFadeIn = draft.fade.value_or(false);
     request.sound = draft.sound;
     request.voice = draft.voice.value_or(QString());
+    request.isStored = draft.store.value_or(false);
     return request;
 }
 

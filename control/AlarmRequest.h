@@ -15,6 +15,7 @@ struct AlarmRequest {
     AlarmForm form;
     std::optional<QString> sound; // a name or a full path; empty for silence, nothing for Ping
     QString voice;                // empty for none
+    bool isStored = false;        // a copy goes to the library
 };
 
 // Reads a description (see docs/bus.md) at the moment `now`: what is unknown, of another type, past

@@ -19,6 +19,7 @@ inline const QString sound = QStringLiteral("sound");
 inline const QString fade = QStringLiteral("fade");
 inline const QString voice = QStringLiteral("voice");
 inline const QString snooze = QStringLiteral("snooze");
+inline const QString store = QStringLiteral("store");
 
 // Told only.
 inline const QString identity = QStringLiteral("id");

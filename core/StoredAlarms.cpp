@@ -2,6 +2,7 @@
 #include "core/StoredAlarms.h"
 
 #include "core/NotificationNames.h"
+#include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 
 #include <algorithm>
@@ -19,8 +20,10 @@ void putInto(std::vector<AlarmPtr>& stored, const Alarm& alarm, Instant now) {
     const auto found = firstTitled(stored, alarm.title());
     if (found != stored.end())
         *found = alarm.copy(now);
-    else
+    else if (stored.size() < StoredAlarms::most)
         stored.push_back(alarm.copy(now));
+    else
+        qCWarning(logCore, "%zu alarms are stored, which is the most", stored.size());
 }
 
 } // namespace
@@ -32,6 +35,11 @@ StoredAlarms::StoredAlarms(UserDefaults& defaults, const AlarmArchive& archive,
 
 std::optional<std::vector<AlarmPtr>> StoredAlarms::alarms() {
     return m_list.load();
+}
+
+bool StoredAlarms::hasRoomFor(const QString& title, std::size_t others) {
+    std::vector<AlarmPtr> stored = load();
+    return stored.size() + others < most || firstTitled(stored, title) != stored.end();
 }
 
 void StoredAlarms::put(const Alarm& alarm, Instant now) {

@@ -25,7 +25,13 @@ public:
     // Each call reads afresh and gives alarms of its own.
     [[nodiscard]] std::optional<std::vector<AlarmPtr>> alarms();
 
+    // The most alarms that are kept: whoever looks at the library looks at all of it.
+    static constexpr std::size_t most = 1000;
+    // Whether an alarm of this title can be stored, with as many others still to come.
+    [[nodiscard]] bool hasRoomFor(const QString& title, std::size_t others = 0);
+
     // Stores a copy of the alarm: in the place of the first one with its title, else at the end.
+    // One for which there is no room is not stored, of which the log tells.
     void put(const Alarm& alarm, Instant now);
 
     // The same for several alarms, which are written together.

@@ -262,6 +262,10 @@ void AlarmSetController::setButtonPushed() {
         m_controls->inTimeField->setFocus();
     if (!faults.message.isEmpty())
         return showFaults(faults.message);
+    if (!m_services.storedAlarms.hasRoomFor(m_form.title))
+        return showFaults(QStringLiteral("%1 alarms are stored, which is the most. Delete one of "
+                                         "them first, or use its title.")
+                              .arg(StoredAlarms::most));
     const AlarmPtr alarm = saveCurrentAlarm();
     if (m_delegate)
         m_delegate->acceptedAlarm(*this, alarm);

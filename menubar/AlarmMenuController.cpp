@@ -103,9 +103,14 @@ void AlarmMenuController::editAlarm(const AlarmPtr& alarm) {
     showEditor(alarm);
 }
 
-// One alarm has one editor at a time, or the last to be set would undo what the others changed.
+// One alarm has one editor at a time, or the last to be set would undo what the others changed. New
+// alarms have not more editors than anybody uses: other programs may ask for them.
 void AlarmMenuController::showEditor(const AlarmPtr& alarm) {
-    if (AlarmSetController* const open = alarm ? editorOf(*alarm) : nullptr) {
+    constexpr std::size_t most = 20;
+    AlarmSetController* open = alarm ? editorOf(*alarm) : nullptr;
+    if (!alarm && m_editors.size() >= most)
+        open = m_editors.back().get();
+    if (open) {
         bringToFront(*open);
         return;
     }

@@ -33,6 +33,12 @@ struct RemoteState {
     friend bool operator==(const RemoteState&, const RemoteState&) = default;
 };
 
+// Alarms as they are listed at one moment, told of one by one, as there may be thousands.
+struct AlarmListing {
+    std::size_t count = 0;
+    std::function<QVariantMap(std::size_t index)> report; // below the count
+};
+
 // Who is told of changes, each call some turns of the loop after the change.
 struct RemoteListener {
     enum class Event { Rang, Snoozed, Cleared, WentUnanswered };
@@ -50,7 +56,8 @@ class RemoteControl {
 public:
     virtual ~RemoteControl() = default;
 
-    // Called once, at once or later: sounds are copied and voices asked for on other threads.
+    // Called once, at once or within some eight seconds: sounds are copied and voices asked for on
+    // other threads, and who asks does not wait for ever. What is refused is never made later.
     using Made = std::function<void(const AlarmAnswer& answer)>;
 
     // A timer of 1 minute or more; without a title it is one of the menu's.
@@ -59,8 +66,10 @@ public:
     virtual void addAlarm(const QVariantMap& description, const Made& made) = 0;
     [[nodiscard]] virtual AlarmAnswer startStored(const QString& title) = 0;
 
-    [[nodiscard]] virtual QList<QVariantMap> runningAlarms() = 0;
-    [[nodiscard]] virtual QList<QVariantMap> storedAlarms() = 0;
+    [[nodiscard]] virtual AlarmListing runningAlarms() = 0;
+    [[nodiscard]] virtual AlarmListing storedAlarms() = 0;
+    // Running alarms, soonest first and so those that ring before all others.
+    [[nodiscard]] virtual AlarmListing nextAlarms(std::size_t most) = 0;
 
     [[nodiscard]] virtual Outcome snooze(const QString& identity) = 0;
     // Answers an alarm that rings; ends any other.

@@ -34,6 +34,8 @@ protected:
             .pingPath = [] { return u"/Ping"_qs; },
             .findSound =
                 [this](const QString& name, const AlarmControl::Found& found) {
+                    if (name == u"Slow"_qs)
+                        return slowSounds.push_back(found);
                     loop.defer([=] {
                         found(name == u"Nope"
                                   ? std::variant<QString, Refusal>(Refusal{u"NoSuchSound"_qs, name})
@@ -69,6 +71,13 @@ protected:
         return words.join(u' ');
     }
 
+    static QList<QVariantMap> reportsOf(const AlarmListing& listing) {
+        QList<QVariantMap> reports;
+        for (std::size_t i = 0; i < listing.count; ++i)
+            reports << listing.report(i);
+        return reports;
+    }
+
     std::string answerTo(const QVariantMap& description) {
         told = u"no answer"_qs;
         control.addAlarm(description, made());
@@ -85,6 +94,7 @@ protected:
     StoredAlarms library{defaults, archive, notifications};
     Clock clock{loop, notifications};
     bool breaksRun = false;
+    std::vector<AlarmControl::Found> slowSounds;
     QString told;
     AlarmControl control{surroundings()};
 };
@@ -147,8 +157,10 @@ TEST_F(AlarmControlTest, whatIsReportedOfAnAlarmMakesTheSameAgain) {
                       {u"every-week"_qs, true},
                       {u"fade"_qs, true},
                       {u"voice"_qs, u"Ann"_qs}}}) {
-        const std::string first = answerTo(description);
-        QVariantMap report = control.storedAlarms().back();
+        QVariantMap stored = description;
+        stored.insert(u"store"_qs, true);
+        const std::string first = answerTo(stored);
+        QVariantMap report = reportsOf(control.storedAlarms()).back();
         EXPECT_TRUE(report.remove(u"due"_qs) == 1 || report.contains(u"hours"_qs));
         for (auto said = description.begin(); said != description.end(); ++said)
             EXPECT_EQ(report.value(said.key()), said.value()) << qPrintable(said.key());
@@ -163,13 +175,57 @@ TEST_F(AlarmControlTest, manyChangesAreWrittenAndToldTogether) {
     listener.alarmsChanged = [&] { ++tellings; };
     control.setListener(listener);
     for (int i = 0; i < 100; ++i) {
-        control.addTimer(10, QString::number(i), made());
+        control.addAlarm({{u"title"_qs, QString::number(i)},
+                          {u"minutes"_qs, 110 - i},
+                          {u"store"_qs, i % 2 == 1}},
+                         made());
         loop.advance(2ms); // 0.2 s in all
     }
     loop.advance(1s);
     EXPECT_EQ(tellings, 3);
     EXPECT_EQ(defaults.writes(), 2);
-    EXPECT_EQ(control.storedAlarms().size(), 100);
+    EXPECT_EQ(control.storedAlarms().count, 50U) << "only what was asked for";
+    EXPECT_EQ(control.runningAlarms().count, 100U);
+    QStringList next;
+    for (const QVariantMap& report : reportsOf(control.nextAlarms(3)))
+        next << report.value(u"title"_qs).toString();
+    EXPECT_EQ(next, (QStringList{u"99"_qs, u"98"_qs, u"97"_qs}));
+}
+
+TEST_F(AlarmControlTest, whoWaitsForASoundIsAnsweredInTimeAndTheAlarmCountsFromTheRequest) {
+    const auto answerTo = [&](const char* sound, std::chrono::seconds after) {
+        told = u"no answer"_qs;
+        control.addAlarm(
+            {{u"title"_qs, u"T"_qs}, {u"minutes"_qs, 1}, {u"sound"_qs, QString::fromLatin1(sound)}},
+            made());
+        loop.advance(after);
+        for (const auto& found : std::exchange(slowSounds, {}))
+            found(u"/Slow"_qs);
+        return told.toStdString();
+    };
+    EXPECT_EQ(answerTo("Slow", 7s), "24. 10:01:00 T /Slow  5");
+    EXPECT_EQ(answerTo("Slow", 9s),
+              "TooSlow the sound or the voice could not be looked up within 8 seconds");
+    EXPECT_EQ(clock.allAlarms().size(), 1U) << "what was given up is not made later";
+}
+
+TEST_F(AlarmControlTest, theLibraryAndTheQueueAreBoundedAndSaySo) {
+    const auto numbered = [](int number) {
+        return QVariantMap{
+            {u"title"_qs, QString::number(number)}, {u"minutes"_qs, 1}, {u"store"_qs, true}};
+    };
+    for (int i = 0; i < 1000; ++i)
+        control.addAlarm(numbered(i), made());
+    EXPECT_EQ(answerTo(numbered(1000)), "TooMany 1000 alarms are stored already");
+    loop.advance(1s);
+    EXPECT_EQ(answerTo(numbered(1000)), "TooMany 1000 alarms are stored already");
+    EXPECT_TRUE(answerTo(numbered(7)).starts_with("24. 10:01"))
+        << "in the place of the one of its title";
+    EXPECT_EQ(control.storedAlarms().count, 1000U);
+    for (int i = 0; i < 200; ++i)
+        answerTo({{u"title"_qs, u"T"_qs}, {u"minutes"_qs, 1}, {u"sound"_qs, u"Slow"_qs}});
+    EXPECT_EQ(answerTo({{u"title"_qs, u"T"_qs}, {u"minutes"_qs, 1}}),
+              "Busy too many requests are waiting");
 }
 
 TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
@@ -181,6 +237,7 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
     EXPECT_EQ(control.clear(id), std::nullopt);
     EXPECT_EQ(control.state().nextAlarm, id);
     alarm->setIsTriggered(true);
+    loop.advance(100ms);
     EXPECT_EQ(control.state().ringing, QStringList{id});
     EXPECT_EQ(control.snooze(id), std::nullopt);
     EXPECT_EQ(control.clear(id), std::nullopt);
@@ -193,8 +250,8 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
          {RingEvent::Rings, RingEvent::Snoozed, RingEvent::Cleared, RingEvent::Unanswered})
         control.befell(event, alarm);
     loop.runPending();
-    EXPECT_THAT(trace.events(),
-                ElementsAre("0 end T", "0 snooze T", "0 clear T", "0 T0", "0 T1", "0 T2", "0 T3"));
+    EXPECT_THAT(trace.events(), ElementsAre("0 end T", "100 snooze T", "100 clear T", "100 T0",
+                                            "100 T1", "100 T2", "100 T3"));
     EXPECT_EQ(control.remove(id), std::nullopt);
     EXPECT_EQ(control.remove(id)->name, u"NoSuchAlarm"_qs);
     EXPECT_EQ(control.skipBreak()->name, u"NoBreaksRun"_qs);
@@ -203,8 +260,9 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
 }
 
 TEST_F(AlarmControlTest, aStoredAlarmWhoseMomentHasPassedDoesNotRingAtOnce) {
-    answerTo({{u"title"_qs, u"once"_qs}, {u"time"_qs, u"11:00"_qs}});
+    answerTo({{u"title"_qs, u"once"_qs}, {u"time"_qs, u"11:00"_qs}, {u"store"_qs, true}});
     answerTo({{u"title"_qs, u"weekly"_qs},
+              {u"store"_qs, true},
               {u"time"_qs, u"11:00"_qs},
               {u"weekdays"_qs, QStringList{u"tue"_qs}}});
     EXPECT_TRUE(std::holds_alternative<QString>(control.startStored(u"weekly"_qs))) << "at once";

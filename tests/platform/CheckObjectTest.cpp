@@ -31,7 +31,10 @@ TEST_F(CheckObjectTest, answersLaterAndWhoeverIsNotThereIsToldFromWhoIsSilent) {
     ASSERT_TRUE(m_theirs.registerService(u"com.brackenfold.Dorvane"_qs));
     EXPECT_EQ(asked().from, CheckAnswer::From::Silence) << "one that is too old for this";
     std::function<void()> later;
-    const CheckObject object(m_theirs, [&](bool plays, const auto& done) {
+    ASSERT_TRUE(m_theirs.unregisterService(u"com.brackenfold.Dorvane"_qs));
+    ServedBus bus({}, m_address);
+    ASSERT_GT(sd_bus_request_name(bus.get(), "com.brackenfold.Dorvane", 0), 0);
+    const CheckObject object(bus, [&](bool plays, const auto& done) {
         EXPECT_TRUE(plays);
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
@@ -40,6 +43,7 @@ TEST_F(CheckObjectTest, answersLaterAndWhoeverIsNotThereIsToldFromWhoIsSilent) {
             },
             Qt::QueuedConnection);
     });
+    bus.flush();
     const CheckAnswer answer = asked();
     EXPECT_EQ(answer.from, CheckAnswer::From::Instance);
     ASSERT_EQ(answer.rows.size(), 1);

@@ -6,7 +6,6 @@
 #include "tests/support/Files.h"
 #include "tests/support/Windows.h"
 
-#include <QDBusMessage>
 #include <QElapsedTimer>
 
 #include <future>
@@ -23,13 +22,12 @@ const LaunchRequest open{QString(), {u"dorvane:a%20b"_qs, u"dorvane:ü"_qs}};
 // Whether the instances meet on a bus.
 class SingleInstanceTest : public BusTest, public ::testing::WithParamInterface<bool> {
 protected:
-    [[nodiscard]] QDBusConnection bus() {
-        return GetParam() ? join() : QDBusConnection(u"none"_qs);
-    }
+    [[nodiscard]] QString bus() const { return GetParam() ? m_address : u"unix:path=/none"_qs; }
 
     // A second launch, whose process would wait meanwhile; this one runs its loop if it `answers`.
     Standing launch(const LaunchRequest& request, bool answers = true) {
-        auto standing = std::async(std::launch::async, [&, connection = bus()] {
+        auto standing = std::async(std::launch::async, [&] {
+            ServedBus connection({}, bus());
             return SingleInstance(connection, m_folder.path()).claim(request);
         });
         const auto ended = [&] {
@@ -43,7 +41,8 @@ protected:
 };
 
 TEST_P(SingleInstanceTest, laterLaunchesHandOverWhatTheyWereAskedFor) {
-    SingleInstance first(bus(), m_folder.path());
+    ServedBus connection({}, bus());
+    SingleInstance first(connection, m_folder.path());
     ASSERT_EQ(first.claim(plain), Standing::First);
     QList<LaunchRequest> requests;
     first.setRequested([&](const LaunchRequest& request) { requests << request; });
@@ -53,7 +52,8 @@ TEST_P(SingleInstanceTest, laterLaunchesHandOverWhatTheyWereAskedFor) {
 }
 
 TEST_P(SingleInstanceTest, aHangingInstanceIsGivenUpAfterTwoSeconds) {
-    SingleInstance first(bus(), m_folder.path());
+    ServedBus connection({}, bus());
+    SingleInstance first(connection, m_folder.path());
     ASSERT_EQ(first.claim(plain), Standing::First);
     first.setRequested([](const LaunchRequest&) {});
     QElapsedTimer waited;

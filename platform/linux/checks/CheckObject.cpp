@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/checks/CheckObject.h"
 
+#include "platform/linux/bus/BusMessage.h"
+
 #include <QDBusMetaType>
 #include <QDBusReply>
 
@@ -11,6 +13,7 @@ namespace dorvane {
 namespace {
 
 constexpr int patience = 30'000; // milliseconds
+constexpr int mostUnanswered = 100;
 const auto path = QStringLiteral("/com/brackenfold/Dorvane/Checks");
 
 void registerTypes() {
@@ -34,17 +37,43 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, CheckRow& row) {
     return argument;
 }
 
-CheckObject::CheckObject(QDBusConnection bus, Runner run) : m_run(std::move(run)) {
-    registerTypes();
-    bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
+const sd_bus_vtable CheckObject::interface[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_METHOD_WITH_ARGS("Run", SD_BUS_ARGS("b", playTestSound),
+                            SD_BUS_RESULT("a(ssss)", checks), run, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_END,
+};
+
+CheckObject::CheckObject(ServedBus& bus, Runner run) : m_bus(bus), m_run(std::move(run)) {
+    m_bus.addObject("/com/brackenfold/Dorvane/Checks", "com.brackenfold.Dorvane1.Checks", interface,
+                    this);
 }
 
-CheckRows CheckObject::Run(bool playTestSound) {
-    setDelayedReply(true);
-    m_run(playTestSound, [bus = connection(), call = message()](const CheckRows& rows) {
-        bus.send(call.createReply(QVariant::fromValue(rows)));
+int CheckObject::run(sd_bus_message* call, void* data, sd_bus_error* error) {
+    auto& self = *static_cast<CheckObject*>(data);
+    int playTestSound = 0;
+    if (const int result = sd_bus_message_read_basic(call, 'b', &playTestSound); result < 0)
+        return result;
+    if (self.m_unanswered == mostUnanswered)
+        return sd_bus_error_set(error, SD_BUS_ERROR_LIMITS_EXCEEDED, "too many wait already");
+    ++self.m_unanswered;
+    const std::shared_ptr<sd_bus_message> reply(replyTo(call));
+    self.m_run(playTestSound != 0, [weak = self.m_lifeline.weak(), reply](const CheckRows& rows) {
+        CheckObject* const object = weak.get();
+        if (!object)
+            return;
+        --object->m_unanswered;
+        BusWriter writer(reply.get());
+        writer.container('a', "(ssss)", [&] {
+            for (const CheckRow& row : rows)
+                writer.container('r', "ssss", [&] {
+                    writer.text(row.name).text(row.status).text(row.line).text(row.advice);
+                });
+        });
+        if (writer.send() >= 0)
+            object->m_bus.flush();
     });
-    return {};
+    return 1;
 }
 
 CheckAnswer askInstance(const QDBusConnection& bus, bool playTestSound) {

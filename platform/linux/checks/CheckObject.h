@@ -1,38 +1,39 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Lifeline.h"
+#include "platform/linux/bus/ServedBus.h"
 #include "platform/linux/checks/CheckRow.h"
 
 #include <QDBusConnection>
-#include <QDBusContext>
-#include <QObject>
 
 #include <functional>
+#include <systemd/sd-bus.h>
 
 namespace dorvane {
 
 // The checks of the running instance on the session bus: the object /com/brackenfold/Dorvane/Checks
 // with the interface com.brackenfold.Dorvane1.Checks. Main thread only.
-class CheckObject final : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "com.brackenfold.Dorvane1.Checks")
-    Q_CLASSINFO("D-Bus Introspection", "<interface name=\"com.brackenfold.Dorvane1.Checks\">"
-                                       "<method name=\"Run\">"
-                                       "<arg name=\"playTestSound\" type=\"b\" direction=\"in\"/>"
-                                       "<arg name=\"checks\" type=\"a(ssss)\" direction=\"out\"/>"
-                                       "</method></interface>")
-
+class CheckObject final {
 public:
-    // `run` answers once, later.
+    // `run` answers once, later; who asks again meanwhile is its to join.
     using Runner = std::function<void(bool playTestSound, std::function<void(CheckRows)> done)>;
 
-    CheckObject(QDBusConnection bus, Runner run);
-
-public Q_SLOTS:
-    dorvane::CheckRows Run(bool playTestSound);
+    // The bus must outlive it.
+    CheckObject(ServedBus& bus, Runner run);
+    CheckObject(const CheckObject&) = delete;
+    CheckObject& operator=(const CheckObject&) = delete;
 
 private:
+    static const sd_bus_vtable interface[];
+
+    // Called by sd-bus; `data` is the object.
+    static int run(sd_bus_message* call, void* data, sd_bus_error* error);
+
+    ServedBus& m_bus;
     const Runner m_run;
+    int m_unanswered = 0; // calls
+    Lifeline<CheckObject> m_lifeline{*this};
 };
 
 // What somebody who asks gets.

@@ -132,7 +132,14 @@ void BusProgram::follow(std::function<bool()> changed) {
     QCoreApplication::exec();
 }
 
+// What has come together is looked at together.
 void BusProgram::somethingChanged() {
+    if (!std::exchange(m_isToLook, true))
+        QMetaObject::invokeMethod(this, &BusProgram::look, Qt::QueuedConnection);
+}
+
+void BusProgram::look() {
+    m_isToLook = false;
     if (!m_changed())
         QCoreApplication::quit();
 }

@@ -24,6 +24,7 @@ public:
 
 private Q_SLOTS:
     void somethingChanged();
+    void look();
     void busWentAway();
 
 private:
@@ -32,6 +33,7 @@ private:
 
     QDBusConnection m_bus;
     std::function<bool()> m_changed;
+    bool m_isToLook = false;
 };
 
 } // namespace dorvane

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/session/SingleInstance.h"
 
-#include "platform/linux/control/ControlNames.h"
+#include "platform/linux/bus/BusMessage.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/Log.h"
 
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusReply>
 #include <QDir>
 
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <utility>
 
 namespace dorvane {
@@ -19,26 +18,45 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::chrono::milliseconds patience = 2s;
-const auto applicationInterface = QStringLiteral("org.freedesktop.Application");
+constexpr std::chrono::microseconds patience = 2s;
+constexpr auto service = "com.brackenfold.Dorvane";
+constexpr auto path = "/com/brackenfold/Dorvane";
+constexpr auto applicationInterface = "org.freedesktop.Application";
 
-QDBusMessage callFor(const LaunchRequest& request) {
-    const auto call = [](const QString& method) {
-        return QDBusMessage::createMethodCall(bus::service, bus::path, applicationInterface,
-                                              method);
+void writePlatformData(BusWriter& call) {
+    call.container('a', "{sv}", [] {});
+}
+
+BusMessagePtr callFor(sd_bus* bus, const LaunchRequest& request) {
+    const auto made = [bus](const char* method) {
+        sd_bus_message* call = nullptr;
+        sd_bus_message_new_method_call(bus, &call, service, path, applicationInterface, method);
+        sd_bus_message_set_auto_start(call, 0);
+        return BusMessagePtr(call);
     };
-    if (!request.action.isEmpty())
-        return call(QStringLiteral("ActivateAction"))
-               << request.action << QVariantList() << QVariantMap();
-    if (!request.uris.isEmpty())
-        return call(QStringLiteral("Open")) << request.uris << QVariantMap();
-    return call(QStringLiteral("Activate")) << QVariantMap();
+    BusMessagePtr call;
+    if (!request.action.isEmpty()) {
+        call = made("ActivateAction");
+        BusWriter(call).text(request.action).container('a', "v", [] {});
+    } else if (!request.uris.isEmpty()) {
+        call = made("Open");
+        BusWriter writer(call);
+        writer.container('a', "s", [&] {
+            for (const QString& uri : request.uris)
+                writer.text(uri);
+        });
+    } else {
+        call = made("Activate");
+    }
+    BusWriter writer(call);
+    writePlatformData(writer);
+    return call;
 }
 
 } // namespace
 
-SingleInstance::SingleInstance(QDBusConnection sessionBus, QString lockFolder)
-    : m_bus(std::move(sessionBus)), m_lockFolder(std::move(lockFolder)) {}
+SingleInstance::SingleInstance(ServedBus& sessionBus, QString lockFolder)
+    : m_bus(sessionBus), m_lockFolder(std::move(lockFolder)), m_object(sessionBus) {}
 
 QString SingleInstance::lockFolder(const QString& caches) {
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
@@ -46,7 +64,7 @@ QString SingleInstance::lockFolder(const QString& caches) {
 }
 
 SingleInstance::Standing SingleInstance::claim(const LaunchRequest& request) {
-    if (m_bus.isConnected())
+    if (m_bus.get())
         if (const auto standing = claimOnBus(request))
             return *standing;
     return claimLock(request);
@@ -56,24 +74,20 @@ void SingleInstance::setRequested(std::function<void(const LaunchRequest&)> requ
     if (m_lock)
         m_lock->listen(requested);
     m_object.setRequested(std::move(requested));
+    m_bus.flush();
 }
 
 // Nothing when the bus does not give out names. The object stands before the name does, so that
 // whoever sees the name can call it.
 std::optional<SingleInstance::Standing> SingleInstance::claimOnBus(const LaunchRequest& request) {
-    m_bus.registerObject(bus::path, &m_object,
-                         QDBusConnection::ExportAllSlots | QDBusConnection::ExportAdaptors);
     for (;;) {
-        const auto reply = m_bus.interface()->registerService(
-            bus::service, QDBusConnectionInterface::DontQueueService,
-            QDBusConnectionInterface::DontAllowReplacement);
-        if (!reply.isValid()) {
-            qCWarning(logPlatform, "The session bus gives out no name: %ls",
-                      qUtf16Printable(reply.error().message()));
+        const int result = sd_bus_request_name(m_bus.get(), service, 0);
+        if (result >= 0 || result == -EALREADY)
+            return Standing::First;
+        if (result != -EEXIST) {
+            qCWarning(logPlatform, "The session bus gives out no name: %s", std::strerror(-result));
             return std::nullopt;
         }
-        if (reply.value() == QDBusConnectionInterface::ServiceRegistered)
-            return Standing::First;
         switch (askOnBus(request)) {
         case Reply::Taken:
             return Standing::Answered;
@@ -86,19 +100,27 @@ std::optional<SingleInstance::Standing> SingleInstance::claimOnBus(const LaunchR
 }
 
 SingleInstance::Reply SingleInstance::askOnBus(const LaunchRequest& request) const {
-    QDBusMessage call = callFor(request);
-    call.setAutoStartService(false);
-    const QDBusMessage reply = m_bus.call(call, QDBus::Block, static_cast<int>(patience.count()));
-    if (reply.type() == QDBusMessage::ReplyMessage)
+    const BusMessagePtr call = callFor(m_bus.get(), request);
+    if (!call)
+        return Reply::Silent;
+    sd_bus_error error = SD_BUS_ERROR_NULL;
+    const int result =
+        sd_bus_call(m_bus.get(), call.get(), std::uint64_t(patience.count()), &error, nullptr);
+    const bool isGone = sd_bus_error_has_name(&error, SD_BUS_ERROR_SERVICE_UNKNOWN) != 0 ||
+                        sd_bus_error_has_name(&error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) != 0;
+    sd_bus_error_free(&error);
+    if (result >= 0)
         return Reply::Taken;
-    return QDBusError(reply).type() == QDBusError::ServiceUnknown ? Reply::Gone : Reply::Silent;
+    return isGone ? Reply::Gone : Reply::Silent;
 }
 
 SingleInstance::Standing SingleInstance::claimLock(const LaunchRequest& request) {
     m_lock.emplace(m_lockFolder);
     if (m_lock->acquire())
         return Standing::First;
-    return m_lock->ask(request, patience) ? Standing::Answered : Standing::Unanswered;
+    return m_lock->ask(request, std::chrono::duration_cast<std::chrono::milliseconds>(patience))
+               ? Standing::Answered
+               : Standing::Unanswered;
 }
 
 } // namespace dorvane

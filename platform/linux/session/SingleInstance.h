@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/linux/bus/ServedBus.h"
 #include "platform/linux/session/ApplicationObject.h"
 #include "platform/linux/session/InstanceLock.h"
 
-#include <QDBusConnection>
 #include <QString>
 
 #include <functional>
@@ -17,8 +17,8 @@ namespace dorvane {
 // Works before there is an application object; main thread only.
 class SingleInstance {
 public:
-    // `lockFolder` is only the user's to write, such as lockFolder().
-    SingleInstance(QDBusConnection sessionBus, QString lockFolder);
+    // The bus must outlive it. `lockFolder` is only the user's to write, such as lockFolder().
+    SingleInstance(ServedBus& sessionBus, QString lockFolder);
 
     enum class Standing {
         First,     // this instance is the one that runs
@@ -30,11 +30,9 @@ public:
     [[nodiscard]] Standing claim(const LaunchRequest& request);
 
     // In the first instance, once there is an application object and before its loop runs:
-    // `requested` is called on the main thread for the request of each further launch.
+    // `requested` is called on the main thread for the request of each further launch. From here on
+    // the bus is served; what was asked since the claim has waited.
     void setRequested(std::function<void(const LaunchRequest&)> requested);
-
-    // What stands on the bus, with its adaptors.
-    [[nodiscard]] QObject& object() { return m_object; }
 
     // $XDG_RUNTIME_DIR, else `caches`.
     [[nodiscard]] static QString lockFolder(const QString& caches);
@@ -46,7 +44,7 @@ private:
     [[nodiscard]] Standing claimLock(const LaunchRequest& request);
     [[nodiscard]] Reply askOnBus(const LaunchRequest& request) const;
 
-    QDBusConnection m_bus;
+    ServedBus& m_bus;
     QString m_lockFolder;
     ApplicationObject m_object;
     std::optional<InstanceLock> m_lock; // without a bus

@@ -115,7 +115,7 @@ const sd_bus_vtable DbusMenu::interface[] = {
     SD_BUS_VTABLE_END,
 };
 
-DbusMenu::DbusMenu(PanelBus& bus, RunLoop& runLoop, std::function<void()> willOpen)
+DbusMenu::DbusMenu(ServedBus& bus, RunLoop& runLoop, std::function<void()> willOpen)
     : m_bus(bus), m_runLoop(runLoop), m_willOpen(std::move(willOpen)) {
     if (m_bus.get())
         sd_bus_add_object_vtable(m_bus.get(), nullptr, path, menuInterface, interface, this);

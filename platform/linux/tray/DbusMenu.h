@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/linux/tray/BusMessage.h"
+#include "platform/linux/bus/BusMessage.h"
+#include "platform/linux/bus/ServedBus.h"
 #include "platform/linux/tray/NumberedMenu.h"
-#include "platform/linux/tray/PanelBus.h"
 #include "platform/RunLoop.h"
 
 #include <functional>
@@ -20,7 +20,7 @@ public:
 
     // `willOpen` is called when a panel is about to open the menu; it may call show(). Connection
     // and run loop must outlive the menu.
-    DbusMenu(PanelBus& bus, RunLoop& runLoop, std::function<void()> willOpen);
+    DbusMenu(ServedBus& bus, RunLoop& runLoop, std::function<void()> willOpen);
     DbusMenu(const DbusMenu&) = delete;
     DbusMenu& operator=(const DbusMenu&) = delete;
 
@@ -44,7 +44,7 @@ private:
     [[nodiscard]] bool mustBeReadAgain(int number);
     void tellLooks(const std::vector<const NumberedMenu::Item*>& items);
 
-    PanelBus& m_bus;
+    ServedBus& m_bus;
     RunLoop& m_runLoop;
     std::function<void()> m_willOpen;
     NumberedMenu m_menu;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/linux/bus/ServedBus.h"
 #include "platform/linux/tray/DbusMenu.h"
 #include "platform/linux/tray/NotifierPixmap.h"
-#include "platform/linux/tray/PanelBus.h"
 
 #include <QPoint>
 #include <QString>
@@ -60,7 +60,7 @@ private:
     bool m_needsAttention = false;
     NotifierPixmaps m_pixmaps;
     QString m_toolTip;
-    PanelBus m_bus;
+    ServedBus m_bus;
     DbusMenu m_menu;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/linux/tray/BusMessage.h"
+#include "platform/linux/bus/BusMessage.h"
 #include "platform/linux/tray/IconPicture.h"
 
 #include <QByteArray>

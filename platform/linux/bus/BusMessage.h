@@ -30,6 +30,7 @@ public:
 
     BusWriter& number(qint32 value) { return basic('i', &value); }
     BusWriter& count(quint32 value) { return basic('u', &value); }
+    BusWriter& moment(qint64 value) { return basic('x', &value); }
     BusWriter& flag(int value) { return basic('b', &value); }
     BusWriter& path(const char* value) { return basic('o', value); }
     BusWriter& text(const char* utf8) { return basic('s', utf8); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/tray/BusMessage.h"
+#include "platform/linux/bus/BusMessage.h"
 
 #include <string>
 

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QSocketNotifier>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+struct sd_bus;
+struct sd_bus_vtable;
+
+namespace dorvane {
+
+// A connection to the session bus for what others ask of us. The main thread alone serves it, one
+// message in each turn of its loop, and takes none while what it has said already still waits to be
+// sent: however many ask however fast, alarms ring in between, and nothing piles up here. Qt's own
+// connection takes in all that comes, on a second thread that would wake for every message. Main
+// thread only.
+class ServedBus {
+public:
+    struct Callbacks {
+        std::function<void()> ready; // the connection has its name
+        std::function<void()> lost;  // it is gone, and will not come back; called once
+    };
+
+    // Connects to the bus of this address, or else to the one that the environment names; get() is
+    // null when there is none. Works before there is an application object; nothing is served until
+    // flush() is called. The callbacks come from the event loop or from flush(), and must not
+    // destroy the connection.
+    explicit ServedBus(Callbacks callbacks = {}, const QString& address = {});
+    ~ServedBus();
+    ServedBus(const ServedBus&) = delete;
+    ServedBus& operator=(const ServedBus&) = delete;
+
+    // For sd-bus's own functions, which refuse null with an error; null when the bus is gone.
+    [[nodiscard]] sd_bus* get() const { return m_bus.get(); }
+
+    // `data` is what the table's functions are called with.
+    void addObject(const char* path, const char* interface, const sd_bus_vtable* table,
+                   void* data) const;
+
+    // To be called after messages that were not sent from within a handler.
+    void flush();
+
+private:
+    struct Close {
+        void operator()(sd_bus* bus) const;
+    };
+
+    void process();
+    void watch();
+    void lose();
+
+    Callbacks m_callbacks;
+    bool m_isReady = false;
+    std::unique_ptr<sd_bus, Close> m_bus;
+    std::unique_ptr<QSocketNotifier> m_readable;
+    std::unique_ptr<QSocketNotifier> m_writable;
+};
+
+} // namespace dorvane

@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/control/ControlObject.h"
+
+#include "platform/linux/control/AlarmMessage.h"
+#include "platform/linux/control/ControlNames.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+namespace dorvane {
+
+namespace {
+
+constexpr auto path = "/com/brackenfold/Dorvane";
+constexpr auto interfaceName = "com.brackenfold.Dorvane1";
+constexpr quint32 mostNext = 100;
+
+constexpr auto unprivileged = SD_BUS_VTABLE_UNPRIVILEGED; // whoever is on the bus may call
+constexpr auto changes = SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE;
+
+int refuse(sd_bus_message* call, const Refusal& refusal) {
+    const QByteArray name = (bus::errorPrefix + refusal.name).toUtf8();
+    const QByteArray reason = refusal.reason.toUtf8();
+    const sd_bus_error error = SD_BUS_ERROR_MAKE_CONST(name.constData(), reason.constData());
+    return sd_bus_reply_method_error(call, &error);
+}
+
+int answer(sd_bus_message* call, const Outcome& outcome) {
+    return outcome ? refuse(call, *outcome) : sd_bus_reply_method_return(call, "");
+}
+
+int answer(sd_bus_message* call, const AlarmAnswer& made) {
+    if (const Refusal* const refusal = std::get_if<Refusal>(&made))
+        return refuse(call, *refusal);
+    return BusWriter(replyTo(call)).text(std::get<QString>(made)).send();
+}
+
+Refusal busy() {
+    return {QStringLiteral("Busy"), QStringLiteral("too many requests are waiting")};
+}
+
+std::string_view memberOf(sd_bus_message* call) {
+    return sd_bus_message_get_member(call);
+}
+
+} // namespace
+
+const sd_bus_vtable ControlObject::interface[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_PROPERTY("NextDue", "x", get, 0, changes),
+    SD_BUS_PROPERTY("NextAlarm", "s", get, 0, changes),
+    SD_BUS_PROPERTY("Ringing", "as", get, 0, changes),
+    SD_BUS_PROPERTY("BreaksRunning", "b", get, 0, changes),
+    SD_BUS_METHOD_WITH_ARGS("AddTimer", SD_BUS_ARGS("u", minutes, "s", title),
+                            SD_BUS_RESULT("s", id), make, unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("AddAlarm", SD_BUS_ARGS("a{sv}", alarm), SD_BUS_RESULT("s", id), make,
+                            unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("StartStored", SD_BUS_ARGS("s", title), SD_BUS_RESULT("s", id),
+                            startStored, unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("ListRunning", SD_BUS_NO_ARGS, SD_BUS_RESULT("aa{sv}", alarms), list,
+                            unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("ListStored", SD_BUS_NO_ARGS, SD_BUS_RESULT("aa{sv}", alarms), list,
+                            unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("ListNext", SD_BUS_ARGS("u", most), SD_BUS_RESULT("aa{sv}", alarms),
+                            listNext, unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("Snooze", SD_BUS_ARGS("s", id), SD_BUS_NO_RESULT, onOne, unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("Clear", SD_BUS_ARGS("s", id), SD_BUS_NO_RESULT, onOne, unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("Delete", SD_BUS_ARGS("s", id), SD_BUS_NO_RESULT, onOne, unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("DeleteStored", SD_BUS_ARGS("s", title), SD_BUS_NO_RESULT, onOne,
+                            unprivileged),
+    SD_BUS_METHOD("StartBreaks", "", "", onBreaks, unprivileged),
+    SD_BUS_METHOD("StopBreaks", "", "", onBreaks, unprivileged),
+    SD_BUS_METHOD("SkipBreak", "", "", onBreaks, unprivileged),
+    SD_BUS_SIGNAL("RunningChanged", "", 0),
+    SD_BUS_SIGNAL("StoredChanged", "", 0),
+    SD_BUS_SIGNAL_WITH_ARGS("Rang", SD_BUS_ARGS("s", id, "s", title), 0),
+    SD_BUS_SIGNAL_WITH_ARGS("Snoozed", SD_BUS_ARGS("s", id, "s", title), 0),
+    SD_BUS_SIGNAL_WITH_ARGS("Cleared", SD_BUS_ARGS("s", id, "s", title), 0),
+    SD_BUS_SIGNAL_WITH_ARGS("WentUnanswered", SD_BUS_ARGS("s", id, "s", title), 0),
+    SD_BUS_VTABLE_END,
+};
+
+ControlObject::ControlObject(ServedBus& bus, RunLoop& runLoop, RemoteControl& control)
+    : m_bus(bus), m_control(control), m_lists(bus, runLoop) {
+    m_bus.addObject(path, interfaceName, interface, this);
+    m_control.setListener(
+        {.befell = [this](auto event, const QString& id,
+                          const QString& title) { tellEvent(event, id, title); },
+         .alarmsChanged = [this] { tell("RunningChanged"); },
+         .storedAlarmsChanged = [this] { tell("StoredChanged"); },
+         .stateChanged = [this](const RemoteState& before,
+                                const RemoteState& now) { tellState(before, now); }});
+}
+
+ControlObject::~ControlObject() {
+    m_control.setListener({});
+}
+
+// -- What is asked --------------------------------------------------------------------------------
+
+int ControlObject::get(sd_bus* /*bus*/, const char* /*path*/, const char* /*interface*/,
+                       const char* name, sd_bus_message* message, void* data,
+                       sd_bus_error* /*error*/) {
+    const RemoteState state = static_cast<ControlObject*>(data)->m_control.state();
+    const std::string_view property(name);
+    BusWriter reply(message);
+    if (property == "NextDue")
+        reply.moment(state.nextDue);
+    else if (property == "NextAlarm")
+        reply.text(state.nextAlarm);
+    else if (property == "BreaksRunning")
+        reply.flag(state.breaksRun ? 1 : 0);
+    else
+        reply.container('a', "s", [&] {
+            for (const QString& id : state.ringing)
+                reply.text(id);
+        });
+    return reply.result();
+}
+
+// A caller that has gone meanwhile is answered all the same: the bus drops that.
+RemoteControl::Made ControlObject::answerLater(sd_bus_message* call) {
+    const std::shared_ptr<sd_bus_message> kept(sd_bus_message_ref(call), BusMessageRelease());
+    return [weak = m_lifeline.weak(), kept](const AlarmAnswer& made) {
+        if (ControlObject* const self = weak.get()) {
+            (void)answer(kept.get(), made);
+            self->m_bus.flush();
+        }
+    };
+}
+
+int ControlObject::make(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
+    auto& self = *static_cast<ControlObject*>(data);
+    if (memberOf(call) == "AddAlarm") {
+        const auto description = readDescription(call);
+        if (const auto* const refusal = std::get_if<Refusal>(&description))
+            return refuse(call, *refusal);
+        self.m_control.addAlarm(std::get<QVariantMap>(description), self.answerLater(call));
+        return 1;
+    }
+    quint32 minutes = 0;
+    sd_bus_message_read_basic(call, 'u', &minutes);
+    const auto title = readText(call);
+    if (const auto* const refusal = std::get_if<Refusal>(&title))
+        return refuse(call, *refusal);
+    self.m_control.addTimer(minutes, std::get<QString>(title), self.answerLater(call));
+    return 1;
+}
+
+int ControlObject::startStored(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
+    const auto title = readText(call);
+    if (const auto* const refusal = std::get_if<Refusal>(&title))
+        return refuse(call, *refusal);
+    return answer(
+        call, static_cast<ControlObject*>(data)->m_control.startStored(std::get<QString>(title)));
+}
+
+int ControlObject::list(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
+    auto& self = *static_cast<ControlObject*>(data);
+    const bool isOfRunning = memberOf(call) == "ListRunning";
+    const auto ask = [&control = self.m_control, isOfRunning] {
+        return isOfRunning ? control.runningAlarms() : control.storedAlarms();
+    };
+    return self.m_lists.add(call, ask) ? 1 : refuse(call, busy());
+}
+
+int ControlObject::listNext(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
+    quint32 most = 0;
+    if (const int result = sd_bus_message_read_basic(call, 'u', &most); result < 0)
+        return result;
+    const AlarmListing next = static_cast<ControlObject*>(data)->m_control.nextAlarms(
+        std::min<std::size_t>(most, mostNext));
+    const BusMessagePtr reply = replyTo(call);
+    BusWriter writer(reply);
+    writer.container('a', "a{sv}", [&] {
+        for (std::size_t i = 0; i < next.count; ++i)
+            writeReport(writer, next.report(i));
+    });
+    return writer.send();
+}
+
+int ControlObject::onOne(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
+    using Method = Outcome (RemoteControl::*)(const QString&);
+    static constexpr std::array methods{
+        std::pair<std::string_view, Method>{"Snooze", &RemoteControl::snooze},
+        std::pair<std::string_view, Method>{"Clear", &RemoteControl::clear},
+        std::pair<std::string_view, Method>{"Delete", &RemoteControl::remove},
+        std::pair<std::string_view, Method>{"DeleteStored", &RemoteControl::removeStored}};
+    const auto named = readText(call);
+    if (const auto* const refusal = std::get_if<Refusal>(&named))
+        return refuse(call, *refusal);
+    RemoteControl& control = static_cast<ControlObject*>(data)->m_control;
+    for (const auto& [member, method] : methods)
+        if (memberOf(call) == member)
+            return answer(call, (control.*method)(std::get<QString>(named)));
+    return 0;
+}
+
+int ControlObject::onBreaks(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
+    RemoteControl& control = static_cast<ControlObject*>(data)->m_control;
+    if (memberOf(call) == "StartBreaks")
+        return answer(call, control.startBreaks());
+    return answer(call,
+                  memberOf(call) == "StopBreaks" ? control.stopBreaks() : control.skipBreak());
+}
+
+// -- What is told ---------------------------------------------------------------------------------
+
+void ControlObject::tell(const char* signal) {
+    if (m_bus.get() && sd_bus_emit_signal(m_bus.get(), path, interfaceName, signal, "") >= 0)
+        m_bus.flush();
+}
+
+void ControlObject::tellEvent(RemoteListener::Event event, const QString& id,
+                              const QString& title) {
+    static constexpr std::array names{"Rang", "Snoozed", "Cleared", "WentUnanswered"};
+    const BusMessagePtr signal =
+        busSignal(m_bus.get(), path, interfaceName, names.at(std::size_t(event)));
+    if (signal && BusWriter(signal).text(id).text(title).send() >= 0)
+        m_bus.flush();
+}
+
+void ControlObject::tellState(const RemoteState& before, const RemoteState& now) {
+    std::array<const char*, 5> changed{};
+    std::size_t count = 0;
+    for (const auto& [differs, name] :
+         {std::pair{before.nextDue != now.nextDue, "NextDue"},
+          std::pair{before.nextAlarm != now.nextAlarm, "NextAlarm"},
+          std::pair{before.ringing != now.ringing, "Ringing"},
+          std::pair{before.breaksRun != now.breaksRun, "BreaksRunning"}})
+        if (differs)
+            changed.at(count++) = name;
+    std::array<char*, 5> names{};
+    for (std::size_t i = 0; i < count; ++i)
+        names.at(i) = const_cast<char*>(changed.at(i)); // sd-bus only reads them
+    if (m_bus.get() &&
+        sd_bus_emit_properties_changed_strv(m_bus.get(), path, interfaceName, names.data()) >= 0)
+        m_bus.flush();
+}
+
+} // namespace dorvane
