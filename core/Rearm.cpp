@@ -5,109 +5,171 @@
 #include "core/LocalTime.h"
 #include "core/NextOccurrence.h"
 
+#include <algorithm>
+#include <chrono>
+
 namespace dorvane {
 
 namespace {
 
 using Outcome = RearmDecision::Outcome;
 
-// A weekday alarm moves to its next ticked day after today; unless it is kept for every week,
-// today is used up first.
-RearmDecision moveOn(const Alarm& alarm, Weekday today, const QDateTime& now) {
-    WeekdaySet left = alarm.weekdays();
-    if (!alarm.shouldUseForever())
-        left.set(today, false);
-    const QTime timeOfDay = alarm.runTime(instantOf(now)).time();
-    const auto next = calculateNextDate(nextWeekday(today), left, timeOfDay, now.date());
-    return next ? RearmDecision{Outcome::NextWeekday, *next, left}
-                : RearmDecision{Outcome::NoDayLeft, {}, left};
-}
-
 // An alarm for 06:45 stays one, and so does a rhythm.
 QDateTime dueWithoutSnoozes(const Alarm& alarm, const QDateTime& now) {
     return alarm.time(instantOf(now)).addSecs(-60 * qint64(alarm.snoozedMinutes()));
 }
 
+Weekday weekdayOf(QDate date) {
+    return Weekday(int(Weekday::Monday) + date.dayOfWeek() - 1);
+}
+
+bool isRelative(const Alarm& alarm) {
+    return !alarm.isTimeWithDate() && alarm.selRowNo() < Alarm::Weekly;
+}
+
 RearmDecision moveDayOn(const Alarm& alarm, const QDateTime& now) {
     const QDateTime due = dueWithoutSnoozes(alarm, now);
     if (!due.isValid())
-        return {Outcome::Remove, {}, {}};
-    return {Outcome::NextDay, addingDays(due, 1), {}};
+        return {};
+    int days = std::max(1, int(due.date().daysTo(now.date())));
+    if (addingDays(due, days) <= now)
+        ++days;
+    return {Outcome::NextDay,
+            addingDays(due, days),
+            {},
+            days > 1 ? addingDays(due, days - 1) : QDateTime()};
 }
 
-// What becomes of an alarm that did not ring in time, unless it is a weekday alarm, which is due on
-// another day: then nothing.
-std::optional<RearmDecision> decidedUnlessMissed(const Alarm& alarm, const QDateTime& now,
-                                                 const QString& todaysName) {
-    const QDateTime due = alarm.time(instantOf(now));
-    if (!due.isValid() || due >= now)
-        return RearmDecision{Outcome::Unchanged, {}, {}};
-    if (alarm.selRowNo() != Alarm::Weekly || alarm.weekdays().isEmpty())
-        return RearmDecision{Outcome::Remove, {}, {}};
-    if (!weekdayNamed(todaysName))
-        return RearmDecision{Outcome::Unchanged, {}, {}};
-    return std::nullopt;
-}
-
-// All but the last of the rings that a rhythm has missed, at once: there may be a year of them.
-void skipPeriods(Alarm& alarm, const QDateTime& now) {
+// From one due time of a rhythm to the last one that is not after now. Whole periods are passed at
+// once: nights that a rhythm in hours did not ring in leave its time of day alone.
+RearmDecision movePeriodOn(const Alarm& alarm, const QDateTime& now) {
+    using namespace std::chrono;
+    const QDateTime due = dueWithoutSnoozes(alarm, now);
     const qint64 units = alarm.ringWithinUnits();
-    const QDateTime start = alarm.storedRunTime();
-    if (alarm.isTimeWithDate() || alarm.selRowNo() >= Alarm::Weekly || units <= 0)
-        return;
-    const qint64 unit = alarm.isMinuteUnits() ? 60 : 60 * 60;
-    const qint64 periods = start.secsTo(now) / (units * unit) - 1;
-    if (periods > 0)
-        alarm.setRunTime(alarm.isMinuteUnits() ? start.addSecs(periods * units * unit)
-                                               : addingHours(start, periods * units));
+    if (units <= 0)
+        return {};
+    const auto periodsAfter = [&](const QDateTime& moment, qint64 count) {
+        return alarm.isMinuteUnits() ? moment.addSecs(60 * units * count)
+                                     : addingHours(moment, units * count);
+    };
+    // Hours of the clock's face may take longer or pass sooner.
+    const seconds sure = alarm.isMinuteUnits() ? seconds(0) : hours(25);
+    const seconds period = alarm.isMinuteUnits() ? seconds(minutes(units)) : hours(units);
+    qint64 count = std::max<qint64>(0, (seconds(due.secsTo(now)) - sure) / period);
+    while (periodsAfter(periodsAfter(due, count), 1) <= now)
+        ++count;
+    const QDateTime last = periodsAfter(due, count);
+    return {Outcome::NextPeriod, last, {}, count > 0 ? last : QDateTime()};
+}
+
+// By the day for which it was due, whatever day it is when it is answered. Unless it is kept for
+// every week, that day is used up, and so are those that have passed since.
+RearmDecision moveWeekdayOn(const Alarm& alarm, const QDateTime& now) {
+    const QDateTime due = dueWithoutSnoozes(alarm, now);
+    const QTime timeOfDay = alarm.runTime(instantOf(now)).time();
+    QDate day = due.isValid() ? due.date() : now.date();
+    if (alarm.shouldUseForever())
+        day = std::max(day, now.date().addDays(-8)); // the days before are like those after
+    RearmDecision decision{Outcome::NextWeekday, {}, alarm.weekdays(), {}};
+    while (true) {
+        if (!alarm.shouldUseForever())
+            decision.weekdays.set(weekdayOf(day), false);
+        const auto next =
+            calculateNextDate(nextWeekday(weekdayOf(day)), decision.weekdays, timeOfDay, day);
+        decision.next = next.value_or(QDateTime());
+        if (!next || *next > now)
+            break;
+        decision.missed = *next;
+        day = next->date();
+    }
+    if (!decision.next.isValid())
+        decision.outcome = Outcome::Remove;
+    return decision;
+}
+
+// A weekday alarm moves to its next ticked day after today; unless it is kept for every week,
+// today is used up first.
+RearmDecision moveOnFromToday(const Alarm& alarm, Weekday today, const QDateTime& now) {
+    WeekdaySet left = alarm.weekdays();
+    if (!alarm.shouldUseForever())
+        left.set(today, false);
+    const QTime timeOfDay = alarm.runTime(instantOf(now)).time();
+    const auto next = calculateNextDate(nextWeekday(today), left, timeOfDay, now.date());
+    return next ? RearmDecision{Outcome::NextWeekday, *next, left, {}}
+                : RearmDecision{Outcome::NoDayLeft, {}, left, {}};
+}
+
+// The first ticked day of a weekday alarm that is set now.
+QDateTime firstDay(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
+    const QTime timeOfDay = alarm.time(instantOf(now)).time();
+    return firstWeekdayDate(alarm.weekdays(),
+                            localMoment(now.date(), QTime(timeOfDay.hour(), timeOfDay.minute())),
+                            now, todaysName);
 }
 
 } // namespace
 
 RearmDecision rearmAfterRinging(const Alarm& alarm, const QDateTime& now,
                                 const QString& todaysName) {
-    const RearmDecision remove{Outcome::Remove, {}, {}};
-    if (alarm.selRowNo() != Alarm::Weekly) {
-        if (alarm.isTimeWithDate())
-            return alarm.shouldUseEveryDay() ? moveDayOn(alarm, now) : remove;
-        return alarm.shouldRepeat()
-                   ? RearmDecision{Outcome::NextPeriod, dueWithoutSnoozes(alarm, now), {}}
-                   : remove;
-    }
-    const std::optional<Weekday> today = weekdayNamed(todaysName);
-    const RearmDecision decision = today ? moveOn(alarm, *today, now) : remove;
-    return decision.outcome == Outcome::NoDayLeft ? remove : decision;
+    if (alarm.selRowNo() == Alarm::Weekly)
+        return weekdayNamed(todaysName) ? moveWeekdayOn(alarm, now) : RearmDecision{};
+    if (alarm.isTimeWithDate())
+        return alarm.shouldUseEveryDay() ? moveDayOn(alarm, now) : RearmDecision{};
+    return alarm.shouldRepeat() ? movePeriodOn(alarm, now) : RearmDecision{};
 }
 
 RearmDecision rearmAtRestore(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
-    const auto decided = decidedUnlessMissed(alarm, now, todaysName);
-    return decided ? *decided : moveOn(alarm, *weekdayNamed(todaysName), now);
+    const RearmDecision unchanged{Outcome::Unchanged, {}, {}, {}};
+    const QDateTime due = alarm.time(instantOf(now));
+    if (!due.isValid() || due >= now)
+        return unchanged;
+    if (alarm.selRowNo() != Alarm::Weekly || alarm.weekdays().isEmpty())
+        return {};
+    const std::optional<Weekday> today = weekdayNamed(todaysName);
+    if (!today)
+        return unchanged;
+    if (const QDateTime first = firstDay(alarm, now, todaysName); first.date() == now.date())
+        return {Outcome::NextWeekday, first, alarm.weekdays(), {}};
+    return moveOnFromToday(alarm, *today, now);
 }
 
 bool moveOnPast(Alarm& alarm, const QDateTime& now) {
-    for (bool isFirst = true;; isFirst = false) {
-        const QDateTime due = dueWithoutSnoozes(alarm, now);
-        if (!due.isValid() || alarm.time(instantOf(now)) >= now)
-            return due.isValid();
-        const RearmDecision decision = rearmAfterRinging(alarm, due, weekdayName(due.date()));
-        if (decision.outcome == Outcome::Remove)
-            return false;
-        applyRearm(decision, alarm);
-        if (isFirst)
-            skipPeriods(alarm, now);
-        if (alarm.time(instantOf(now)) <= due)
-            return false; // a rhythm of nothing
-    }
+    const QDateTime due = alarm.time(instantOf(now));
+    if (!due.isValid() || due >= now)
+        return due.isValid();
+    const RearmDecision decision =
+        rearmAfterRinging(alarm, now.addMSecs(-1), weekdayName(now.date()));
+    applyRearm(decision, alarm);
+    return decision.outcome != Outcome::Remove;
 }
 
 RearmDecision rearmAtStart(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
-    if (const auto decided = decidedUnlessMissed(alarm, now, todaysName))
-        return *decided;
-    const QTime timeOfDay = alarm.time(instantOf(now)).time();
-    const QDateTime timeToday =
-        localMoment(now.date(), QTime(timeOfDay.hour(), timeOfDay.minute()));
-    return {Outcome::NextWeekday, firstWeekdayDate(alarm.weekdays(), timeToday, now, todaysName),
-            alarm.weekdays()};
+    const RearmDecision unchanged{Outcome::Unchanged, {}, {}, {}};
+    if (isRelative(alarm))
+        return unchanged;
+    const QDateTime due = alarm.time(instantOf(now));
+    if (!due.isValid())
+        return {};
+    if (due >= now)
+        return unchanged;
+    if (alarm.selRowNo() != Alarm::Weekly)
+        return alarm.shouldUseEveryDay() ? moveDayOn(alarm, now) : RearmDecision{};
+    if (alarm.weekdays().isEmpty())
+        return {};
+    if (!weekdayNamed(todaysName))
+        return unchanged;
+    return {Outcome::NextWeekday, firstDay(alarm, now, todaysName), alarm.weekdays(), {}};
+}
+
+qint64 snoozeMinutes(const Alarm& alarm, Instant now) {
+    using namespace std::chrono;
+    constexpr qint64 most = 200LL * 366 * 24 * 60;
+    const minutes wanted(std::clamp<qint64>(alarm.snoozeTime(), 1, most));
+    const Instant due = alarm.due(now).value_or(now);
+    // An alarm reports up to a second before it is due.
+    if (due + wanted > now + seconds(1))
+        return wanted.count();
+    return ceil<minutes>(now + wanted - due).count();
 }
 
 void applyRearm(const RearmDecision& decision, Alarm& alarm) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Instant.h"
 #include "core/Weekday.h"
 
 #include <QDateTime>
@@ -23,11 +24,15 @@ struct RearmDecision {
     Outcome outcome = Outcome::Remove;
     QDateTime next;
     WeekdaySet weekdays;
+    // The last occurrence that passed in silence between the one that rang and the next; invalid
+    // when there was none.
+    QDateTime missed;
 
     friend bool operator==(const RearmDecision&, const RearmDecision&) = default;
 };
 
-// An alarm that rang and was cleared. `todaysName` as for weekdayNamed().
+// An alarm that rang and was cleared: one that repeats is due at its first occurrence after `now`,
+// in its old rhythm. `todaysName` as for weekdayNamed().
 [[nodiscard]] RearmDecision rearmAfterRinging(const Alarm& alarm, const QDateTime& now,
                                               const QString& todaysName);
 
@@ -40,11 +45,15 @@ struct RearmDecision {
 // anywhere on its way. One that is due later already stays as it is, snoozes included.
 [[nodiscard]] bool moveOnPast(Alarm& alarm, const QDateTime& now);
 
-// An alarm of the library that is started. A weekday alarm whose moment has passed is due on its
-// next ticked day, as if it were set anew: today if its time of day is still ahead, and none of its
-// days is used up.
+// An alarm of the library that is started, as if it were set anew: a relative one counts from then
+// (Unchanged), one of every day goes to its next time, a weekday alarm whose moment has passed to
+// its next ticked day, and none of its days is used up. Remove when its moment has passed for good.
 [[nodiscard]] RearmDecision rearmAtStart(const Alarm& alarm, const QDateTime& now,
                                          const QString& todaysName);
+
+// The minutes by which Snooze puts off an alarm that rings: its own snooze time, at least one; or
+// as many as take it that far from `now` when its due time would have passed already.
+[[nodiscard]] qint64 snoozeMinutes(const Alarm& alarm, Instant now);
 
 // Changes the alarm's dates and days as decided; Remove and Unchanged change nothing.
 void applyRearm(const RearmDecision& decision, Alarm& alarm);

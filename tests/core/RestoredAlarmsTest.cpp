@@ -66,7 +66,7 @@ const Start starts[] = {
     {.name = "SetTooLate",
      .clock = "2027-11-23 09:00",
      .after = 11min,
-     .running = "workdays 2027-11-29 09:30+01|this week 2027-11-25 07:00+01|",
+     .running = "workdays 2027-11-23 09:30+01|this week 2027-11-25 07:00+01|",
      .dropped = "timer long timer past ahead ",
      .own = "2027-11-23 09:52+01"},
     {.name = "Asleep", .clock = "11-23 09:00", .set = nullptr, .running = right},
