@@ -144,6 +144,11 @@ void Journal::note(RingEvent event, const AlarmPtr& alarm) {
     changed();
 }
 
+void Journal::noteCameRoundAgain(const AlarmPtr& alarm, const QDateTime& due) {
+    add(What::CameRoundAgain, instantOf(due), alarm->title());
+    changed();
+}
+
 void Journal::noteCrash(const QString& report) {
     add(What::Crashed, now(), report);
     changed();

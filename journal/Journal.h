@@ -51,6 +51,8 @@ public:
     void open(const Restored& restored);
 
     void note(RingEvent event, const AlarmPtr& alarm);
+    // An alarm that moved on had been due again before it was answered.
+    void noteCameRoundAgain(const AlarmPtr& alarm, const QDateTime& due);
     void noteCrash(const QString& report);
 
     // What the user has not been told yet, or has not answered.

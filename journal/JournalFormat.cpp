@@ -21,7 +21,8 @@ const auto eventsKey = QStringLiteral("events");
 const auto alarmsKey = QStringLiteral("alarms");
 const auto dueKey = QStringLiteral("due");
 
-constexpr const char* words[] = {"rang", "unanswered", "lost", "passed", "crashed"};
+constexpr const char* words[] = {"rang",   "unanswered", "lost",
+                                 "passed", "crashed",    "cameRoundAgain"};
 
 QVariant dateOf(Instant instant) {
     return localDateTimeOf(instant).toUTC();

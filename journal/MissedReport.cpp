@@ -32,6 +32,9 @@ QString lineOf(const JournalEvent& event) {
     case What::Passed:
         return titleOrDefault(event.text) +
                QStringLiteral(": passed while Dorvane was not running");
+    case What::CameRoundAgain:
+        return titleOrDefault(event.text) +
+               QStringLiteral(": was due again before it was answered");
     case What::Crashed:
         return QStringLiteral("Dorvane had crashed; the report is in ") + event.text;
     }
