@@ -344,6 +344,10 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
                     sharedJournal().note(event, alarm);
                     sharedAlarmControl().befell(event, alarm);
                 },
+            .cameRoundAgain =
+                [](const AlarmPtr& alarm, const QDateTime& due) {
+                    sharedJournal().noteCameRoundAgain(alarm, due);
+                },
         });
     }();
     return *controller;

@@ -190,6 +190,8 @@ void AlarmMenuController::unscheduleAlarm(const AlarmPtr& alarm) {
     const QDateTime now = m_surroundings.runLoop.now();
     const RearmDecision decision = rearmAfterRinging(*alarm, now, weekdayName(now.date()));
     applyRearm(decision, *alarm);
+    if (decision.missed.isValid() && m_surroundings.cameRoundAgain)
+        m_surroundings.cameRoundAgain(alarm, decision.missed);
     if (decision.outcome == RearmDecision::Outcome::Remove) {
         removeAlarm(alarm);
         return;
@@ -199,10 +201,9 @@ void AlarmMenuController::unscheduleAlarm(const AlarmPtr& alarm) {
     m_surroundings.clock.alarmDidChange();
 }
 
-// Its window and the flashing stay: clearing from the menu ends the alarm, not the call for
-// attention. That is meant; Delete ends both.
+// With its window: a Snooze that is pressed there later would be pressed in vain.
 void AlarmMenuController::clearFromMenu(const AlarmPtr& alarm) {
-    silence(alarm, RingEvent::Cleared);
+    endRinging(alarm);
     removeAlarm(alarm);
 }
 
@@ -218,8 +219,7 @@ void AlarmMenuController::deleteAlarm(const AlarmPtr& alarm) {
         m_surroundings.storedAlarms.removeAlarm(alarm->title());
         return;
     }
-    endRinging(alarm);
-    removeAlarm(alarm);
+    clearFromMenu(alarm);
 }
 
 void AlarmMenuController::endRinging(const AlarmPtr& alarm) {
@@ -280,7 +280,8 @@ void AlarmMenuController::snoozeWindowWasNotAnswered(SnoozeWindowController& win
 
 void AlarmMenuController::snoozeAlarm(const AlarmPtr& alarm) {
     silence(alarm, RingEvent::Snoozed);
-    alarm->snooze(qint32(alarm->snoozeTime()));
+    alarm->setSnoozedMinutes(alarm->snoozedMinutes() +
+                             quint64(snoozeMinutes(*alarm, instantNow(m_surroundings.runLoop))));
     m_surroundings.clock.alarmDidChange();
     stopCalling(alarm);
 }

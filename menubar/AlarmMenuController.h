@@ -71,6 +71,9 @@ public:
         std::function<void()> terminate;
         // Told what befalls each alarm that rings; must not touch the clock's list. May be empty.
         std::function<void(RingEvent event, const AlarmPtr& alarm)> ringing = {};
+        // Told when an alarm that rang moves on and had been due again before it was answered, with
+        // the last such due time. May be empty.
+        std::function<void(const AlarmPtr& alarm, const QDateTime& due)> cameRoundAgain = {};
     };
 
     // Shows the icon with its menu.
@@ -90,7 +93,7 @@ public:
     void createPreAlarm(int minutes);
     // Starts a stored alarm.
     void setAlarm(const AlarmPtr& alarm);
-    // Ends an alarm without answering its window.
+    // Ends a running alarm, even one that repeats, and takes its window along.
     void clearFromMenu(const AlarmPtr& alarm);
     // Puts a running alarm into the library, once.
     void saveFromMenu(const AlarmPtr& alarm);

@@ -65,20 +65,6 @@ TEST_F(AlarmMenuControllerTest, aStoredWeekdayAlarmIsStartedForItsNextDay) {
     EXPECT_EQ(brief(m_clock.allAlarms().front()->time(instantNow(loop))), "11-25 07:00+01");
 }
 
-TEST_F(AlarmMenuControllerTest, clearInTheMenuLeavesTheWindowAndDeleteTakesItAlong) {
-    const AlarmPtr a = timer("a");
-    const AlarmPtr b = timer("b");
-    loop.advance(61s);
-    EXPECT_EQ(openWindows(), 2);
-    m_controller.clearFromMenu(a);
-    EXPECT_EQ(openWindows(), 2);
-    m_controller.deleteAlarm(b);
-    EXPECT_EQ(openWindows(), 1);
-    EXPECT_TRUE(m_clock.allAlarms().empty());
-    windowOf(a).clearButtonPressed();
-    EXPECT_EQ(m_told.join(u'|').toStdString(), "b rings|a rings|a cleared|b cleared");
-}
-
 // The panel's copy follows the library by itself.
 TEST_F(AlarmMenuControllerTest, savingListsAnAlarmOnceAndDeletingItThereForgetsIt) {
     const auto listed = [this] {

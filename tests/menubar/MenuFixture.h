@@ -33,7 +33,8 @@ protected:
 
     AlarmPtr schedule(AlarmOf values) {
         values.sound = values.title;
-        values.snoozeTime = 5;
+        if (values.snoozeTime == 0)
+            values.snoozeTime = 5;
         AlarmPtr alarm = values.alarm();
         library.put(*alarm, instantNow(loop));
         m_controller.scheduleAlarm(alarm);
@@ -56,7 +57,7 @@ protected:
                 button->click();
     }
 
-    QStringList m_told; // what befell alarms that rang: "tea snoozed"
+    QStringList m_told; // what befell alarms that rang: "tea snoozed", "tea missed 11-23 08:30"
     Clock m_clock{loop, notifications};
     SoundRepeat m_repeat{loop, player};
     FakeStatusItem m_item;
@@ -89,6 +90,10 @@ protected:
              [this](RingEvent event, const AlarmPtr& alarm) {
                  constexpr const char* words[] = {"rings", "snoozed", "cleared", "unanswered"};
                  m_told << alarm->title() + QLatin1Char(' ') + QLatin1String(words[int(event)]);
+             },
+         .cameRoundAgain =
+             [this](const AlarmPtr& alarm, const QDateTime& due) {
+                 m_told << alarm->title() + u" missed "_qs + due.toString(u"MM-dd HH:mm"_qs);
              }}};
 };
 

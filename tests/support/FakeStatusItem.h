@@ -16,7 +16,7 @@ public:
         ++iconsSent;
     }
     void setToolTip(const QString& text) override { toolTips << text; }
-    void setNeedsAttention(bool) override {}
+    void setNeedsAttention(bool needs) override { needsAttention = needs; }
     void setPanelMenu(std::vector<PanelMenuEntry> entries) override {
         panelMenu = std::move(entries);
     }
@@ -39,6 +39,7 @@ public:
     void press() const { m_pressed(); }
 
     int iconsSent = 0;
+    bool needsAttention = false;
     int popUps = 0;
     QStringList toolTips;
     std::vector<PanelMenuEntry> panelMenu;
