@@ -27,7 +27,7 @@ sd_bus* openBus(const QString& address) {
     }
     if (result >= 0)
         return bus;
-    qCWarning(logPlatform, "no session bus: %s", std::strerror(-result));
+    qCInfo(logPlatform, "no session bus: %s", std::strerror(-result));
     return sd_bus_unref(bus);
 }
 
