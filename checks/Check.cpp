@@ -125,12 +125,16 @@ Check checkSoundOf(const AlarmFacts& alarm) {
                        "Copy it to a disk that is always there; Ping rings in its place.");
     if (alarm.sound == SoundFault::Gone)
         return warning("alarm-sound", line + text("is missing."), advice);
-    return warning("alarm-sound", line + text("cannot be played."), advice);
+    if (alarm.sound == SoundFault::Unplayable)
+        return warning("alarm-sound", line + text("cannot be played."), advice);
+    return warning("alarm-sound", line + text("is silent."),
+                   "Choose another sound for it, or record it anew.");
 }
 
 bool hasBadSound(const AlarmFacts& alarm) {
-    return !alarm.soundPath.isEmpty() && (!alarm.isReadInTime || alarm.sound == SoundFault::Gone ||
-                                          alarm.sound == SoundFault::Unplayable);
+    return !alarm.soundPath.isEmpty() &&
+           (!alarm.isReadInTime || alarm.isSilent || alarm.sound == SoundFault::Gone ||
+            alarm.sound == SoundFault::Unplayable);
 }
 
 // Where it has been said before that nothing comes out, no alarm is said to be heard.

@@ -37,6 +37,7 @@ struct AlarmFacts {
     QString soundPath; // empty where it plays none
     SoundFault sound = SoundFault::None;
     bool isReadInTime = true;
+    bool isSilent = false;
     QString voice; // empty where it speaks none
     bool hasVoice = true;
 };

@@ -119,6 +119,7 @@ void WillItRing::askSounds(const std::shared_ptr<Inquiry>& inquiry, TestSound te
                     if (alarm.soundPath == name) {
                         alarm.isReadInTime = true;
                         alarm.sound = read.fault();
+                        alarm.isSilent = read.isSilent();
                     }
                 answered(*of, testSound);
             });

@@ -47,6 +47,10 @@ public:
     // Zero until the file is loaded, and for a sound that cannot be played.
     [[nodiscard]] virtual Seconds duration() const = 0;
 
+    // Whether it is known that nothing in its first minute can be heard: a recording of a muted
+    // microphone, say. Known when the duration is.
+    [[nodiscard]] virtual bool isSilent() const = 0;
+
     // None until that is known, and for as long as the sound can be played.
     [[nodiscard]] virtual SoundFault fault() const = 0;
 
@@ -81,6 +85,10 @@ public:
     [[nodiscard]] virtual std::unique_ptr<Sound> ringWithContentsOfFile(const QString& path) {
         return soundWithContentsOfFile(path);
     }
+
+    // Whether the file can be read and decoded. Waits for both, so it is for other threads than the
+    // main one; any.
+    [[nodiscard]] virtual bool canPlay(const QString& path) const = 0;
 
     // Has the file read and decoded now, and kept: from when that is done, a sound made of it leans
     // on no disk and on no thread that might be busy. For a short file that stands in for others.

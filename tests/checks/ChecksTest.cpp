@@ -78,6 +78,7 @@ TEST(ChecksTest, saysOfEachFaultWhatItIs) {
         {alarm([](AlarmFacts& of) { of.sound = SoundFault::Gone; }), {"warning alarm-sound"}},
         {alarm([](AlarmFacts& of) { of.sound = SoundFault::Unplayable; }), {"warning alarm-sound"}},
         {alarm([](AlarmFacts& of) { of.isReadInTime = false; }), {"warning alarm-sound"}},
+        {alarm([](AlarmFacts& of) { of.isSilent = true; }), {"warning alarm-sound"}},
         {alarm([](AlarmFacts& of) { of.hasVoice = false; }), {"failure alarm-voice"}},
         {alarm([](AlarmFacts& of) { of = AlarmFacts(); }), {"warning alarm-silent"}},
         {[](RingingFacts& facts) { facts.startsAtLogin = false; }, {"warning login"}},
@@ -126,10 +127,12 @@ protected:
 TEST_F(WillItRingTest, asksEverybodyOnceAndWaitsForNobodyForEver) {
     player.setFile(u"/gone"_qs, {.isPlayable = false});
     player.setFile(u"/hangs"_qs, {.loadDelay = 1h});
+    player.setFile(u"/silent"_qs, {.isSilent = true});
     m_output.proof = SoundProof::Silent;
     m_alarms = {AlarmOf{.title = "well", .sound = "/song", .voice = "Zoe"}.alarm(),
                 AlarmOf{.title = "gone", .sound = "/gone"}.alarm(),
                 AlarmOf{.title = "gone, too", .sound = "/gone", .voice = "Nobody"}.alarm(),
+                AlarmOf{.title = "silent", .sound = "/silent"}.alarm(),
                 AlarmOf{.title = "spoken only", .sound = "/gone", .voice = "Zoe"}.alarm()};
     m_alarms.back()->setIsPlaySound(false);
     std::vector<std::string> quiet, loud;
@@ -138,7 +141,7 @@ TEST_F(WillItRingTest, asksEverybodyOnceAndWaitsForNobodyForEver) {
     EXPECT_TRUE(quiet.empty());
     loop.advance(1s);
     const std::vector<std::string> expected{"warning alarm-sound", "warning alarm-sound",
-                                            "failure alarm-voice"};
+                                            "failure alarm-voice", "warning alarm-sound"};
     EXPECT_EQ(quiet, expected);
     EXPECT_EQ(m_output.watches(), 0U);
     EXPECT_TRUE(player.sounds().empty());

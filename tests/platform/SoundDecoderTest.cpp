@@ -67,9 +67,9 @@ double purity(const std::vector<float>& samples) {
 // A level alone does not tell: a tone that is broken up is as loud as a whole one.
 TEST(SoundDecoderTest, losslessSoundsStayPureToneForToneAndFrameForFrame) {
     const QTemporaryDir folder;
-    SoundLoader loader(QStringLiteral(DORVANE_SOUND_MODULE));
+    SoundModuleSource source(QStringLiteral(DORVANE_SOUND_MODULE));
     QString error;
-    const SoundModule* module = loader.load(error);
+    const SoundModule* module = source.load(error);
     ASSERT_TRUE(module) << qPrintable(error);
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.name) + ' ' + std::to_string(c.rate));

@@ -26,10 +26,21 @@ TEST_F(SoundEngineFaultsTest, whatCannotBePlayedSaysSoOnceWithItsName) {
     const QString mp3 = tone("f.mp3", 0.5);
     const QString pipe = m_folder.filePath(u"pipe.wav"_qs);
     ASSERT_EQ(mkfifo(qPrintable(pipe), 0600), 0);
-    for (const QString& path : {file("empty.mp3", {}), file("text.wav", "not a sound at all\n"),
-                                file("start.mp3", contentsOf(mp3).left(90)),
-                                file("list.m3u8", "#EXTM3U\n" + mp3.toUtf8()),
-                                u"/nowhere/to/be/found.mp3"_qs, m_folder.path(), pipe}) {
+    // What its header says of a file decides how much memory its samples take.
+    const QByteArray tenSeconds = contentsOf(tone("ten.wav", 10, "-bitexact"));
+    const auto wave = [&](qsizetype at, const QByteArray& value) {
+        return QByteArray(tenSeconds).replace(at, value.size(), value);
+    };
+    const QByteArray none(4, '\0');
+    for (const QString& path :
+         {file("one hertz.wav", wave(24, QByteArray("\1\0\0\0", 4))),
+          file("gigahertz.wav", wave(24, QByteArray("\0\0\0\x40", 4))),
+          file("70 channels.wav",
+               wave(22, QByteArray("\x46\0", 2)).replace(32, 2, QByteArray("\x8c\0", 2))),
+          file("no samples.wav", tenSeconds.left(40) + none), file("empty.mp3", {}),
+          file("text.wav", "not a sound at all\n"), file("start.mp3", contentsOf(mp3).left(90)),
+          file("list.m3u8", "#EXTM3U\n" + mp3.toUtf8()), u"/nowhere/to/be/found.mp3"_qs,
+          m_folder.path(), pipe}) {
         SCOPED_TRACE(qPrintable(path));
         const LogCapture log;
         Playing playing(*this, path);

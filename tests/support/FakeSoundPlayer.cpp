@@ -60,6 +60,7 @@ public:
     [[nodiscard]] Seconds duration() const override {
         return m_isLoaded && m_file.isPlayable ? m_file.duration : Seconds(0);
     }
+    [[nodiscard]] bool isSilent() const override { return m_isLoaded && m_file.isSilent; }
     [[nodiscard]] SoundFault fault() const override {
         return m_isLoaded && !m_file.isPlayable ? SoundFault::Gone : SoundFault::None;
     }

@@ -40,12 +40,17 @@ public:
         RunLoop::Milliseconds loadDelay{0};
         bool isPlayable = true;              // otherwise it is not there
         RunLoop::Milliseconds startDelay{0}; // before the first play is heard
+        bool isSilent = false;
     };
 
     FakeSoundPlayer(RunLoop& loop, Trace& trace) : m_loop(loop), m_trace(trace) {}
 
     [[nodiscard]] std::unique_ptr<Sound> soundWithContentsOfFile(const QString& path) override;
     [[nodiscard]] QStringList soundUnfilteredTypes() const override { return types; }
+
+    [[nodiscard]] bool canPlay(const QString& path) const override {
+        return m_files.value(path).isPlayable;
+    }
 
     // What sounds made from now on find at `path`; files that were never set are playable and one
     // second long.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/sound/ModuleSound.h"
 
-#include "platform/linux/sound/SoundModule.h"
 #include "platform/Log.h"
 
 #include <QFileInfo>
@@ -48,42 +47,52 @@ private:
 
 ModuleSound::ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, SoundUse use,
                          const QString& name, Open open)
-    : m_loop(loop), m_loader(std::move(loader)), m_use(use) {
-    load(name, std::move(open));
+    : m_loop(loop), m_loader(std::move(loader)), m_use(use), m_name(name) {
+    load(std::move(open));
+}
+
+ModuleSound::ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader,
+                         std::shared_ptr<const KeptSound> kept)
+    : m_loop(loop), m_loader(std::move(loader)), m_use(SoundUse::Ring), m_kept(std::move(kept)) {
+    Reply(*this).post([](ModuleSound& sound) {
+        sound.loaded(Load::Done, {sound.m_kept->duration(), false});
+    });
 }
 
 ModuleSound::~ModuleSound() = default;
 
-void ModuleSound::load(const QString& name, Open open) {
-    // Jobs refer to the loader plainly: it waits for them, so they must not keep it alive.
-    m_loader->run(m_use, [&loader = *m_loader, name, open = std::move(open), reply = Reply(*this)] {
-        if (reply.isUnwanted())
-            return;
-        const auto cancelled = [&reply] { return reply.isUnwanted(); };
-        QString error;
-        SoundFault fault = SoundFault::Unplayable;
-        const bool isLoaded = withMemory(error, [&] {
-            const File file = open(error);
-            if (!file && !QFileInfo::exists(name))
-                fault = SoundFault::Gone;
-            const SoundModule* module = file ? loader.load(error) : nullptr;
-            if (file && !module)
-                fault = SoundFault::NoEngine;
-            const Decoder decoder =
-                module ? module->decoder(file, Seconds(0), cancelled, error) : nullptr;
-            if (!decoder)
-                return false;
-            // The sound may start now; how long it is may take a while to find out.
-            reply.post([file, decoder](ModuleSound& sound) { sound.opened(file, decoder); });
-            const Seconds duration = module->duration(file, cancelled);
-            reply.post([duration](ModuleSound& sound) { sound.loaded(Load::Done, duration); });
-            return true;
+void ModuleSound::load(Open open) {
+    m_loader->run(
+        m_use, m_name,
+        [source = m_loader->source(), name = m_name, open = std::move(open), reply = Reply(*this)] {
+            if (reply.isUnwanted())
+                return;
+            const auto cancelled = [&reply] { return reply.isUnwanted(); };
+            QString error;
+            SoundFault fault = SoundFault::Unplayable;
+            const bool isLoaded = withMemory(error, [&] {
+                const File file = open(error);
+                if (!file && !QFileInfo::exists(name))
+                    fault = SoundFault::Gone;
+                const SoundModule* module = file ? source->load(error) : nullptr;
+                if (file && !module)
+                    fault = SoundFault::NoEngine;
+                const Decoder decoder =
+                    module ? module->decoder(file, Seconds(0), cancelled, error) : nullptr;
+                if (!decoder)
+                    return false;
+                // The sound may start now; how long it is may take a while to find out.
+                reply.post([file, decoder](ModuleSound& sound) { sound.opened(file, decoder); });
+                const auto extent = module->measure(file, cancelled);
+                reply.post([extent](ModuleSound& sound) { sound.loaded(Load::Done, extent); });
+                return true;
+            });
+            if (isLoaded || reply.isUnwanted())
+                return;
+            qCWarning(logPlatform).noquote()
+                << "cannot play" << name + QStringLiteral(":") << error;
+            reply.post([fault](ModuleSound& sound) { sound.loaded(Load::Failed, {}, fault); });
         });
-        if (isLoaded || reply.isUnwanted())
-            return;
-        qCWarning(logPlatform).noquote() << "cannot play" << name + QStringLiteral(":") << error;
-        reply.post([fault](ModuleSound& sound) { sound.loaded(Load::Failed, Seconds(0), fault); });
-    });
 }
 
 void ModuleSound::opened(File file, Decoder atBeginning) {
@@ -93,10 +102,10 @@ void ModuleSound::opened(File file, Decoder atBeginning) {
         start();
 }
 
-void ModuleSound::loaded(Load result, Seconds duration, SoundFault fault) {
+void ModuleSound::loaded(Load result, SoundModule::Extent extent, SoundFault fault) {
     m_load = result;
     m_fault = fault;
-    m_duration = duration;
+    m_extent = extent;
     if (result == Load::Failed && m_playing) {
         end();
         postFinished();
@@ -122,7 +131,7 @@ bool ModuleSound::play() {
 // Gets the play going from m_position as soon as the file has been read.
 void ModuleSound::start() {
     const std::uint64_t number = ++m_playNumber;
-    if (!m_file)
+    if (!m_file && !m_kept)
         return;
     if (m_position == Seconds(0) && m_reserve) {
         begin(std::exchange(m_reserve, nullptr));
@@ -139,21 +148,27 @@ void ModuleSound::start() {
 }
 
 void ModuleSound::requestDecoder(Seconds at, std::function<void(ModuleSound&, Decoder)> receive) {
-    m_loader->run(m_use, [module = m_loader->module(), file = m_file, at,
-                          receive = std::move(receive), reply = Reply(*this)] {
-        if (reply.isUnwanted())
-            return;
-        QString error;
-        Decoder decoder;
-        (void)withMemory(error, [&] {
-            decoder = module->decoder(
-                file, at, [&reply] { return reply.isUnwanted(); }, error);
-            return decoder != nullptr;
-        });
-        if (!decoder && !reply.isUnwanted())
-            qCWarning(logPlatform).noquote() << "cannot go on with a sound:" << error;
-        reply.post([receive, decoder](ModuleSound& sound) { receive(sound, decoder); });
-    });
+    if (m_kept) {
+        receive(*this, std::make_shared<KeptDecoder>(m_kept, at));
+        return;
+    }
+    m_loader->run(m_use, m_name,
+                  [source = m_loader->source(), file = m_file, at, receive = std::move(receive),
+                   reply = Reply(*this)] {
+                      if (reply.isUnwanted())
+                          return;
+                      QString error;
+                      Decoder decoder;
+                      (void)withMemory(error, [&] {
+                          decoder = source->module()->decoder(
+                              file, at, [&reply] { return reply.isUnwanted(); }, error);
+                          return decoder != nullptr;
+                      });
+                      if (!decoder && !reply.isUnwanted())
+                          qCWarning(logPlatform).noquote() << "cannot go on with a sound:" << error;
+                      reply.post(
+                          [receive, decoder](ModuleSound& sound) { receive(sound, decoder); });
+                  });
 }
 
 void ModuleSound::begin(Decoder decoder) {
@@ -214,13 +229,13 @@ Sound::Seconds ModuleSound::currentTime() const {
     if (!m_voice)
         return m_position;
     const Seconds heard = m_voice->position();
-    return m_load == Load::Done ? std::min(heard, m_duration) : heard;
+    return m_load == Load::Done ? std::min(heard, m_extent.duration) : heard;
 }
 
 void ModuleSound::setCurrentTime(Seconds position) {
     m_position = std::max(position, Seconds(0));
     if (m_load == Load::Done)
-        m_position = std::min(m_position, m_duration);
+        m_position = std::min(m_position, m_extent.duration);
     if (!m_playing)
         return;
     m_voice.reset();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Lifeline.h"
+#include "platform/linux/sound/KeptSound.h"
 #include "platform/linux/sound/SoundLoader.h"
 #include "platform/RunLoop.h"
 #include "platform/Sound.h"
@@ -14,10 +15,6 @@
 #include <vector>
 
 namespace dorvane {
-
-class SoundDecoder;
-class SoundInput;
-class SoundVoice;
 
 // A sound whose file is read on a loading thread and played by the sound module. This class is
 // the main thread's side: it keeps what the user of the sound sees, and never waits.
@@ -34,6 +31,9 @@ public:
     // The name stands for the sound in the log.
     ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader, SoundUse use,
                 const QString& name, Open open);
+    // Of what was decoded before.
+    ModuleSound(RunLoop& loop, std::shared_ptr<SoundLoader> loader,
+                std::shared_ptr<const KeptSound> kept);
     ~ModuleSound() override;
 
     bool play() override;
@@ -41,7 +41,8 @@ public:
     [[nodiscard]] bool isPlaying() const override { return m_playing; }
     void pause() override { setPaused(true); }
     void resume() override { setPaused(false); }
-    [[nodiscard]] Seconds duration() const override { return m_duration; }
+    [[nodiscard]] Seconds duration() const override { return m_extent.duration; }
+    [[nodiscard]] bool isSilent() const override { return m_extent.isSilent; }
     [[nodiscard]] SoundFault fault() const override { return m_fault; }
     [[nodiscard]] Seconds currentTime() const override;
     void setCurrentTime(Seconds position) override;
@@ -55,9 +56,9 @@ private:
     enum class Load { Running, Done, Failed };
     using Decoder = std::shared_ptr<SoundDecoder>;
 
-    void load(const QString& name, Open open);
+    void load(Open open);
     void opened(File file, Decoder atBeginning);
-    void loaded(Load result, Seconds duration, SoundFault fault = SoundFault::None);
+    void loaded(Load result, SoundModule::Extent extent, SoundFault fault = SoundFault::None);
     void start();
     void requestDecoder(Seconds at, std::function<void(ModuleSound&, Decoder)> receive);
     void begin(Decoder decoder);
@@ -69,12 +70,14 @@ private:
     RunLoop& m_loop;
     std::shared_ptr<SoundLoader> m_loader;
     const SoundUse m_use;
+    const QString m_name;
+    const std::shared_ptr<const KeptSound> m_kept; // in place of a file
 
     Load m_load = Load::Running;
     SoundFault m_fault = SoundFault::None;
     File m_file;       // null until it is known to be playable
     Decoder m_reserve; // at the beginning
-    Seconds m_duration{0};
+    SoundModule::Extent m_extent;
     std::vector<std::function<void()>> m_whenLoaded;
 
     bool m_playing = false;

@@ -15,10 +15,10 @@ class ModuleSoundOutput::ModuleWatch final : public Watch {
 public:
     ModuleWatch(RunLoop& loop, std::shared_ptr<SoundLoader> loader, Changed changed)
         : m_loop(loop), m_loader(std::move(loader)), m_changed(std::move(changed)) {
-        m_loader->run(SoundUse::Ring,
-                      [&loop_ = m_loop, &loader_ = *m_loader, watch = m_lifeline.weak()] {
+        m_loader->run(SoundUse::Ring, QString(),
+                      [&loop_ = m_loop, source = m_loader->source(), watch = m_lifeline.weak()] {
                           QString error;
-                          SoundModule* const module = loader_.load(error);
+                          SoundModule* const module = source->load(error);
                           loop_.post([watch, module, error] {
                               if (ModuleWatch* const self = watch.get())
                                   self->loaded(module, error);

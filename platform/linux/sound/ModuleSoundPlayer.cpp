@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/sound/ModuleSoundPlayer.h"
 
+#include "platform/linux/sound/KeptSound.h"
 #include "platform/linux/sound/ModuleSound.h"
 #include "platform/linux/sound/SoundFile.h"
 #include "platform/linux/sound/SoundLoader.h"
@@ -9,8 +10,42 @@
 
 namespace dorvane {
 
+namespace {
+
+constexpr std::size_t longestKept = 10 * soundRate; // frames
+
+std::shared_ptr<const SoundInput> opened(const QString& path) {
+    QString error;
+    return SoundFile::open(path, error);
+}
+
+std::shared_ptr<SoundDecoder> decoderOf(SoundModuleSource& source,
+                                        const std::shared_ptr<const SoundInput>& file) {
+    QString error;
+    SoundModule* const module = source.load(error);
+    return module ? module->decoder(
+                        file, Sound::Seconds(0), [] { return false; }, error)
+                  : nullptr;
+}
+
+// Null where it is not for keeping.
+std::shared_ptr<const KeptSound> decodedWhole(SoundModuleSource& source, const QString& path) {
+    const auto file = opened(path);
+    const auto decoder = file && file->isHeld() ? decoderOf(source, file) : nullptr;
+    if (!decoder)
+        return nullptr;
+    const auto kept = std::make_shared<KeptSound>();
+    kept->samples.resize(longestKept * soundChannels);
+    const std::size_t frames = decoder->read(kept->samples.data(), longestKept);
+    kept->samples.resize(frames * soundChannels);
+    kept->samples.shrink_to_fit();
+    return frames > 0 && frames < longestKept ? kept : nullptr;
+}
+
+} // namespace
+
 ModuleSoundPlayer::ModuleSoundPlayer(RunLoop& loop, const QString& modulePath)
-    : m_loop(loop), m_loader(std::make_shared<SoundLoader>(modulePath)) {}
+    : m_loop(loop), m_loader(std::make_shared<SoundLoader>(loop, modulePath)) {}
 
 ModuleSoundPlayer::~ModuleSoundPlayer() = default;
 
@@ -21,9 +56,34 @@ std::unique_ptr<Sound> ModuleSoundPlayer::soundWithContentsOfFile(const QString&
 }
 
 std::unique_ptr<Sound> ModuleSoundPlayer::ringWithContentsOfFile(const QString& path) {
+    if (const auto kept = m_kept.find(path); kept != m_kept.end() && kept->second)
+        return std::make_unique<ModuleSound>(m_loop, m_loader, kept->second);
     return std::make_unique<ModuleSound>(
         m_loop, m_loader, SoundUse::Ring, path,
         [path](QString& error) { return SoundFile::open(path, error); });
+}
+
+bool ModuleSoundPlayer::canPlay(const QString& path) const {
+    const auto file = opened(path);
+    return file && decoderOf(*m_loader->source(), file);
+}
+
+void ModuleSoundPlayer::keepInMemory(const QString& path) {
+    if (!m_kept.try_emplace(path).second)
+        return;
+    m_loader->run(SoundUse::Ring, path,
+                  [source = m_loader->source(), &loop = m_loop, path, self = m_lifeline.weak()] {
+                      const auto kept = decodedWhole(*source, path);
+                      if (self.isCut())
+                          return;
+                      loop.post([self, path, kept] {
+                          ModuleSoundPlayer* const player = self.get();
+                          if (player && kept)
+                              player->m_kept[path] = kept;
+                          else if (player)
+                              player->m_kept.erase(path);
+                      });
+                  });
 }
 
 std::unique_ptr<Sound> ModuleSoundPlayer::soundWithData(const QByteArray& file,

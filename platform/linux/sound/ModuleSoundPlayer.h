@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Lifeline.h"
 #include "platform/RunLoop.h"
 #include "platform/Sound.h"
 
 #include <QByteArray>
 #include <QString>
 
+#include <map>
 #include <memory>
 
 namespace dorvane {
 
 class SoundLoader;
+struct KeptSound;
 
 // The sound player on FFmpeg and PulseAudio, which live in a module that the first sound brings
 // into the process, on a loading thread. Where that fails, the sound is empty, the reason is
@@ -24,6 +27,12 @@ public:
     [[nodiscard]] std::unique_ptr<Sound> soundWithContentsOfFile(const QString& path) override;
 
     [[nodiscard]] std::unique_ptr<Sound> ringWithContentsOfFile(const QString& path) override;
+
+    [[nodiscard]] bool canPlay(const QString& path) const override;
+
+    // Where it cannot be read, or is longer than some seconds, nothing is kept; the next call tries
+    // again.
+    void keepInMemory(const QString& path) override;
 
     // A ring whose file is held in memory already; the name stands for it in the log.
     [[nodiscard]] std::unique_ptr<Sound> soundWithData(const QByteArray& file, const QString& name);
@@ -38,6 +47,9 @@ public:
 private:
     RunLoop& m_loop;
     std::shared_ptr<SoundLoader> m_loader; // its sounds may outlive the player
+    // Null while it is being read.
+    std::map<QString, std::shared_ptr<const KeptSound>> m_kept;
+    Lifeline<ModuleSoundPlayer> m_lifeline{*this};
 };
 
 } // namespace dorvane

@@ -25,6 +25,7 @@ public:
                                                                 QString& error);
 
     [[nodiscard]] std::int64_t size() const override { return m_size; }
+    [[nodiscard]] bool isHeld() const override { return m_descriptor < 0; }
     [[nodiscard]] std::int64_t read(std::int64_t position, void* out,
                                     std::int64_t count) const override;
 

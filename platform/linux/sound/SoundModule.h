@@ -24,6 +24,9 @@ public:
 
     [[nodiscard]] virtual std::int64_t size() const = 0;
 
+    // Whether all of it is in memory, so that read() never waits for a disk.
+    [[nodiscard]] virtual bool isHeld() const = 0;
+
     // Copies up to `count` bytes from `position` on; 0 at the end, negative when they cannot be
     // read.
     [[nodiscard]] virtual std::int64_t read(std::int64_t position, void* out,
@@ -40,6 +43,9 @@ public:
 
     // Writes up to `frames` frames; fewer only at the end of the sound.
     [[nodiscard]] virtual std::size_t read(float* out, std::size_t frames) = 0;
+
+    // Whether read() ended because the disk has given nothing for too long.
+    [[nodiscard]] virtual bool isStarved() const { return false; }
 };
 
 // One play on its way to the speakers. Main thread only; nothing here waits for the audio thread.
@@ -85,15 +91,20 @@ public:
     using Cancelled = std::function<bool()>;
 
     // A decoder that stands at `at` and has the first second ready, or null with the reason in
-    // `error`.
+    // `error`. Of an input that is not held it reads ahead on a thread of its own.
     [[nodiscard]] virtual std::shared_ptr<SoundDecoder>
     decoder(std::shared_ptr<const SoundInput> file, Sound::Seconds at, const Cancelled& cancelled,
             QString& error) const = 0;
 
     // How long the sound is heard, exact where that is not stated exactly by the file and can be
-    // found out in a fraction of a second. Gives up with zero when `cancelled` says so.
-    [[nodiscard]] virtual Sound::Seconds duration(std::shared_ptr<const SoundInput> file,
-                                                  const Cancelled& cancelled) const = 0;
+    // found out in a fraction of a second; and whether nothing of its first minute can be heard.
+    struct Extent {
+        Sound::Seconds duration{0};
+        bool isSilent = false;
+    };
+    // Gives up with nothing when `cancelled` says so.
+    [[nodiscard]] virtual Extent measure(std::shared_ptr<const SoundInput> file,
+                                         const Cancelled& cancelled) const = 0;
 
     [[nodiscard]] virtual std::unique_ptr<SoundVoice> play(std::shared_ptr<SoundDecoder> decoder,
                                                            SoundVoiceStart start) = 0;

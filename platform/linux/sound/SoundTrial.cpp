@@ -54,19 +54,21 @@ SoundTrial::SoundTrial(RunLoop& loop, ModuleSoundPlayer& player, const QString& 
 SoundTrial::~SoundTrial() = default;
 
 void SoundTrial::readFile() {
-    m_player.loader()->run(SoundUse::Other, [&loader = *m_player.loader(), &loop = m_loop,
-                                             path = m_path, self = m_lifeline.weak()] {
-        QString error;
-        SoundModule* const module = loader.load(error);
-        auto expected = module ? beginning(*module, path) : std::vector<float>();
-        loop.post([self, module, expected = std::move(expected)] {
-            SoundTrial* const trial = self.get();
-            if (trial && expected.empty())
-                trial->answer(SoundProof::NotPlayed);
-            else if (trial)
-                trial->listen(*module, expected);
-        });
-    });
+    m_player.loader()->run(SoundUse::Other, m_path,
+                           [source = m_player.loader()->source(), &loop = m_loop, path = m_path,
+                            self = m_lifeline.weak()] {
+                               QString error;
+                               SoundModule* const module = source->load(error);
+                               auto expected =
+                                   module ? beginning(*module, path) : std::vector<float>();
+                               loop.post([self, module, expected = std::move(expected)] {
+                                   SoundTrial* const trial = self.get();
+                                   if (trial && expected.empty())
+                                       trial->answer(SoundProof::NotPlayed);
+                                   else if (trial)
+                                       trial->listen(*module, expected);
+                               });
+                           });
 }
 
 void SoundTrial::listen(SoundModule& module, std::vector<float> expected) {
@@ -100,19 +102,20 @@ void SoundTrial::play() {
 
 void SoundTrial::judge() {
     m_listening.reset();
-    m_player.loader()->run(SoundUse::Other, [&loop = m_loop, recording = m_recording,
-                                             expected = m_expected, self = m_lifeline.weak()] {
-        std::vector<float> heard;
-        {
-            const std::lock_guard lock(recording->lock);
-            heard.swap(recording->samples);
-        }
-        const SoundProof proof = proofOf(likeness(coarser(heard, coarseness), expected));
-        loop.post([self, proof] {
-            if (SoundTrial* const trial = self.get())
-                trial->answer(proof);
+    m_player.loader()->run(
+        SoundUse::Other, QString(),
+        [&loop = m_loop, recording = m_recording, expected = m_expected, self = m_lifeline.weak()] {
+            std::vector<float> heard;
+            {
+                const std::lock_guard lock(recording->lock);
+                heard.swap(recording->samples);
+            }
+            const SoundProof proof = proofOf(likeness(coarser(heard, coarseness), expected));
+            loop.post([self, proof] {
+                if (SoundTrial* const trial = self.get())
+                    trial->answer(proof);
+            });
         });
-    });
 }
 
 // Not from inside a callback of the sound, which may go with this.

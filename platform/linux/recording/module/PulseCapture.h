@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/linux/recording/module/SampleRing.h"
+#include "platform/SampleRing.h"
 
 #include <QByteArray>
 
@@ -26,6 +26,7 @@ public:
 
     [[nodiscard]] int connect();
     [[nodiscard]] int findDefaultSource();
+    // The default source, or where that is no microphone, the best one that there is.
     [[nodiscard]] int readSource();
     [[nodiscard]] int makeStream();
     [[nodiscard]] int openStream();
@@ -52,6 +53,8 @@ public:
 private:
     class Lock;
 
+    [[nodiscard]] int findMicrophone();
+    void take(const pa_source_info& source);
     [[nodiscard]] int waitUntil(const std::function<bool()>& done);
     [[nodiscard]] int waitForOperation(pa_operation* operation);
     [[nodiscard]] int error() const;
@@ -66,6 +69,7 @@ private:
     pa_context* m_context = nullptr;
     pa_stream* m_stream = nullptr;
     QByteArray m_source;
+    bool m_isPluggedIn = false;
     int m_answer = 0; // of the last question
     pa_sample_spec m_spec{};
     std::optional<SampleRing> m_ring;

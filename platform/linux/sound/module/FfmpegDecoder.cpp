@@ -31,6 +31,16 @@ constexpr Sound::Seconds readyTime(1);
 constexpr std::int64_t filterTaps = 64;
 constexpr std::int64_t filterSteepness = 12; // of its Kaiser window
 
+// What sounds have. Beyond that a small file could ask for all the memory that there is: what it
+// calls a second becomes 48000 frames.
+constexpr int lowestRate = 1000;
+constexpr int highestRate = 768'000;
+constexpr int mostChannels = 32;
+constexpr int longestFrame = 10; // seconds
+
+// 60 dB below the loudest: less than the noise of any room.
+constexpr float silence = 0.001F;
+
 QString reason(int code) {
     std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};
     av_strerror(code, text.data(), text.size());
@@ -81,6 +91,10 @@ std::shared_ptr<FfmpegDecoder> FfmpegDecoder::open(std::shared_ptr<const SoundIn
         return nullptr;
     if (!decoder->nextFrame()) {
         error = QStringLiteral("no sound in the file");
+        return nullptr;
+    }
+    if (!decoder->frameIsBounded() || !decoder->setUpResampler()) {
+        error = QStringLiteral("no sound has its rate, its channels or its frames");
         return nullptr;
     }
     if (decoder->m_frame->pts != AV_NOPTS_VALUE)
@@ -188,8 +202,18 @@ bool FfmpegDecoder::endsWhereStated() const {
            statedDuration() > Sound::Seconds(0);
 }
 
+bool FfmpegDecoder::isSilentFor(Sound::Seconds time) {
+    while (!m_ended && !m_input.isCancelled() && m_decoded < time) {
+        convertFrame();
+        for (; m_convertedUsed < m_converted.size(); ++m_convertedUsed)
+            if (std::abs(m_converted[m_convertedUsed]) >= silence)
+                return false;
+    }
+    return !m_input.isCancelled();
+}
+
 Sound::Seconds FfmpegDecoder::countSamples() {
-    Sound::Seconds total(0);
+    Sound::Seconds total = m_decoded;
     while (!m_input.isCancelled() && nextFrame()) {
         if (m_frame->sample_rate > 0)
             total +=
@@ -200,7 +224,9 @@ Sound::Seconds FfmpegDecoder::countSamples() {
 }
 
 Sound::Seconds FfmpegDecoder::countPackets() {
-    Sound::Seconds total(static_cast<double>(m_frame->nb_samples) / m_frame->sample_rate);
+    Sound::Seconds total = m_decoded;
+    if (m_frameWaits)
+        total += Sound::Seconds(static_cast<double>(m_frame->nb_samples) / m_frame->sample_rate);
     while (!m_input.isCancelled() && nextPacket()) {
         total += Sound::Seconds(static_cast<double>(m_packet->duration) *
                                 secondsOf(m_stream->time_base));
@@ -252,12 +278,12 @@ void FfmpegDecoder::convertFrame() {
     if (!nextFrame()) {
         endConversion();
     } else {
-        if (!frameFitsResampler()) {
+        const bool fits = frameFitsResampler();
+        if (!fits)
             convert(nullptr);
-            if (!setUpResampler()) {
-                m_ended = true;
-                return;
-            }
+        if (!frameIsBounded() || (!fits && !setUpResampler())) {
+            m_ended = true;
+            return;
         }
         if (m_seeking && m_frame->pts != AV_NOPTS_VALUE) {
             const Sound::Seconds position(static_cast<double>(m_frame->pts - m_firstTimestamp) *
@@ -302,6 +328,13 @@ void FfmpegDecoder::convert(const AVFrame* frame) {
     const int got = swr_convert(m_resampler, &out, room, in, samples);
     m_converted.resize(before + static_cast<std::size_t>(std::max(got, 0)) * soundChannels);
     m_made += m_converted.size() - before;
+}
+
+bool FfmpegDecoder::frameIsBounded() const {
+    const int rate = m_frame->sample_rate;
+    const int channels = m_frame->ch_layout.nb_channels;
+    return rate >= lowestRate && rate <= highestRate && channels >= 1 && channels <= mostChannels &&
+           m_frame->nb_samples <= rate * longestFrame;
 }
 
 bool FfmpegDecoder::frameFitsResampler() const {

@@ -27,7 +27,8 @@ namespace dorvane {
 class FfmpegDecoder final : public SoundDecoder {
 public:
     // Stands at the beginning. Null with the reason in `error` when the file is of no type that can
-    // be played, or not one sample of it can be decoded.
+    // be played, not one sample of it can be decoded, or it is of a form that no sound has: what a
+    // file says of itself decides how much memory its samples take.
     [[nodiscard]] static std::shared_ptr<FfmpegDecoder>
     open(std::shared_ptr<const SoundInput> file, SoundModule::Cancelled cancelled, QString& error);
 
@@ -47,7 +48,10 @@ public:
     [[nodiscard]] Sound::Seconds statedDuration() const;
     [[nodiscard]] bool durationIsGuessed() const;
 
-    // These use the decoder up. Counted from the first frame on, decoding everything; or from the
+    // These use the decoder up. Whether nothing can be heard up to there; decodes no more than that
+    // takes to find out.
+    [[nodiscard]] bool isSilentFor(Sound::Seconds time);
+    // The whole length, also after isSilentFor(): decoding everything that is left; or from the
     // packets, which is some twenty times faster and a frame or two off.
     [[nodiscard]] Sound::Seconds countSamples();
     [[nodiscard]] Sound::Seconds countPackets();
@@ -66,6 +70,7 @@ private:
     void convertFrame();
     void endConversion();
     void convert(const AVFrame* frame);
+    [[nodiscard]] bool frameIsBounded() const;
     [[nodiscard]] bool frameFitsResampler() const;
     [[nodiscard]] bool setUpResampler();
     [[nodiscard]] bool endsWhereStated() const;

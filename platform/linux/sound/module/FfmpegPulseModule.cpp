@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/sound/module/FfmpegDecoder.h"
 #include "platform/linux/sound/module/PulseOutput.h"
+#include "platform/linux/sound/module/ReadAhead.h"
 
 extern "C" {
 #include <libavutil/log.h>
@@ -10,7 +11,7 @@ namespace dorvane {
 
 namespace {
 
-// A sound up to this length is decoded whole to learn its exact length.
+// A sound up to this length is decoded whole to learn its exact length, and a silent one to this.
 constexpr Sound::Seconds countedLength(60);
 
 class FfmpegPulseModule final : public SoundModule {
@@ -24,22 +25,27 @@ public:
                                                         Sound::Seconds at,
                                                         const Cancelled& cancelled,
                                                         QString& error) const override {
+        const bool isHeld = file->isHeld();
         auto decoder = FfmpegDecoder::open(std::move(file), cancelled, error);
-        if (decoder)
-            decoder->makeReady(at);
-        return decoder;
+        if (!decoder)
+            return nullptr;
+        decoder->makeReady(at);
+        if (isHeld)
+            return decoder;
+        return std::make_shared<ReadAhead>(std::move(decoder));
     }
 
-    [[nodiscard]] Sound::Seconds duration(std::shared_ptr<const SoundInput> file,
-                                          const Cancelled& cancelled) const override {
+    [[nodiscard]] Extent measure(std::shared_ptr<const SoundInput> file,
+                                 const Cancelled& cancelled) const override {
         QString error;
         const auto decoder = FfmpegDecoder::open(std::move(file), cancelled, error);
         if (!decoder)
-            return Sound::Seconds(0);
+            return {};
+        const bool isSilent = decoder->isSilentFor(countedLength);
         const Sound::Seconds stated = decoder->statedDuration();
         if (stated <= countedLength)
-            return decoder->countSamples();
-        return decoder->durationIsGuessed() ? decoder->countPackets() : stated;
+            return {decoder->countSamples(), isSilent};
+        return {decoder->durationIsGuessed() ? decoder->countPackets() : stated, isSilent};
     }
 
     [[nodiscard]] std::unique_ptr<SoundVoice> play(std::shared_ptr<SoundDecoder> decoder,

@@ -201,6 +201,10 @@ void PulseVoice::write(std::size_t bytes) {
             pa_stream_write(m_stream, data, got * frameBytes, nullptr, 0, PA_SEEK_RELATIVE);
         else
             pa_stream_cancel_write(m_stream);
+        if (got < wanted && m_decoder->isStarved()) {
+            fail("its file is not read in time");
+            return;
+        }
         if (got < wanted) {
             drain();
             break;
