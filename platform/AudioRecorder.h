@@ -12,7 +12,8 @@ namespace dorvane {
 // itself happens on other threads. Main thread only.
 class AudioRecorder {
 public:
-    // An error when there is no file.
+    // An error when there is no file, or it holds less than was to be recorded. What nobody could
+    // hear is no recording: it leaves the older file as it is.
     using Finished = std::function<void(const std::optional<AudioError>& error)>;
 
     virtual ~AudioRecorder() = default;

@@ -22,8 +22,8 @@ public:
     [[nodiscard]] virtual Error prepare() = 0;
     [[nodiscard]] virtual Error start() = 0;
 
-    // Ends the recording and completes the file. Answers what went wrong since start() too, and
-    // there is no file then.
+    // Ends the recording and completes the file. Answers what went wrong since start() too; there
+    // is no file then unless the error says so, and none of a recording in which nothing is heard.
     [[nodiscard]] virtual Error stop() = 0;
 
     [[nodiscard]] virtual const QString& file() const = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/recording/ModuleAudioRecorder.h"
 #include "platform/linux/session/QtRunLoop.h"
+#include "tests/support/Files.h"
 #include "tests/support/Run.h"
 #include "tests/support/Testing.h"
 
@@ -38,8 +39,25 @@ protected:
     bool ends() {
         return QTest::qWaitFor([&] { return !m_recorder.isRecording(); });
     }
+    [[nodiscard]] std::string reason() const {
+        return m_error ? m_error->reason.toStdString() : "";
+    }
     [[nodiscard]] std::string domain() const {
         return m_error ? m_error->domain.toStdString() : "";
+    }
+
+    // Another microphone, that always hears something, for as long as the answer is not unloaded.
+    static QString humming() {
+        QString module = run(u"pactl load-module module-sine-source source_name=other"_qs);
+        run(u"pactl set-default-source other"_qs);
+        return module;
+    }
+    static void unload(const QString& module) {
+        run(u"pactl unload-module "_qs + module);
+        run(u"pactl set-default-source mic"_qs);
+    }
+    bool hears() {
+        return QTest::qWaitFor([&] { return m_recorder.takeLevel() > 0.01F; });
     }
 
     // Plays a sine of amplitude 0.5 into the microphone.
@@ -112,9 +130,11 @@ TEST_F(RecordingTest, onlyWhatStopCompletesIsKeptAtTheEndOfTheProgramToo) {
     m_recorder.cancel(); // before it has begun
     ASSERT_TRUE(begins("late.aiff"));
     m_recorder.cancel();
-    ASSERT_TRUE(begins("kept.aiff"));
+    const QString module = humming();
+    ASSERT_TRUE(begins("kept.aiff") && hears());
     m_recorder.stop();
     m_recorder.finish();
+    unload(module);
     EXPECT_EQ(files(), u"kept.aiff"_qs);
     ModuleAudioRecorder other(m_loop, QStringLiteral(DORVANE_RECORDING_MODULE));
     EXPECT_TRUE(other.record(path("other.aiff"), [](const auto&) {}));
@@ -123,27 +143,45 @@ TEST_F(RecordingTest, onlyWhatStopCompletesIsKeptAtTheEndOfTheProgramToo) {
     EXPECT_EQ(files(), u"kept.aiff"_qs);
 }
 
-TEST_F(RecordingTest, serverAndMicrophoneThatAreMissingOrGoEndTheRecordingWithoutAFile) {
+TEST_F(RecordingTest, serverAndMicrophoneThatAreMissingOrGoAreNamedAndWhatWasHeardIsKept) {
     const QByteArray server = qgetenv("PULSE_SERVER");
     qputenv("PULSE_SERVER", "unix:/nope");
     begin("a.aiff");
     EXPECT_TRUE(ends());
     EXPECT_THAT(domain(), StartsWith("Error opening component: 6"));
+    EXPECT_EQ(reason(), "No sound server answers.");
     qputenv("PULSE_SERVER", server);
 
-    const QString module = run(u"pactl load-module module-sine-source source_name=other"_qs);
-    run(u"pactl set-default-source other"_qs);
+    EXPECT_EQ(files(), QString());
+    const QString module = humming();
     begin("a.aiff");
-    float loudest = 0;
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        loudest = std::max(loudest, m_recorder.takeLevel());
-        return loudest > 0.01F;
-    }));
-    run(u"pactl unload-module "_qs + module);
+    EXPECT_TRUE(hears());
+    unload(module);
     EXPECT_TRUE(ends());
     EXPECT_THAT(domain(), StartsWith("Failed to read AU: "));
+    EXPECT_EQ(reason(), "The microphone has gone.");
+    EXPECT_TRUE(m_error && m_error->isKept);
+    EXPECT_GT(SndfileHandle(QFile::encodeName(path("a.aiff")).constData()).frames(), 480);
+    EXPECT_EQ(files(), u"a.aiff"_qs);
+}
+
+// The server may call what is being played the default, where there is a microphone all the same.
+TEST_F(RecordingTest, silenceIsNoRecordingAndLeavesTheOlderOne) {
+    writeFile(path("a.aiff"), "older");
+    run(u"pactl set-default-source out.monitor"_qs);
+    ASSERT_TRUE(begins("a.aiff"));
+    QTest::qWait(300);
+    m_recorder.stop();
+    EXPECT_TRUE(ends());
+    EXPECT_EQ(reason(), "Nothing was heard: is the microphone muted?");
+    EXPECT_EQ(contentsOf(path("a.aiff")), "older");
+    ASSERT_TRUE(begins("a.aiff"));
+    speak(0.3);
+    m_recorder.stop();
+    EXPECT_TRUE(ends());
+    EXPECT_EQ(reason(), "");
+    EXPECT_NE(contentsOf(path("a.aiff")), "older");
     run(u"pactl set-default-source mic"_qs);
-    EXPECT_EQ(files(), QString());
 }
 
 TEST_F(RecordingTest, fullDiskEndsTheRecordingWithoutAFile) {
@@ -153,6 +191,7 @@ TEST_F(RecordingTest, fullDiskEndsTheRecordingWithoutAFile) {
     begin("a.aiff");
     EXPECT_TRUE(ends());
     EXPECT_EQ(domain(), "ExtAudioFileWriteAsync failed: -28");
+    EXPECT_EQ(reason(), "The disk is full.");
     EXPECT_EQ(files(), QString());
     ::umount(disk.constData());
 }

@@ -18,13 +18,48 @@ SoundRecorder::Error failure(const char* step, int code, const QString& reason) 
     return AudioError{QString::asprintf("%s: %d", step, code), code, reason};
 }
 
+// 60 dB below the loudest: a microphone that is on hears more than that in any room.
+constexpr float silence = 0.001F;
+
+QString serverWords(int code) {
+    switch (code) {
+    case PA_ERR_NOENTITY: // nothing else is looked for at the server
+        return QStringLiteral("There is no microphone.");
+    case PA_ERR_CONNECTIONREFUSED:
+    case PA_ERR_INVALIDSERVER:
+        return QStringLiteral("No sound server answers.");
+    case PA_ERR_TIMEOUT:
+        return QStringLiteral("The sound server does not answer.");
+    case PA_ERR_ACCESS:
+        return QStringLiteral("The sound server does not let Dorvane listen.");
+    case PA_ERR_CONNECTIONTERMINATED:
+        return QStringLiteral("The sound server has gone.");
+    case PA_ERR_KILLED:
+        return QStringLiteral("The microphone has gone.");
+    default:
+        return QStringLiteral("The sound server says: %1.")
+            .arg(QString::fromUtf8(pa_strerror(code)));
+    }
+}
+
+QString fileWords(int code, const QString& reason) {
+    switch (-code) {
+    case ENOSPC:
+    case EDQUOT:
+        return QStringLiteral("The disk is full.");
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return QStringLiteral("Nothing may be written into the folder of the recordings.");
+    default:
+        return QStringLiteral("The recording cannot be written: %1.").arg(reason);
+    }
+}
+
 SoundRecorder::Error serverError(const char* step, int code) {
     if (code == PA_OK)
         return {};
-    // Nothing else is looked for at the server.
-    return failure(step, code,
-                   code == PA_ERR_NOENTITY ? QStringLiteral("there is no microphone")
-                                           : QString::fromUtf8(pa_strerror(code)));
+    return failure(step, code, serverWords(code));
 }
 
 } // namespace
@@ -88,25 +123,38 @@ FileRecorder::Error FileRecorder::start() {
 FileRecorder::Error FileRecorder::stop() {
     const Error stopped = serverError("Failed to stop AU", m_capture.stop());
     endWriting();
-    if (m_failure)
-        return m_failure;
-    return stopped ? stopped : complete();
+    Error failure = m_failure ? m_failure : stopped;
+    if (!m_isFileWhole || (failure && hasHeardNothing()))
+        return failure;
+    if (Error incomplete = complete())
+        return incomplete;
+    if (failure)
+        failure->isKept = true;
+    return failure;
+}
+
+bool FileRecorder::hasHeardNothing() const {
+    return m_loudest < silence;
 }
 
 FileRecorder::Error FileRecorder::complete() {
+    if (hasHeardNothing())
+        return failure("Nothing was heard", 0,
+                       QStringLiteral("Nothing was heard: is the microphone muted?"));
     if (m_capture.hasGaps())
         qCWarning(logPlatform).noquote() << "the disk was too slow for" << m_outputFile;
     if (const int code = m_file->close(); code < 0)
         return fileError("ExtAudioFileWriteAsync failed", code);
     const QByteArray part = QFile::encodeName(partPath());
     if (std::rename(part.constData(), QFile::encodeName(m_outputFile).constData()) < 0)
-        return failure("ExtAudioFileWriteAsync failed", -errno, qt_error_string(errno));
+        return failure("ExtAudioFileWriteAsync failed", -errno,
+                       fileWords(-errno, qt_error_string(errno)));
     m_hasPartFile = false;
     return {};
 }
 
 FileRecorder::Error FileRecorder::fileError(const char* step, int code) const {
-    return failure(step, code, m_file->reason(code));
+    return failure(step, code, fileWords(code, m_file->reason(code)));
 }
 
 void FileRecorder::endWriting() {
@@ -123,9 +171,11 @@ void FileRecorder::writeSamples() {
         if (!m_failure)
             m_failure = serverError("Failed to read AU", m_capture.lost());
     }
-    // stop() has seen to it that nothing more arrives.
-    if (!m_failure)
-        m_failure = writeWhatArrived();
+    // stop() has seen to it that nothing more arrives. A microphone that has gone had the last word
+    // before the file was up to date.
+    if (m_isFileWhole)
+        if (Error error = writeWhatArrived())
+            m_failure = error;
     if (m_failure && !m_ending)
         m_monitor->failed();
 }
@@ -136,9 +186,12 @@ FileRecorder::Error FileRecorder::writeWhatArrived() {
         for (std::size_t i = 0; i < count; ++i)
             level = std::max(level, std::abs(m_block[i]));
         m_monitor->level = level;
+        m_loudest = std::max(m_loudest, level);
         const auto frames = count / static_cast<std::size_t>(m_capture.channels());
-        if (const int code = m_file->write(m_block.data(), frames); code < 0)
+        if (const int code = m_file->write(m_block.data(), frames); code < 0) {
+            m_isFileWhole = false;
             return fileError("ExtAudioFileWriteAsync failed", code);
+        }
     }
     return {};
 }

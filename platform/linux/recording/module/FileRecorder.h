@@ -29,6 +29,7 @@ private:
     [[nodiscard]] Error prepareFile();
     [[nodiscard]] Error complete();
     [[nodiscard]] Error fileError(const char* step, int code) const;
+    [[nodiscard]] bool hasHeardNothing() const;
     [[nodiscard]] QString partPath() const { return m_outputFile + QStringLiteral(".part"); }
     void endWriting();
 
@@ -43,7 +44,10 @@ private:
     std::vector<float> m_block;
     bool m_hasPartFile = false;
     std::atomic<bool> m_ending{false};
-    Error m_failure; // the writing thread's, until that has ended
+    // The writing thread's, until that has ended.
+    Error m_failure;
+    bool m_isFileWhole = true;
+    float m_loudest = 0.0F;
     std::thread m_writer;
 };
 

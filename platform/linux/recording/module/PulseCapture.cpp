@@ -13,6 +13,15 @@ constexpr pa_usec_t patience = 5 * PA_USEC_PER_SEC;
 constexpr int blocksPerSecond = 100;
 constexpr auto serverDecides = std::numeric_limits<std::uint32_t>::max();
 
+// Without a microphone the server offers what is being played, which nobody means.
+bool isMicrophone(const pa_source_info& source) {
+    return source.monitor_of_sink == PA_INVALID_INDEX;
+}
+
+bool isPluggedIn(const pa_source_info& source) {
+    return !source.active_port || source.active_port->available != PA_PORT_AVAILABLE_NO;
+}
+
 } // namespace
 
 class PulseCapture::Lock {
@@ -84,16 +93,37 @@ int PulseCapture::readSource() {
         m_context, m_source.constData(),
         [](pa_context*, const pa_source_info* info, int, void* self) {
             auto& capture = *static_cast<PulseCapture*>(self);
-            // Without a microphone the server offers what is being played, which nobody means.
-            if (info && info->monitor_of_sink == PA_INVALID_INDEX) {
-                capture.m_spec = {PA_SAMPLE_FLOAT32NE, info->sample_spec.rate,
-                                  std::min<std::uint8_t>(info->sample_spec.channels, 2)};
-                capture.m_answer = PA_OK;
-            }
+            if (info && isMicrophone(*info))
+                capture.take(*info);
+            pa_threaded_mainloop_signal(capture.m_mainloop, 0);
+        },
+        this));
+    // A default source that has gone is answered with an error, too.
+    return code == PA_OK && m_answer == PA_OK ? PA_OK : findMicrophone();
+}
+
+// With the lock held. The first that is plugged in, else the first.
+int PulseCapture::findMicrophone() {
+    const int code = waitForOperation(pa_context_get_source_info_list(
+        m_context,
+        [](pa_context*, const pa_source_info* info, int, void* self) {
+            auto& capture = *static_cast<PulseCapture*>(self);
+            const bool isFound = capture.m_answer == PA_OK;
+            if (info && isMicrophone(*info) && (!isFound || !capture.m_isPluggedIn))
+                if (!isFound || isPluggedIn(*info))
+                    capture.take(*info);
             pa_threaded_mainloop_signal(capture.m_mainloop, 0);
         },
         this));
     return code == PA_OK ? m_answer : code;
+}
+
+void PulseCapture::take(const pa_source_info& source) {
+    m_source = source.name;
+    m_isPluggedIn = isPluggedIn(source);
+    m_spec = {PA_SAMPLE_FLOAT32NE, source.sample_spec.rate,
+              std::min<std::uint8_t>(source.sample_spec.channels, 2)};
+    m_answer = PA_OK;
 }
 
 int PulseCapture::makeStream() {
