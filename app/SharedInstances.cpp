@@ -7,6 +7,7 @@
 #include "app/LastRun.h"
 #include "app/LaunchAtLoginController.h"
 #include "app/PrefController.h"
+#include "app/SoundUsers.h"
 #include "app/StatePaths.h"
 #include "app/UpdateChecker.h"
 #include "breaks/BreakCycle.h"
@@ -121,6 +122,15 @@ void findNamedVoice(const QString& name, const AlarmControl::Found& found) {
     });
 }
 
+QStringList usersOfOneSound(const QString& path) {
+    std::vector<AlarmPtr> alarms = Clock::sharedClock().allAlarms();
+    for (const AlarmPtr& alarm : sharedStoredAlarms().alarms().value_or(std::vector<AlarmPtr>()))
+        alarms.push_back(alarm);
+    auto& breaks = PendixTakeABreakSettings::sharedInstance();
+    breaks.loadPrefs();
+    return usersOfSound(path, alarms, breaks);
+}
+
 } // namespace
 
 ReminderController::Surroundings reminderSurroundings() {
@@ -132,9 +142,12 @@ ReminderController::Surroundings reminderSurroundings() {
             .workspace = desktop.workspace,
             .bundle = desktop.bundle,
             .user = desktop.folders,
-            .isSound = [](const QString& path) {
-                return AudioStorageController::sharedController().soundFileTypes().isSound(path);
-            }};
+            .isSound =
+                [](const QString& path) {
+                    return AudioStorageController::sharedController().soundFileTypes().isSound(
+                        path);
+                },
+            .usersOf = usersOfOneSound};
 }
 
 void showWindowIcon() {

@@ -19,6 +19,7 @@
 
 #include <QCloseEvent>
 #include <QFileInfo>
+#include <QMessageBox>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QWindow>
@@ -84,9 +85,9 @@ ReminderController::~ReminderController() = default;
 
 void ReminderController::awakeFromNib() {
     const QIcon soundImage(m_surroundings.bundle.resourcePath(QStringLiteral("images/sound.svg")));
-    m_reminderStrings = std::make_unique<ReminderStrings>(
-        ReminderStrings::Surroundings{m_surroundings.runLoop, m_surroundings.notificationCenter,
-                                      m_surroundings.user, m_surroundings.isSound, soundImage});
+    m_reminderStrings = std::make_unique<ReminderStrings>(ReminderStrings::Surroundings{
+        m_surroundings.runLoop, m_surroundings.notificationCenter, m_surroundings.user,
+        m_surroundings.isSound, soundImage, m_surroundings.usersOf});
     m_reminderStrings->attachToComboBox(m_form->comboBox);
     m_reminderChanged = m_surroundings.notificationCenter.addObserver(
         reminderChangedNotification, [this](auto) { updatePlayButton(); }, m_reminderStrings.get());
@@ -168,13 +169,52 @@ void ReminderController::startRecording(bool on) {
     }
     stopPlaying();
     const QString title = m_form->reminderTitle->text();
-    const QString path = ReminderStrings::soundDirectory(m_surroundings.user) + QLatin1Char('/') +
-                         reminderFileName(title) + QStringLiteral(".aiff");
-    const auto finished = [weak = weak_from_this(), path](const auto& error) {
+    m_take.path = ReminderStrings::soundDirectory(m_surroundings.user) + QLatin1Char('/') +
+                  reminderFileName(title) + QStringLiteral(".aiff");
+    m_take.toReclaim = m_reminderStrings->pathToReclaim(m_take.path);
+    if (const QString loss = lossOf(m_take); !loss.isEmpty()) {
+        exitRecording(); // until that is answered
+        ask(QStringLiteral("Record “%1”?").arg(shortened(soundName(m_take.path))), loss,
+            QStringLiteral("&Record"), &ReminderController::beginRecording);
+        return;
+    }
+    beginRecording();
+}
+
+// What is lost by the take, in words; empty for nothing that anybody would miss.
+QString ReminderController::lossOf(const Take& take) const {
+    const QStringList users = m_surroundings.usersOf(take.path);
+    if (QFileInfo::exists(take.path) && !users.isEmpty())
+        return QStringLiteral("The recording of that name is replaced. It is played by %1.")
+            .arg(users.join(QStringLiteral(", ")));
+    if (!take.toReclaim.isEmpty())
+        return QStringLiteral("Fifteen recordings are kept. The oldest that nothing plays, “%1”, "
+                              "is deleted when this one is made.")
+            .arg(shortened(soundName(take.toReclaim)));
+    return {};
+}
+
+// A sheet of the window's; nothing happens but by its button.
+void ReminderController::ask(const QString& question, const QString& what, const QString& verb,
+                             void (ReminderController::*then)()) {
+    const auto sheet = new QMessageBox(QMessageBox::Question, QStringLiteral("Dorvane"), question,
+                                       QMessageBox::NoButton, m_window.get());
+    sheet->setAttribute(Qt::WA_DeleteOnClose);
+    sheet->setTextFormat(Qt::PlainText);
+    sheet->setInformativeText(escapedText(what));
+    const auto* const yes = sheet->addButton(verb, QMessageBox::AcceptRole);
+    sheet->setDefaultButton(sheet->addButton(QMessageBox::Cancel));
+    QObject::connect(yes, &QAbstractButton::clicked, m_window.get(),
+                     [this, then] { (this->*then)(); });
+    sheet->open();
+}
+
+void ReminderController::beginRecording() {
+    const auto finished = [weak = weak_from_this(), take = m_take](const auto& error) {
         if (const auto self = weak.lock())
-            self->recordingFinished(path, error);
+            self->recordingFinished(take, error);
     };
-    if (!m_surroundings.recorder.record(path, finished)) {
+    if (!m_surroundings.recorder.record(m_take.path, finished)) {
         qCWarning(logSounds) << "cannot record: another recording is running";
         exitRecording();
         m_form->messageLabel->setText(
@@ -194,6 +234,8 @@ void ReminderController::prepareForRecording() {
         idle->setEnabled(false);
     setRecordingEndsEnabled(true);
     m_form->messageLabel->clear();
+    const QSignalBlocker silent(m_form->recordButton);
+    m_form->recordButton->setChecked(true); // by the answer to a question, too
     setImage(*m_form->recordButton, "StopRedButton", QStringLiteral("Stop recording"));
     m_form->recordButton->setFocus(); // the title, where Return may have been pressed, is disabled
     showProgress(0ms);
@@ -210,6 +252,9 @@ void ReminderController::exitRecording() {
     setImage(*m_form->recordButton, "RecordButton", QStringLiteral("Record"));
     m_form->levelMeter->reset();
     showProgress(0ms);
+    if (std::exchange(m_isSaving, false))
+        m_form->messageLabel->clear();
+    updateRecordButton();
     updatePlayButton();
 }
 
@@ -251,23 +296,38 @@ void ReminderController::stopRecordingAndSave(bool save) {
     m_recordTimer.cancel();
     if (save) {
         m_surroundings.recorder.stop(); // recordingFinished() follows
+        showSaving();
         return;
     }
     m_surroundings.recorder.cancel();
     exitRecording();
 }
 
-void ReminderController::recordingFinished(const QString& path,
+// A slow disk or server may take seconds; nothing can be pressed meanwhile.
+void ReminderController::showSaving() {
+    m_isSaving = true;
+    setRecordingEndsEnabled(false);
+    setImage(*m_form->recordButton, "StopRedButton", QStringLiteral("Saving the recording"));
+    m_form->recordButton->setEnabled(false);
+    m_form->levelMeter->reset();
+    m_form->messageLabel->setText(QStringLiteral("Saving…"));
+}
+
+void ReminderController::recordingFinished(const Take& take,
                                            const std::optional<AudioError>& error) {
     exitRecording();
     if (error) {
         qCWarning(logSounds).noquote() << "cannot record:" << error->domain << "-" << error->reason;
         m_form->messageLabel->setText(
-            QStringLiteral("The recording failed: %1.").arg(error->reason));
-        return;
+            error->isKept ? QStringLiteral("%1 What was heard before is kept.").arg(error->reason)
+                          : error->reason);
+        if (!error->isKept)
+            return;
     }
-    m_reminderStrings->addReminderString(soundName(path), path);
+    m_reminderStrings->addReminderString(soundName(take.path), take.path, take.toReclaim);
     updatePlayButton();
+    // Where Return is pressed once more, it is to be heard, not recorded anew.
+    m_form->playButton->setFocus();
 }
 
 void ReminderController::playSound() {
@@ -301,7 +361,21 @@ void ReminderController::stopPlaying() {
 }
 
 void ReminderController::deleteSound() {
-    m_reminderStrings->removeCurrentSound();
+    const QStringList users = m_surroundings.usersOf(soundPath());
+    if (users.isEmpty())
+        return removeSound();
+    ask(QStringLiteral("Delete “%1”?").arg(shortened(soundName(soundPath()))),
+        QStringLiteral("It is played by %1, where Ping rings in its place then.")
+            .arg(users.join(QStringLiteral(", "))),
+        QStringLiteral("&Delete"), &ReminderController::removeSound);
+}
+
+void ReminderController::removeSound() {
+    const QString name = shortened(soundName(soundPath()));
+    const QString problem = m_reminderStrings->removeCurrentSound();
+    m_form->messageLabel->setText(
+        problem.isEmpty() ? QString()
+                          : QStringLiteral("“%1” cannot be deleted: %2.").arg(name, problem));
     updatePlayButton();
 }
 
@@ -316,7 +390,7 @@ void ReminderController::acceptReminder() {
 }
 
 void ReminderController::updateRecordButton() {
-    m_form->recordButton->setEnabled(!m_form->reminderTitle->text().isEmpty());
+    m_form->recordButton->setEnabled(!m_form->reminderTitle->text().isEmpty() && !m_isSaving);
 }
 
 void ReminderController::updatePlayButton() {

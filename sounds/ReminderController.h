@@ -9,6 +9,7 @@
 
 #include <QIcon>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -28,8 +29,9 @@ class Workspace;
 struct ReminderControls;
 
 // The window in which the user names a reminder, records up to ten seconds of sound for it, and
-// plays, chooses or deletes earlier recordings. Shown, it keeps itself alive until it is closed;
-// a recording that runs then is discarded. Main thread only.
+// plays, chooses or deletes earlier recordings. What would be lost of a recording that something
+// plays, or of an old one that gives way, is asked for first. Shown, it keeps itself alive until it
+// is closed; a recording that runs then is discarded. Main thread only.
 class ReminderController : public std::enable_shared_from_this<ReminderController> {
 public:
     // What the window works with; all of it must outlive the window.
@@ -43,6 +45,8 @@ public:
         UserFolders user;
         // Whether the file can be played.
         std::function<bool(const QString& path)> isSound;
+        // What plays the file, in words: "the alarm “Tea”"; empty when nothing does.
+        std::function<QStringList(const QString& path)> usersOf;
     };
 
     [[nodiscard]] static std::shared_ptr<ReminderController> create(Surroundings surroundings);
@@ -80,14 +84,26 @@ protected:
     ReminderController(Surroundings surroundings, ReminderControls (*loadForm)(QWidget& window));
 
 private:
+    // What a recording is for, from when it was asked for.
+    struct Take {
+        QString path;
+        QString toReclaim; // the recording that goes when this one is made
+    };
+
     void awakeFromNib();
     void connectControls();
+    void ask(const QString& question, const QString& what, const QString& verb,
+             void (ReminderController::*then)());
+    [[nodiscard]] QString lossOf(const Take& take) const;
+    void beginRecording();
+    void removeSound();
     void prepareForRecording();
+    void showSaving();
     void exitRecording();
     void setRecordingEndsEnabled(bool enabled);
     void cancelRecording();
     void stopRecordingAndSave(bool save);
-    void recordingFinished(const QString& path, const std::optional<AudioError>& error);
+    void recordingFinished(const Take& take, const std::optional<AudioError>& error);
     void timerTick();
     void showProgress(RunLoop::Milliseconds elapsed);
     void soundDidFinishPlaying();
@@ -104,6 +120,8 @@ private:
     std::unique_ptr<ReminderStrings> m_reminderStrings;
     NotificationCenter::Observation m_reminderChanged;
     RunLoopTimer m_recordTimer; // set while recording
+    Take m_take;
+    bool m_isSaving = false;
     RunLoop::Milliseconds m_recordingSince{0};
     std::unique_ptr<Sound> m_playingSound;
     std::function<void(const QString& soundPath)> m_accepted;

@@ -8,6 +8,7 @@
 #include "sounds/SoundFolders.h"
 #include "sounds/SoundName.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
@@ -95,14 +96,32 @@ void ReminderStrings::textEdited(const QString& text) {
         field->setSelection(int(shown.size()), int(text.size() - shown.size()));
 }
 
-void ReminderStrings::addReminderString(const QString& text, const QString& path) {
+QString ReminderStrings::pathToReclaim(const QString& newPath) {
+    refreshContent();
+    if (m_stringContainers.size() < mostEntries || indexOfPath(newPath) >= 0)
+        return {};
+    QString oldest;
+    QDateTime made;
+    for (const StringContainer& each : m_stringContainers) {
+        const QDateTime moment = QFileInfo(each.soundPath()).lastModified();
+        if ((!oldest.isEmpty() && moment >= made) ||
+            !m_surroundings.usersOf(each.soundPath()).isEmpty())
+            continue;
+        oldest = each.soundPath();
+        made = moment;
+    }
+    return oldest;
+}
+
+void ReminderStrings::addReminderString(const QString& text, const QString& path,
+                                        const QString& toReclaim) {
     const auto added = StringContainer::containerWithStringValue(text, path);
     std::erase(m_stringContainers, added);
     m_stringContainers.insert(m_stringContainers.begin(), added);
-    if (m_stringContainers.size() > mostEntries) {
-        const QString oldest = m_stringContainers.back().soundPath();
-        m_stringContainers.pop_back();
-        reclaimSound(oldest);
+    if (!toReclaim.isEmpty() && m_surroundings.usersOf(toReclaim).isEmpty()) {
+        std::erase(m_stringContainers,
+                   StringContainer::containerWithStringValue(QString(), toReclaim));
+        reclaimSound(toReclaim);
     }
     reloadData(QString());
     setCurrentSoundPath(path);
@@ -118,15 +137,19 @@ void ReminderStrings::reclaimSound(const QString& path) {
         qCWarning(logSounds).noquote() << "cannot delete" << path;
 }
 
-void ReminderStrings::removeCurrentSound() {
+QString ReminderStrings::removeCurrentSound() {
     const QString path = currentSoundPath();
     if (path.isEmpty())
-        return;
+        return {};
     const int index = m_comboBox->currentIndex();
-    if (!QFile::remove(path))
-        qCWarning(logSounds).noquote() << "cannot delete" << path;
+    QFile file(path);
+    if (!file.remove() && file.exists()) {
+        qCWarning(logSounds).noquote() << "cannot delete" << path << file.errorString();
+        return file.errorString();
+    }
     refreshContent();
     defer([index](ReminderStrings& self) { self.finishSoundRemoving(index); });
+    return {};
 }
 
 void ReminderStrings::finishSoundRemoving(int index) {

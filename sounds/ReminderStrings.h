@@ -21,8 +21,8 @@ class RunLoop;
 inline const QString reminderChangedNotification = QStringLiteral("ReminderChangedNotification");
 
 // The recordings behind a combo box: what lies in the recordings folder, in the order of the file
-// system, until a recording is added: that one stands first then, and at most fifteen are kept.
-// Main thread only.
+// system, until a recording is added: that one stands first then. Fifteen are kept, and what is
+// played by something. Main thread only.
 class ReminderStrings {
 public:
     struct Surroundings {
@@ -32,6 +32,8 @@ public:
         // Whether the file can be played.
         std::function<bool(const QString& path)> isSound;
         QIcon soundImage;
+        // What plays the file, in words: "the alarm “Tea”"; empty when nothing does.
+        std::function<QStringList(const QString& path)> usersOf;
     };
 
     // The run loop and the centre must outlive the list.
@@ -53,12 +55,17 @@ public:
     // The text of the first entry that begins with what was typed, else that itself.
     [[nodiscard]] QString completedString(const QString& typed) const;
 
-    // Puts the recording first and chooses it. The file of the sixteenth entry is deleted.
-    void addReminderString(const QString& text, const QString& path);
+    // What a new recording of this path would be the sixteenth beside: the one made longest ago of
+    // those that nothing plays. Empty when there is room, or all are played by something.
+    [[nodiscard]] QString pathToReclaim(const QString& newPath);
+
+    // Puts the recording first and chooses it. The other file, if one is given, is deleted, unless
+    // something plays it by now.
+    void addReminderString(const QString& text, const QString& path, const QString& toReclaim);
 
     // Deletes the chosen recording's file and chooses, in the next turn of the loop, the one
-    // before.
-    void removeCurrentSound();
+    // before. Where that fails, the choice stays, and the answer says why.
+    [[nodiscard]] QString removeCurrentSound();
 
     // What the combo box reads: the chosen recording's text, or what was typed.
     [[nodiscard]] QString currentStringValue() const;

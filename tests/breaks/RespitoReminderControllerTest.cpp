@@ -18,7 +18,8 @@ TEST_F(RespitoReminderTest, recordsWithOneButtonAndOpensAgain) {
     const Bundle bundle{QStringLiteral(DORVANE_BUNDLE), {}};
     const auto controller = RespitoReminderController::create(
         {loop, notifications, recorder, player, workspace, bundle, user,
-         [](const QString& path) { return path.endsWith(u".aiff"_qs); }});
+         [](const QString& path) { return path.endsWith(u".aiff"_qs); },
+         [](const QString&) { return QStringList(); }});
     for (const char* title : {"Stand up", "Sit down"}) {
         {
             const LogCapture platformNotes; // of the offscreen platform

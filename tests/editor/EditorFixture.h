@@ -40,7 +40,8 @@ public:
                 workspace,
                 bundle,
                 user,
-                [this](const QString& path) { return storage.soundFileTypes().isSound(path); }};
+                [this](const QString& path) { return storage.soundFileTypes().isSound(path); },
+                [](const QString&) { return QStringList(); }};
     }
 
     void acceptedAlarm(AlarmSetController&, const AlarmPtr& alarm) override {

@@ -7,6 +7,9 @@
 #include "tests/support/Files.h"
 #include "tests/support/Windows.h"
 
+#include <QMessageBox>
+#include <QTextDocumentFragment>
+
 using namespace dorvane::testing;
 
 namespace {
@@ -24,7 +27,8 @@ protected:
         const LogCapture platformNotes; // of the offscreen platform
         ReminderController::create({loop, notifications, recorder, player, workspace, m_bundle,
                                     user,
-                                    [](const QString& path) { return path.endsWith(u".aiff"_qs); }})
+                                    [](const QString& path) { return path.endsWith(u".aiff"_qs); },
+                                    [this](const QString& path) { return m_users.value(path); }})
             ->show();
     }
     static QWidget* window() { return windowsNamed("ReminderController").value(0); }
@@ -42,6 +46,19 @@ protected:
         control<QLineEdit>("reminderTitle").setText(title);
         button("recordButton").click();
     }
+    // What the window asks, and the answer to it; nothing where it asks nothing.
+    static QString asks(const char* answer) {
+        auto* const sheet = window()->findChild<QMessageBox*>();
+        if (!sheet)
+            return {};
+        QString text = sheet->text() + u' ' +
+                       QTextDocumentFragment::fromHtml(sheet->informativeText()).toPlainText();
+        for (QAbstractButton* button : sheet->buttons())
+            if (button->text().remove(u'&') == QLatin1String(answer))
+                button->click();
+        QApplication::sendPostedEvents(sheet, QEvent::DeferredDelete);
+        return text;
+    }
     // The controls that can be used.
     static std::string enabled() {
         std::string names;
@@ -53,6 +70,7 @@ protected:
     }
 
     Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
+    QMap<QString, QStringList> m_users;
     const QString m_folder = ReminderStrings::soundDirectory(user);
 };
 
@@ -68,6 +86,7 @@ TEST_F(ReminderControllerTest, recordingStopsAfterTenSecondsAndStandsFirst) {
     EXPECT_EQ(enabled(), "recordButton stopButton cancelButton");
     loop.advance(1ms);
     EXPECT_EQ(enabled(), "reminderTitle recordButton playButton deleteButton okButton comboBox");
+    EXPECT_EQ(window()->focusWidget(), &button("playButton")) << "Return once more records nothing";
     EXPECT_EQ(comboBox().currentIndex(), 0);
     EXPECT_EQ(comboBox().currentText(), u"Tea / coffee"_qs);
     comboBox().showPopup(); // read again from the file's name
@@ -87,17 +106,24 @@ TEST_F(ReminderControllerTest, recordingThatIsCancelledClosedOrBrokenLeavesTheWi
     button("cancelButton").click();
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
     record(u"a"_qs);
-    recorder.end(AudioError{u"Failed to read AU: 5"_qs, 5, u"No such entity"_qs});
+    recorder.end(AudioError{u"Failed to read AU: 5"_qs, 5, u"There is no microphone."_qs});
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
-    EXPECT_EQ(message.text(), u"The recording failed: No such entity."_qs);
+    EXPECT_EQ(message.text(), u"There is no microphone."_qs);
     EXPECT_TRUE(log.messages().contains(
-        u"dorvane.sounds: cannot record: Failed to read AU: 5 - No such entity"_qs));
+        u"dorvane.sounds: cannot record: Failed to read AU: 5 - There is no microphone."_qs));
 
     ASSERT_TRUE(recorder.record(u"/elsewhere"_qs, [](const auto&) {}));
     record(u"a"_qs);
     EXPECT_EQ(enabled(), "reminderTitle recordButton okButton comboBox");
     EXPECT_TRUE(message.text().contains(u"another window"_qs)) << "says why";
     recorder.end({});
+
+    record(u"kept"_qs);
+    writeFile(m_folder + u"/kept.aiff"_qs);
+    recorder.end(AudioError{u"Failed to read AU: 5"_qs, 5, u"The microphone has gone."_qs, true});
+    EXPECT_EQ(message.text(), u"The microphone has gone. What was heard before is kept."_qs);
+    EXPECT_EQ(comboBox().currentText(), u"kept"_qs);
+    QFile::remove(m_folder + u"/kept.aiff"_qs);
 
     record(u"a"_qs);
     EXPECT_EQ(message.text(), QString());
@@ -190,17 +216,76 @@ TEST_F(ReminderControllerTest, deletedRecordingGivesWayToTheOneBefore) {
     EXPECT_EQ(comboBox().count(), 0);
 }
 
-TEST_F(ReminderControllerTest, sixteenthRecordingDeletesTheOldestAndASecondTakeReplacesTheFirst) {
+TEST_F(ReminderControllerTest, whatSomethingPlaysIsReplacedAndDeletedOnlyWhenThatWasAsked) {
+    add(u"Tea.aiff"_qs);
+    const QString tea = m_folder + u"/Tea.aiff"_qs;
+    m_users[tea] = QStringList{u"the alarm “Breakfast”"_qs, u"the break reminder"_qs};
     open();
-    for (int i = 1; i <= 17; ++i) {
-        record(QString::number(std::min(i, 16)));
+    record(u"Tea"_qs);
+    EXPECT_FALSE(recorder.isRecording());
+    EXPECT_EQ(asks("Cancel"), u"Record “Tea”? The recording of that name is replaced. It is played "
+                              "by the alarm “Breakfast”, the break reminder."_qs);
+    EXPECT_FALSE(recorder.isRecording());
+    record(u"Tea"_qs);
+    asks("Record");
+    EXPECT_TRUE(recorder.isRecording());
+    EXPECT_EQ(enabled(), "recordButton stopButton cancelButton");
+    button("stopButton").click();
+    EXPECT_EQ(enabled(), "") << "while it is being saved";
+    EXPECT_EQ(control<QLabel>("messageLabel").text(), u"Saving…"_qs);
+    loop.runPending();
+    EXPECT_EQ(control<QLabel>("messageLabel").text(), QString());
+
+    button("deleteButton").click();
+    EXPECT_TRUE(asks("Cancel").startsWith(u"Delete “Tea”? It is played by the alarm"_qs));
+    EXPECT_EQ(files(), QStringList{u"Tea.aiff"_qs});
+    button("deleteButton").click();
+    asks("Delete");
+    EXPECT_EQ(files(), QStringList());
+}
+
+TEST_F(ReminderControllerTest, deletingThatFailsSaysSoAndKeepsTheChoice) {
+    add(u"Bus.aiff"_qs);
+    open();
+    comboBox().setCurrentIndex(0);
+    loop.runPending();
+    // What cannot be removed, even by root: a folder that has taken the file's place.
+    QFile::remove(m_folder + u"/Bus.aiff"_qs);
+    QDir(m_folder).mkpath(u"Bus.aiff/not empty"_qs);
+    const LogCapture log;
+    button("deleteButton").click();
+    loop.runPending();
+    EXPECT_EQ(comboBox().currentText(), u"Bus"_qs);
+    EXPECT_TRUE(control<QLabel>("messageLabel").text().startsWith(u"“Bus” cannot be deleted: "_qs));
+}
+
+// Made longest ago, whatever the folder lists first; and what something plays never goes.
+TEST_F(ReminderControllerTest, sixteenthRecordingNamesTheOldestThatNothingPlaysAndDeletesIt) {
+    for (int i = 1; i <= 15; ++i) {
+        const QString path = m_folder + u"/%1.aiff"_qs.arg(i);
+        writeFile(path);
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        file.setFileTime(at("11-20 07:30").addSecs(i * 7 % 15), QFileDevice::FileModificationTime);
+    }
+    m_users[m_folder + u"/15.aiff"_qs] = QStringList{u"the alarm “Breakfast”"_qs};
+    open();
+    record(u"13"_qs);
+    EXPECT_EQ(asks("Record"), QString()) << "it takes its own place";
+    button("stopButton").click();
+    loop.runPending();
+    for (const char* goes : {"11", "9"}) { // 15 is older, and played; 13 is new by now
+        const QString oldest = QString::fromLatin1(goes);
+        record(u"new "_qs + oldest);
+        EXPECT_TRUE(asks("Record").contains(u"nothing plays, “%1”, is deleted"_qs.arg(oldest)));
+        EXPECT_EQ(files().size(), 15) << "not before the new one is made";
         button("stopButton").click();
         loop.runPending();
-        EXPECT_EQ(comboBox().count(), std::min(i, 15));
+        EXPECT_FALSE(files().contains(oldest + u".aiff"_qs));
+        EXPECT_EQ(comboBox().itemText(0), u"new "_qs + oldest);
     }
-    EXPECT_EQ(comboBox().itemText(0), u"16"_qs);
     EXPECT_EQ(files().size(), 15);
-    EXPECT_FALSE(files().contains(u"1.aiff"_qs));
+    EXPECT_TRUE(files().contains(u"15.aiff"_qs));
 }
 
 } // namespace
