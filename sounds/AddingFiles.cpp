@@ -24,7 +24,7 @@ void chooseFilesToAdd(QWidget& window, AudioStorageController& library, QLabel& 
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::ExistingFiles);
     panel->setOption(QFileDialog::HideNameFilterDetails);
-    panel->setNameFilter(library.soundFileTypes().nameFilter());
+    panel->setNameFilters({library.soundFileTypes().nameFilter(), QStringLiteral("All files (*)")});
     const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
     panel->setDirectory(QFileInfo(music).isDir() ? music : QDir::homePath());
     QObject::connect(panel, &QDialog::accepted, &hint, [panel, &library, &hint] {

@@ -3,6 +3,7 @@
 
 #include "platform/Log.h"
 #include "platform/RunLoop.h"
+#include "platform/Sound.h"
 #include "sounds/FileManager.h"
 #include "sounds/MenuText.h"
 #include "sounds/SoundName.h"
@@ -10,11 +11,18 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QFontMetrics>
 #include <QMenu>
 
 namespace dorvane {
 
 namespace {
+
+// No menu is to be wider than a screen, and the end of a name tells most.
+[[nodiscard]] QString shortenedToFit(const QString& name, const QFontMetrics& metrics) {
+    constexpr int widest = 48; // average characters
+    return metrics.elidedText(name, Qt::ElideMiddle, widest * metrics.averageCharWidth());
+}
 
 // The path of a file on this machine; empty for any other address. Music libraries write
 // "file://localhost/...", which Qt would take for a share on another machine.
@@ -28,7 +36,7 @@ namespace {
 AudioStorageController::AudioStorageController(RunLoop& runLoop, const UserFolders& user,
                                                SoundSources sources, const SoundPlayer& player,
                                                const Workspace& workspace)
-    : m_runLoop(runLoop), m_folders(user), m_types(player, workspace) {
+    : m_runLoop(runLoop), m_player(player), m_folders(user), m_types(player, workspace) {
     createFolders(sources);
     copyPing(sources);
     m_loading.run([loader = SoundsLoader(m_folders, std::move(sources), m_types)](
@@ -77,7 +85,7 @@ AddedSound AudioStorageController::add(const QUrl& url, const std::stop_token& s
     AddedSound sound{QFileInfo(url.path()).completeBaseName(), {}};
     if (source.isEmpty())
         sound.problem = QStringLiteral("it is not a file on this computer");
-    else if (QFileInfo(source).isFile() && !m_types.isSound(source))
+    else if (QFileInfo(source).isFile() && (!m_types.isSound(source) || !m_player.canPlay(source)))
         sound.problem = QStringLiteral("it is not a sound that can be played here");
     if (!sound.problem.isEmpty()) {
         qCInfo(logSounds) << "not added:" << url.toDisplayString() << sound.problem;
@@ -140,8 +148,9 @@ void AudioStorageController::fillMenu(QMenu& menu, const QStringList& paths,
     menu.clear();
     QList<QAction*> items;
     items.reserve(paths.size());
+    const QFontMetrics metrics(menu.font());
     for (const QString& path : paths) {
-        auto* item = new QAction(menuText(soundName(path)), &menu);
+        auto* item = new QAction(menuText(shortenedToFit(soundName(path), metrics)), &menu);
         item->setData(path);
         QObject::connect(item, &QAction::triggered, item, [action, path] { action(path); });
         items << item;

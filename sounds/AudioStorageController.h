@@ -32,7 +32,8 @@ public:
     // Called on the main thread when all files of one call were dealt with, in their order.
     using Report = std::function<void(const std::vector<AddedSound>& sounds)>;
 
-    // Makes the folders and starts filling them. The loop and the workspace must outlive this.
+    // Makes the folders and starts filling them. The loop, the player and the workspace must
+    // outlive this.
     AudioStorageController(RunLoop& runLoop, const UserFolders& user, SoundSources sources,
                            const SoundPlayer& player, const Workspace& workspace);
 
@@ -82,6 +83,7 @@ private:
     [[nodiscard]] QStringList imovieExtras(const QStringList& listed) const;
 
     RunLoop& m_runLoop;
+    const SoundPlayer& m_player;
     const SoundFolders m_folders;
     const SoundFileTypes m_types;
     LoadingThread m_loading; // last: its jobs use the others

@@ -11,6 +11,12 @@
 
 namespace dorvane {
 
+namespace {
+
+constexpr int longestBareName = 40;
+
+} // namespace
+
 SoundFileTypes::SoundFileTypes(const SoundPlayer& player, const Workspace& workspace)
     : m_workspace(workspace) {
     const QMimeDatabase database;
@@ -74,6 +80,10 @@ QString SoundFileTypes::nameFilter() const {
     for (const QString& extension : extensions)
         patterns << QStringLiteral("*.") + extension;
     patterns.sort();
+    // Of names without an extension a pattern can only say how long they are.
+    QString bare;
+    for (int length = 1; length <= longestBareName; ++length)
+        patterns << (bare += QStringLiteral("[!.]"));
     return QStringLiteral("Sound files (%1)").arg(patterns.join(QLatin1Char(' ')));
 }
 

@@ -21,8 +21,9 @@ public:
 
     [[nodiscard]] bool isSound(const QString& path) const;
 
-    // The filter of a file dialog that offers sounds only: "Sound files (*.aif *.aiff ...)". Reads
-    // the whole of the desktop's type database, which takes some 30 ms the first time.
+    // The filter of a file dialog that offers sounds: "Sound files (*.aif *.aiff ...)", and with
+    // them the files whose name does not say what they are. Reads the whole of the desktop's type
+    // database, which takes some 30 ms the first time.
     [[nodiscard]] QString nameFilter() const;
 
 private:

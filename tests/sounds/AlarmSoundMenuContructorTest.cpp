@@ -71,6 +71,10 @@ TEST_F(AlarmSoundMenuContructorTest, ShowsTheGroupsOfTheLibrary) {
               (QStringList{u"manageReminders"_qs, folders.recordings + u"/Tea.aiff"_qs,
                            folders.rings + u"/Ping.aiff"_qs, folders.iMovie + u"/Boing.xyz"_qs,
                            folders.sounds + u"/R&B\tNo. 1.mp3"_qs}));
+
+    fill(folders.sounds, {QString(246, u'W') + u".aiff=x"_qs});
+    constructor.constructMenu();
+    EXPECT_LT(menu.actions().at(7)->menu()->sizeHint().width(), 800) << "the least screen's";
 }
 
 TEST_F(AlarmSoundMenuContructorTest, CanBeRebuiltFromItsOwnItemAndLeavesNothingBehind) {

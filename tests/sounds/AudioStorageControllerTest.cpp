@@ -90,7 +90,9 @@ TEST_F(AudioStorageControllerTest, ListsWhatCanBePlayed) {
 }
 
 TEST_F(AudioStorageControllerTest, AddsTheUsersFilesAndSaysWhatBecameOfEach) {
-    fill(path("else"), {u"Notes.txt=x"_qs, u"Old.mp3=new"_qs, u"100% Süß.mp3=x"_qs, u"Z.mp3=z"_qs});
+    fill(path("else"), {u"Notes.txt=x"_qs, u"Old.mp3=new"_qs, u"100% Süß.mp3=x"_qs, u"Z.mp3=z"_qs,
+                        u"Noise.wav=x"_qs});
+    player.setFile(path("else/Noise.wav"), {.isPlayable = false});
     fill(folders.sounds, {u"Old.mp3=old"_qs});
     struct {
         QString url;
@@ -102,6 +104,8 @@ TEST_F(AudioStorageControllerTest, AddsTheUsersFilesAndSaysWhatBecameOfEach) {
         {u"file://"_qs + path("else/missing.mp3"), u"missing"_qs, u"there is no such file"_qs},
         {u"file://"_qs + path("else/Old.mp3"), u"Old"_qs, u"the name is taken"_qs},
         {u"file://"_qs + path("else/Notes.txt"), u"Notes"_qs,
+         u"it is not a sound that can be played here"_qs},
+        {u"file://"_qs + path("else/Noise.wav"), u"Noise"_qs,
          u"it is not a sound that can be played here"_qs},
         {u"file://localhost"_qs + path("else/100%25%20Süß.mp3"), u"100% Süß"_qs, {}},
         {u"file://"_qs + path("else/Z.mp3"), u"Z"_qs, {}},
