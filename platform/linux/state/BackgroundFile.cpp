@@ -2,10 +2,10 @@
 #include "platform/linux/state/BackgroundFile.h"
 
 #include "platform/linux/preferences/AtomicFile.h"
+#include "platform/linux/state/OwnFolder.h"
 #include "platform/Log.h"
 #include "platform/RunLoop.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -50,13 +50,7 @@ void BackgroundFile::writeNext() {
     const QByteArray contents = make();
     if (contents.isEmpty() || contents == m_written)
         return;
-    // As the base directory specification wants it.
-    const QFile::Permissions userOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-    const QDir folder = QFileInfo(m_path).dir();
-    if (!folder.exists()) {
-        QDir().mkpath(QFileInfo(folder.path()).path());
-        QDir().mkdir(folder.path(), userOnly); // if that fails, writing says why
-    }
+    makeOwnFolder(QFileInfo(m_path).path());
     const auto error = writeFileAtomically(m_path, contents);
     if (error && !m_isFailing)
         qCWarning(logPlatform).noquote() << "cannot write" << m_path << *error;

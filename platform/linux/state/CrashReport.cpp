@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/state/CrashReport.h"
 
+#include "platform/linux/state/OwnFolder.h"
 #include "platform/Log.h"
 
 #include <QDir>
@@ -113,7 +114,7 @@ void keep(std::array<char, size>& place, const QByteArray& text) {
 } // namespace
 
 void reportCrashes(const QString& folder, const char* version) {
-    QDir().mkpath(folder);
+    makeOwnFolder(folder);
     QByteArray buildId;
     ::dl_iterate_phdr(addBuildId, &buildId);
     keep(prepared.path, QFile::encodeName(folder + QLatin1Char('/') + QLatin1String(newReport)));
