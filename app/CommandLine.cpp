@@ -56,7 +56,7 @@ std::optional<int> answerCommandLine(const QStringList& arguments, const QString
     if (announcementIn(arguments))
         return std::nullopt;
     for (const QString& argument : arguments) {
-        if (options.contains(argument) || verbOf(argument, schemes))
+        if (options.contains(argument) || argument == loginOption || verbOf(argument, schemes))
             continue;
         const char* what = argument.startsWith(u'-') ? "option" : "argument";
         std::fprintf(stderr, "dorvane: unknown %s %s; see --help\n", what, qPrintable(argument));

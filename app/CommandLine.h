@@ -13,6 +13,9 @@ namespace dorvane {
 [[nodiscard]] std::optional<int> answerCommandLine(const QStringList& arguments,
                                                    const QStringList& schemes);
 
+// With this the program is started at a login, beside nothing else.
+inline const QString loginOption = QStringLiteral("--login");
+
 // The announcement that this process is to show, where it was started for that.
 [[nodiscard]] std::optional<QString> announcementIn(const QStringList& arguments);
 

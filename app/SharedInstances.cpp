@@ -282,7 +282,7 @@ std::unique_ptr<MoveToApplications> makeMover() {
                 login.setLaunchAtLogin(false);
                 login.setLaunchAtLogin(true, destination);
             },
-        .end = [] { bfApp::quit(); }});
+        .end = [] { bfApp::sharedApplication().terminate(); }});
 }
 
 SoundRepeat& sharedSoundRepeat() {

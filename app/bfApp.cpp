@@ -47,18 +47,25 @@ bfApp& bfApp::sharedApplication() {
     return *static_cast<bfApp*>(instance());
 }
 
-void bfApp::finishLaunching(std::function<void()> launched) {
+void bfApp::finishLaunching(Start start, const std::function<void()>& launched) {
     Desktop& desktop = sharedDesktop();
     loadTranslations(desktop.bundle);
     desktop.defaults.registerDefaults({{QStringLiteral("NSApplicationCrashOnExceptions"), true}});
-    m_mover = makeMover();
-    m_mover->offer(desktop.bundle.bundlePath(), [this, launched = std::move(launched)] {
-        launch();
-        launched();
-    });
+    launch();
+    m_isLaunched = true;
+    launched();
+    if (start == Start::ByLogin)
+        return;
+    // Beside everything else: nothing that rings or was asked for waits for an answer.
+    m_moveOffer = desktop.runLoop.scheduleOnce(
+        500ms,
+        [this, &desktop] {
+            m_mover = makeMover();
+            m_mover->offer(desktop.bundle.bundlePath());
+        },
+        RunLoopMode::Default);
 }
 
-// Only from here on is there something to hand over at the end.
 void bfApp::launch() {
     Desktop& desktop = sharedDesktop();
     watchForTheEnd();
@@ -85,6 +92,8 @@ void bfApp::launch() {
 
 void bfApp::watchForTheEnd() {
     m_signals.emplace([this] { terminate(); });
+    // However the loop ends, also when Qt ends it.
+    connect(this, &QCoreApplication::aboutToQuit, this, [this] { finish(); });
     // The session may end without another word, or be kept after all.
     connect(
         this, &QGuiApplication::commitDataRequest, this,
@@ -125,12 +134,18 @@ BreakCycle& bfApp::breakCycle() {
 }
 
 void bfApp::terminate() {
-    if (m_isTerminating)
+    finish();
+    quit();
+}
+
+void bfApp::finish() {
+    if (m_hasEnded || !m_isLaunched)
         return;
-    m_isTerminating = true;
+    m_hasEnded = true;
+    if (m_ending)
+        m_ending();
     handOver();
     sharedDesktop().recorder.finish();
-    quit();
 }
 
 void bfApp::open(const LaunchRequest& request) {
@@ -142,6 +157,8 @@ void bfApp::open(const LaunchRequest& request) {
         if (verb != create)
             qCWarning(logApp) << "nothing is known about" << address << "- the menu opens instead";
     }
+    if (request.action == LaunchRequest::login)
+        return;
     AlarmMenuController& controller = AlarmMenuController::mainMenuController();
     if (request.action == QStringLiteral("timer-5") && sharedAlarmControl().hasRoom())
         controller.createPreAlarm(5);

@@ -30,12 +30,17 @@ public:
     [[nodiscard]] static bfApp& sharedApplication();
 
     // The launch sequence; calls back at its end. Nothing in it stops the launch; what fails is
-    // logged. Where the user is asked whether the program may move, it goes on with his answer, or
-    // the loop ends with status 0 and the moved program starts.
-    void finishLaunching(std::function<void()> launched);
+    // logged. A moment after it the user may be asked whether the program may move, which it does
+    // by quitting in order.
+    enum class Start { ByUser, ByLogin }; // at a login nobody is asked anything
+    void finishLaunching(Start start, const std::function<void()>& launched);
 
     // The quit sequence; ends the main loop with status 0. A second call does nothing more.
     void terminate();
+    // What of it must be done however the program ends, once: hands over. Waits for the disk.
+    void finish();
+    // Called first of all when the program ends.
+    void setEnding(std::function<void()> ending) { m_ending = std::move(ending); }
 
     // What a further launch of the program asks for, which is an action of the desktop file or an
     // address: a timer, an editor, or else the menu.
@@ -76,10 +81,13 @@ private:
     std::optional<UnixSignals> m_signals;
     std::unique_ptr<MoveToApplications> m_mover;
     std::unique_ptr<BreakCycle> m_breakCycle;
+    std::function<void()> m_ending;
+    RunLoopTimer m_moveOffer;
     RunLoopTimer m_schemeCheck;
     RunLoopTimer m_updateCheck;
     RunLoopTimer m_takeBack;
-    bool m_isTerminating = false;
+    bool m_isLaunched = false; // before, the alarms are those on the disk
+    bool m_hasEnded = false;
 };
 
 } // namespace dorvane

@@ -15,6 +15,7 @@
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
+#include "platform/linux/session/DisplayLoss.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/linux/session/SingleInstance.h"
 #include "platform/linux/state/CrashReport.h"
@@ -22,6 +23,7 @@
 
 #include <QDBusConnection>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -63,25 +65,32 @@ int main(int argc, char** argv) {
     if (const auto id = announcementIn(arguments))
         return announce(argc, argv, *id);
 
+    std::signal(SIGPIPE, SIG_IGN); // whoever read the log may go; we do not go with him
+
     ServedBus sessionBus;
     SingleInstance instance(sessionBus, SingleInstance::lockFolder(xdgFolders().caches));
-    const LaunchRequest request{.action = {}, .uris = arguments};
+    const bool isLogin = arguments.contains(loginOption);
+    const LaunchRequest request{.action = isLogin ? LaunchRequest::login : QString(),
+                                .uris = isLogin ? QStringList() : arguments};
     const auto standing = instance.claim(request);
     if (standing != SingleInstance::Standing::First)
         return statusOf(standing);
 
     reportCrashes(stateFolder(xdgFolders()), DORVANE_VERSION);
     choosePlatform(QDBusConnection::sessionBus());
+    DisplayLoss displayLoss;
     bfApp application(argc, argv);
     std::optional<ControlObject> control;
     std::unique_ptr<CheckObject> checks;
-    application.finishLaunching([&] {
+    application.setEnding([&] { instance.leave(); });
+    application.finishLaunching(isLogin ? bfApp::Start::ByLogin : bfApp::Start::ByUser, [&] {
         control.emplace(sessionBus, sharedDesktop().runLoop, sharedAlarmControl());
         checks = offerChecks(sessionBus);
         instance.setRequested([&](const LaunchRequest& further) { application.open(further); });
         if (!request.uris.isEmpty())
             application.open(request);
     });
+    displayLoss.setLost([&] { application.finish(); });
     const int status = bfApp::exec();
     // What had to be done in order is done. The sound engine's threads, which nobody waits for,
     // must not meet an application that is being taken apart.

@@ -29,7 +29,9 @@ QString explanation(const MoveOffer& offer) {
                                  "This will keep your Downloads folder uncluttered.");
     if (note)
         text += QLatin1Char(' ') + localised(note);
-    return text;
+    const QString folder = offer.destination.left(offer.destination.lastIndexOf(QLatin1Char('/')));
+    return text + QLatin1Char(' ') +
+           localised(QT_TRANSLATE_NOOP("MoveApplication", "The folder is %1.")).arg(folder);
 }
 
 std::unique_ptr<QMessageBox> alert(QMessageBox::Icon icon, const QString& message) {
@@ -46,12 +48,10 @@ std::unique_ptr<QMessageBox> moveAlert(const MoveOffer& offer) {
         alert(QMessageBox::Question,
               localised(QT_TRANSLATE_NOOP("MoveApplication", "Move to Applications folder?")));
     box->setInformativeText(escapedText(explanation(offer)));
-    auto* const move = box->addButton(
-        localised(QT_TRANSLATE_NOOP("MoveApplication", "Move to Applications Folder")),
-        QMessageBox::AcceptRole);
+    box->addButton(localised(QT_TRANSLATE_NOOP("MoveApplication", "Move to Applications Folder")),
+                   QMessageBox::AcceptRole);
     auto* const stay = box->addButton(
         localised(QT_TRANSLATE_NOOP("MoveApplication", "Do Not Move")), QMessageBox::RejectRole);
-    box->setDefaultButton(move);
     box->setEscapeButton(stay);
 
     auto suppression = std::make_unique<QCheckBox>(
@@ -61,6 +61,22 @@ std::unique_ptr<QMessageBox> moveAlert(const MoveOffer& offer) {
     suppression->setFont(small);
     box->setCheckBox(suppression.release());
     return box;
+}
+
+void takeDefaultButton(QMessageBox& moveAlert) {
+    for (QPushButton* button : moveAlert.findChildren<QPushButton*>()) {
+        button->setAutoDefault(false);
+        button->setDefault(false);
+    }
+    moveAlert.setFocusPolicy(Qt::StrongFocus);
+    moveAlert.setFocus();
+}
+
+void giveDefaultButton(QMessageBox& moveAlert) {
+    auto* const stay = qobject_cast<QPushButton*>(moveAlert.escapeButton());
+    stay->setDefault(true);
+    if (moveAlert.hasFocus())
+        stay->setFocus();
 }
 
 std::unique_ptr<QMessageBox> moveFailure() {

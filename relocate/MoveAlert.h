@@ -9,9 +9,14 @@ namespace dorvane {
 
 struct MoveOffer;
 
-// The question, with "Move to Applications Folder" as its default button, "Do Not Move" on Escape,
-// and a box with which the question goes away for good. The caller shows it; main thread only.
+// The question, with "Do Not Move" on Escape, and a box with which the question goes away for good.
+// The caller shows it; main thread only.
 [[nodiscard]] std::unique_ptr<QMessageBox> moveAlert(const MoveOffer& offer);
+
+// Once it is shown: whoever is typing as it comes up presses none of its buttons.
+void takeDefaultButton(QMessageBox& moveAlert);
+// From then on Return means the button that changes nothing.
+void giveDefaultButton(QMessageBox& moveAlert);
 
 // What is shown when the program could not be moved.
 [[nodiscard]] std::unique_ptr<QMessageBox> moveFailure();

@@ -3,12 +3,12 @@
 
 #include "platform/Log.h"
 #include "platform/Relocator.h"
-#include "platform/RunLoop.h"
 #include "platform/UserDefaults.h"
 #include "relocate/MoveAlert.h"
 
 #include <QCheckBox>
 #include <QMessageBox>
+#include <QPointer>
 #include <QThreadPool>
 
 #include <utility>
@@ -18,6 +18,7 @@ namespace dorvane {
 namespace {
 
 const auto suppressKey = QStringLiteral("moveToApplicationsFolderAlertSuppress");
+const auto answeredKey = QStringLiteral("moveToApplicationsFolderAnsweredAt"); // places
 
 bool canBeReplacedAsRoot(const MoveOffer& offer) {
     return offer.destination.endsWith(QStringLiteral(".app")) &&
@@ -38,17 +39,15 @@ void present(std::unique_ptr<QMessageBox> alert) {
 MoveToApplications::MoveToApplications(Surroundings surroundings)
     : m_surroundings(std::move(surroundings)) {}
 
-void MoveToApplications::offer(const QString& bundlePath, std::function<void()> stay) {
-    m_stay = std::move(stay);
-    std::optional<MoveOffer> offer;
-    if (!m_surroundings.defaults.value(suppressKey).toBool())
-        offer = offerToMove(bundlePath, m_surroundings.relocator);
-    if (!offer) {
-        m_stay();
+void MoveToApplications::offer(const QString& bundlePath) {
+    const UserDefaults& defaults = m_surroundings.defaults;
+    if (defaults.value(suppressKey).toBool() ||
+        defaults.value(answeredKey).toList().contains(bundlePath))
         return;
+    if (auto offer = offerToMove(bundlePath, m_surroundings.relocator)) {
+        m_offer = *std::move(offer);
+        ask();
     }
-    m_offer = *std::move(offer);
-    ask();
 }
 
 void MoveToApplications::ask() {
@@ -56,18 +55,28 @@ void MoveToApplications::ask() {
     QMessageBox* const box = alert.get();
     QObject::connect(box, &QMessageBox::finished, box, [this, box] { answer(*box); });
     present(std::move(alert));
+    takeDefaultButton(*box);
+    m_default = m_surroundings.runLoop.scheduleOnce(
+        noDefault,
+        [shown = QPointer(box)] {
+            if (shown)
+                giveDefaultButton(*shown);
+        },
+        RunLoopMode::Common);
 }
 
 void MoveToApplications::answer(const QMessageBox& alert) {
-    if (alert.buttonRole(alert.clickedButton()) == QMessageBox::AcceptRole) {
+    remember(answeredKey, m_surroundings.defaults.value(answeredKey).toList()
+                              << QVariant(m_offer.source));
+    if (alert.buttonRole(alert.clickedButton()) == QMessageBox::AcceptRole)
         move();
-        return;
-    }
-    if (alert.checkBox()->isChecked()) {
-        m_surroundings.defaults.setValue(suppressKey, true);
-        m_surroundings.defaults.synchronize();
-    }
-    m_stay();
+    else if (alert.checkBox()->isChecked())
+        remember(suppressKey, true);
+}
+
+void MoveToApplications::remember(const QString& key, const QVariant& value) {
+    m_surroundings.defaults.setValue(key, value);
+    m_surroundings.defaults.synchronize();
 }
 
 void MoveToApplications::move() {
@@ -133,10 +142,8 @@ void MoveToApplications::conclude(Outcome outcome) {
         break;
     case Outcome::Failed:
         present(moveFailure());
-        m_stay();
         break;
     case Outcome::Refused:
-        m_stay();
         break;
     }
 }

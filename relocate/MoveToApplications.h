@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Lifeline.h"
+#include "platform/RunLoop.h"
 #include "relocate/MoveOffer.h"
 
 #include <functional>
@@ -10,12 +11,11 @@ class QMessageBox;
 
 namespace dorvane {
 
-class RunLoop;
 class UserDefaults;
 
-// Offers, once in a start, to move the program to where programs live, when it was started from
-// elsewhere: from the folder for downloads, say, or from a disk image. Main thread only; the copy
-// is made on a thread of its own.
+// Offers, once for each place, to move the program to where programs live, when it was started from
+// elsewhere: from the folder for downloads, say, or from a disk image. The program goes on
+// meanwhile. Main thread only; the copy is made on a thread of its own.
 class MoveToApplications final {
 public:
     struct Surroundings {
@@ -24,23 +24,26 @@ public:
         Relocator& relocator;
         // Called after a copy was made and before the old bundle goes, for what refers to it.
         std::function<void(const QString& destination)> moved;
-        // Ends the process with status 0; another one takes its place.
+        // Ends the process in order; another one takes its place.
         std::function<void()> end;
     };
 
     // All of the surroundings must outlive the object.
     explicit MoveToApplications(Surroundings surroundings);
 
-    // Calls `stay`, at once where there is nothing to offer, or when the program is to go on
-    // starting from where it is; or else `end` of the surroundings. The loop must run, or be about
-    // to.
-    void offer(const QString& bundlePath, std::function<void()> stay);
+    // Asks, unless there is nothing to offer or that was answered before. Once the program has
+    // moved, calls `end` of the surroundings.
+    void offer(const QString& bundlePath);
+
+    // How long the question has no default button.
+    static constexpr std::chrono::seconds noDefault{1};
 
 private:
     enum class Outcome { Copied, Switched, Refused, Failed };
 
     void ask();
     void answer(const QMessageBox& alert);
+    void remember(const QString& key, const QVariant& value);
     void move();
     [[nodiscard]] static Outcome copy(Relocator& relocator, const MoveOffer& offer);
     [[nodiscard]] static Outcome copyHere(Relocator& relocator, const MoveOffer& offer);
@@ -49,7 +52,7 @@ private:
 
     Surroundings m_surroundings;
     MoveOffer m_offer;
-    std::function<void()> m_stay;
+    RunLoopTimer m_default;
     Lifeline<MoveToApplications> m_lifeline{*this};
 };
 

@@ -99,6 +99,10 @@
         <translation>So bleibt Ihr Ordner für Downloads aufgeräumt.</translation>
     </message>
     <message>
+        <source>The folder is %1.</source>
+        <translation>Der Ordner ist %1.</translation>
+    </message>
+    <message>
         <source>Move to Applications Folder</source>
         <translation>Umziehen</translation>
     </message>

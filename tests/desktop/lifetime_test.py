@@ -8,7 +8,9 @@ import time
 
 from desktop_case import DesktopTest, main
 from virtual_desktop.archive import Alarm
+from virtual_desktop import wait_for
 from virtual_desktop.program import BUS_NAME
+from virtual_desktop.screen import Screen
 
 HOUR = 3600
 
@@ -42,6 +44,24 @@ class LifetimeTest(DesktopTest):
         self.assertEqual(self.desktop.opened_menu().rows()[0], "Active alarms:")
         self.assertEqual(self.desktop.panel.icon_count(), 1)
         self.assertTrue(first.is_running())
+
+    def test_no_display_is_a_message_and_no_crash(self) -> None:
+        program = self.start(DISPLAY=":99", WAYLAND_DISPLAY="gone")
+        self.assertEqual(program.wait_for_exit(), 1)
+        self.assertIn("dorvane: there is no display to be shown on: DISPLAY is :99", program.log())
+        self.assertFalse(list(self.user.home.glob(".local/state/Dorvane/crash*")))
+
+    def test_a_display_that_goes_is_an_orderly_end(self) -> None:
+        self.set_two_alarms()
+        server = Screen(self.desktop.processes, self.user.home, self.desktop.env)
+        program = self.start(DISPLAY=server.display)
+        self.desktop.session_bus.connection.wait_for_owner(BUS_NAME)
+        wait_for("the journal", (self.user.home / ".local/state/Dorvane/journal.plist").exists)
+        self.run_command("timer", "45", "Egg")
+        server.kill()
+        self.assertEqual(program.wait_for_exit(), 1)
+        self.assertEqual(titles(self.user.running_alarms()), ["Egg", "Train", "Tea"])
+        self.assertFalse(list(self.user.home.glob(".local/state/Dorvane/crash*")))
 
     def test_version_and_help_need_no_desktop(self) -> None:
         for option in ("--version", "--help"):

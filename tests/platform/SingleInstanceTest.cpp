@@ -63,6 +63,25 @@ TEST_P(SingleInstanceTest, aHangingInstanceIsGivenUpAfterTwoSeconds) {
     EXPECT_LT(waited.elapsed(), 3000);
 }
 
+// One that ends while it is asked has done nothing; whoever asked is the next.
+TEST_P(SingleInstanceTest, whoStartsDuringAnEndTakesThePlace) {
+    auto connection = std::make_unique<ServedBus>(ServedBus::Callbacks(), bus());
+    auto first = std::make_unique<SingleInstance>(*connection, m_folder.path());
+    ASSERT_EQ(first->claim(plain), Standing::First);
+    first->setRequested([](const LaunchRequest&) {});
+    auto standing = std::async(std::launch::async, [&] {
+        ServedBus own({}, bus());
+        return SingleInstance(own, m_folder.path()).claim(action);
+    });
+    const auto lasts = std::chrono::milliseconds(100);
+    EXPECT_EQ(standing.wait_for(lasts), std::future_status::timeout);
+    first->leave();
+    EXPECT_EQ(standing.wait_for(lasts), std::future_status::timeout) << "two write at once";
+    first.reset();
+    connection.reset();
+    EXPECT_EQ(standing.get(), Standing::First);
+}
+
 INSTANTIATE_TEST_SUITE_P(Ways, SingleInstanceTest, ::testing::Bool(),
                          [](const auto& way) { return way.param ? "bus" : "lock"; });
 

@@ -79,9 +79,7 @@ protected:
             delete shown;
     }
 
-    void offer(const QString& bundlePath = download) {
-        m_mover.offer(bundlePath, [this] { m_relocator.act("stay"); });
-    }
+    void offer(const QString& bundlePath = download) { m_mover.offer(bundlePath); }
 
     static QMessageBox* alert() {
         for (QWidget* const window : QApplication::topLevelWidgets())
@@ -91,7 +89,11 @@ protected:
     }
 
     void press(Qt::Key key) {
-        QTest::keyClick(alert(), key);
+        QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : alert(), key);
+        settle();
+    }
+
+    void settle() {
         QThreadPool::globalInstance()->waitForDone();
         m_loop.runPending();
     }
@@ -124,23 +126,37 @@ TEST_F(MoveToApplicationsTest, isOfferedOnlyToABundleThatLiesElsewhere) {
         m_relocator.setUp({});
         offer(bundle);
         EXPECT_EQ(alert() != nullptr, isOffered) << qPrintable(bundle);
-        EXPECT_EQ(m_relocator.done(), isOffered ? "" : "stay");
         delete alert();
     }
 }
 
-TEST_F(MoveToApplicationsTest, isSuppressedForGoodByABoxThatIsTickedAtANo) {
-    const QString key = u"moveToApplicationsFolderAlertSuppress"_qs;
+TEST_F(MoveToApplicationsTest, asksOnceForEachPlaceAndNeverAgainAfterATickedNo) {
+    const QString other = u"/media/disk/Dorvane.app"_qs;
     offer();
     press(Qt::Key_Escape);
-    EXPECT_TRUE(m_defaults.written().isEmpty());
-    offer();
-    alert()->checkBox()->click();
-    press(Qt::Key_Escape);
-    EXPECT_EQ(m_defaults.written(), (QVariantMap{{key, true}}));
     offer();
     EXPECT_EQ(alert(), nullptr);
-    EXPECT_EQ(m_relocator.done(), "stay stay stay");
+    offer(other);
+    alert()->checkBox()->click();
+    press(Qt::Key_Escape);
+    EXPECT_EQ(
+        m_defaults.written(),
+        (QVariantMap{{u"moveToApplicationsFolderAnsweredAt"_qs, QVariantList{download, other}},
+                     {u"moveToApplicationsFolderAlertSuppress"_qs, true}}));
+    offer(u"/home/a/Dorvane.app"_qs);
+    EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(m_relocator.done(), "");
+}
+
+TEST_F(MoveToApplicationsTest, isNotAnsweredByWhatIsTypedAsItComesUp) {
+    offer();
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter})
+        press(key);
+    ASSERT_TRUE(alert());
+    m_loop.advance(1s);
+    press(Qt::Key_Space);
+    EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(m_relocator.done(), "");
 }
 
 // Each row: what is out of the ordinary, "!" before what fails; all that is done.
@@ -149,19 +165,20 @@ TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
         {"", "copy place moved remove reopen end"},
         {"old", "copy trash-old place moved remove reopen end"},
         {"old runs", "open end"},
-        {"old !copy", "copy stay alert"},
-        {"old !trash-old", "copy trash-old discard stay alert"},
-        {"!place", "copy place stay alert"},
+        {"old !copy", "copy alert"},
+        {"old !trash-old", "copy trash-old discard alert"},
+        {"!place", "copy place alert"},
         {"!remove", "copy place moved remove trash-source reopen end"},
         {"image", "copy place moved reopen detach end"},
         {"image nested", "copy place moved reopen end"},
         {"root", "copy-as-root moved remove reopen end"},
         {"old protected", "copy-as-root moved remove reopen end"},
-        {"root refused", "copy-as-root stay"},
-        {"root !copy-as-root", "copy-as-root stay alert"},
+        {"root refused", "copy-as-root"},
+        {"root !copy-as-root", "copy-as-root alert"},
     };
     for (const auto& [machine, done] : rows) {
         m_relocator.setUp(QString::fromLatin1(machine).split(u' '));
+        m_defaults.removeValue(u"moveToApplicationsFolderAnsweredAt"_qs);
         const LogCapture quietly;
         const bool isNested = m_relocator.is("nested"); // in another bundle
         offer(isNested ? u"/opt/Other.app/Dorvane.app"_qs : download);
@@ -172,8 +189,12 @@ TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
             escapedText(u"I can move myself to the Applications folder if you'd like."_qs +
                         (asksRoot   ? u" Note that this will require an administrator password."_qs
                          : isNested ? QString()
-                                    : u" This will keep your Downloads folder uncluttered."_qs)));
-        press(Qt::Key_Return);
+                                    : u" This will keep your Downloads folder uncluttered."_qs) +
+                        u" The folder is /opt."_qs));
+        for (QAbstractButton* const button : alert()->buttons())
+            if (alert()->buttonRole(button) == QMessageBox::AcceptRole)
+                button->click();
+        settle();
         if (alert())
             m_relocator.act("alert");
         EXPECT_EQ(m_relocator.done(), done) << machine;

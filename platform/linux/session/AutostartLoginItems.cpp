@@ -58,7 +58,7 @@ QByteArray desktopFile(const QString& program) {
                           "Icon=com.brackenfold.Dorvane\n"
                           "TryExec=%1\n"
                           "Exec=%2\n")
-        .arg(program, desktopExec(program))
+        .arg(program, desktopExec(program) + QStringLiteral(" --login"))
         .toUtf8();
 }
 

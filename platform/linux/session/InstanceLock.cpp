@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -23,7 +24,7 @@ namespace dorvane {
 namespace {
 
 constexpr std::size_t largestRequest = 64 * 1024; // bytes
-constexpr std::chrono::milliseconds retryInterval{20};
+constexpr std::chrono::milliseconds interval{20};
 constexpr char accepted = '+';
 
 // A datagram: the action, then the addresses, with a zero byte before each.
@@ -60,17 +61,31 @@ int newSocket(int flags) {
     return ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | flags, 0);
 }
 
-// Sends the request and waits for the answer. Nothing when nobody listens there yet.
-std::optional<bool> exchange(int socket, const sockaddr_un& address, const QByteArray& request,
-                             std::chrono::milliseconds patience) {
-    if (::connect(socket, generic(address), sizeof address) != 0)
-        return std::nullopt;
-    if (::send(socket, request.constData(), static_cast<std::size_t>(request.size()),
-               MSG_NOSIGNAL) != request.size())
-        return false;
+// A socket that sends to the address; less than 0 when nobody listens there.
+int connectedTo(const sockaddr_un& address) {
+    const int socket = newSocket(0);
+    // With an address of its own, which the system makes up, it can be answered.
+    sockaddr_un own{};
+    own.sun_family = AF_UNIX;
+    if (socket >= 0 && ::bind(socket, generic(own), sizeof own.sun_family) == 0 &&
+        ::connect(socket, generic(address), sizeof address) == 0)
+        return socket;
+    if (socket >= 0)
+        ::close(socket);
+    return -1;
+}
+
+bool isListenedAt(const sockaddr_un& address) {
+    const int socket = connectedTo(address);
+    if (socket >= 0)
+        ::close(socket);
+    return socket >= 0;
+}
+
+bool isAnswered(int socket, std::chrono::milliseconds within) {
     pollfd answer{socket, POLLIN, 0};
     char byte = 0;
-    return ::poll(&answer, 1, static_cast<int>(patience.count())) == 1 &&
+    return ::poll(&answer, 1, static_cast<int>(within.count())) == 1 &&
            ::recv(socket, &byte, 1, MSG_DONTWAIT) == 1 && byte == accepted;
 }
 
@@ -84,25 +99,36 @@ InstanceLock::InstanceLock(const QString& folder) {
 }
 
 InstanceLock::~InstanceLock() {
-    m_notifier.reset();
-    if (m_socket >= 0) {
-        ::unlink(m_socketPath.constData());
-        ::close(m_socket);
-    }
+    stopListening();
     if (m_lock >= 0)
         ::close(m_lock);
 }
 
+void InstanceLock::stopListening() {
+    m_notifier.reset();
+    if (m_socket < 0)
+        return;
+    ::unlink(m_socketPath.constData());
+    ::close(std::exchange(m_socket, -1));
+}
+
 bool InstanceLock::acquire() {
-    m_lock = ::open(m_lockPath.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (m_lock < 0 || ::flock(m_lock, LOCK_EX | LOCK_NB) != 0) {
-        if (m_lock >= 0 && errno == EWOULDBLOCK)
-            return false;
-        qCWarning(logPlatform, "A second copy of the program would go unnoticed; no lock on %s: %s",
-                  m_lockPath.constData(), std::strerror(errno));
-        return true;
-    }
+    if (!take())
+        return false;
     openSocket();
+    return true;
+}
+
+bool InstanceLock::take() {
+    if (m_isHeld)
+        return true;
+    if (m_lock < 0)
+        m_lock = ::open(m_lockPath.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    m_isHeld = m_lock >= 0 && ::flock(m_lock, LOCK_EX | LOCK_NB) == 0;
+    if (m_isHeld || (m_lock >= 0 && errno == EWOULDBLOCK))
+        return m_isHeld;
+    qCWarning(logPlatform, "A second copy of the program would go unnoticed; no lock on %s: %s",
+              m_lockPath.constData(), std::strerror(errno));
     return true;
 }
 
@@ -120,25 +146,37 @@ void InstanceLock::openSocket() {
         ::close(socket);
 }
 
-bool InstanceLock::ask(const LaunchRequest& request, std::chrono::milliseconds patience) const {
+// The request is sent once to each that listens, or it would be carried out twice.
+InstanceLock::Answer InstanceLock::ask(const LaunchRequest& request, Patience patience) {
     const auto address = addressOf(m_socketPath);
-    const int socket = newSocket(0);
-    // With an address of its own, which the system makes up, it can be answered.
-    sockaddr_un own{};
-    own.sun_family = AF_UNIX;
-    std::optional<bool> answer;
-    if (address && socket >= 0 && ::bind(socket, generic(own), sizeof own.sun_family) == 0) {
-        const QByteArray data = packed(request);
-        // The other one may have the lock but not the socket yet.
-        for (auto left = patience; !answer && left.count() > 0; left -= retryInterval) {
-            answer = exchange(socket, *address, data, left);
-            if (!answer)
-                ::poll(nullptr, 0, static_cast<int>(retryInterval.count()));
+    const QByteArray data = packed(request);
+    int socket = -1;
+    Answer answer = Answer::Silent;
+    for (auto left = patience.end; left.count() > 0; left -= interval) {
+        if (socket < 0 && address && (socket = connectedTo(*address)) >= 0) {
+            left = std::min(left, patience.answer);
+            if (::send(socket, data.constData(), static_cast<std::size_t>(data.size()),
+                       MSG_NOSIGNAL) != data.size())
+                break;
+        }
+        if (socket >= 0 && isAnswered(socket, interval)) {
+            answer = Answer::Taken;
+            break;
+        }
+        if (socket < 0)
+            ::poll(nullptr, 0, static_cast<int>(interval.count()));
+        if (take()) {
+            answer = Answer::Gone;
+            break;
+        }
+        if (socket >= 0 && !isListenedAt(*address)) { // it is ending, with the request unread
+            ::close(std::exchange(socket, -1));
+            left = patience.end;
         }
     }
     if (socket >= 0)
         ::close(socket);
-    return answer.value_or(false);
+    return answer;
 }
 
 void InstanceLock::listen(std::function<void(const LaunchRequest&)> requested) {

@@ -11,6 +11,9 @@ namespace dorvane {
 struct LaunchRequest {
     QString action;
     QStringList uris;
+    // The action of a start by login, which only wants the program to run.
+    static constexpr QLatin1String login{"login"};
+
     friend bool operator==(const LaunchRequest&, const LaunchRequest&) = default;
 };
 

@@ -18,7 +18,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::chrono::microseconds patience = 2s;
+constexpr std::chrono::milliseconds patience = 2s;
+constexpr std::chrono::milliseconds longestEnd = 20s; // of an instance that waits for the disk
 constexpr auto service = "com.brackenfold.Dorvane";
 constexpr auto path = "/com/brackenfold/Dorvane";
 constexpr auto applicationInterface = "org.freedesktop.Application";
@@ -53,10 +54,17 @@ BusMessagePtr callFor(sd_bus* bus, const LaunchRequest& request) {
     return call;
 }
 
+bool hasOwner(sd_bus* bus) {
+    sd_bus_creds* owner = nullptr;
+    const int result = sd_bus_get_name_creds(bus, service, 0, &owner);
+    sd_bus_creds_unref(owner);
+    return result >= 0;
+}
+
 } // namespace
 
-SingleInstance::SingleInstance(ServedBus& sessionBus, QString lockFolder)
-    : m_bus(sessionBus), m_lockFolder(std::move(lockFolder)), m_object(sessionBus) {}
+SingleInstance::SingleInstance(ServedBus& sessionBus, const QString& lockFolder)
+    : m_bus(sessionBus), m_object(sessionBus), m_lock(lockFolder) {}
 
 QString SingleInstance::lockFolder(const QString& caches) {
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
@@ -64,29 +72,42 @@ QString SingleInstance::lockFolder(const QString& caches) {
 }
 
 SingleInstance::Standing SingleInstance::claim(const LaunchRequest& request) {
-    if (m_bus.get())
-        if (const auto standing = claimOnBus(request))
-            return *standing;
-    return claimLock(request);
+    while (!m_lock.acquire()) {
+        switch (m_lock.ask(request, {.answer = patience, .end = longestEnd})) {
+        case InstanceLock::Answer::Taken:
+            return Standing::Answered;
+        case InstanceLock::Answer::Silent:
+            return Standing::Unanswered;
+        case InstanceLock::Answer::Gone:
+            break;
+        }
+    }
+    return m_bus.get() ? claimOnBus(request) : Standing::First;
 }
 
 void SingleInstance::setRequested(std::function<void(const LaunchRequest&)> requested) {
-    if (m_lock)
-        m_lock->listen(requested);
+    m_lock.listen(requested);
     m_object.setRequested(std::move(requested));
     m_bus.flush();
 }
 
-// Nothing when the bus does not give out names. The object stands before the name does, so that
+void SingleInstance::leave() {
+    m_lock.stopListening();
+    m_object.setRequested({});
+    if (m_bus.get())
+        sd_bus_release_name_async(m_bus.get(), nullptr, service, nullptr, nullptr);
+}
+
+// A bus that gives out no names costs only them. The object stands before the name does, so that
 // whoever sees the name can call it.
-std::optional<SingleInstance::Standing> SingleInstance::claimOnBus(const LaunchRequest& request) {
+SingleInstance::Standing SingleInstance::claimOnBus(const LaunchRequest& request) {
     for (;;) {
         const int result = sd_bus_request_name(m_bus.get(), service, 0);
         if (result >= 0 || result == -EALREADY)
             return Standing::First;
         if (result != -EEXIST) {
             qCWarning(logPlatform, "The session bus gives out no name: %s", std::strerror(-result));
-            return std::nullopt;
+            return Standing::First;
         }
         switch (askOnBus(request)) {
         case Reply::Taken:
@@ -105,22 +126,15 @@ SingleInstance::Reply SingleInstance::askOnBus(const LaunchRequest& request) con
         return Reply::Silent;
     sd_bus_error error = SD_BUS_ERROR_NULL;
     const int result =
-        sd_bus_call(m_bus.get(), call.get(), std::uint64_t(patience.count()), &error, nullptr);
+        sd_bus_call(m_bus.get(), call.get(),
+                    std::uint64_t(std::chrono::microseconds(patience).count()), &error, nullptr);
     const bool isGone = sd_bus_error_has_name(&error, SD_BUS_ERROR_SERVICE_UNKNOWN) != 0 ||
-                        sd_bus_error_has_name(&error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) != 0;
+                        sd_bus_error_has_name(&error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) != 0 ||
+                        !hasOwner(m_bus.get()); // who ends before it has answered has done nothing
     sd_bus_error_free(&error);
     if (result >= 0)
         return Reply::Taken;
     return isGone ? Reply::Gone : Reply::Silent;
-}
-
-SingleInstance::Standing SingleInstance::claimLock(const LaunchRequest& request) {
-    m_lock.emplace(m_lockFolder);
-    if (m_lock->acquire())
-        return Standing::First;
-    return m_lock->ask(request, std::chrono::duration_cast<std::chrono::milliseconds>(patience))
-               ? Standing::Answered
-               : Standing::Unanswered;
 }
 
 } // namespace dorvane

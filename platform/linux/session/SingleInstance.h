@@ -8,22 +8,24 @@
 #include <QString>
 
 #include <functional>
-#include <optional>
 
 namespace dorvane {
 
-// Sees to it that a user has one instance of the program: by its name on the session bus, or by a
-// lock file where there is no bus. A further launch hands its request to the instance that runs.
+// Sees to it that a user has one instance of the program: by a lock file, which is held whether
+// there is a bus or not, and by its name on the session bus, where the lock file lies elsewhere for
+// the other one. A further launch hands its request to the instance that runs, and takes the place
+// of one that is ending.
 // Works before there is an application object; main thread only.
 class SingleInstance {
 public:
     // The bus must outlive it. `lockFolder` is only the user's to write, such as lockFolder().
-    SingleInstance(ServedBus& sessionBus, QString lockFolder);
+    SingleInstance(ServedBus& sessionBus, const QString& lockFolder);
 
     enum class Standing {
         First,     // this instance is the one that runs
         Answered,  // another one runs and has taken the request
-        Unanswered // another one runs but did not take the request within two seconds
+        Unanswered // another one runs but did not take the request within two seconds, or does
+                   // not end
     };
 
     // Called once. Waits for the bus, and for the other instance where there is one.
@@ -34,20 +36,22 @@ public:
     // the bus is served; what was asked since the claim has waited.
     void setRequested(std::function<void(const LaunchRequest&)> requested);
 
+    // When the program ends: requests are for whoever comes next, who waits until this process has
+    // gone.
+    void leave();
+
     // $XDG_RUNTIME_DIR, else `caches`.
     [[nodiscard]] static QString lockFolder(const QString& caches);
 
 private:
     enum class Reply { Taken, Silent, Gone };
 
-    [[nodiscard]] std::optional<Standing> claimOnBus(const LaunchRequest& request);
-    [[nodiscard]] Standing claimLock(const LaunchRequest& request);
+    [[nodiscard]] Standing claimOnBus(const LaunchRequest& request);
     [[nodiscard]] Reply askOnBus(const LaunchRequest& request) const;
 
     ServedBus& m_bus;
-    QString m_lockFolder;
     ApplicationObject m_object;
-    std::optional<InstanceLock> m_lock; // without a bus
+    InstanceLock m_lock;
 };
 
 } // namespace dorvane

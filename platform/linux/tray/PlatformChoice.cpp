@@ -32,7 +32,7 @@ bool showsIcons(const QDBusConnection& bus) {
 void choosePlatform(const QDBusConnection& sessionBus) {
     if (!qEnvironmentVariableIsSet(platformVariable) && isGnomeOnWayland() &&
         !showsIcons(sessionBus))
-        qputenv(platformVariable, "xcb");
+        qputenv(platformVariable, "xcb;wayland"); // an X server may refuse us
 }
 
 } // namespace dorvane

@@ -36,7 +36,7 @@ class Screen:
         frame_folder = folder / "screen"
         frame_folder.mkdir()
         read_end, write_end = os.pipe()
-        processes.start(
+        self._process = processes.start(
             [find_program("Xvfb"), "-displayfd", str(write_end), "-noreset", "-screen", "0",
              f"{SIZE[0]}x{SIZE[1]}x24", "-nolisten", "tcp", "-fbdir", str(frame_folder)],
             env, "screen", pass_fds=[write_end])
@@ -48,6 +48,10 @@ class Screen:
         wait_for("the screen's memory", lambda: frame_file.exists() and frame_file.stat().st_size)
         self._pixels = self._map(frame_file)
         subprocess.run([find_program("xsetroot"), "-solid", _BACKGROUND], env=self._env, check=True)
+
+    def kill(self) -> None:
+        self._process.kill()
+        self._process.wait()
 
     @staticmethod
     def _map(frame_file: Path) -> Picture:
