@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-class QString;
-
 namespace dorvane {
 
-// The whole of a process that shows one announcement, which an earlier run scheduled, and ends. It
-// needs no display and asks nothing of the program that may be running. Gives the exit status.
-[[nodiscard]] int announce(int argc, char** argv, const QString& id);
+// What the announcer is started for.
+enum class AnnounceAt { DueTime, Login };
+
+// The announcer, a process of its own that is no further instance of the program: announces what is
+// due and has not rung, unless an instance is there to ring it, and has itself started again for
+// what is next. Returns the exit status, which tells whether everything was shown that was to be.
+[[nodiscard]] int announce(int argc, char** argv, AnnounceAt moment);
 
 } // namespace dorvane

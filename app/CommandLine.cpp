@@ -46,14 +46,15 @@ const QMap<QString, int (*)()> options{{QStringLiteral("-h"), showHelp},
 
 } // namespace
 
-std::optional<QString> announcementIn(const QStringList& arguments) {
-    if (arguments.size() == 2 && arguments.at(0) == QStringLiteral("--announce"))
-        return arguments.at(1);
-    return std::nullopt;
+// Units of earlier versions name an announcement after it.
+std::optional<AnnounceAt> announcingIn(const QStringList& arguments) {
+    if (arguments.isEmpty() || arguments.constFirst() != QStringLiteral("--announce"))
+        return std::nullopt;
+    return arguments.contains(loginOption) ? AnnounceAt::Login : AnnounceAt::DueTime;
 }
 
 std::optional<int> answerCommandLine(const QStringList& arguments, const QStringList& schemes) {
-    if (announcementIn(arguments))
+    if (announcingIn(arguments))
         return std::nullopt;
     for (const QString& argument : arguments) {
         if (options.contains(argument) || argument == loginOption || verbOf(argument, schemes))

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/Announce.h"
+
 #include <QStringList>
 
 #include <optional>
@@ -16,7 +18,7 @@ namespace dorvane {
 // With this the program is started at a login, beside nothing else.
 inline const QString loginOption = QStringLiteral("--login");
 
-// The announcement that this process is to show, where it was started for that.
-[[nodiscard]] std::optional<QString> announcementIn(const QStringList& arguments);
+// What for this process is to be the announcer, where it was started as that.
+[[nodiscard]] std::optional<AnnounceAt> announcingIn(const QStringList& arguments);
 
 } // namespace dorvane

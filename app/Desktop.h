@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/Bundle.h"
-#include "platform/linux/announcements/SystemdNotificationCenter.h"
+#include "platform/linux/announcements/SystemdAnnouncer.h"
 #include "platform/linux/desktop/DesktopWorkspace.h"
 #include "platform/linux/desktop/PortalAppearance.h"
 #include "platform/linux/desktop/XdgUrlSchemes.h"
@@ -45,7 +45,7 @@ struct Desktop {
     ModuleAudioRecorder recorder;
     ModuleDocumentFetcher documents;
     DesktopWorkspace workspace;
-    SystemdNotificationCenter userNotifications;
+    SystemdAnnouncer announcer;
     AutostartLoginItems loginItems;
     UnixRelocator relocator;
     XdgUrlSchemes urlSchemes;

@@ -19,6 +19,7 @@
 #include "core/AlarmArchive.h"
 #include "core/Clock.h"
 #include "core/StoredAlarms.h"
+#include "core/UsersNotificationManager.h"
 #include "core/WakeUps.h"
 #include "editor/AlarmSetController.h"
 #include "firing/SoundRepeat.h"
@@ -237,6 +238,16 @@ StoredAlarms& sharedStoredAlarms() {
     static auto* const alarms =
         new StoredAlarms(sharedDesktop().defaults, alarmArchive(), sharedDesktop().notifications);
     return *alarms;
+}
+
+UsersNotificationManager& sharedUsersNotificationManager() {
+    static auto* const manager = [] {
+        Desktop& desktop = sharedDesktop();
+        desktop.announcer.startAtLogin(desktop.folders);
+        return new UsersNotificationManager(desktop.runLoop, desktop.notifications,
+                                            Clock::sharedClock(), desktop.announcer);
+    }();
+    return *manager;
 }
 
 WakeUps& sharedWakeUps() {

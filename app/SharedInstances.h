@@ -17,6 +17,7 @@ class Journal;
 class LastRun;
 class StoredAlarms;
 class UpdateChecker;
+class UsersNotificationManager;
 class WakeUps;
 class WillItRing;
 struct Desktop;
@@ -33,6 +34,7 @@ struct Desktop;
 [[nodiscard]] LastRun& sharedLastRun();
 [[nodiscard]] SoundRepeat& sharedSoundRepeat();
 [[nodiscard]] UpdateChecker& sharedUpdateChecker();
+[[nodiscard]] UsersNotificationManager& sharedUsersNotificationManager();
 [[nodiscard]] WakeUps& sharedWakeUps();
 [[nodiscard]] WillItRing& sharedChecks();
 

@@ -14,4 +14,9 @@ namespace dorvane {
     return stateFolder(folders) + QStringLiteral("/journal.plist");
 }
 
+// What was announced while the program did not run.
+[[nodiscard]] inline QString announcedPath(const UserFolders& folders) {
+    return stateFolder(folders) + QStringLiteral("/announced");
+}
+
 } // namespace dorvane

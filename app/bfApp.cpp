@@ -10,7 +10,6 @@
 #include "breaks/PendixTakeABreakSettings.h"
 #include "control/AlarmControl.h"
 #include "core/ActiveAlarms.h"
-#include "core/Clock.h"
 #include "core/NotificationNames.h"
 #include "core/UsersNotificationManager.h"
 #include "menubar/AlarmMenuController.h"
@@ -85,7 +84,7 @@ void bfApp::launch() {
         10s, [] { sharedUpdateChecker().checkForUpdatesInBackground(); }, RunLoopMode::Default);
     switchBreaksOff();
     restoreActiveAlarms();
-    takeBack();
+    (void)sharedUsersNotificationManager();
     controller.updateStatusView();
     (void)sharedWakeUps();
 }
@@ -96,12 +95,7 @@ void bfApp::watchForTheEnd() {
     connect(this, &QCoreApplication::aboutToQuit, this, [this] { finish(); });
     // The session may end without another word, or be kept after all.
     connect(
-        this, &QGuiApplication::commitDataRequest, this,
-        [this] {
-            handOver();
-            m_takeBack = sharedDesktop().runLoop.scheduleOnce(
-                1min, [this] { takeBack(); }, RunLoopMode::Common);
-        },
+        this, &QGuiApplication::commitDataRequest, this, [this] { handOver(); },
         Qt::DirectConnection);
     connect(
         this, &QGuiApplication::saveStateRequest, this,
@@ -170,15 +164,8 @@ void bfApp::open(const LaunchRequest& request) {
 
 void bfApp::handOver() {
     storeActiveAlarms();
-    UsersNotificationManager::synchronizeWithAlarms(sharedDesktop().userNotifications,
-                                                    Clock::sharedClock().allAlarms(),
-                                                    instantNow(sharedDesktop().runLoop));
+    sharedUsersNotificationManager().finish();
     sharedLastRun().end();
-}
-
-void bfApp::takeBack() {
-    UsersNotificationManager::synchronizeWithAlarms(sharedDesktop().userNotifications, {},
-                                                    instantNow(sharedDesktop().runLoop));
 }
 
 void bfApp::storeActiveAlarms() {

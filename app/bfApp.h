@@ -46,11 +46,8 @@ public:
     // address: a timer, an editor, or else the menu.
     void open(const LaunchRequest& request);
 
-    // Writes the running alarms down, and has the desktop announce them while nobody is here to
-    // ring.
+    // Writes the running alarms down.
     void handOver();
-    // Rings itself again: withdraws what the desktop would announce.
-    void takeBack();
     void storeActiveAlarms();
     void restoreActiveAlarms();
 
@@ -85,7 +82,6 @@ private:
     RunLoopTimer m_moveOffer;
     RunLoopTimer m_schemeCheck;
     RunLoopTimer m_updateCheck;
-    RunLoopTimer m_takeBack;
     bool m_isLaunched = false; // before, the alarms are those on the disk
     bool m_hasEnded = false;
 };

@@ -62,8 +62,8 @@ int main(int argc, char** argv) {
     if (const auto status = answerCommandLine(arguments, schemes))
         return *status;
 
-    if (const auto id = announcementIn(arguments))
-        return announce(argc, argv, *id);
+    if (const auto moment = announcingIn(arguments))
+        return announce(argc, argv, *moment);
 
     std::signal(SIGPIPE, SIG_IGN); // whoever read the log may go; we do not go with him
 

@@ -54,10 +54,7 @@ void RestoredAlarms::resume(const std::vector<RunningAlarm>& running, AlarmDeleg
     begin(delegate);
     m_resumes = true;
     for (auto left = running.rbegin(); left != running.rend(); ++left) {
-        const auto due = left->alarm->due(left->due);
-        if (due && *due < left->due)
-            left->alarm->setSnoozedMinutes(
-                quint64(std::chrono::floor<std::chrono::minutes>(left->due - *due).count()));
+        snoozeUntil(*left->alarm, left->due);
         if (!putBack(*left, m_decisions))
             m_decisions.dropped.push_back(*left);
     }

@@ -2,27 +2,16 @@
 #include "core/WakeUps.h"
 
 #include "core/Clock.h"
-#include "core/LocalTime.h"
+#include "core/NearestDue.h"
 #include "core/NotificationNames.h"
 #include "platform/UserDefaults.h"
 #include "platform/WakeAlarm.h"
-
-#include <algorithm>
 
 namespace dorvane {
 
 namespace {
 
 const auto key = QStringLiteral("WakesComputer");
-
-// The next moment at which any of them rings.
-std::optional<Instant> nextDue(const std::vector<AlarmPtr>& alarms, Instant now) {
-    std::optional<Instant> next;
-    for (const AlarmPtr& alarm : alarms)
-        if (const auto due = alarm->due(now); due && *due > now && !alarm->isTriggered())
-            next = std::min(next.value_or(*due), *due);
-    return next;
-}
 
 } // namespace
 
@@ -45,7 +34,8 @@ void WakeUps::setOn(bool on) {
 }
 
 void WakeUps::update() {
-    const auto next = isOn() ? nextDue(m_clock.allAlarms(), instantNow(m_runLoop)) : std::nullopt;
+    const auto next =
+        isOn() ? nearestDue(m_clock.allAlarms(), instantNow(m_runLoop)) : std::nullopt;
     const auto moment = next ? std::optional(localDateTimeOf(*next)) : std::nullopt;
     if (moment == m_armed)
         return;

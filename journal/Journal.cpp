@@ -30,10 +30,6 @@ std::vector<RunningAlarm> runningOf(const std::vector<AlarmPtr>& alarms, Instant
     return list;
 }
 
-QString lineOf(QString text) {
-    return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
-}
-
 // The newest of them, in their order.
 void keepTheLast(std::vector<JournalEvent>& events) {
     std::size_t rings = 0;
@@ -122,7 +118,7 @@ bool Journal::hasRung(const RunningAlarm& running) const {
     const auto& events = m_contents.events;
     return std::any_of(events.rbegin(), events.rend(), [&](const JournalEvent& event) {
         return event.what == What::Rang && event.due == running.due &&
-               event.text == lineOf(running.alarm->title());
+               event.text == eventText(running.alarm->title());
     });
 }
 
@@ -187,7 +183,7 @@ Instant Journal::now() const {
 }
 
 void Journal::add(JournalEvent::What what, Instant due, const QString& text) {
-    m_contents.events.push_back({what, now(), due, lineOf(text)});
+    m_contents.events.push_back({what, now(), due, eventText(text)});
 }
 
 // Not before the clock can be trusted: one that is wrong at a login must not cost a month.

@@ -19,6 +19,11 @@ struct JournalEvent {
     QString text; // one line: the alarm's title; of a crash, the path of its report
 };
 
+// A title as an event has it.
+[[nodiscard]] inline QString eventText(QString title) {
+    return title.replace(QLatin1Char('\n'), QLatin1Char(' '));
+}
+
 // What the journal holds.
 struct JournalContents {
     bool isOrderly = true;             // the run that wrote it has quit in order

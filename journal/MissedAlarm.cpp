@@ -95,9 +95,7 @@ void startAgain(const MissedAlarm& missed, const QDateTime& now,
         return;
     if (isRelative(alarm) && start.isValid())
         alarm.setRunTime(start);
-    if (const auto due = alarm.due(instantOf(now)); due && *due < missed.due)
-        alarm.setSnoozedMinutes(
-            quint64(std::chrono::floor<std::chrono::minutes>(missed.due - *due).count()));
+    snoozeUntil(alarm, missed.due);
 }
 
 } // namespace dorvane

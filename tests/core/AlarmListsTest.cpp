@@ -4,9 +4,7 @@
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
 #include "core/StoredAlarms.h"
-#include "core/UsersNotificationManager.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
-#include "platform/UserNotificationCenter.h"
 #include "tests/support/AlarmOf.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/Testing.h"
@@ -157,21 +155,6 @@ TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
         const auto twice = *run.library.alarms();
         EXPECT_EQ(twice[0], twice[1]) << "one alarm, though it is listed twice";
     }
-}
-
-TEST_F(AlarmListsTest, runningAlarmsAreAnnouncedForTheMomentsAtWhichTheyWouldRing) {
-    struct : UserNotificationCenter {
-        void replaceScheduledNotifications(const std::vector<UserNotification>& all) override {
-            for (const UserNotification& each : all)
-                told += each.informativeText.toStdString() + " " + brief(each.deliveryDate) + "\n";
-        }
-        std::string told;
-    } center;
-    Run run(at("2026-11-23 06:00"));
-    run.start({.title = "tea", .minutes = 30})->snooze(5);
-    UsersNotificationManager::synchronizeWithAlarms(center, run.clock.allAlarms(),
-                                                    instantNow(run.loop));
-    EXPECT_EQ(center.told, "tea 11-23 06:35+01\n");
 }
 
 TEST_F(AlarmListsTest, whatCannotBeReadIsKeptOnceAndAsItWas) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/RunLoop.h"
-#include "platform/UserNotificationCenter.h"
+#include "platform/UserNotification.h"
 
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
