@@ -3,12 +3,14 @@
 
 from __future__ import annotations
 
+import plistlib
 import time
+from datetime import datetime
 from pathlib import Path
 
 from desktop_case import DesktopTest, main
 from virtual_desktop import wait_for
-from virtual_desktop.archive import Alarm
+from virtual_desktop.archive import Alarm, archive
 from virtual_desktop.bus import Bus, NotificationDaemon
 from virtual_desktop.picture import changed_pixels
 from virtual_desktop.program import BUS_NAME, ping_path
@@ -56,15 +58,16 @@ class FaultsTest(DesktopTest):
         """What it does not show is heard."""
         bus = Bus(self.desktop.processes, self.user.home, self.desktop.env, "refusing-bus")
         NotificationDaemon(self.desktop.processes, self.desktop.env, bus).refuse()
-        units = self.user.home / ".config/systemd/user"
-        units.mkdir(parents=True)
-        (units / "dorvane-7.timer").write_text(
-            "OnCalendar=2026-11-21 07:00:00 UTC\nTitle=Dorvane\nSubtitle=Tea\nText=7:00\n")
+        due = datetime(2026, 11, 21, 7)
+        journal = self.user.home / ".local/state/Dorvane/journal.plist"
+        journal.parent.mkdir()
+        journal.write_bytes(plistlib.dumps({"running": {
+            "alarms": archive([Alarm("Tea", due.timestamp())]), "due": [due]}}))
         recording = self.record()
-        program = self.start("--announce", "7", DBUS_SESSION_BUS_ADDRESS=bus.address)
+        program = self.start("--announce", DBUS_SESSION_BUS_ADDRESS=bus.address)
         wait_for("three plays", lambda: len(recording.starts_of(read_aiff(ping_path()))) == 3)
         self.assertEqual(program.wait_for_exit(), 1)
-        self.assertIn("the announcement of Tea was refused", program.log())
+        self.assertIn("was refused", program.log())
 
 
 if __name__ == "__main__":
