@@ -93,7 +93,7 @@ std::optional<Instant> Alarm::due(Instant now) const {
 }
 
 bool Alarm::countsFromNow() const {
-    return !m_stored.isTimeWithDate && m_stored.selRowNo < Weekly && !m_stored.runTime;
+    return isRelative() && !m_stored.runTime;
 }
 
 QDateTime Alarm::time(Instant now) const {

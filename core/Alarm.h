@@ -112,6 +112,8 @@ public:
     void setVoiceName(const QString& name) { m_stored.voiceName = name; }
 
     [[nodiscard]] qint64 selRowNo() const { return m_stored.selRowNo; }
+    // Counts minutes or hours; else it is due at a time of day.
+    [[nodiscard]] bool isRelative() const { return !isTimeWithDate() && selRowNo() < Weekly; }
     void setSelRowNo(qint64 kind) { setDue(m_stored.selRowNo, kind); }
     // Minutes or hours of a relative alarm, see isMinuteUnits().
     [[nodiscard]] qint64 ringWithinUnits() const { return m_stored.ringWithinUnits; }

@@ -23,10 +23,6 @@ Weekday weekdayOf(QDate date) {
     return Weekday(int(Weekday::Monday) + date.dayOfWeek() - 1);
 }
 
-bool isRelative(const Alarm& alarm) {
-    return !alarm.isTimeWithDate() && alarm.selRowNo() < Alarm::Weekly;
-}
-
 RearmDecision moveDayOn(const Alarm& alarm, const QDateTime& now) {
     const QDateTime due = dueWithoutSnoozes(alarm, now);
     if (!due.isValid())
@@ -145,7 +141,7 @@ bool moveOnPast(Alarm& alarm, const QDateTime& now) {
 
 RearmDecision rearmAtStart(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
     const RearmDecision unchanged{Outcome::Unchanged, {}, {}, {}};
-    if (isRelative(alarm))
+    if (alarm.isRelative())
         return unchanged;
     const QDateTime due = alarm.time(instantOf(now));
     if (!due.isValid())

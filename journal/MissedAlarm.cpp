@@ -10,30 +10,12 @@ namespace dorvane {
 
 namespace {
 
-bool isRelative(const Alarm& alarm) {
-    return !alarm.isTimeWithDate() && alarm.selRowNo() < Alarm::Weekly;
-}
-
-// A relative alarm has none, and the date of one that repeats moves on.
-bool isAtTheSameTime(const Alarm& one, const Alarm& other) {
-    if (isRelative(one))
-        return true;
-    const bool movesOn = one.selRowNo() >= Alarm::Weekly || one.shouldUseEveryDay();
-    return movesOn ? one.storedTime().time() == other.storedTime().time()
-                   : one.storedTime() == other.storedTime();
-}
-
-// A weekday alarm that is not kept for every week uses its days up.
-bool hasTheSameDays(const Alarm& one, const Alarm& other) {
-    return !one.shouldUseForever() || one.weekdays() == other.weekdays();
-}
-
 RearmDecision nextDay(const Alarm& alarm, const QDateTime& now) {
     return rearmAtRestore(alarm, now, weekdayName(now.date()));
 }
 
 std::optional<QDateTime> nextDue(const Alarm& alarm, const QDateTime& now) {
-    if (isRelative(alarm)) {
+    if (alarm.isRelative()) {
         const AlarmPtr fresh = alarm.copy(instantOf(now));
         fresh->setRunTime(now);
         return fresh->time(instantOf(now));
@@ -52,17 +34,6 @@ std::optional<QDateTime> nextDue(const Alarm& alarm, const QDateTime& now) {
 }
 
 } // namespace
-
-bool isSameAlarm(const Alarm& one, const Alarm& other) {
-    return one.title() == other.title() && one.selRowNo() == other.selRowNo() &&
-           one.isTimeWithDate() == other.isTimeWithDate() &&
-           one.ringWithinUnits() == other.ringWithinUnits() &&
-           one.isMinuteUnits() == other.isMinuteUnits() &&
-           one.shouldRepeat() == other.shouldRepeat() &&
-           one.shouldUseEveryDay() == other.shouldUseEveryDay() &&
-           one.shouldUseForever() == other.shouldUseForever() && hasTheSameDays(one, other) &&
-           isAtTheSameTime(one, other);
-}
 
 std::vector<RunningAlarm> missingFrom(const std::vector<AlarmPtr>& now,
                                       std::vector<RunningAlarm> then) {
@@ -88,12 +59,12 @@ void startAgain(const MissedAlarm& missed, const QDateTime& now,
     const bool isAhead = missed.due >= instantOf(now);
     if (!isAhead && alarm.selRowNo() == Alarm::Weekly)
         applyRearm(nextDay(alarm, now), alarm);
-    else if (!isAhead && !isRelative(alarm))
+    else if (!isAhead && !alarm.isRelative())
         alarm.setTime(dueAgain(missed, now).value_or(QDateTime()));
     schedule(missed.alarm); // which lets a timer count from now
     if (!isAhead)
         return;
-    if (isRelative(alarm) && start.isValid())
+    if (alarm.isRelative() && start.isValid())
         alarm.setRunTime(start);
     snoozeUntil(alarm, missed.due);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/RunningAlarm.h"
+#include "core/SameAlarm.h"
 
 #include <functional>
 #include <optional>
@@ -20,10 +21,6 @@ struct MissedAlarm {
     Instant due;    // when it would have rung, snoozes included
     Reason reason = Reason::Lost;
 };
-
-// Whether two records of different runs are the same alarm to the person who set it: title, kind
-// and times agree, but for what moves on by itself.
-[[nodiscard]] bool isSameAlarm(const Alarm& one, const Alarm& other);
 
 // What is in `then` and not in `now`; each alarm of `now` stands for one of `then`.
 [[nodiscard]] std::vector<RunningAlarm> missingFrom(const std::vector<AlarmPtr>& now,
