@@ -216,6 +216,7 @@ AlarmControl& sharedAlarmControl() {
              .clock = Clock::sharedClock(),
              .storedAlarms = sharedStoredAlarms(),
              .schedule = on(&AlarmMenuController::scheduleAlarm),
+             .start = [&menu](const Alarm& stored) { return menu.startStored(stored); },
              .snooze = on(&AlarmMenuController::snoozeAlarm),
              .clear = on(&AlarmMenuController::clearAlarm),
              .end = on(&AlarmMenuController::clearFromMenu),

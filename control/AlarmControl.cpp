@@ -6,7 +6,6 @@
 #include "core/AlarmKeys.h"
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
-#include "core/Rearm.h"
 #include "core/StoredAlarms.h"
 
 #include <algorithm>
@@ -218,13 +217,10 @@ AlarmAnswer AlarmControl::startStored(const QString& title) {
         return refusal("NoSuchAlarm", QStringLiteral("no alarm is stored as \"%1\"").arg(title));
     if (!hasRoom())
         return tooMany();
-    const QDateTime now = m_surroundings.runLoop.now();
-    const RearmDecision decision = rearmAtStart(**found, now, weekdayName(now.date()));
-    if (decision.outcome == RearmDecision::Outcome::Remove)
+    const AlarmPtr started = m_surroundings.start(**found);
+    if (!started)
         return refusal("PastDate", QStringLiteral("the moment of \"%1\" has passed").arg(title));
-    applyRearm(decision, **found);
-    m_surroundings.schedule(*found);
-    return (*found)->identity();
+    return started->identity();
 }
 
 // -- Lists ----------------------------------------------------------------------------------------

@@ -33,6 +33,8 @@ public:
         // What the menu and the snooze window do with an alarm: start it, answer it while it rings,
         // end it, end it with its window.
         Command schedule;
+        // Starts one of the library: the alarm that runs then, or null when its moment has passed.
+        std::function<AlarmPtr(const Alarm& stored)> start;
         Command snooze;
         Command clear;
         Command end;

@@ -60,9 +60,9 @@ void Clock::sleepUntilTickOf(const Alarm& alarm) {
 
 void Clock::sleepUntil(Instant moment) {
     m_nextTick = moment;
-    // In the default mode only: while our menu is open nothing may ring.
+    // In any mode: no ring waits for a menu.
     m_clockTimer = m_runLoop.scheduleAt(
-        localDateTimeOf(moment), [this] { updateAlarms(); }, RunLoopMode::Default);
+        localDateTimeOf(moment), [this] { updateAlarms(); }, RunLoopMode::Common);
 }
 
 void Clock::watch(const AlarmPtr& alarm) {
@@ -73,7 +73,7 @@ void Clock::watch(const AlarmPtr& alarm) {
 void Clock::awakeFromSleep() {
     // The machine is given a moment to find its sound and its screen again.
     m_wakeTimer = m_runLoop.scheduleOnce(
-        1s, [this] { runTimer(); }, RunLoopMode::Default);
+        1s, [this] { runTimer(); }, RunLoopMode::Common);
 }
 
 void Clock::insertAlarm(const AlarmPtr& alarm) {

@@ -8,6 +8,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <utility>
 
 namespace dorvane {
@@ -19,6 +20,13 @@ namespace {
 // A disk that does not answer by then may never do.
 constexpr auto longestLoading = 5s;
 
+// More files at once would be heard as nothing but noise.
+constexpr std::size_t mostAtOnce = 8;
+
+SnoozeWindowController::Note titleFault() {
+    return {QStringLiteral("The title cannot be spoken"), {}};
+}
+
 bool speaks(const Alarm& alarm) {
     return alarm.isSpeakAlarmName() && !alarm.voiceName().isEmpty();
 }
@@ -27,15 +35,19 @@ bool speaks(const Alarm& alarm) {
 
 AlarmRinger::AlarmRinger(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
-    , m_windows(m_surroundings.place)
+    , m_windows(m_surroundings.runLoop, m_surroundings.place)
     , m_prepared(m_surroundings.runLoop, m_surroundings.player)
-    , m_playingSound(m_surroundings.runLoop)
     , m_ringing(m_surroundings.runLoop, m_surroundings.output, m_surroundings.inhibitor,
                 [this](const AlarmPtr& alarm) { soundAgain(alarm); }) {
     m_surroundings.textSpeaker.setDelegate(this);
+    // In a turn of its own: whatever sounds next may begin in this one.
+    m_mix.setFallenSilent([this] {
+        m_surroundings.runLoop.defer(m_lifeline.guard([](AlarmRinger& self) { self.goOn(); }));
+    });
 }
 
 AlarmRinger::~AlarmRinger() {
+    m_mix.setFallenSilent({});
     m_surroundings.textSpeaker.setDelegate(nullptr);
 }
 
@@ -80,9 +92,30 @@ void AlarmRinger::ring(const AlarmPtr& alarm) {
 }
 
 void AlarmRinger::speakTitle(const AlarmPtr& alarm) {
-    m_speaking[alarm] = m_ringing.soundBegins(alarm);
-    m_surroundings.textSpeaker.setContext(alarm);
-    m_surroundings.textSpeaker.speakText(alarm->title(), alarm->voiceName());
+    TextSpeaker& speaker = m_surroundings.textSpeaker;
+    speaker.stopSpeaking(alarm);
+    m_speaking[alarm] = {m_ringing.soundBegins(alarm), nullptr,
+                         m_surroundings.runLoop.scheduleOnce(
+                             longestLoading,
+                             [this, alarm] {
+                                 const AlarmPtr silent = alarm; // which goes with the timer
+                                 m_surroundings.textSpeaker.stopSpeaking(silent);
+                                 cannotSpeak(silent, titleFault());
+                             },
+                             RunLoopMode::Common)};
+    speaker.setContext(alarm);
+    speaker.speakText(alarm->title(), alarm->voiceName());
+}
+
+// In the mix from now on: what is not heard yet is in nobody's way.
+void AlarmRinger::textSpeakerBeganSpeakingText(TextSpeaker& speaker) {
+    const AlarmPtr alarm = speaker.context();
+    const auto speaking = m_speaking.find(alarm);
+    if (speaking == m_speaking.end())
+        return;
+    speaking->second.patience.cancel();
+    speaking->second.voice = std::make_unique<RingMix::Voice>(
+        m_mix, [&speaker, alarm](float gain) { speaker.setVolume(alarm, gain); });
 }
 
 // Of an alarm that was not heard the title is spoken again only where it is all that there is.
@@ -96,53 +129,92 @@ void AlarmRinger::soundAgain(const AlarmPtr& alarm) {
 // An alarm that was snoozed or cleared while its title was being spoken does not sound.
 void AlarmRinger::textSpeakerFinishedSpeakingText(TextSpeaker& speaker) {
     const AlarmPtr alarm = speaker.context();
-    if (const auto spoken = m_speaking.extract(alarm); spoken && !alarm->isPlaySound())
-        spoken.mapped()(true);
+    if (auto spoken = m_speaking.extract(alarm); spoken && !alarm->isPlaySound())
+        spoken.mapped().ended(true);
     if (alarm->isTriggered())
         soundAlarm(alarm);
 }
 
+void AlarmRinger::textSpeakerCouldNotSpeak(TextSpeaker& speaker) {
+    cannotSpeak(speaker.context(), titleFault());
+}
+
 void AlarmRinger::textSpeakerLacksVoice(TextSpeaker& speaker) {
     const AlarmPtr alarm = speaker.context();
+    cannotSpeak(alarm, {QStringLiteral("The voice %1 is missing"), alarm->voiceName()});
+}
+
+// Whatever keeps a title from being spoken silences no alarm.
+void AlarmRinger::cannotSpeak(const AlarmPtr& alarm, SnoozeWindowController::Note why) {
     m_speaking.erase(alarm);
-    m_ringing.setFault(alarm,
-                       {QStringLiteral("Not heard: the voice %1 is missing."), alarm->voiceName()});
+    if (!alarm->isTriggered())
+        return;
+    why.text += alarm->isPlaySound() ? QStringLiteral(".") : QStringLiteral(": Ping rings.");
+    if (!alarm->isPlaySound())
+        return ringStandIn(alarm, why);
+    m_ringing.setFault(alarm, why);
+    soundAlarm(alarm);
 }
 
 void AlarmRinger::soundAlarm(const AlarmPtr& alarm) {
     if (!alarm->isPlaySound())
         return;
-    giveWay();
-    // What was to be heard and may be missing is found out all the same.
-    if (const auto loading = m_loading.find(m_sounding); loading != m_loading.end())
-        loading->second.replaced = m_playingSound.release();
-    m_playingSound.stop();
     const QString& path = alarm->soundPath();
     auto ended = m_ringing.soundBegins(alarm);
-    auto sound = m_prepared.take(path);
-    watchLoading(alarm, *sound);
     if (m_surroundings.isSystemSound(path)) {
+        auto sound = m_mix.voiceOf(m_prepared.take(path));
+        watchLoading(alarm, *sound);
         m_surroundings.repeat.play(std::move(sound), 3, std::move(ended));
         return;
     }
-    FadingSound& playing = m_playingSound.replace(std::move(sound), ended);
-    m_sounding = alarm;
-    if (!(alarm->shouldFadeIn() ? playing.playFor(20s, 10s) : playing.sound().play()))
-        ended(false);
+    auto sound = m_mix.voiceOf(m_prepared.take(path), [this, alarm] {
+        if (alarm->isTriggered())
+            m_covered.push_back(alarm);
+    });
+    watchLoading(alarm, *sound);
+    playFile(alarm, std::move(sound), std::move(ended));
 }
 
-// The alarm whose sound is about to be stopped is silent with reason.
-void AlarmRinger::giveWay() {
-    if (m_playingSound.isPlaying())
-        m_ringing.soundGivesWay(m_sounding);
+void AlarmRinger::playFile(const AlarmPtr& alarm, std::unique_ptr<Sound> sound,
+                           RingingAlarms::Ended ended) {
+    if (m_playing.size() >= mostAtOnce) {
+        m_ringing.soundGivesWay(m_playing.front().alarm);
+        m_playing.front().sound.stop(); // behind others, so that it is heard again
+    }
+    auto found = playing(alarm);
+    if (found == m_playing.end())
+        found = m_playing.emplace(m_playing.end(), alarm, m_surroundings.runLoop);
+    FadingSound& file = found->sound.replace(std::move(sound), [this, alarm, ended](bool isHeard) {
+        ended(isHeard);
+        m_playing.erase(playing(AlarmPtr(alarm)));
+    });
+    if (alarm->shouldFadeIn() ? file.playFor(20s, 10s) : file.sound().play())
+        return;
+    ended(false);
+    m_playing.erase(found);
+}
+
+std::list<AlarmRinger::Playing>::iterator AlarmRinger::playing(const AlarmPtr& alarm) {
+    return std::find_if(m_playing.begin(), m_playing.end(),
+                        [&](const Playing& each) { return each.alarm == alarm; });
+}
+
+// Nothing sounds any more: whoever was drowned by others and still rings is heard now.
+void AlarmRinger::goOn() {
+    std::erase_if(m_covered, [](const AlarmPtr& alarm) { return !alarm->isTriggered(); });
+    if (!m_mix.isSilent() || !m_loading.empty() || m_covered.empty())
+        return;
+    const AlarmPtr alarm = std::move(m_covered.back());
+    m_covered.pop_back();
+    soundAlarm(alarm);
 }
 
 // The sound may outlive the ringer, and ends with its callback; its file may never answer.
 void AlarmRinger::watchLoading(const AlarmPtr& alarm, Sound& sound) {
-    m_loading[alarm].patience = m_surroundings.runLoop.scheduleOnce(
+    m_loading[alarm] = m_surroundings.runLoop.scheduleOnce(
         longestLoading,
         [this, alarm] {
-            ringStandIn(AlarmPtr(alarm), QStringLiteral("%1 cannot be read: Ping rings."));
+            ringStandInForFile(AlarmPtr(alarm), QStringLiteral("%1 cannot be read: Ping rings."));
         },
         RunLoopMode::Common);
     sound.whenLoaded([ringer = m_lifeline.weak(), alarm, &sound] {
@@ -151,32 +223,35 @@ void AlarmRinger::watchLoading(const AlarmPtr& alarm, Sound& sound) {
         if (!self || self->m_loading.erase(alarm) == 0)
             return;
         if (fault == SoundFault::Gone)
-            self->ringStandIn(alarm, QStringLiteral("%1 is missing: Ping rings."));
+            self->ringStandInForFile(alarm, QStringLiteral("%1 is missing: Ping rings."));
         else if (fault == SoundFault::Unplayable)
-            self->ringStandIn(alarm, QStringLiteral("%1 cannot be played: Ping rings."));
+            self->ringStandInForFile(alarm, QStringLiteral("%1 cannot be played: Ping rings."));
     });
 }
 
-void AlarmRinger::ringStandIn(const AlarmPtr& alarm, const QString& note) {
+void AlarmRinger::ringStandInForFile(const AlarmPtr& alarm, const QString& note) {
     m_loading.erase(alarm);
     const QString file = QFileInfo(alarm->soundPath()).fileName();
-    const QString name = file.isEmpty() ? QStringLiteral("The sound") : file;
-    m_ringing.setFault(alarm, {note, name});
-    if (m_sounding == alarm)
-        m_sounding.reset();
-    m_surroundings.repeat.playSoundAtPath(m_surroundings.standInPath(), 3,
-                                          m_ringing.soundBegins(alarm));
+    ringStandIn(alarm, {note, file.isEmpty() ? QStringLiteral("The sound") : file});
+}
+
+void AlarmRinger::ringStandIn(const AlarmPtr& alarm, const SnoozeWindowController::Note& note) {
+    m_ringing.setFault(alarm, note);
+    m_surroundings.repeat.play(
+        m_mix.voiceOf(m_surroundings.player.ringWithContentsOfFile(m_surroundings.standInPath())),
+        3, m_ringing.soundBegins(alarm));
 }
 
 void AlarmRinger::deactivateAlarm(const AlarmPtr& alarm) {
     alarm->setIsTriggered(false);
     m_loading.erase(alarm);
     m_speaking.erase(alarm);
-    giveWay();
+    m_surroundings.textSpeaker.stopSpeaking(alarm);
     m_ringing.remove(alarm);
-    m_playingSound.stop();
-    if (m_sounding == alarm)
-        m_sounding.reset();
+    if (const auto found = playing(alarm); found != m_playing.end())
+        found->sound.stop();
+    if (m_ringing.isEmpty())
+        m_surroundings.icon.stopFlashing();
 }
 
 } // namespace dorvane

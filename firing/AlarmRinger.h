@@ -5,6 +5,7 @@
 #include "firing/CurrentSound.h"
 #include "firing/PreparedSounds.h"
 #include "firing/RingingAlarms.h"
+#include "firing/RingMix.h"
 #include "firing/SnoozeWindowStack.h"
 #include "firing/TextSpeakerDelegate.h"
 #include "platform/Lifeline.h"
@@ -13,6 +14,7 @@
 
 #include <deque>
 #include <functional>
+#include <list>
 #include <map>
 #include <memory>
 
@@ -35,7 +37,7 @@ public:
         SoundRepeat& repeat;
         TextSpeaker& textSpeaker;
         FlashingIcon& icon;
-        const WindowPlace& place;
+        WindowPlace& place;
         SnoozeWindowControllerDelegate& windowDelegate;
         // Whether the path is one of the short alert sounds, which are played several times.
         std::function<bool(const QString& path)> isSystemSound;
@@ -56,44 +58,60 @@ public:
     // Marks the alarm triggered and rings it within the next turns of the loop: of many alarms that
     // are due in the same second each gets a turn, so that the program stays responsive. An alarm
     // that speaks its title sounds only after that, and only if it still rings then; where its
-    // voice is not installed, it stays silent.
+    // title cannot be spoken, it sounds at once, with an alert sound if it has none of its own.
     void activateAlarm(const AlarmPtr& alarm);
 
-    // Starts the alarm's sound, if it plays one, in place of the one that plays now. An alert sound
-    // is played three times, whatever the user does; any other file once, or for 20 s with its end
-    // faded. In place of a file that is gone, cannot be decoded or keeps its disk waiting, an alert
-    // sound is heard, and the window says so.
+    // Starts the alarm's sound, if it plays one. An alert sound is played three times, whatever the
+    // user does; any other file once, or for 20 s with its end faded. In place of a file that is
+    // gone, cannot be decoded or keeps its disk waiting, an alert sound is heard, and the window
+    // says so. Sounds of alarms that ring together are mixed, see RingMix; a file that came to its
+    // end behind another sound is heard once more in the silence after that.
     void soundAlarm(const AlarmPtr& alarm);
 
-    // The alarm rings no more: stops the sound that plays now.
+    // The alarm rings no more: ends its speech and its sound, and with the last alarm that rings
+    // the flashing.
     void deactivateAlarm(const AlarmPtr& alarm);
 
 private:
+    // A title that is being spoken.
+    struct Speaking {
+        RingingAlarms::Ended ended;
+        std::unique_ptr<RingMix::Voice> voice; // once it is heard
+        RunLoopTimer patience;
+    };
+    // A file that is being played.
+    struct Playing {
+        Playing(AlarmPtr whose, RunLoop& runLoop) : alarm(std::move(whose)), sound(runLoop) {}
+        AlarmPtr alarm;
+        CurrentSound sound;
+    };
+
     void ringNext();
     void ring(const AlarmPtr& alarm);
-    void watchLoading(const AlarmPtr& alarm, Sound& sound);
     void speakTitle(const AlarmPtr& alarm);
+    void cannotSpeak(const AlarmPtr& alarm, SnoozeWindowController::Note why);
+    void playFile(const AlarmPtr& alarm, std::unique_ptr<Sound> sound, RingingAlarms::Ended ended);
+    [[nodiscard]] std::list<Playing>::iterator playing(const AlarmPtr& alarm);
     void soundAgain(const AlarmPtr& alarm);
-    void giveWay();
-    void ringStandIn(const AlarmPtr& alarm, const QString& note);
+    void goOn();
+    void watchLoading(const AlarmPtr& alarm, Sound& sound);
+    void ringStandIn(const AlarmPtr& alarm, const SnoozeWindowController::Note& note);
+    void ringStandInForFile(const AlarmPtr& alarm, const QString& note);
+    void textSpeakerBeganSpeakingText(TextSpeaker& speaker) override;
     void textSpeakerFinishedSpeakingText(TextSpeaker& speaker) override;
+    void textSpeakerCouldNotSpeak(TextSpeaker& speaker) override;
     void textSpeakerLacksVoice(TextSpeaker& speaker) override;
 
     Surroundings m_surroundings;
     SnoozeWindowStack m_windows;
     std::deque<AlarmPtr> m_waiting;
     PreparedSounds m_prepared;
-    CurrentSound m_playingSound;
     RingingAlarms m_ringing;
-
-    // An alarm of which it is not known yet whether its sound can be played.
-    struct Loading {
-        RunLoopTimer patience;
-        std::unique_ptr<FadingSound> replaced; // a sound that another took the place of meanwhile
-    };
-    std::map<AlarmPtr, Loading> m_loading;
-    AlarmPtr m_sounding; // whose sound m_playingSound is, or was
-    std::map<AlarmPtr, RingingAlarms::Ended> m_speaking;
+    RingMix m_mix;
+    std::map<AlarmPtr, RunLoopTimer> m_loading; // of which it is not known yet whether they play
+    std::map<AlarmPtr, Speaking> m_speaking;
+    std::list<Playing> m_playing;    // the oldest first
+    std::vector<AlarmPtr> m_covered; // to be heard once more, the newest last
     Lifeline<AlarmRinger> m_lifeline{*this};
 };
 

@@ -26,9 +26,4 @@ void CurrentSound::stop() {
         m_sound->stop();
 }
 
-std::unique_ptr<FadingSound> CurrentSound::release() {
-    stop();
-    return std::move(m_sound);
-}
-
 } // namespace dorvane

@@ -23,10 +23,6 @@ public:
                          std::function<void(bool isComplete)> ended = {});
 
     void stop();
-    [[nodiscard]] bool isPlaying() const { return m_sound && m_sound->sound().isPlaying(); }
-
-    // Stops the sound and hands it over; null when there is none.
-    [[nodiscard]] std::unique_ptr<FadingSound> release();
 
 private:
     RunLoop& m_runLoop;

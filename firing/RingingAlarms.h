@@ -38,6 +38,8 @@ public:
     // Answered, or unanswered for long enough. An alarm that does not ring is ignored.
     void remove(const AlarmPtr& alarm);
 
+    [[nodiscard]] bool isEmpty() const { return m_ringing.empty(); }
+
     // The alarm's sound begins. What is answered is to be called at its end, with whether it was
     // heard whole; of a sound that another took the place of meanwhile it does nothing.
     [[nodiscard]] Ended soundBegins(const AlarmPtr& alarm);

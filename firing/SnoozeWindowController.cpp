@@ -38,6 +38,19 @@ private:
     std::function<void()> m_dismissed;
 };
 
+// Of all windows only that with the keyboard shows a default button: the one that Return presses.
+class DefaultWhileFocused final : public QObject {
+public:
+    explicit DefaultWhileFocused(QPushButton& button) : QObject(&button) {
+        button.installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+            static_cast<QPushButton*>(watched)->setDefault(event->type() == QEvent::FocusIn);
+        return false;
+    }
+};
+
 // In two lines, which a short title has too: all windows are of one size.
 void showTitle(const QString& title, QLabel& label) {
     constexpr int mostLines = 2;
@@ -49,12 +62,18 @@ void showTitle(const QString& title, QLabel& label) {
         label.setToolTip(escapedText(title));
 }
 
-// Its line is there always, as the gap above the buttons: all windows are of one size.
-void makeNote(QLabel& label) {
-    QFont small = label.font();
+// Its line is there always, as the gap above the buttons, and there is room for all three of these:
+// all windows are of one size.
+void layOut(const Ui::SnoozeWindowController& form) {
+    QLabel& note = *form.noteLabel;
+    QFont small = note.font();
     small.setPointSizeF(small.pointSizeF() * 0.9);
-    label.setFont(small);
-    label.setFixedHeight(label.fontMetrics().lineSpacing() + 4);
+    note.setFont(small);
+    const int width =
+        std::max(form.titleLabel->minimumWidth(), form.buttons->minimumSize().width());
+    form.titleLabel->setFixedWidth(width);
+    note.setFixedSize(width, note.fontMetrics().lineSpacing() + 4);
+    form.clearAllButton->hide();
 }
 
 } // namespace
@@ -67,7 +86,7 @@ SnoozeWindowController::showCloseTo(SnoozeWindowStack& stack, RunLoop& runLoop,
         new SnoozeWindowController(stack, runLoop, delegate));
     controller->m_self = controller;
     controller->setAlarm(alarm);
-    controller->show();
+    stack.add(*controller);
     return controller;
 }
 
@@ -81,7 +100,7 @@ SnoozeWindowController::SnoozeWindowController(SnoozeWindowStack& stack, RunLoop
     , m_window(std::make_unique<SnoozePanel>([this] { snoozeButtonPressed(); }))
     , m_typingGuard(new TypingGuard(runLoop, m_window.get())) {
     m_form->setupUi(m_window.get());
-    makeNote(*m_form->noteLabel);
+    layOut(*m_form);
     const auto escape = new QShortcut(Qt::Key_Escape, m_window.get());
     QObject::connect(escape, &QShortcut::activated, m_window.get(),
                      [this] { snoozeButtonPressed(); });
@@ -89,10 +108,15 @@ SnoozeWindowController::SnoozeWindowController(SnoozeWindowStack& stack, RunLoop
                      [this] { snoozeButtonPressed(); });
     QObject::connect(m_form->clearButton, &QPushButton::clicked, m_window.get(),
                      [this] { clearButtonPressed(); });
-    for (QObject* receiver :
-         {static_cast<QObject*>(m_window.get()), static_cast<QObject*>(m_form->snoozeButton),
-          static_cast<QObject*>(m_form->clearButton), static_cast<QObject*>(escape)})
-        receiver->installEventFilter(m_typingGuard);
+    QObject::connect(m_form->clearAllButton, &QPushButton::clicked, m_window.get(),
+                     [this] { clearAllButtonPressed(); });
+    for (QPushButton* const button :
+         {m_form->snoozeButton, m_form->clearButton, m_form->clearAllButton}) {
+        new DefaultWhileFocused(*button);
+        button->installEventFilter(m_typingGuard);
+    }
+    m_window->installEventFilter(m_typingGuard);
+    escape->installEventFilter(m_typingGuard);
 }
 
 SnoozeWindowController::~SnoozeWindowController() = default;
@@ -106,7 +130,7 @@ void SnoozeWindowController::setAlarm(const AlarmPtr& alarm) {
     // A record without a snooze time must not vanish before it was seen.
     const minutes unanswered(std::clamp<qint64>(alarm->snoozeTime(), 1, 24 * 60));
     m_nextAlarmTimer = m_runLoop.scheduleOnce(
-        unanswered, [this] { setNextAlarm(); }, RunLoopMode::Default);
+        unanswered, [this] { setNextAlarm(); }, RunLoopMode::Common);
 }
 
 void SnoozeWindowController::setNote(const Note& note) {
@@ -117,24 +141,27 @@ void SnoozeWindowController::setNote(const Note& note) {
     };
     QLabel& label = *m_form->noteLabel;
     const QFontMetrics metrics = label.fontMetrics();
-    const int room = m_form->titleLabel->minimumWidth() -
-                     metrics.horizontalAdvance(lineWith(QStringLiteral(" ")));
+    const int room = label.width() - metrics.horizontalAdvance(lineWith(QStringLiteral(" ")));
     const QString line = lineWith(note.name);
-    label.setText(lineWith(metrics.elidedText(note.name, Qt::ElideMiddle, room)));
+    const QString shortened = lineWith(metrics.elidedText(note.name, Qt::ElideMiddle, room));
+    label.setText(metrics.elidedText(shortened, Qt::ElideRight, label.width()));
     label.setAccessibleName(line);
     label.setToolTip(escapedText(label.text() == line ? QString() : line));
     const QString due = QStringLiteral("An alarm is due");
     m_window->setAccessibleDescription(line.isEmpty() ? due : due + QStringLiteral(". ") + line);
 }
 
-void SnoozeWindowController::show() {
+QSize SnoozeWindowController::size() const {
+    m_window->adjustSize();
+    return m_window->size();
+}
+
+void SnoozeWindowController::showAt(QPoint place, bool takesKeyboard) {
     m_form->snoozeButton->setFocus();
     m_window->adjustSize();
-    m_window->move(m_stack.nextPlace(m_window->size()));
-    // Who is about to answer another one goes on with that.
-    const bool takesKeyboard = !m_stack.hasKeyboard();
+    m_window->move(place);
     m_window->setAttribute(Qt::WA_ShowWithoutActivating, !takesKeyboard);
-    m_stack.add(*this);
+    m_typingGuard->restart();
     m_window->show();
     m_window->raise();
     if (takesKeyboard)
@@ -143,25 +170,41 @@ void SnoozeWindowController::show() {
     QAccessible::updateAccessibility(&alert);
 }
 
+void SnoozeWindowController::setOffersClearAll(bool isOffered) {
+    m_form->clearAllButton->setVisible(isOffered);
+}
+
 bool SnoozeWindowController::hasKeyboard() const {
     return m_window && m_window->isActiveWindow();
 }
 
-void SnoozeWindowController::takeKeyboard() {
-    m_typingGuard->restart();
+void SnoozeWindowController::takeKeyboard(bool isAfterAnswer) {
+    if (isAfterAnswer)
+        m_typingGuard->expectAnswer();
+    else
+        m_typingGuard->restart();
     m_form->snoozeButton->setFocus();
     m_window->raise();
     m_window->activateWindow();
 }
 
-void SnoozeWindowController::snoozeButtonPressed() {
+void SnoozeWindowController::answer(
+    void (SnoozeWindowControllerDelegate::*choice)(SnoozeWindowController&)) {
+    m_isAnswered = true;
     m_nextAlarmTimer.cancel();
-    m_delegate.snoozeWindowDidSnooze(*this);
+    (m_delegate.*choice)(*this);
+}
+
+void SnoozeWindowController::snoozeButtonPressed() {
+    answer(&SnoozeWindowControllerDelegate::snoozeWindowDidSnooze);
 }
 
 void SnoozeWindowController::clearButtonPressed() {
-    m_nextAlarmTimer.cancel();
-    m_delegate.snoozeWindowDidClear(*this);
+    answer(&SnoozeWindowControllerDelegate::snoozeWindowDidClear);
+}
+
+void SnoozeWindowController::clearAllButtonPressed() {
+    answer(&SnoozeWindowControllerDelegate::snoozeWindowDidClearAll);
 }
 
 // An alarm that nobody answers is cleared, not snoozed.
@@ -174,7 +217,8 @@ void SnoozeWindowController::close() {
     m_nextAlarmTimer.cancel();
     if (!m_window)
         return;
-    m_stack.remove(*this);
+    m_stack.remove(*this, m_isAnswered ? SnoozeWindowStack::Left::Answered
+                                       : SnoozeWindowStack::Left::Otherwise);
     m_window->hide();
     // The alarm and its window hold each other: the alarm lets go here.
     if (m_windowAlarm->context().get() == this)

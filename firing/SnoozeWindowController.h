@@ -5,6 +5,9 @@
 #include "core/AlarmContext.h"
 #include "platform/RunLoop.h"
 
+#include <QPoint>
+#include <QSize>
+
 #include <memory>
 
 class QWidget;
@@ -23,8 +26,8 @@ class TypingGuard;
 // alive until it is closed. Main thread only.
 class SnoozeWindowController final : public AlarmContext {
 public:
-    // Opens the window for the alarm in the next place of the stack, above the other windows. All
-    // but the alarm must outlive the window.
+    // Opens the window for the alarm as soon as the stack has a place for it, above the other
+    // windows. All but the alarm must outlive the window.
     static std::shared_ptr<SnoozeWindowController>
     showCloseTo(SnoozeWindowStack& stack, RunLoop& runLoop,
                 SnoozeWindowControllerDelegate& delegate, const AlarmPtr& alarm);
@@ -35,6 +38,7 @@ public:
 
     void snoozeButtonPressed();
     void clearButtonPressed();
+    void clearAllButtonPressed();
 
     // One line of what the person should know of how this alarm rings; empty for nothing. A long
     // name in it, which stands where the text has %1, gives way in its middle.
@@ -46,9 +50,14 @@ public:
 
     void close() override;
 
-    // The keyboard: whether the window has it; takes it, guarded from what is being typed.
+    // For the stack. The size is the same from the beginning to the end.
+    [[nodiscard]] QSize size() const;
+    void showAt(QPoint place, bool takesKeyboard);
+    void setOffersClearAll(bool isOffered);
+    // The keyboard: whether the window has it; takes it, guarded from what is being typed, or from
+    // the key that has just answered another one.
     [[nodiscard]] bool hasKeyboard() const;
-    void takeKeyboard();
+    void takeKeyboard(bool isAfterAnswer);
 
 private:
     SnoozeWindowController(SnoozeWindowStack& stack, RunLoop& runLoop,
@@ -56,7 +65,7 @@ private:
 
     void setAlarm(const AlarmPtr& alarm);
     void setNextAlarm();
-    void show();
+    void answer(void (SnoozeWindowControllerDelegate::*choice)(SnoozeWindowController&));
 
     SnoozeWindowStack& m_stack;
     RunLoop& m_runLoop;
@@ -65,7 +74,8 @@ private:
     RunLoopTimer m_nextAlarmTimer;
     std::unique_ptr<Ui::SnoozeWindowController> m_form;
     std::unique_ptr<QWidget> m_window;
-    TypingGuard* m_typingGuard;                     // the window's
+    TypingGuard* m_typingGuard; // the window's
+    bool m_isAnswered = false;
     std::shared_ptr<SnoozeWindowController> m_self; // until closed
 };
 

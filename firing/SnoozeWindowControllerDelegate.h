@@ -12,6 +12,10 @@ public:
 
     virtual void snoozeWindowDidSnooze(SnoozeWindowController& window) = 0;
     virtual void snoozeWindowDidClear(SnoozeWindowController& window) = 0;
+    // All that rings is to be cleared.
+    virtual void snoozeWindowDidClearAll(SnoozeWindowController& window) {
+        snoozeWindowDidClear(window);
+    }
     // Nobody answered within the alarm's snooze time, which clears the alarm.
     virtual void snoozeWindowWasNotAnswered(SnoozeWindowController& window) {
         snoozeWindowDidClear(window);

@@ -3,6 +3,7 @@
 
 #include "firing/SnoozeWindowController.h"
 #include "firing/WindowPlace.h"
+#include "platform/RunLoop.h"
 
 #include <QGuiApplication>
 #include <QRect>
@@ -16,52 +17,76 @@ namespace {
 
 constexpr int gap = 4;
 
-// One direction of the grid: how many windows stand from the first one to the screen's edge on the
-// side where there is more room, and how far apart.
-struct Line {
-    int count = 1;
-    int step = 0;
-};
+// From so many on it is a toil to answer them one by one.
+constexpr std::size_t manyAlarms = 3;
 
-Line lineFrom(int first, int extent, int areaBegin, int areaEnd) {
-    const int before = first - areaBegin;
-    const int after = areaEnd - (first + extent);
+// One direction of the grid: where windows stand, the first place first, then those on the side
+// where there is more room, then those on the other.
+std::vector<int> lineFrom(int first, int extent, int areaBegin, int areaEnd) {
     const int pitch = extent + gap;
-    return {1 + std::max({before, after, 0}) / pitch, after >= before ? pitch : -pitch};
+    const int before = std::max(0, first - areaBegin) / pitch;
+    const int after = std::max(0, areaEnd - (first + extent)) / pitch;
+    std::vector<int> line{first};
+    const auto add = [&](int count, int step) {
+        for (int i = 1; i <= count; ++i)
+            line.push_back(first + i * step);
+    };
+    add(after >= before ? after : before, after >= before ? pitch : -pitch);
+    add(after >= before ? before : after, after >= before ? -pitch : pitch);
+    return line;
 }
 
 } // namespace
 
-QPoint SnoozeWindowStack::nextPlace(QSize window) const {
+std::vector<QPoint> SnoozeWindowStack::placesFor(QSize window) const {
     const QPoint first = m_place.placeFor(window);
     const QScreen* screen = QGuiApplication::screenAt(QRect(first, window).center());
     if (!screen)
         screen = QGuiApplication::primaryScreen();
     const QRect area = screen->availableGeometry();
-    const Line rows = lineFrom(first.y(), window.height(), area.top(), area.top() + area.height());
-    const Line columns =
-        lineFrom(first.x(), window.width(), area.left(), area.left() + area.width());
-    const int slot = int(freeSlot());
-    // On a full screen the next ones lie on the first, a little aside, so that they are seen.
-    const int layer = slot / (rows.count * columns.count);
-    constexpr int aside = 12;
-    return first +
-           QPoint(slot / rows.count % columns.count * columns.step, slot % rows.count * rows.step) +
-           QPoint(layer % 5, layer % 5) * aside;
+    std::vector<QPoint> places;
+    for (const int x : lineFrom(first.x(), window.width(), area.left(), area.left() + area.width()))
+        for (const int y :
+             lineFrom(first.y(), window.height(), area.top(), area.top() + area.height()))
+            places.emplace_back(x, y);
+    return places;
 }
 
 void SnoozeWindowStack::add(SnoozeWindowController& window) {
-    const std::size_t slot = freeSlot();
-    m_slots.resize(std::max(m_slots.size(), slot + 1));
-    m_slots[slot] = &window;
+    m_waiting.push_back(&window);
+    offerClearAll();
+    showWaiting();
 }
 
-void SnoozeWindowStack::remove(const SnoozeWindowController& window) {
+void SnoozeWindowStack::showWaiting() {
+    if (m_waiting.empty())
+        return;
+    if (!m_place.makeWay(m_lifeline.guard([](SnoozeWindowStack& self) { self.showWaiting(); })))
+        return;
+    const std::vector<QPoint> places = placesFor(m_waiting.front()->size());
+    m_slots.resize(std::max(m_slots.size(), places.size()));
+    for (std::size_t slot = 0; slot < places.size() && !m_waiting.empty(); ++slot) {
+        if (m_slots[slot])
+            continue;
+        SnoozeWindowController& window = *m_waiting.front();
+        m_waiting.pop_front();
+        // Who is about to answer another one goes on with that.
+        const bool takesKeyboard = !hasKeyboard();
+        m_slots[slot] = &window;
+        window.showAt(places[slot], takesKeyboard);
+    }
+}
+
+void SnoozeWindowStack::remove(SnoozeWindowController& window, Left how) {
+    std::erase(m_waiting, &window);
     std::replace_if(
         m_slots.begin(), m_slots.end(), [&](const auto* slot) { return slot == &window; }, nullptr);
     const auto next = std::find_if(m_slots.begin(), m_slots.end(), [](auto* slot) { return slot; });
     if (window.hasKeyboard() && next != m_slots.end())
-        (*next)->takeKeyboard();
+        (*next)->takeKeyboard(how == Left::Answered);
+    offerClearAll();
+    // Later: the others may be about to go as well.
+    m_runLoop.defer(m_lifeline.guard([](SnoozeWindowStack& self) { self.showWaiting(); }));
 }
 
 bool SnoozeWindowStack::hasKeyboard() const {
@@ -69,8 +94,15 @@ bool SnoozeWindowStack::hasKeyboard() const {
                        [](const auto* slot) { return slot && slot->hasKeyboard(); });
 }
 
-std::size_t SnoozeWindowStack::freeSlot() const {
-    return std::size_t(std::find(m_slots.begin(), m_slots.end(), nullptr) - m_slots.begin());
+void SnoozeWindowStack::offerClearAll() {
+    const auto shown =
+        m_slots.size() - std::size_t(std::count(m_slots.begin(), m_slots.end(), nullptr));
+    const auto offer = [isOffered = shown + m_waiting.size() >= manyAlarms](auto* window) {
+        if (window)
+            window->setOffersClearAll(isOffered);
+    };
+    std::for_each(m_slots.begin(), m_slots.end(), offer);
+    std::for_each(m_waiting.begin(), m_waiting.end(), offer);
 }
 
 } // namespace dorvane

@@ -3,22 +3,26 @@
 
 #include "core/Alarm.h"
 #include "platform/Lifeline.h"
+#include "platform/SpeechService.h"
 
 #include <QPointer>
 #include <QString>
 #include <QStringList>
 
+#include <cstdint>
 #include <functional>
+#include <map>
+#include <memory>
 
 class QMenu;
 
 namespace dorvane {
 
-class SpeechService;
 class TextSpeakerDelegate;
 class VoiceMenuTarget;
 
-// Speaks texts in a voice of the user's choice and lists the voices in a menu. Main thread only.
+// Speaks texts in a voice of the user's choice and lists the voices in a menu. Destroying it ends
+// what it speaks. Main thread only.
 class TextSpeaker {
 public:
     // The service must outlive the speaker.
@@ -56,10 +60,26 @@ public:
     void speakText(const QString& text, int voiceNumber);
     void speakText(const QString& text, const QString& voiceName);
 
+    // Ends the texts of this context, those that were not heard yet too; the delegate hears nothing
+    // of it.
+    void stopSpeaking(const AlarmPtr& context = {});
+    // How loud the texts of the context are, 0.0 to 1.0.
+    void setVolume(const AlarmPtr& context, float volume);
+
 private:
+    // A text that was to be spoken, until it is over.
+    struct Text {
+        AlarmPtr context;
+        float volume = 1;
+        std::unique_ptr<SpeechService::Utterance> utterance; // null until the voices are known
+    };
+    using Told = void (TextSpeakerDelegate::*)(TextSpeaker&);
+
     [[nodiscard]] int voiceNumber(const QString& voiceName) const;
-    void speak(const QString& text, int voiceNumber, const AlarmPtr& context);
-    void tell(void (TextSpeakerDelegate::*what)(TextSpeaker&), const AlarmPtr& context);
+    [[nodiscard]] std::uint64_t add();
+    void speak(std::uint64_t number, const QString& text, int voiceNumber);
+    void end(std::uint64_t number, Told told);
+    void tell(Told told, AlarmPtr context);
     void addVoices(QMenu& menu);
     void whenVoicesKnown(std::function<void(TextSpeaker&)> callback);
 
@@ -67,6 +87,8 @@ private:
     VoiceMenuTarget* m_target = nullptr;
     TextSpeakerDelegate* m_delegate = nullptr;
     AlarmPtr m_context;
+    std::map<std::uint64_t, Text> m_texts;
+    std::uint64_t m_nextNumber = 0;
     Lifeline<TextSpeaker> m_lifeline{*this};
 };
 

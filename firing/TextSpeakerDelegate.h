@@ -10,10 +10,16 @@ class TextSpeakerDelegate {
 public:
     virtual ~TextSpeakerDelegate() = default;
 
-    // The speaker's context is that of the text which has ended.
+    // A text is heard from now on. The speaker's context is that of the text, here and below.
+    virtual void textSpeakerBeganSpeakingText(TextSpeaker& speaker) = 0;
+
+    // A text has ended.
     virtual void textSpeakerFinishedSpeakingText(TextSpeaker& speaker) = 0;
 
-    // The voice that a text was to be spoken in is not installed; the context is that of the text.
+    // A text could not be made into speech.
+    virtual void textSpeakerCouldNotSpeak(TextSpeaker& speaker) = 0;
+
+    // The voice that a text was to be spoken in is not installed.
     virtual void textSpeakerLacksVoice(TextSpeaker& speaker) = 0;
 };
 

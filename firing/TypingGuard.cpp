@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "firing/TypingGuard.h"
 
-#include <QEvent>
+#include <QKeyEvent>
 
 namespace dorvane {
 
@@ -12,7 +12,12 @@ TypingGuard::TypingGuard(const RunLoop& runLoop, QObject* parent)
 
 void TypingGuard::restart() {
     m_quietSince = m_runLoop.uptime();
-    m_open = false;
+    m_open = m_expectsAnswer = false;
+}
+
+void TypingGuard::expectAnswer() {
+    restart();
+    m_expectsAnswer = true;
 }
 
 bool TypingGuard::eventFilter(QObject* watched, QEvent* event) {
@@ -21,7 +26,11 @@ bool TypingGuard::eventFilter(QObject* watched, QEvent* event) {
                        event->type() == QEvent::Shortcut;
     if (!isKey || m_open)
         return QObject::eventFilter(watched, event);
-    m_open = event->type() != QEvent::KeyRelease && m_runLoop.uptime() - m_quietSince >= 500ms;
+    const bool isPress =
+        event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    const bool isFresh = isPress && !static_cast<QKeyEvent*>(event)->isAutoRepeat();
+    const bool isQuiet = m_runLoop.uptime() - m_quietSince >= 500ms;
+    m_open = event->type() != QEvent::KeyRelease && (m_expectsAnswer ? isFresh : isQuiet);
     m_quietSince = m_runLoop.uptime();
     return !m_open;
 }

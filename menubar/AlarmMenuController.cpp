@@ -7,6 +7,7 @@
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
 #include "core/Rearm.h"
+#include "core/SameAlarm.h"
 #include "core/StoredAlarms.h"
 #include "editor/AlarmSetController.h"
 #include "firing/SnoozeWindowController.h"
@@ -71,6 +72,7 @@ MenuCommands AlarmMenuController::menuCommands() {
             .saveFromMenu = onAlarm(&AlarmMenuController::saveFromMenu),
             .deleteAlarm = onAlarm(&AlarmMenuController::deleteAlarm),
             .setAlarm = onAlarm(&AlarmMenuController::setAlarm),
+            .clearAll = [this] { clearAll(); },
             .createRespito = onBreaks(&AlarmMenuController::createRespito),
             .startRespito = onBreaks(&AlarmMenuController::startRespito),
             .stopRespito = onBreaks(&AlarmMenuController::stopRespito),
@@ -172,9 +174,24 @@ void AlarmMenuController::acceptedPreAlarm(AlarmSetPreController&, const AlarmPt
 }
 
 void AlarmMenuController::setAlarm(const AlarmPtr& alarm) {
+    if (!startStored(*alarm))
+        editAlarm(alarm);
+}
+
+AlarmPtr AlarmMenuController::startStored(const Alarm& stored) {
     const QDateTime now = m_surroundings.runLoop.now();
-    applyRearm(rearmAtStart(*alarm, now, weekdayName(now.date())), *alarm);
+    const RearmDecision decision = rearmAtStart(stored, now, weekdayName(now.date()));
+    if (decision.outcome == RearmDecision::Outcome::Remove)
+        return nullptr;
+    const AlarmPtr alarm = stored.storedCopy();
+    applyRearm(decision, *alarm);
+    Clock& clock = m_surroundings.clock;
+    if (const AlarmPtr before = runningAs(stored, clock.allAlarms())) {
+        endRinging(before);
+        static_cast<void>(clock.replaceAlarm(before, alarm));
+    }
     scheduleAlarm(alarm);
+    return alarm;
 }
 
 void AlarmMenuController::scheduleAlarm(const AlarmPtr& alarm) {
@@ -223,10 +240,8 @@ void AlarmMenuController::deleteAlarm(const AlarmPtr& alarm) {
 }
 
 void AlarmMenuController::endRinging(const AlarmPtr& alarm) {
-    if (alarm->context())
-        alarm->context()->close();
+    closeWindow(alarm);
     silence(alarm, RingEvent::Cleared);
-    m_statusView.stopFlashing();
 }
 
 void AlarmMenuController::silence(const AlarmPtr& alarm, RingEvent event) {
@@ -261,6 +276,7 @@ void AlarmMenuController::alarmIsNear(const AlarmPtr& alarm) {
 void AlarmMenuController::alarmTriggered(const AlarmPtr& alarm) {
     tell(RingEvent::Rings, alarm);
     m_ringer.activateAlarm(alarm);
+    m_menuConstructor.updatePanelMenuSoon();
 }
 
 void AlarmMenuController::snoozeWindowDidSnooze(SnoozeWindowController& window) {
@@ -273,6 +289,16 @@ void AlarmMenuController::snoozeWindowDidClear(SnoozeWindowController& window) {
     window.close();
 }
 
+void AlarmMenuController::snoozeWindowDidClearAll(SnoozeWindowController&) {
+    clearAll();
+}
+
+void AlarmMenuController::clearAll() {
+    for (const AlarmPtr& alarm : std::vector(m_surroundings.clock.allAlarms()))
+        if (alarm->isTriggered())
+            clearAlarm(alarm);
+}
+
 void AlarmMenuController::snoozeWindowWasNotAnswered(SnoozeWindowController& window) {
     finishRinging(window.windowAlarm(), RingEvent::Unanswered);
     window.close();
@@ -283,7 +309,7 @@ void AlarmMenuController::snoozeAlarm(const AlarmPtr& alarm) {
     alarm->setSnoozedMinutes(alarm->snoozedMinutes() +
                              quint64(snoozeMinutes(*alarm, instantNow(m_surroundings.runLoop))));
     m_surroundings.clock.alarmDidChange();
-    stopCalling(alarm);
+    closeWindow(alarm);
 }
 
 void AlarmMenuController::clearAlarm(const AlarmPtr& alarm) {
@@ -293,11 +319,10 @@ void AlarmMenuController::clearAlarm(const AlarmPtr& alarm) {
 void AlarmMenuController::finishRinging(const AlarmPtr& alarm, RingEvent event) {
     silence(alarm, event);
     unscheduleAlarm(alarm);
-    stopCalling(alarm);
+    closeWindow(alarm);
 }
 
-void AlarmMenuController::stopCalling(const AlarmPtr& alarm) {
-    m_statusView.stopFlashing();
+void AlarmMenuController::closeWindow(const AlarmPtr& alarm) {
     if (alarm->context())
         alarm->context()->close();
 }

@@ -91,8 +91,12 @@ public:
     void editAlarm(const AlarmPtr& alarm);
     // Starts a quick alarm.
     void createPreAlarm(int minutes);
-    // Starts a stored alarm.
+    // Starts a stored alarm; one that is past and does not repeat is offered in the editor.
     void setAlarm(const AlarmPtr& alarm);
+    // The same, by the decision of rearmAtStart(), and answers the alarm that runs: a copy of the
+    // stored one, in the place of one that was started from it before. Null, and nothing happens,
+    // when its moment has passed.
+    [[nodiscard]] AlarmPtr startStored(const Alarm& stored);
     // Ends a running alarm, even one that repeats, and takes its window along.
     void clearFromMenu(const AlarmPtr& alarm);
     // Puts a running alarm into the library, once.
@@ -100,6 +104,8 @@ public:
     // Answers an alarm that rings, as the buttons of its window do.
     void snoozeAlarm(const AlarmPtr& alarm);
     void clearAlarm(const AlarmPtr& alarm);
+    // Clears every alarm that rings.
+    void clearAll();
     // Deletes a stored alarm from the library, or ends a running one with its window.
     void deleteAlarm(const AlarmPtr& alarm);
 
@@ -117,8 +123,9 @@ public:
     // Stops the flashing and shows the nearest alarm.
     void updateStatusView();
 
-    // Opens the menu as a click on the icon does.
-    void openMenu() { m_statusView.mouseDown(); }
+    // Opens the menu as a click on the icon does, for somebody who may not be there: it makes way
+    // for an alarm at once.
+    void openMenu() { m_statusView.openMenuUnasked(); }
 
     void alarmIsNear(const AlarmPtr& alarm) override;
     void alarmTriggered(const AlarmPtr& alarm) override;
@@ -126,6 +133,7 @@ public:
     void acceptedPreAlarm(AlarmSetPreController& controller, const AlarmPtr& alarm) override;
     void snoozeWindowDidSnooze(SnoozeWindowController& window) override;
     void snoozeWindowDidClear(SnoozeWindowController& window) override;
+    void snoozeWindowDidClearAll(SnoozeWindowController& window) override;
     void snoozeWindowWasNotAnswered(SnoozeWindowController& window) override;
 
 private:
@@ -138,7 +146,7 @@ private:
     void silence(const AlarmPtr& alarm, RingEvent event);
     void endRinging(const AlarmPtr& alarm);
     void finishRinging(const AlarmPtr& alarm, RingEvent event);
-    void stopCalling(const AlarmPtr& alarm);
+    void closeWindow(const AlarmPtr& alarm);
     void tell(RingEvent event, const AlarmPtr& alarm) const;
     void takeEdited(const AlarmPtr& old, const AlarmPtr& alarm);
 

@@ -38,6 +38,7 @@ public:
 
     // Brings the pop-up up to date at once, unless it is open, and the panel's menu soon.
     void constructMenu();
+    void updatePanelMenuSoon() { m_updateSoon.request(); }
 
     // Our own pop-up. Not owned.
     [[nodiscard]] StatusMenu* objectMenu() const;
@@ -50,8 +51,6 @@ public:
 private:
     [[nodiscard]] MainMenuState state(Instant now) const;
     void updatePanelMenu();
-    void updatePanelMenuSoon() { m_updateSoon.request(); }
-
     RunLoop& m_runLoop;
     Clock& m_clock;
     StatusItem& m_item;

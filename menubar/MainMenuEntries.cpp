@@ -2,7 +2,9 @@
 #include "menubar/MainMenuEntries.h"
 
 #include "core/DateHelpers.h"
+#include "core/Rearm.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace dorvane {
@@ -30,6 +32,13 @@ MenuEntry alarmEntry(const char* title, std::function<void(const AlarmPtr&)> Men
     MenuEntry entry = makeEntry(title, command);
     entry.alarm = alarm;
     return entry;
+}
+
+QString lengthText(const Alarm& alarm) {
+    if (alarm.isMinuteUnits())
+        return QStringLiteral("%1 min").arg(alarm.ringWithinUnits());
+    return alarm.ringWithinUnits() == 1 ? QStringLiteral("1 hour")
+                                        : QStringLiteral("%1 hours").arg(alarm.ringWithinUnits());
 }
 
 // The plural begins at one: "In 1 mins at", and "In 0 min at" in the last minute. That is how
@@ -66,6 +75,20 @@ void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
         entry.children.push_back(alarmEntry("Delete", &MenuCommands::deleteAlarm, alarm));
         entries.push_back(std::move(entry));
     }
+    // As in the windows of the alarms: a few are answered one by one.
+    const auto isRinging = [](const AlarmPtr& alarm) { return alarm->isTriggered(); };
+    if (std::count_if(state.alarms.begin(), state.alarms.end(), isRinging) >= 3)
+        entries.push_back(makeEntry("Clear all that ring", &MenuCommands::clearAll));
+}
+
+// What an alarm of the library is chosen by: how long it takes, or when it would ring.
+QString storedText(const Alarm& alarm, const MainMenuState& state) {
+    if (alarm.isRelative())
+        return lengthText(alarm);
+    const QDateTime now = localDateTimeOf(state.now);
+    const RearmDecision start = rearmAtStart(alarm, now, weekdayName(now.date()));
+    return shortDayTimeString(start.next.isValid() ? start.next : alarm.time(state.now),
+                              state.locale);
 }
 
 void buildPredefinedAlarms(Entries& entries) {
@@ -90,7 +113,7 @@ void buildStoredAlarms(Entries& entries, const MainMenuState& state) {
         if (!alarm->isExisInActiveAlarmList())
             continue;
         MenuEntry entry;
-        entry.title = shortDayTimeString(alarm->time(state.now), state.locale);
+        entry.title = storedText(*alarm, state);
         entry.subtitle = alarm->title();
         entry.command = &MenuCommands::setAlarm;
         entry.alarm = alarm;

@@ -17,6 +17,7 @@ struct MenuCommands {
     std::function<void(const AlarmPtr& alarm)> saveFromMenu;
     std::function<void(const AlarmPtr& alarm)> deleteAlarm;
     std::function<void(const AlarmPtr& alarm)> setAlarm;
+    std::function<void()> clearAll;
     std::function<void()> createRespito;
     std::function<void()> startRespito;
     std::function<void()> stopRespito;

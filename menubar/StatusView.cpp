@@ -151,6 +151,16 @@ void StatusView::stopFlashing() {
 }
 
 void StatusView::mouseDown() {
+    m_isMenuAskedFor = true;
+    openMenu();
+}
+
+void StatusView::openMenuUnasked() {
+    m_isMenuAskedFor = m_isMenuAskedFor && m_targetMenu && m_targetMenu->isVisible();
+    openMenu();
+}
+
+void StatusView::openMenu() {
     if (m_action)
         return;
     m_notifications.post(mainMenuWillAppearNotification, this);
@@ -162,6 +172,32 @@ void StatusView::mouseUp() {
     // The action may set another target, so it is called on a copy.
     if (const std::function<void()> action = m_action)
         action();
+}
+
+bool StatusView::makeWay(std::function<void()> isFree) {
+    if (m_targetMenu && m_targetMenu->isVisible() && !m_isMenuAskedFor)
+        m_targetMenu->close();
+    if (!m_targetMenu || !m_targetMenu->isVisible())
+        return true;
+    if (!m_menuClosed)
+        m_closeMenu = m_runLoop.scheduleOnce(
+            3s,
+            [menu = m_targetMenu] {
+                if (menu)
+                    menu->close();
+            },
+            RunLoopMode::Common);
+    // In the default mode, which comes back when the menu has closed, whoever closed it.
+    m_menuClosed = m_runLoop.scheduleOnce(
+        0ms,
+        [this, isFree = std::move(isFree)] {
+            const auto freed = isFree; // which goes with the timer
+            m_closeMenu.cancel();
+            m_menuClosed.cancel();
+            freed();
+        },
+        RunLoopMode::Default);
+    return false;
 }
 
 QPoint StatusView::placeFor(QSize window) const {

@@ -49,13 +49,18 @@ public:
     // Looks at the clock once and shows what is nearest, unless the icon flashes.
     void updateStatusView();
 
-    // Has the menu brought up to date and opens it, unless there is a target.
+    // Has the menu brought up to date and opens it, unless there is a target: on a press, and for
+    // somebody who did not press the icon and may not be there.
     void mouseDown();
+    void openMenuUnasked();
     void mouseUp();
 
     [[nodiscard]] QPoint placeFor(QSize window) const override;
+    // A menu that nobody pressed the icon for closes at once, any other three seconds later.
+    [[nodiscard]] bool makeWay(std::function<void()> isFree) override;
 
 private:
+    void openMenu();
     void flash();
     void updateSoon() { m_updateSoon.request(); }
     void sleepUntilNextChange(Instant moment, const AlarmPtr& nearest);
@@ -74,6 +79,9 @@ private:
     QPointer<QMenu> m_targetMenu;
     std::function<void()> m_action;
     bool m_flashPhase = false;
+    bool m_isMenuAskedFor = false;
+    RunLoopTimer m_closeMenu;
+    RunLoopTimer m_menuClosed;
 
     RunLoopTimer m_refreshTimer;
     Coalescer m_updateSoon;

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 
 namespace dorvane {
 
@@ -13,6 +14,16 @@ namespace dorvane {
 // once, when somebody first asks. Main thread only.
 class SpeechService {
 public:
+    // A text that is being spoken, or made ready for that. Destroying it ends that, and neither
+    // `begun` nor `done` is called any more.
+    class Utterance {
+    public:
+        virtual ~Utterance() = default;
+
+        // 0.0 to 1.0; 1.0 at first.
+        virtual void setVolume(float volume) = 0;
+    };
+
     virtual ~SpeechService() = default;
 
     // Empty until the voices are known, and where there is no speech.
@@ -26,10 +37,13 @@ public:
     // minute.
     virtual void prepare(const QString& text, int voice) = 0;
 
-    // Starts speaking and returns; texts may overlap. `done` is called when the text has been
-    // heard, or cannot be heard, and never from inside this call. A number that no voice has
-    // speaks nothing and never calls back.
-    virtual void speak(const QString& text, int voice, std::function<void()> done) = 0;
+    // Starts speaking and returns; texts may overlap. `begun` is called when the text is heard, and
+    // `done` when it is over, with true, or cannot be spoken, with false; neither from inside this
+    // call. A number that no voice has speaks nothing and never calls back. The utterance may be
+    // destroyed from inside `done`, and must not outlive the service.
+    [[nodiscard]] virtual std::unique_ptr<Utterance>
+    speak(const QString& text, int voice, std::function<void()> begun,
+          std::function<void(bool isSpoken)> done) = 0;
 };
 
 } // namespace dorvane

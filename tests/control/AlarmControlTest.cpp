@@ -27,6 +27,12 @@ protected:
             .clock = clock,
             .storedAlarms = library,
             .schedule = [this](const AlarmPtr& alarm) { clock.insertAlarm(alarm); },
+            .start = [this](const Alarm& stored) -> AlarmPtr {
+                const AlarmPtr alarm = stored.title() == u"once"_qs ? nullptr : stored.storedCopy();
+                if (alarm)
+                    clock.insertAlarm(alarm);
+                return alarm;
+            },
             .snooze = noted("snooze "),
             .clear = noted("clear "),
             .end = noted("end "),

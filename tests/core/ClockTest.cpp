@@ -30,7 +30,7 @@ private:
         const Instant next = nextWholeSecond(now() - 1ms) + 1ms;
         m_timer = m_loop.scheduleAt(
             QDateTime::fromMSecsSinceEpoch(next.time_since_epoch().count(), Qt::UTC),
-            [this] { tick(); }, RunLoopMode::Default);
+            [this] { tick(); }, RunLoopMode::Common);
     }
     void tick() {
         for (const AlarmPtr& alarm : m_clock.allAlarms())

@@ -105,6 +105,30 @@ TEST(MainMenuEntriesTest, nothingRunsAndNothingIsStored) {
     EXPECT_TRUE(quiet.contains(u"\n--\n--\nInactive alarms:\n--\n"_qs));
 }
 
+// As long as they take, or when they would ring if they were started now.
+TEST(MainMenuEntriesTest, storedAlarmsAreListedByWhatTheyWouldDo) {
+    MainMenuState state = stateWith({timerDueIn(-1), timerDueIn(-1), timerDueIn(-1)});
+    EXPECT_FALSE(outline(mainMenuEntries(state)).contains(u"clearAll"_qs));
+    for (const AlarmPtr& alarm : state.alarms)
+        alarm->setIsTriggered(true);
+    state.storedAlarms = {
+        {AlarmOf{.minutes = 30, .runTime = "11-24 07:00", .isListed = true}.alarm(),
+         AlarmOf{.hours = 1, .isListed = true}.alarm(),
+         AlarmOf{.kind = Alarm::Dated, .time = "11-20 09:30", .everyDay = true, .isListed = true}
+             .alarm(),
+         AlarmOf{.title = "weekly",
+                 .kind = Alarm::Weekly,
+                 .time = "11-23 09:30",
+                 .days = {Weekday::Monday},
+                 .isListed = true}
+             .alarm()}};
+    const QString menu = outline(mainMenuEntries(state));
+    EXPECT_TRUE(menu.contains(u"\nClear all that ring = clearAll\n--\nCreate"_qs));
+    for (const auto& line : {u"\n30 min = setAlarm"_qs, u"\n1 hour = setAlarm"_qs,
+                             u"\nWed, 9:30 = setAlarm"_qs, u"\nMon, 9:30 [weekly]"_qs})
+        EXPECT_TRUE(menu.contains(line)) << qPrintable(line) << qPrintable(menu);
+}
+
 TEST(MainMenuEntriesTest, countdownOfATimer) {
     const struct {
         int seconds;

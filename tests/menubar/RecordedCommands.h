@@ -24,6 +24,7 @@ inline MenuCommands recordedCommands(QStringList& trace) {
         .saveFromMenu = onAlarm("saveFromMenu"),
         .deleteAlarm = onAlarm("deleteAlarm"),
         .setAlarm = onAlarm("setAlarm"),
+        .clearAll = plain("clearAll"),
         .createRespito = plain("createRespito"),
         .startRespito = plain("startRespito"),
         .stopRespito = plain("stopRespito"),

@@ -11,7 +11,7 @@ namespace {
 struct Step {
     const char* what;  // see SceneTest::perform()
     const char* heard; // what sounds begin and end meanwhile
-    const char* seen;  // the ringing windows after it, and "!" while the icon flashes
+    const char* seen;  // the windows after it, and "!" while the icon flashes
 };
 
 struct Scene {
@@ -56,6 +56,101 @@ const Scene scenes[] = {
                {"wait 1m", "A+", "A!"}},
      .kept = "A 11-23 10:15",
      .told = "A snoozed"},
+    {.name = "AnUnansweredOneSilencesNoOther",
+     .set = {{.title = "A", .minutes = 1, .snoozeTime = 2},
+             {.title = "B", .kind = Alarm::Weekly, .time = "11-23 08:02:30", .days = {Mon}}},
+     .steps = {{"wait 60s", "A+", "A!"},
+               {"wait 80s", "A-", "A!"},
+               {"wait 10s", "B+", "A B!"},
+               {"wait 40s", "", "B!"},
+               {"clear B", "B-", ""}},
+     .kept = "",
+     .told = "A unanswered B cleared"},
+    {.name = "NeitherAnswerNorClearNorDeleteSilencesAnother",
+     .set = {{.title = "A", .minutes = 1},
+             {.title = "B", .minutes = 1},
+             {.title = "C", .minutes = 1},
+             {.title = "D", .minutes = 9}},
+     .steps = {{"wait 61s", "C+ B+ A+", "A B C!"},
+               {"end D", "", "A B C!"},
+               {"snooze A", "A-", "B C!"},
+               {"delete B", "B-", "C!"},
+               {"clear C", "C-", ""}},
+     .kept = "A 11-23 08:06",
+     .told = "A snoozed B cleared C cleared"},
+    {.name = "WhatEndedUnheardBehindAnotherGoesOnAfterIt",
+     .set = {{.title = "B", .minutes = 1}, {.title = "A", .minutes = 1, .fades = true}},
+     .steps = {{"wait 61s", "A+ B+", "A B!"},
+               {"wait 30s", "A-", "A B!"},
+               {"clear B", "B- A+", "A!"},
+               {"clear A", "A-", ""}},
+     .kept = "",
+     .told = "B cleared A cleared"},
+    {.name = "ThreeThatRingAreClearedAtOnce",
+     .set = {{.title = "A", .minutes = 1, .repeats = true},
+             {.title = "B", .minutes = 1},
+             {.title = "C", .minutes = 1},
+             {.title = "D", .minutes = 9}},
+     .steps = {{"wait 61s", "C+ B+ A+", "A B C!"}, {"clear all", "C- B- A-", ""}},
+     .kept = "D 11-23 08:09 A 11-23 08:02",
+     .told = "C cleared B cleared A cleared"},
+    {.name = "AMenuThatWasClickedOpenHoldsUpTheWindowForThreeSeconds",
+     .set = {{.title = "A", .minutes = 1}},
+     .steps = {{"press", "", "menu"},
+               {"wait 61s", "A+", "menu!"},
+               {"wait 1s", "", "menu!"},
+               {"wait 2s", "", "A!"},
+               {"press", "", "A menu!"}, // which is in nobody's way
+               {"wait 10s", "", "A menu!"}},
+     .kept = "A 11-23 08:01",
+     .told = ""},
+    {.name = "AMenuThatIsClosedInTimeLetsTheWindowCome",
+     .set = {{.title = "A", .minutes = 1}},
+     .steps = {{"press", "", "menu"}, {"wait 60s", "A+", "menu!"}, {"close", "", "A!"}},
+     .kept = "A 11-23 08:01",
+     .told = ""},
+    {.name = "AMenuThatNobodyClickedOpenHoldsUpNothing",
+     .set = {{.title = "A", .minutes = 1, .repeats = true, .snoozeTime = 2}},
+     .steps = {{"start again", "", "menu"},
+               {"wait 60s", "A+", "A!"},
+               {"start again", "", "A menu!"},
+               {"wait 2m", "A- A+", "A!"}},
+     .kept = "A 11-23 08:03",
+     .told = "A unanswered A missed 11-23 08:02"},
+    {.name = "WhatIsAnsweredBeforeItsWindowCouldComeHasNone",
+     .set = {{.title = "A", .minutes = 1}},
+     .steps = {{"press", "", "menu"},
+               {"wait 60s", "A+", "menu!"},
+               {"delete A", "A-", "menu"},
+               {"wait 9s", "", ""}},
+     .kept = "",
+     .told = "A cleared"},
+    {.name = "StartedTwiceItIsOneThatCountsFromThen",
+     .set = {{.title = "A", .minutes = 10}},
+     .steps = {{"end A", "", ""},
+               {"wait 2h", "", ""},
+               {"start A", "", ""},
+               {"wait 5m", "", ""},
+               {"start A", "", ""},
+               {"wait 10m", "A+", "A!"},
+               {"start A", "A-", ""}},
+     .kept = "A 11-23 10:25",
+     .told = "A cleared"},
+    {.name = "StoredDailyAlarmOfDaysAgoGoesToItsNextTime",
+     .set = {{.title = "A", .kind = Alarm::Dated, .time = "11-23 08:30", .everyDay = true}},
+     .steps = {{"end A", "", ""}, {"sleep 72h", "", ""}, {"start A", "", ""}, {"wait 1m", "", ""}},
+     .kept = "A 11-26 08:30",
+     .told = ""},
+    {.name = "StoredWeekdayAlarmGoesToItsNextDay",
+     .set = {{.title = "A", .kind = Alarm::Weekly, .time = "11-23 08:30", .days = {Mon, Wed}}},
+     .steps = {{"end A", "", ""}, {"sleep 2h", "", ""}, {"start A", "", ""}},
+     .kept = "A 11-25 08:30",
+     .told = ""},
+    {.name = "StoredAlarmOfADateThatHasPassedIsOfferedInTheEditor",
+     .set = {{.title = "A", .kind = Alarm::Dated, .time = "11-23 08:30"}},
+     .steps = {{"end A", "", ""}, {"sleep 2h", "", ""}, {"start A", "", "editor"}},
+     .kept = "",
+     .told = ""},
     {.name = "ClearInTheMenuTakesTheWindow",
      .set = {{.title = "A", .minutes = 1, .repeats = true}},
      .steps = {{"wait 1m", "A+", "A!"}, {"end A", "A-", ""}, {"wait 1h", "", ""}},
@@ -80,8 +175,9 @@ protected:
         return nullptr;
     }
 
-    // "wait 5s", "sleep 75h": time passes. "clear A", "snooze A": a button of its window. "end A":
-    // Clear in the menu. "start A": its stored copy is chosen there. "menu": the icon is pressed.
+    // "wait 5s", "sleep 75h": time passes. "clear A", "snooze A", "clear all": buttons of a window.
+    // "end A", "delete A", "start A": Clear and Delete in the menu, and the stored alarm there.
+    // "press", "close": the icon is pressed, its menu closed. "start again": the program is.
     void perform(const QString& what) {
         const QString verb = what.section(u' ', 0, 0);
         const QString object = what.section(u' ', 1);
@@ -90,6 +186,18 @@ protected:
             loop.advance(duration(object));
         else if (verb == u"sleep")
             loop.sleepMachine(duration(object));
+        else if (what == u"clear all")
+            windowOf(m_clock.allAlarms().back()).clearAllButtonPressed();
+        else if (what == u"start again")
+            m_controller.openMenu();
+        else if (verb == u"press")
+            m_item.press();
+        else if (verb == u"close")
+            menu()->close();
+        else if (verb == u"start")
+            m_controller.setAlarm(stored(object));
+        else if (verb == u"delete")
+            m_controller.deleteAlarm(alarm);
         else if (verb == u"clear")
             windowOf(alarm).clearButtonPressed();
         else if (verb == u"snooze")
@@ -99,6 +207,20 @@ protected:
         else
             ADD_FAILURE() << qPrintable(what);
         loop.runPending();
+    }
+
+    [[nodiscard]] AlarmPtr stored(const QString& title) {
+        for (const AlarmPtr& alarm : library.alarms().value_or(std::vector<AlarmPtr>()))
+            if (alarm->title() == title)
+                return alarm;
+        return nullptr;
+    }
+
+    static QMenu* menu() {
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (auto* const menu = qobject_cast<QMenu*>(window); menu && menu->isVisible())
+                return menu;
+        return nullptr;
     }
 
     static RunLoop::Milliseconds duration(const QString& text) {
@@ -126,6 +248,10 @@ protected:
         for (const QWidget* window : windowsNamed("SnoozeWindowController"))
             titles << window->accessibleName();
         titles.sort();
+        if (menu())
+            titles << u"menu"_qs;
+        if (!openEditors().isEmpty())
+            titles << u"editor"_qs;
         return join(titles) + (m_item.needsAttention ? "!" : "");
     }
 

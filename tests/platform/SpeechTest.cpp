@@ -38,12 +38,20 @@ TEST_F(SpeechTest, announcementsAreHeardOverlapAndReportTheirEnd) {
     QTest::qWait(500);
     const double from = sink.now();
     QStringList ended;
-    m_speech.speak(longText, english, [&] { ended << u"long"_qs; });
-    m_speech.speak(u"Tea."_qs, voice("German"), [&] { ended << u"tea"_qs; });
-    m_speech.speak(QString(), 1, [&] { ended << u"empty"_qs; });
-    m_speech.speak(longText, 0, [&] { ended << u"no voice"_qs; });
+    std::vector<std::unique_ptr<SpeechService::Utterance>> spoken;
+    const auto speak = [&](const QString& text, int number, const char* name) {
+        spoken.push_back(m_speech.speak(
+            text, number, [] {},
+            [&ended, name](bool isSpoken) {
+                ended << QLatin1String(name) + (isSpoken ? u""_qs : u"-not"_qs);
+            }));
+    };
+    speak(longText, english, "long");
+    speak(u"Tea."_qs, voice("German"), "tea");
+    speak(QString(), 1, "empty");
+    speak(longText, 0, "no-voice");
     ASSERT_TRUE(QTest::qWaitFor([&] { return ended.size() == 3; }, 10'000));
-    EXPECT_EQ(ended.join(u' '), u"empty tea long"_qs);
+    EXPECT_EQ(ended.join(u' '), u"empty-not tea long"_qs);
     const auto heard = sink.bursts(from, 0.5);
     ASSERT_EQ(heard.size(), 1U) << "one after the other, they would be apart";
     EXPECT_GT(heard[0].length(), 2);
@@ -51,15 +59,42 @@ TEST_F(SpeechTest, announcementsAreHeardOverlapAndReportTheirEnd) {
     EXPECT_GT(sink.level(heard[0].begin, heard[0].end), 0.02);
 }
 
+TEST_F(SpeechTest, whatIsBrokenOffFallsSilentAndKeepsNobodyWaiting) {
+    SinkCapture sink;
+    const QString novel = u"The kettle has been boiling for a very long time. "_qs.repeated(40);
+    bool hasBegun = false;
+    bool hasEnded = false;
+    const auto done = [&](bool) { hasEnded = true; };
+    auto heard = m_speech.speak(
+        novel, 1, [&] { hasBegun = true; }, done);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return hasBegun; }, 20'000));
+    QTest::qWait(1000);
+    auto rendered = m_speech.speak(
+        novel, 2, [] {}, done);
+    heard.reset();
+    rendered.reset();
+    QTest::qWait(500);
+    const double from = sink.now();
+    bool isSpoken = false;
+    const auto next = m_speech.speak(
+        u"Tea."_qs, 1, [] {}, [&](bool spoken) { isSpoken = spoken; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isSpoken; }, 5000));
+    const auto bursts = sink.bursts(from, 0.5);
+    ASSERT_EQ(bursts.size(), 1U);
+    EXPECT_LT(bursts[0].length(), 1.5);
+    EXPECT_FALSE(hasEnded);
+}
+
 TEST_F(SpeechTest, anyTextInAnyVoiceComesToAnEnd) {
     int ended = 0;
     const QString odd =
         QString::fromUtf8("<a> [[x]] & \xF0\x9F\x98\x80 ") + QChar(0) + QChar(0xD800);
+    std::vector<std::unique_ptr<SpeechService::Utterance>> spoken;
     for (const int number : {1, 40, 80, 120})
-        m_speech.speak(odd, number, [&] { ++ended; });
+        spoken.push_back(m_speech.speak(
+            odd, number, [] {}, [&](bool) { ++ended; }));
     EXPECT_TRUE(QTest::qWaitFor([&] { return ended == 4; }));
-    // Nobody waits for a novel at the end of the program.
-    m_speech.speak(u"and so on "_qs.repeated(100'000), 1, [] {});
+    m_speech.prepare(u"and so on "_qs.repeated(100'000), 1); // for which nobody waits at the end
 }
 
 TEST_F(SpeechTest, withoutASynthesiserThereAreNoVoicesAndTheLogSaysWhy) {

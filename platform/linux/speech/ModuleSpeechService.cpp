@@ -20,7 +20,9 @@ ModuleSpeechService::ModuleSpeechService(RunLoop& loop, ModuleSoundPlayer& playe
 }
 
 ModuleSpeechService::~ModuleSpeechService() {
-    m_ending = true;
+    for (const auto& rendering : m_rendering)
+        if (const Cancelled cancelled = rendering.lock())
+            *cancelled = true;
     m_worker.clear();
     m_worker.waitForDone();
 }
@@ -75,39 +77,71 @@ void ModuleSpeechService::setVoices(std::vector<SpeechVoice> voices) {
 }
 
 void ModuleSpeechService::prepare(const QString& text, int voice) {
-    render({text, voice}, [key = Text(text, voice)](ModuleSpeechService& self, auto sound) {
-        if (!sound)
-            return;
-        const auto forget = [&self, key] { self.m_prepared.erase(key); };
-        self.m_prepared[key] = {std::move(sound), self.m_loop.scheduleOnce(30s, forget)};
-    });
+    render({text, voice}, std::make_shared<std::atomic<bool>>(false),
+           [key = Text(text, voice)](ModuleSpeechService& self, auto sound) {
+               if (!sound)
+                   return;
+               const auto forget = [&self, key] { self.m_prepared.erase(key); };
+               self.m_prepared[key] = {std::move(sound), self.m_loop.scheduleOnce(30s, forget)};
+           });
 }
 
-void ModuleSpeechService::speak(const QString& text, int voice, std::function<void()> done) {
+class ModuleSpeechService::NumberedUtterance final : public Utterance {
+public:
+    NumberedUtterance(ModuleSpeechService& service, std::uint64_t number)
+        : m_service(service), m_number(number) {}
+    NumberedUtterance(const NumberedUtterance&) = delete;
+    NumberedUtterance& operator=(const NumberedUtterance&) = delete;
+    ~NumberedUtterance() override { m_service.breakOff(m_number); }
+
+    void setVolume(float volume) override {
+        const auto found = m_service.m_announcements.find(m_number);
+        if (found == m_service.m_announcements.end())
+            return;
+        found->second.volume = volume;
+        if (found->second.sound)
+            found->second.sound->setVolume(volume);
+    }
+
+private:
+    ModuleSpeechService& m_service;
+    const std::uint64_t m_number;
+};
+
+std::unique_ptr<SpeechService::Utterance>
+ModuleSpeechService::speak(const QString& text, int voice, std::function<void()> begun, Done done) {
+    const std::uint64_t number = m_nextNumber++;
+    const auto cancelled = std::make_shared<std::atomic<bool>>(false);
+    m_announcements[number] = {std::move(begun), std::move(done), cancelled, nullptr};
     if (const auto found = m_prepared.find({text, voice}); found != m_prepared.end()) {
         auto sound = std::move(found->second.sound);
         m_prepared.erase(found);
-        play(std::move(sound), std::move(done));
-        return;
+        play(number, std::move(sound));
+    } else {
+        render({text, voice}, cancelled, [number](ModuleSpeechService& self, auto sound) {
+            if (sound)
+                self.play(number, std::move(sound));
+            else
+                self.finish(number, false);
+        });
     }
-    render({text, voice}, [done = std::move(done)](ModuleSpeechService& self, auto sound) {
-        if (sound)
-            self.play(std::move(sound), done);
-        else
-            done();
-    });
+    return std::make_unique<NumberedUtterance>(*this, number);
 }
 
 // Gives no sound where there is nothing to be heard.
 void ModuleSpeechService::render(
-    const Text& text, std::function<void(ModuleSpeechService&, std::unique_ptr<Sound>)> receive) {
+    const Text& text, const Cancelled& cancelled,
+    std::function<void(ModuleSpeechService&, std::unique_ptr<Sound>)> receive) {
     const auto& [words, voice] = text;
     if (voice < 1 || static_cast<std::size_t>(voice) > m_voices.size())
         return;
     const SpeechVoice& chosen = m_voices[static_cast<std::size_t>(voice) - 1];
-    m_worker.start([this, words = words, chosen, receive = std::move(receive)] {
+    std::erase_if(m_rendering, [](const auto& rendering) { return rendering.expired(); });
+    m_rendering.push_back(cancelled);
+    m_worker.start([this, words = words, chosen, cancelled, receive = std::move(receive)] {
         QString error;
-        const QByteArray wave = m_module->render(words, chosen, m_ending, error);
+        const QByteArray wave =
+            *cancelled ? QByteArray() : m_module->render(words, chosen, *cancelled, error);
         if (!error.isEmpty())
             qCWarning(logPlatform).noquote()
                 << "cannot speak as" << chosen.name + QStringLiteral(":") << error;
@@ -119,19 +153,37 @@ void ModuleSpeechService::render(
     });
 }
 
-void ModuleSpeechService::play(std::unique_ptr<Sound> sound, Done done) {
-    const std::uint64_t number = m_nextNumber++;
-    sound->setFinished([this, number](bool) { finish(number); });
-    sound->play();
-    m_announcements.emplace(number, Announcement{std::move(sound), std::move(done)});
+// Nobody may be waiting for it any more.
+void ModuleSpeechService::play(std::uint64_t number, std::unique_ptr<Sound> sound) {
+    const auto found = m_announcements.find(number);
+    if (found == m_announcements.end())
+        return;
+    sound->setFinished([this, number](bool) { finish(number, true); });
+    sound->setVolume(found->second.volume);
+    const bool plays = sound->play();
+    found->second.sound = std::move(sound);
+    m_loop.defer(m_lifeline.guard([number, plays](ModuleSpeechService& self) {
+        if (!plays)
+            self.finish(number, false);
+        else if (const auto playing = self.m_announcements.find(number);
+                 playing != self.m_announcements.end())
+            std::exchange(playing->second.begun, {})(); // which may end it
+    }));
 }
 
-void ModuleSpeechService::finish(std::uint64_t number) {
-    // The sound goes later: this is its own callback.
-    m_loop.defer([sound = std::shared_ptr(std::move(m_announcements.at(number).sound))] {});
-    const Done done = std::move(m_announcements.at(number).done);
-    m_announcements.erase(number);
-    done();
+void ModuleSpeechService::finish(std::uint64_t number, bool isSpoken) {
+    auto announcement = m_announcements.extract(number);
+    if (!announcement)
+        return;
+    // The sound goes later: this may be its own callback.
+    m_loop.defer([sound = std::shared_ptr(std::move(announcement.mapped().sound))] {});
+    announcement.mapped().done(isSpoken);
+}
+
+void ModuleSpeechService::breakOff(std::uint64_t number) {
+    const auto announcement = m_announcements.extract(number);
+    if (announcement)
+        *announcement.mapped().cancelled = true;
 }
 
 void ModuleSpeechService::post(std::function<void(ModuleSpeechService&)> answer) const {

@@ -31,11 +31,16 @@ public:
     [[nodiscard]] QStringList voiceNames() const override;
     void whenVoicesKnown(std::function<void()> callback) override;
     void prepare(const QString& text, int voice) override;
-    void speak(const QString& text, int voice, std::function<void()> done) override;
+    [[nodiscard]] std::unique_ptr<Utterance>
+    speak(const QString& text, int voice, std::function<void()> begun,
+          std::function<void(bool isSpoken)> done) override;
 
 private:
-    using Done = std::function<void()>;
-    using Text = std::pair<QString, int>; // in a voice, by its number
+    class NumberedUtterance;
+
+    using Done = std::function<void(bool isSpoken)>;
+    using Cancelled = std::shared_ptr<std::atomic<bool>>; // set when nobody waits for it any more
+    using Text = std::pair<QString, int>;                 // in a voice, by its number
 
     // What waits to be spoken; let go of when nobody asks for it.
     struct Prepared {
@@ -43,10 +48,13 @@ private:
         RunLoopTimer expiry;
     };
 
-    // What is being heard.
+    // What is being heard, or rendered for that.
     struct Announcement {
-        std::unique_ptr<Sound> sound;
+        std::function<void()> begun;
         Done done;
+        Cancelled cancelled;
+        std::unique_ptr<Sound> sound; // null until it is rendered
+        float volume = 1;
     };
 
     // Worker thread.
@@ -55,10 +63,11 @@ private:
     // Main thread.
     void post(std::function<void(ModuleSpeechService&)> answer) const;
     void setVoices(std::vector<SpeechVoice> voices);
-    void render(const Text& text,
+    void render(const Text& text, const Cancelled& cancelled,
                 std::function<void(ModuleSpeechService&, std::unique_ptr<Sound>)> receive);
-    void play(std::unique_ptr<Sound> sound, Done done);
-    void finish(std::uint64_t number);
+    void play(std::uint64_t number, std::unique_ptr<Sound> sound);
+    void finish(std::uint64_t number, bool isSpoken);
+    void breakOff(std::uint64_t number);
 
     RunLoop& m_loop;
     ModuleSoundPlayer& m_player;
@@ -68,7 +77,7 @@ private:
     std::map<Text, Prepared> m_prepared;
     std::map<std::uint64_t, Announcement> m_announcements;
     std::uint64_t m_nextNumber = 1;
-    std::atomic<bool> m_ending{false};
+    std::vector<std::weak_ptr<std::atomic<bool>>> m_rendering;
     std::unique_ptr<SpeechModule> m_module; // worker thread
     Lifeline<ModuleSpeechService> m_lifeline{*this};
     QThreadPool m_worker; // one thread; last, so that nothing of the above goes before its jobs

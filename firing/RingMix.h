@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Lifeline.h"
+#include "platform/Sound.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace dorvane {
+
+// What alarms that ring at the same time sound like together: none waits, the newest stands in
+// front, and the others are so much quieter that all of them stay below full scale. One alone is
+// left as it is. Main thread only.
+class RingMix {
+public:
+    // Somebody that sounds; leaves the mix when it is destroyed.
+    class Voice {
+    public:
+        using SetGain = std::function<void(float gain)>;
+
+        // In front of all others from now on. The gain, 0.0 to 1.0, is 1.0 until it is set.
+        Voice(RingMix& mix, SetGain setGain);
+        ~Voice();
+        Voice(const Voice&) = delete;
+        Voice& operator=(const Voice&) = delete;
+
+        [[nodiscard]] bool isInFront() const;
+
+    private:
+        friend class RingMix;
+
+        const Lifeline<RingMix>::Weak m_mix;
+        const SetGain m_setGain;
+        float m_gain = 1;
+    };
+
+    // The sound, as one voice from when it is first heard until it is destroyed. `covered` is
+    // called when it comes to its end behind another one.
+    [[nodiscard]] std::unique_ptr<Sound> voiceOf(std::unique_ptr<Sound> sound,
+                                                 std::function<void()> covered = {});
+
+    // Called when the last voice has left; must not destroy anything that sounds.
+    void setFallenSilent(std::function<void()> silent) { m_fallenSilent = std::move(silent); }
+    [[nodiscard]] bool isSilent() const { return m_voices.empty(); }
+
+private:
+    void balance();
+
+    std::vector<Voice*> m_voices; // the newest last
+    std::function<void()> m_fallenSilent;
+    Lifeline<RingMix> m_lifeline{*this};
+};
+
+} // namespace dorvane
