@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/WrittenDate.h"
+
+#include "tests/support/Testing.h"
+
+using namespace dorvane::testing;
+
+namespace {
+
+const QLocale german(QLocale::German, QLocale::Germany);
+const QLocale british(QLocale::English, QLocale::UnitedKingdom);
+const QLocale american(QLocale::English, QLocale::UnitedStates);
+const QLocale swedish(QLocale::Swedish, QLocale::Sweden);
+const QLocale french(QLocale::French, QLocale::France);
+
+// A Wednesday, for an alarm at nine in the evening.
+const QDateTime now = at("2026-11-18 20:05");
+
+std::string read(const char* text, const QLocale& territory, QTime time = QTime(21, 0)) {
+    const DateReading reading = dateRead(QString::fromUtf8(text), territory, now, time);
+    if (reading.date)
+        return reading.date->toString(Qt::ISODate).toStdString();
+    return reading.canBecomeDate ? "..." : "no";
+}
+
+TEST(WrittenDateTest, isReadAsItsTerritoryAndISOWriteIt) {
+    const struct {
+        const char* text;
+        // In Germany, Britain, the United States, Sweden and France.
+        std::vector<std::string> dates;
+    } cases[] = {
+        {"31.12.2026", {"2026-12-31", "2026-12-31", "no", "no", "2026-12-31"}},
+        {"12/31/2026", {"no", "no", "2026-12-31", "no", "no"}},
+        {"29.2.2028", {"2028-02-29", "2028-02-29", "no", "no", "2028-02-29"}},
+        {"29.2.", {"2028-02-29", "2028-02-29", "...", "...", "2028-02-29"}},
+        {"05/12/26", {"2026-12-05", "2026-12-05", "2026-05-12", "...", "2026-12-05"}},
+        {"26-12-05", {"...", "...", "...", "2026-12-05", "..."}},
+        {"5/12", {"2026-12-05", "2026-12-05", "2027-05-12", "2027-05-12", "2026-12-05"}},
+        {" 12 - 24 ", {"...", "...", "2026-12-24", "2026-12-24", "..."}},
+        {"24 d\xc3\xa9"
+         "c.",
+         {"no", "no", "no", "no", "2026-12-24"}},
+        {"3 Mai", {"2027-05-03", "no", "no", "no", "2027-05-03"}},
+        {"3 maj", {"no", "no", "no", "2027-05-03", "no"}},
+        {"Mi", {"2026-11-18", "no", "no", "no", "no"}},
+        {"mar", {"...", "...", "...", "...", "2026-11-24"}}, // mardi
+        {"jui 3", {"no", "no", "no", "no", "..."}},          // juin or juillet,
+    };
+    for (const auto& c : cases)
+        EXPECT_THAT((std::vector<std::string>{read(c.text, german), read(c.text, british),
+                                              read(c.text, american), read(c.text, swedish),
+                                              read(c.text, french)}),
+                    ElementsAreArray(c.dates))
+            << c.text;
+}
+
+TEST(WrittenDateTest, isReadAlikeEverywhere) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"2026-12-24", "2026-12-24"},
+        {"20261224", "2026-12-24"},
+        {"2026/2/3", "2026-02-03"},
+        {"24 Dec", "2026-12-24"},
+        {"Dec 24", "2026-12-24"},
+        {"dec. 24, 2027", "2027-12-24"},
+        {"24th December 27", "2027-12-24"},
+        {"2027 Dec 24", "2027-12-24"},
+        {"sept 1", "2027-09-01"},
+        {"Thu, 24 Dec", "2026-12-24"},
+        {"Fri, 24 Dec", "..."},   // is none
+        {"18 Nov", "2026-11-18"}, // today, as the time is ahead
+        {"17 nov", "2027-11-17"},
+        {"29 Feb", "2028-02-29"},
+        {"today", "2026-11-18"},
+        {"Tomorrow", "2026-11-19"},
+        {"tomo", "..."},
+        {"fri", "2026-11-20"},
+        {"Wednesday", "2026-11-18"},
+        {"tue", "2026-11-24"},
+        {"2076-12-31", "2076-12-31"},
+        {"2077-01-01", "no"}, // mistyped
+        {"1999-12-31", "no"},
+        {"2026-02-29", "no"},
+        {"2026-13-01", "no"},
+        {"31.2.", "..."},
+        {"24", "2026-11-24"},
+        {"17", "2026-12-17"},
+        {"31", "2026-12-31"},
+        {"32", "..."},
+        {"Dec 2026", "..."},
+        {"", "..."},
+        {"noon", "no"},
+        {"24;12", "no"},
+        {"\xd9\xa3.1", "no"}, // three, in Arabic digits
+        {"123456789", "no"},
+    };
+    for (const auto& [text, date] : cases)
+        for (const QLocale& territory : {german, american, swedish})
+            EXPECT_EQ(read(text, territory), std::string(date))
+                << text << territory.name().toStdString();
+}
+
+TEST(WrittenDateTest, isTheNextOneAtWhichTheTimeIsAhead) {
+    for (const auto& [text, date] : {std::pair("wed", "2026-11-25"),
+                                     {"18 Nov", "2027-11-18"},
+                                     {"today", "2026-11-18"},
+                                     {"18.11.2026", "2026-11-18"}})
+        EXPECT_EQ(read(text, german, QTime(7, 0)), date) << text;
+}
+
+TEST(WrittenDateTest, isReadAsItIsShownAnywhere) {
+    for (const QLocale& territory :
+         QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory))
+        for (const QDate date : {QDate(2026, 12, 5), QDate(2031, 3, 24)})
+            EXPECT_EQ(dateRead(dateShown(date, territory), territory, now, {}).date, date)
+                << qPrintable(territory.name() + u' ' + dateShown(date, territory));
+}
+
+} // namespace
