@@ -223,7 +223,6 @@ Outcome takeMoment(const Draft& draft, const QDateTime& now, AlarmForm& form) {
     form.shouldUseEveryDay = draft.everyDay.value_or(false);
     const bool isAhead = fullDateWithTimeFrom(*draft.time, now.date()) > now;
     form.atDatePicker = draft.date.value_or(now.date().addDays(isAhead ? 0 : 1));
-    form.atTimePickerDate = form.atDatePicker;
     if (fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker) <= now)
         return refusal("PastDate", key::date,
                        form.atDatePicker.toString(Qt::ISODate) +

@@ -13,16 +13,16 @@ QDateTime fullDateWithTimeFrom(QTime time, QDate date) {
 }
 
 QDateTime timeOf(const AlarmForm& form, const QDateTime& now, const QString& todaysName) {
-    switch (form.row) {
-    case Alarm::Dated:
-        return fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker);
-    case Alarm::Weekly:
+    if (form.row == Alarm::Dated) {
+        const QDateTime time = fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker);
+        return form.shouldUseEveryDay && time <= now ? nextMomentAt(form.atTimePicker, now) : time;
+    }
+    if (form.row == Alarm::Weekly && form.weekdays.isEmpty())
+        return nextMomentAt(form.atAlarmTimePicker, now);
+    if (form.row == Alarm::Weekly)
         return firstWeekdayDate(form.weekdays,
                                 fullDateWithTimeFrom(form.atAlarmTimePicker, now.date()), now,
                                 todaysName);
-    case Alarm::Relative:
-        break;
-    }
     return {};
 }
 

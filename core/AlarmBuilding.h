@@ -15,7 +15,8 @@ struct AlarmForm;
 [[nodiscard]] QDateTime fullDateWithTimeFrom(QTime time, QDate date);
 
 // When the alarm in the form is due: nothing for a relative alarm, which works from its interval.
-// `todaysName` is the name of today's weekday, see weekdayNamed().
+// One of every day whose time has passed, and one of weekdays without a day, is due when clocks
+// show its time next. `todaysName` is the name of today's weekday, see weekdayNamed().
 [[nodiscard]] QDateTime timeOf(const AlarmForm& form, const QDateTime& now,
                                const QString& todaysName);
 

@@ -25,7 +25,7 @@ void fillWhen(AlarmForm& form, const Alarm& alarm, Instant now) {
     case Alarm::Dated:
         if (time.isValid()) {
             form.atTimePicker = wholeMinute(time.time());
-            form.atTimePickerDate = form.atDatePicker = time.date();
+            form.atDatePicker = time.date();
         }
         break;
     case Alarm::Weekly:
@@ -48,7 +48,7 @@ AlarmForm newAlarmForm(const QDateTime& now, qint64 firstSnooze) {
     AlarmForm form;
     form.interval = QStringLiteral("1");
     form.atTimePicker = form.atAlarmTimePicker = wholeMinute(earliest.time());
-    form.atTimePickerDate = form.atDatePicker = earliest.date();
+    form.atDatePicker = earliest.date();
     form.snoozeTime = firstSnooze;
     return form;
 }

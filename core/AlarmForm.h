@@ -24,10 +24,8 @@ struct AlarmForm {
     bool isMinuteUnits = true;
     bool shouldRepeat = false;
 
-    // Row 1. The picker of the time keeps a date of its own, which the user does not see: it is
-    // set when an alarm is loaded and by the calendar sheet, and not by the picker of the date.
+    // Row 1.
     QTime atTimePicker;
-    QDate atTimePickerDate;
     QDate atDatePicker;
     bool shouldUseEveryDay = false;
 

@@ -43,6 +43,11 @@ QDateTime localMoment(QDate date, QTime time) {
     return readingsOf(date, time).first;
 }
 
+QDateTime nextMomentAt(QTime time, const QDateTime& now) {
+    const QDateTime today = localMoment(now.date(), time);
+    return today > now ? today : localMoment(now.date().addDays(1), time);
+}
+
 QDateTime addingHours(const QDateTime& moment, qint64 hours) {
     constexpr qint64 secondsOfAnHour = 3600;
     if (hours <= 0)

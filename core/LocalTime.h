@@ -12,6 +12,9 @@ namespace dorvane {
 // set back and the time comes twice, the first one: an alarm rings rather early than late.
 [[nodiscard]] QDateTime localMoment(QDate date, QTime time);
 
+// The next moment after `now` at which local clocks show the time: of today or of tomorrow.
+[[nodiscard]] QDateTime nextMomentAt(QTime time, const QDateTime& now);
+
 // The moment at which the face of the clock has gone on by that many hours: 22:00 and ten hours are
 // 08:00 on every night. The policy of localMoment(), but that it is always after `moment`: where a
 // time comes twice, the first one that is. Hours that do not go forward are taken as they pass.

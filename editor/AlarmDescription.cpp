@@ -15,11 +15,11 @@ QString intervalPiece(const AlarmForm& form) {
            (form.isMinuteUnits ? QStringLiteral(" minute(s)") : QStringLiteral(" hour(s)"));
 }
 
-// The date is the time picker's own and not that of the date picker. That is meant: the two are
-// set together when an alarm is loaded and by the calendar sheet.
-QString datedPiece(const AlarmForm& form, const QLocale& locale) {
-    return locale.toString(QDateTime(form.atTimePickerDate, form.atTimePicker, Qt::UTC),
-                           QStringLiteral("'On' MMM dd 'at' HH:mm"));
+QString datedPiece(const AlarmForm& form, QDate today, const QLocale& locale) {
+    const bool isFar = form.atDatePicker < today || form.atDatePicker >= today.addYears(1);
+    return locale.toString(QDateTime(form.atDatePicker, form.atTimePicker, Qt::UTC),
+                           isFar ? QStringLiteral("'On' MMM dd yyyy 'at' HH:mm")
+                                 : QStringLiteral("'On' MMM dd 'at' HH:mm"));
 }
 
 // "On every Monday Friday " when days are ticked, nothing else.
@@ -40,10 +40,10 @@ QString weeklyPiece(const AlarmForm& form, const QLocale& locale) {
            locale.toString(form.atAlarmTimePicker, QStringLiteral("HH:mm Ap"));
 }
 
-QString whenPiece(const AlarmForm& form, const QLocale& locale) {
+QString whenPiece(const AlarmForm& form, QDate today, const QLocale& locale) {
     switch (form.row) {
     case Alarm::Dated:
-        return datedPiece(form, locale);
+        return datedPiece(form, today, locale);
     case Alarm::Weekly:
         return weeklyPiece(form, locale);
     case Alarm::Relative:
@@ -70,8 +70,8 @@ QString actionPiece(const AlarmForm& form) {
 
 } // namespace
 
-QString manageDescriptionLabel(const AlarmForm& form, const QLocale& locale) {
-    return whenPiece(form, locale) + QStringLiteral(" alarm '") + form.title +
+QString manageDescriptionLabel(const AlarmForm& form, QDate today, const QLocale& locale) {
+    return whenPiece(form, today, locale) + QStringLiteral(" alarm '") + form.title +
            QStringLiteral("' ") + actionPiece(form) + QLatin1Char('.');
 }
 

@@ -87,13 +87,10 @@ void AlarmSetController::wireWhen() {
     connect(m_controls->alarmTimeRadio, &QButtonGroup::idClicked, this,
             [this] { changed(&FormEnabling::alarmTimeRadioChanged); });
     connect(m_controls->everyDayCheck, &QCheckBox::clicked, this,
-            [this] { changed(&FormEnabling::everyDayCheckChanged); });
+            [this] { ticksChanged(&FormEnabling::everyDayCheckChanged); });
     for (QCheckBox* box : m_formControls.dayBoxes())
-        connect(box, &QCheckBox::clicked, this, [this] {
-            m_formControls.readInto(m_form);
-            m_times->daysTicked(!m_form.weekdays.isEmpty(), m_services.runLoop.now());
-            changed(&FormEnabling::actDaysCheckBoxSelected);
-        });
+        connect(box, &QCheckBox::clicked, this,
+                [this] { ticksChanged(&FormEnabling::actDaysCheckBoxSelected); });
     connect(m_controls->foreverCheck, &QCheckBox::clicked, this, describe);
     connect(m_controls->repeatCheck, &QCheckBox::clicked, this, describe);
     connect(m_controls->inTimeField, &QLineEdit::textEdited, this, describe);
@@ -133,6 +130,12 @@ void AlarmSetController::wireLibrary() {
         storedAlarmsDidChangeNotification, [this](const void*) { storedAlarmsDidChange(); });
 }
 
+void AlarmSetController::ticksChanged(void (FormEnabling::*effect)(const AlarmForm&)) {
+    m_formControls.readInto(m_form);
+    m_times->ticksChanged(m_form, m_services.runLoop.now());
+    changed(effect);
+}
+
 void AlarmSetController::changed(void (FormEnabling::*effect)(const AlarmForm&)) {
     manageDescriptionLabel();
     (m_enabling.*effect)(m_form);
@@ -143,8 +146,9 @@ void AlarmSetController::manageDescriptionLabel() {
     m_formControls.readInto(m_form);
     m_form.soundPath = m_sound->soundPath();
     m_form.voiceName = m_voice->voiceName();
-    m_form.atTimePickerDate = m_times->atTimePickerDate();
-    m_controls->descriptionLabel->setText(dorvane::manageDescriptionLabel(m_form));
+    m_controls->descriptionLabel->setText(
+        dorvane::manageDescriptionLabel(m_form, m_services.runLoop.now().date()));
+    m_times->showRemarks();
     m_setButton->setEnabled(m_times->isReadable(m_form.row));
 }
 
@@ -155,10 +159,8 @@ void AlarmSetController::showWithAlarm(const AlarmPtr& alarm) {
     m_voice->askForVoices();
     reloadTitles();
     setAlarm(nullptr);
-    if (alarm) {
-        m_times->setEarliest(std::nullopt);
+    if (alarm)
         setAlarm(alarm.get());
-    }
     const int index = alarm ? m_controls->titleBox->findText(
                                   alarm->title(), Qt::MatchExactly | Qt::MatchCaseSensitive)
                             : -1;
@@ -188,12 +190,16 @@ void AlarmSetController::setAlarm(const Alarm* alarm) {
     const QDateTime now = m_services.runLoop.now();
     m_form = alarm ? formFilledFrom(*alarm, m_form, instantOf(now))
                    : newAlarmForm(now, m_formControls.firstSnooze());
-    if (!alarm)
-        m_times->setEarliest(now.addSecs(secondsToEarliest));
     {
+        using Origin = TimeChoice::Origin;
         const QSignalBlocker blocker(m_times);
-        m_times->fit(m_form, now);
+        m_times->fit(m_form,
+                     !alarm         ? Origin::New
+                     : m_editingOne ? Origin::Edited
+                                    : Origin::Picked,
+                     now);
         m_formControls.show(m_form);
+        m_times->ticksChanged(m_form, now);
     }
     m_sound->setSoundPath(m_form.soundPath);
     m_voice->setVoiceName(m_form.voiceName);
@@ -266,6 +272,8 @@ void AlarmSetController::setButtonPushed() {
         return showFaults(QStringLiteral("%1 alarms are stored, which is the most. Delete one of "
                                          "them first, or use its title.")
                               .arg(StoredAlarms::most));
+    if (!m_editingOne && m_times->renewBounds(m_form.row, m_services.runLoop.now()))
+        return manageDescriptionLabel();
     const AlarmPtr alarm = saveCurrentAlarm();
     if (m_delegate)
         m_delegate->acceptedAlarm(*this, alarm);

@@ -50,6 +50,7 @@ private:
     void wireLibrary();
 
     // What a control that was touched changes: its share of what is enabled, and the sentence.
+    void ticksChanged(void (FormEnabling::*effect)(const AlarmForm&));
     void changed(void (FormEnabling::*effect)(const AlarmForm&));
     void manageDescriptionLabel();
 

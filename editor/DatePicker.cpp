@@ -1,108 +1,89 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/DatePicker.h"
 
-#include "core/DateHelpers.h"
-
-#include <QKeyEvent>
-#include <QLineEdit>
-#include <QSignalBlocker>
+#include "core/WrittenDate.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace dorvane {
 
-namespace {
+DatePicker::DatePicker(QWidget* parent) : TypedField(parent), m_territory(QLocale::system()) {}
 
-// Alarms can be set beyond this century.
-QString dateFormat(const QLocale& locale) {
-    QString format = locale.dateFormat(QLocale::ShortFormat);
-    if (!format.contains(QStringLiteral("yyyy")))
-        format.replace(QStringLiteral("yy"), QStringLiteral("yyyy"));
-    return format;
-}
-
-} // namespace
-
-DatePicker::DatePicker(QWidget* parent) : QDateEdit(parent) {
-    // A date alone is no moment: no night on which clocks are set may refuse it.
-    setTimeSpec(Qt::UTC);
-    setLocale(dateLanguage());
-    setDisplayFormat(dateFormat(QLocale::system()));
-    setFocusPolicy(Qt::StrongFocus);
-    lineEdit()->installEventFilter(this);
-    connect(this, &QDateEdit::dateChanged, this, [this] {
-        setRemark({});
-        m_hasJumped = false;
-        Q_EMIT chosenDateChanged();
-    });
-    connect(this, &QDateEdit::editingFinished, this, &DatePicker::settle);
+void DatePicker::setTerritory(const QLocale& territory) {
+    m_territory = territory;
+    updateGeometry();
+    settleOnWanted();
 }
 
 QDate DatePicker::chosenDate() const {
-    return m_earliest ? std::max(date(), *m_earliest) : date();
+    return m_earliest ? std::max(m_wanted, *m_earliest) : m_wanted;
 }
 
 void DatePicker::setChosenDate(QDate date) {
-    setRemark({});
-    m_hasJumped = false;
-    const QSignalBlocker blocker(this);
-    setDate(date);
+    m_wanted = date;
+    m_written.clear();
+    settleOnWanted();
 }
 
-bool DatePicker::takeUnseenJump() {
-    settle();
-    return std::exchange(m_hasJumped, false);
+void DatePicker::setTimeOfDay(QTime time) {
+    m_time = time;
+    if (m_written.isEmpty())
+        return;
+    const auto date = dateRead(m_written, m_territory, m_now(), time).date;
+    if (!date || date == m_wanted)
+        return;
+    m_wanted = *date;
+    boundChanged();
 }
 
 void DatePicker::setEarliest(std::optional<QDate> earliest) {
+    if (earliest == m_earliest)
+        return;
     m_earliest = earliest;
-    if (!hasFocus())
-        settle();
+    boundChanged();
 }
 
-void DatePicker::stepBy(int steps) {
-    QDateEdit::stepBy(steps);
-    settle();
+TypedField::Reading DatePicker::read(const QString& text) {
+    const DateReading reading = dateRead(text, m_territory, m_now(), m_time);
+    m_written.clear();
+    if (!reading.date)
+        return reading.canBecomeDate ? Reading::Beginning : Reading::Unreadable;
+    m_wanted = *reading.date;
+    m_written = text;
+    return Reading::Read;
 }
 
-void DatePicker::settle() {
-    if (date() == chosenDate())
-        return;
-    setDate(chosenDate());
-    m_hasJumped = true;
-    setRemark(QStringLiteral("That day has passed"));
+QString DatePicker::show() {
+    m_shown = chosenDate();
+    return shown();
 }
 
-void DatePicker::setRemark(const QString& remark) {
-    if (std::exchange(m_remark, remark) != remark)
-        Q_EMIT remarkChanged();
+QString DatePicker::shown() const {
+    return dateShown(m_shown, m_territory);
 }
 
-// A click selects the part that it points at.
-bool DatePicker::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonRelease && !lineEdit()->hasSelectedText())
-        setSelectedSection(currentSection());
-    return QDateEdit::eventFilter(watched, event);
+QString DatePicker::widestText() const {
+    return dateShown(QDate(2020, 12, 20), m_territory);
 }
 
-// What is typed over the whole date begins with its first part. A part that is full has moved on to
-// the next by itself: the separator that people type then must not move on once more.
-void DatePicker::keyPressEvent(QKeyEvent* event) {
-    const QChar key = event->text().isEmpty() ? QChar() : event->text()[0];
-    if (key.isDigit() && lineEdit()->selectedText() == lineEdit()->text())
-        setSelectedSection(sectionAt(0));
-    if (key.isPunct() && lineEdit()->hasSelectedText())
-        return;
-    QDateEdit::keyPressEvent(event);
+QString DatePicker::jumpRemark() const {
+    return m_wanted < m_shown ? QStringLiteral("That day has passed") : QString();
 }
 
-// A turn of the wheel while the pointer passes is meant for the window.
-void DatePicker::wheelEvent(QWheelEvent* event) {
-    if (hasFocus())
-        QDateEdit::wheelEvent(event);
-    else
-        event->ignore();
+QString DatePicker::unreadableRemark() const {
+    return QStringLiteral("Not a date");
+}
+
+TypedText DatePicker::typed(const TypedText& field, QChar character) const {
+    return dateTyped(field, character, dateOrder(m_territory));
+}
+
+void DatePicker::step(int steps, TextPart part) {
+    const QChar unit = dateOrder(m_territory)[std::min<qsizetype>(part.index, 2)];
+    const QDate date = chosenDate();
+    setChosenDate(unit == u'y'   ? date.addYears(steps)
+                  : unit == u'M' ? date.addMonths(steps)
+                                 : date.addDays(steps));
 }
 
 } // namespace dorvane

@@ -3,12 +3,11 @@
 
 #include "core/AlarmBuilding.h"
 #include "core/AlarmForm.h"
+#include "core/LocalTime.h"
 #include "editor/sheets/GraphicalDateWindow.h"
 #include "editor/sheets/GraphicalTimeWindow.h"
 #include "platform/RunLoop.h"
 #include "ui_AlarmSetController.h"
-
-#include <algorithm>
 
 namespace dorvane {
 
@@ -18,16 +17,21 @@ TimeChoice::TimeChoice(const RunLoop& runLoop, Ui::AlarmSetController& controls,
     , m_controls(controls)
     , m_graphicalDateWindow(new GraphicalDateWindow(window))
     , m_graphicalTimeWindow(new GraphicalTimeWindow(window)) {
-    connect(controls.atDatePicker, &DatePicker::chosenDateChanged, this, [this] {
-        m_controls.atTimePicker->setEarliestOn(m_controls.atDatePicker->chosenDate(),
-                                               m_datedEarliest);
+    controls.atDatePicker->setNow([&runLoop] { return runLoop.now(); });
+    connect(controls.atDatePicker, &DatePicker::chosenChanged, this, [this] {
+        boundTime();
         Q_EMIT changed();
     });
-    connect(controls.atDatePicker, &DatePicker::remarkChanged, this, &TimeChoice::showRemarks);
-    for (TimePicker* picker : {controls.atTimePicker, controls.atAlarmTimePicker}) {
-        connect(picker, &TimePicker::chosenTimeChanged, this, &TimeChoice::changed);
-        connect(picker, &TimePicker::remarkChanged, this, &TimeChoice::showRemarks);
-    }
+    connect(controls.atTimePicker, &TimePicker::chosenChanged, this, [this] {
+        m_controls.atDatePicker->setTimeOfDay(m_controls.atTimePicker->wantedTime());
+        if (m_isEveryDay)
+            boundDate(m_runLoop.now());
+        Q_EMIT changed();
+    });
+    connect(controls.atAlarmTimePicker, &TimePicker::chosenChanged, this, &TimeChoice::changed);
+    for (TypedField* field : std::initializer_list<TypedField*>{
+             controls.atDatePicker, controls.atTimePicker, controls.atAlarmTimePicker})
+        connect(field, &TypedField::remarkChanged, this, &TimeChoice::showRemarks);
     wireSheets();
 }
 
@@ -39,36 +43,74 @@ void TimeChoice::wireSheets() {
     connect(m_graphicalTimeWindow, &QDialog::accepted, this, &TimeChoice::graphicalTimeSelected);
 }
 
-void TimeChoice::setEarliest(const std::optional<QDateTime>& earliest) {
-    m_datedEarliest = m_weeklyEarliest = earliest;
+void TimeChoice::fit(AlarmForm& form, Origin origin, const QDateTime& now) {
+    m_isDateBounded = origin != Origin::Edited;
+    m_isWeeklyBounded = origin == Origin::New;
+    if (origin == Origin::Picked &&
+        fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker) <= now)
+        form.atDatePicker = nextMomentAt(form.atTimePicker, now).date();
 }
 
-void TimeChoice::fit(AlarmForm& form, const QDateTime& now) {
-    std::optional<QDate> earliestDate;
-    if (m_datedEarliest) {
-        earliestDate = m_datedEarliest->date();
-        form.atTimePickerDate = std::max(form.atTimePickerDate, *earliestDate);
-        form.atDatePicker = std::max(form.atDatePicker, *earliestDate);
+void TimeChoice::ticksChanged(const AlarmForm& form, const QDateTime& now) {
+    if (m_hasDays && form.weekdays.isEmpty())
+        m_isWeeklyBounded = true;
+    m_hasDays = !form.weekdays.isEmpty();
+    m_isEveryDay = form.shouldUseEveryDay;
+    DatePicker& date = *m_controls.atDatePicker;
+    if (m_isEveryDay && !date.isReadable()) // nobody could correct it there
+        date.setChosenDate(date.chosenDate());
+    date.setTimeOfDay(m_controls.atTimePicker->wantedTime());
+    boundDate(now);
+    boundTime();
+    m_controls.atAlarmTimePicker->setEarliestOn(
+        now.date(), m_isWeeklyBounded && !m_hasDays ? std::optional(now.addSecs(secondsToEarliest))
+                                                    : std::nullopt);
+}
+
+void TimeChoice::boundDate(const QDateTime& now) {
+    const QDateTime earliest = now.addSecs(secondsToEarliest);
+    std::optional<QDate> date;
+    m_datedEarliest.reset();
+    if (m_isEveryDay) {
+        date = nextMomentAt(m_controls.atTimePicker->wantedTime(), now).date();
+    } else if (m_isDateBounded) {
+        date = earliest.date();
+        m_datedEarliest = earliest;
     }
-    if (!form.weekdays.isEmpty())
-        m_weeklyEarliest.reset();
-    m_atTimePickerDate = form.atTimePickerDate;
-    m_controls.atDatePicker->setEarliest(earliestDate);
-    m_controls.atTimePicker->setEarliestOn(form.atDatePicker, m_datedEarliest);
-    m_controls.atAlarmTimePicker->setEarliestOn(now.date(), m_weeklyEarliest);
+    m_controls.atDatePicker->setEarliest(date);
 }
 
-void TimeChoice::daysTicked(bool anyDay, const QDateTime& now) {
-    m_weeklyEarliest.reset();
-    if (!anyDay)
-        m_weeklyEarliest = now.addSecs(secondsToEarliest);
-    m_controls.atAlarmTimePicker->setEarliestOn(now.date(), m_weeklyEarliest);
+void TimeChoice::boundTime() {
+    m_controls.atTimePicker->setEarliestOn(m_controls.atDatePicker->chosenDate(), m_datedEarliest);
+}
+
+QDateTime TimeChoice::chosen(Alarm::Kind row, const QDateTime& now) const {
+    return row == Alarm::Weekly
+               ? fullDateWithTimeFrom(m_controls.atAlarmTimePicker->chosenTime(), now.date())
+               : fullDateWithTimeFrom(m_controls.atTimePicker->chosenTime(),
+                                      m_controls.atDatePicker->chosenDate());
+}
+
+bool TimeChoice::renewBounds(Alarm::Kind row, const QDateTime& now) {
+    const QDateTime before = chosen(row, now);
+    m_isDateBounded = true;
+    boundDate(now);
+    boundTime();
+    if (m_isWeeklyBounded && !m_hasDays)
+        m_controls.atAlarmTimePicker->setEarliestOn(now.date(), now.addSecs(secondsToEarliest));
+    return row != Alarm::Relative && !m_isEveryDay && chosen(row, now) != before;
 }
 
 bool TimeChoice::isReadable(Alarm::Kind row) const {
-    return row == Alarm::Relative ||
-           (row == Alarm::Dated ? m_controls.atTimePicker->isReadable()
-                                : m_controls.atAlarmTimePicker->isReadable());
+    switch (row) {
+    case Alarm::Dated:
+        return m_controls.atDatePicker->isReadable() && m_controls.atTimePicker->isReadable();
+    case Alarm::Weekly:
+        return m_controls.atAlarmTimePicker->isReadable();
+    case Alarm::Relative:
+        break;
+    }
+    return true;
 }
 
 bool TimeChoice::takeUnseenJump(Alarm::Kind row) {
@@ -77,13 +119,19 @@ bool TimeChoice::takeUnseenJump(Alarm::Kind row) {
     if (row == Alarm::Weekly)
         return m_controls.atAlarmTimePicker->takeUnseenJump();
     const bool hasDateJumped = m_controls.atDatePicker->takeUnseenJump();
-    return m_controls.atTimePicker->takeUnseenJump() || hasDateJumped;
+    return (m_controls.atTimePicker->takeUnseenJump() || hasDateJumped) && !m_isEveryDay;
 }
 
 void TimeChoice::showRemarks() {
-    const QString& date = m_controls.atDatePicker->remark();
+    const QString date = m_isEveryDay ? QString() : m_controls.atDatePicker->remark();
     m_controls.atTimeRemark->setText(date.isEmpty() ? m_controls.atTimePicker->remark() : date);
-    m_controls.atAlarmTimeRemark->setText(m_controls.atAlarmTimePicker->remark());
+    QString weekly = m_controls.atAlarmTimePicker->remark();
+    if (weekly.isEmpty() && m_controls.atAlarmTimeRadio->isChecked() && !m_hasDays) {
+        const QDateTime now = m_runLoop.now();
+        weekly = chosen(Alarm::Weekly, now) > now ? QStringLiteral("Rings once, today")
+                                                  : QStringLiteral("Rings once, tomorrow");
+    }
+    m_controls.atAlarmTimeRemark->setText(weekly);
 }
 
 void TimeChoice::calendarButtonPushed() {
@@ -93,8 +141,8 @@ void TimeChoice::calendarButtonPushed() {
 }
 
 void TimeChoice::graphicalDateSelected() {
-    m_atTimePickerDate = m_graphicalDateWindow->date();
-    m_controls.atDatePicker->setDate(m_graphicalDateWindow->date());
+    m_controls.atDatePicker->setChosenDate(m_graphicalDateWindow->date());
+    boundTime();
     m_controls.atTimePicker->setChosenTime(m_graphicalDateWindow->time());
     Q_EMIT changed();
 }

@@ -19,8 +19,7 @@ class GraphicalDateWindow;
 class GraphicalTimeWindow;
 
 // The dates and times of day of the alarm editor: their fields, the sheets in which they can be
-// chosen too, and what keeps a new alarm from being set to the past. Belongs to the editor's
-// window.
+// chosen too, and what keeps an alarm from being set to the past. Belongs to the editor's window.
 class TimeChoice final : public QObject {
     Q_OBJECT
 
@@ -28,24 +27,27 @@ public:
     // The controls must be those of the window; the run loop must outlive it.
     TimeChoice(const RunLoop& runLoop, Ui::AlarmSetController& controls, QWidget* window);
 
-    // Nothing before this moment can be chosen from now on: for a date, and for today's time when
-    // no weekday is ticked. An alarm that is there already may lie in the past.
-    void setEarliest(const std::optional<QDateTime>& earliest);
+    // Whose form is shown. Of a new alarm nothing may be chosen that lies in the past: neither a
+    // date nor the time of today. A stored one that was picked keeps its time of day and is moved
+    // on to a day on which that is ahead. One that is edited may lie in the past.
+    enum class Origin { New, Picked, Edited };
 
-    // To be called before a form is shown: brings its dates into the bounds, and the bounds to the
-    // form.
-    void fit(AlarmForm& form, const QDateTime& now);
+    // To be called before a form is shown in the controls.
+    void fit(AlarmForm& form, Origin origin, const QDateTime& now);
+    // To be called then, and when every day or a weekday was ticked: with every day any time comes,
+    // and with a weekday too.
+    void ticksChanged(const AlarmForm& form, const QDateTime& now);
 
-    // The date that belongs to the time of a dated alarm, see AlarmForm.
-    [[nodiscard]] QDate atTimePickerDate() const { return m_atTimePickerDate; }
-
-    // With no day ticked the alarm rings today, and so must not be set to a time that is past.
-    void daysTicked(bool anyDay, const QDateTime& now);
-
-    // Whether the time that the kind of alarm uses can be read.
+    // Whether the time and the date that the kind of alarm uses can be read.
     [[nodiscard]] bool isReadable(Alarm::Kind row) const;
     // Whether what was typed for it was past and has become another one, unseen as yet.
     [[nodiscard]] bool takeUnseenJump(Alarm::Kind row);
+    // To be called before an alarm is set that has to be ahead: holds what is chosen against the
+    // present, which moves on while the window is open. Whether that has changed it.
+    [[nodiscard]] bool renewBounds(Alarm::Kind row, const QDateTime& now);
+
+    // Says beside the fields what is to be said of them.
+    void showRemarks();
 
 Q_SIGNALS:
     // By the user or by a bound.
@@ -53,7 +55,9 @@ Q_SIGNALS:
 
 private:
     void wireSheets();
-    void showRemarks();
+    void boundDate(const QDateTime& now);
+    void boundTime();
+    [[nodiscard]] QDateTime chosen(Alarm::Kind row, const QDateTime& now) const;
     void calendarButtonPushed();
     void graphicalDateSelected();
     void alarmButtonPushed();
@@ -61,9 +65,11 @@ private:
 
     const RunLoop& m_runLoop;
     Ui::AlarmSetController& m_controls;
-    std::optional<QDateTime> m_datedEarliest;
-    std::optional<QDateTime> m_weeklyEarliest;
-    QDate m_atTimePickerDate;
+    bool m_isDateBounded = false;
+    bool m_isWeeklyBounded = false;
+    bool m_isEveryDay = false;
+    bool m_hasDays = false;
+    std::optional<QDateTime> m_datedEarliest; // for a time on the chosen date
     GraphicalDateWindow* m_graphicalDateWindow;
     GraphicalTimeWindow* m_graphicalTimeWindow;
 };

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/TypedTime.h"
-
-#include "core/DateHelpers.h"
+#include "editor/TypedText.h"
 
 #include <QRegularExpression>
 
@@ -24,25 +22,26 @@ const QRegularExpression& oldMinutes() {
     return expression;
 }
 
+// What stands between the cursor and the end of the next part.
+const QRegularExpression& nextPart() {
+    static const QRegularExpression expression(QStringLiteral("^([^\\d\\p{L}]+)(\\d+|\\p{L}+)"));
+    return expression;
+}
+
 bool isDigit(QChar character) {
     return character >= QLatin1Char('0') && character <= QLatin1Char('9');
 }
 
-bool isSeparator(QChar character) {
+bool areDigits(const QString& text) {
+    return std::all_of(text.cbegin(), text.cend(), isDigit);
+}
+
+bool isTimeSeparator(QChar character) {
     return character == QLatin1Char(':') || character == QLatin1Char('.');
 }
 
-// The hour of the day; nothing for one that does not go with its mark.
-std::optional<int> hourOf(int hour, QStringView mark, QTime before, bool isTwelveHours) {
-    const bool isEitherHalf = hour >= 1 && hour <= noon;
-    if (mark.isEmpty() && !(isTwelveHours && isEitherHalf))
-        return hour;
-    const bool isAfternoon = mark.isEmpty()
-                                 ? before.hour() >= noon
-                                 : mark.compare(QLatin1Char('p'), Qt::CaseInsensitive) == 0;
-    if (isEitherHalf)
-        return hour % noon + (isAfternoon ? noon : 0);
-    return (hour > noon) == isAfternoon ? std::optional(hour) : std::nullopt;
+bool isDateSeparator(QChar character) {
+    return character.isSpace() || QStringLiteral("./-,").contains(character);
 }
 
 // The text behind the cursor after a digit was typed into the hours, which makes them `hours`.
@@ -54,62 +53,76 @@ QString behindHours(QString after, const QString& hours) {
     return isOfTwentyFour ? after.remove(oldMark()) : after;
 }
 
+TypedText withCursorBehind(const QString& before, const QString& after) {
+    return {before + after, {.start = before.size()}};
+}
+
+// Whether no digit has room in the part of the date that ends the text.
+bool isFull(const QString& before, const QString& order) {
+    const TextPart part = partAt(before, before.size());
+    if (part.start + part.length != before.size() || part.index >= order.size())
+        return false;
+    return part.length >= (order[part.index] == u'y' ? 4 : 2);
+}
+
 } // namespace
 
-QString timeShown(QTime time, bool isTwelveHours) {
-    return dateLanguage().toString(time, isTwelveHours ? QStringLiteral("h:mm AP")
-                                                       : QStringLiteral("HH:mm"));
-}
-
-TimeReading timeRead(const QString& text, QTime before, bool isTwelveHours) {
-    static const QRegularExpression expression(
-        QStringLiteral("^\\s*(\\d{1,2})(?:\\s?[:.h ]\\s?(\\d{2})|(\\d{2}))?\\s*"
-                       "(?:([ap])\\.?(?:m\\.?)?)?\\s*$"),
-        QRegularExpression::CaseInsensitiveOption);
-    const auto match = expression.match(text, 0, QRegularExpression::PartialPreferCompleteMatch);
-    if (!match.hasMatch())
-        return {std::nullopt, match.hasPartialMatch()};
-    const std::optional<int> hour =
-        hourOf(match.capturedView(1).toInt(), match.capturedView(4), before, isTwelveHours);
-    const int minute = (match.captured(2) + match.captured(3)).toInt(); // one of them is empty
-    const QTime time(hour.value_or(-1), minute);
-    // 73 is the beginning of 730.
-    const bool isBeginning = text.size() <= 2 && match.capturedLength(1) == text.size();
-    return time.isValid() ? TimeReading{time, true} : TimeReading{std::nullopt, isBeginning};
-}
-
 TextPart partAt(const QString& text, qsizetype position) {
-    static const QRegularExpression part(QStringLiteral("\\d+|[AP]M"));
+    static const QRegularExpression part(QStringLiteral("\\d+|\\p{L}+"));
     TextPart found;
-    auto matches = part.globalMatch(text);
-    while (matches.hasNext()) {
+    qsizetype index = 0;
+    for (auto matches = part.globalMatch(text); matches.hasNext(); ++index) {
         const QRegularExpressionMatch match = matches.next();
-        if (match.capturedStart() <= position || found.length == 0)
-            found = {match.capturedStart(), match.capturedLength()};
+        if (match.capturedStart() <= position || index == 0)
+            found = {match.capturedStart(), match.capturedLength(), index};
     }
     return found;
 }
 
-TypedTime timeTyped(const TypedTime& field, QChar character) {
-    const auto [start, length] = field.selection;
-    QString before = field.text.left(start);
+TypedText timeTyped(const TypedText& field, QChar character) {
+    const qsizetype start = field.selection.start;
+    const qsizetype length = field.selection.length;
+    const QString before = field.text.left(start);
     QString after = field.text.mid(start + length);
-    if (isSeparator(character)) {
+    if (isTimeSeparator(character)) {
         if (!before.isEmpty() && before.toInt() == 0)
             after.remove(oldMark()); // no hour of a half
         if (const auto minutes = oldMinutes().match(after); minutes.hasMatch())
             return {field.text.left(start + length) + after,
-                    {start + length + 1, minutes.capturedLength() - 1}};
+                    {.start = start + length + 1, .length = minutes.capturedLength() - 1}};
     } else if (isDigit(character)) {
         if (before.isEmpty() && after.isEmpty()) // typed over everything, it still has its half
             after = oldMark().match(field.text).captured();
-        if (std::all_of(before.cbegin(), before.cend(), isDigit))
+        if (areDigits(before))
             after = behindHours(after, before + character);
-    } else if (oldMark().match(after).capturedLength() == after.size()) {
+    } else if (areDigits(before) || oldMark().match(after).capturedLength() == after.size()) {
         after.clear();
     }
-    before += character;
-    return {before + after, {before.size(), 0}};
+    return withCursorBehind(before + character, after);
+}
+
+TypedText dateTyped(const TypedText& field, QChar character, const QString& order) {
+    const qsizetype start = field.selection.start;
+    const qsizetype length = field.selection.length;
+    QString before = field.text.left(start);
+    QString after = field.text.mid(start + length);
+    const QRegularExpressionMatch next = nextPart().match(after);
+    if (isDateSeparator(character)) {
+        if (next.hasMatch())
+            return {field.text.left(start + length) + after,
+                    {.start = start + length + next.capturedLength(1),
+                     .length = next.capturedLength(2)}};
+    } else if (isDigit(character)) {
+        if (isFull(before, order) && next.hasMatch()) {
+            before += next.captured(1);
+            after = after.mid(next.capturedLength());
+        }
+    } else if (before.trimmed().isEmpty()) {
+        after.clear();
+    } else if (isDigit(before.back()) && next.hasMatch()) {
+        after = after.mid(next.capturedLength()); // the name of a month in its place
+    }
+    return withCursorBehind(before + character, after);
 }
 
 } // namespace dorvane

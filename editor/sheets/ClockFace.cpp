@@ -2,8 +2,8 @@
 #include "editor/sheets/ClockFace.h"
 
 #include "core/DateHelpers.h"
+#include "core/WrittenTime.h"
 #include "editor/sheets/ClockFacePainter.h"
-#include "editor/TypedTime.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

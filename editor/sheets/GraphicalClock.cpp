@@ -40,7 +40,7 @@ GraphicalClock::GraphicalClock(QWidget* parent)
     setTabOrder(m_morning, m_afternoon);
     setTabOrder(m_afternoon, m_face);
 
-    connect(m_field, &TimePicker::chosenTimeChanged, this, [this] {
+    connect(m_field, &TimePicker::chosenChanged, this, [this] {
         follow();
         Q_EMIT changed();
     });

@@ -2,8 +2,8 @@
 #include "editor/sheets/GraphicalDateWindow.h"
 
 #include "core/DateHelpers.h"
+#include "core/WrittenTime.h"
 #include "editor/DialogButtons.h"
-#include "editor/TypedTime.h"
 #include "ui_GraphicalDateWindow.h"
 
 namespace dorvane {
