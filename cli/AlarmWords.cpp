@@ -3,6 +3,7 @@
 
 #include "core/AlarmKeys.h"
 #include "core/DateHelpers.h"
+#include "core/Isolated.h"
 
 #include <algorithm>
 #include <optional>
@@ -61,9 +62,10 @@ std::optional<QVariantMap> nextOf(const QVariantList& alarms) {
 }
 
 QString ringingText(const QStringList& titles) {
-    return titles.size() == 1 ? titles.first() + QStringLiteral(" rings")
-                              : QStringLiteral("%1 and %2 more ring")
-                                    .arg(titles.first(), QString::number(titles.size() - 1));
+    return titles.size() == 1
+               ? isolated(titles.first()) + QStringLiteral(" rings")
+               : QStringLiteral("%1 and %2 more ring")
+                     .arg(isolated(titles.first()), QString::number(titles.size() - 1));
 }
 
 // Soonest first.
@@ -79,7 +81,7 @@ QString toolTip(const QVariantList& alarms, const QDateTime& now) {
         if (lines.size() == most)
             break;
         lines << (rings(alarm) ? QStringLiteral("now") : shortMoment(dueOf(alarm), now)) +
-                     QStringLiteral("  ") + alarm.value(key::title).toString();
+                     QStringLiteral("  ") + isolated(alarm.value(key::title).toString());
     }
     return lines.isEmpty() ? QStringLiteral("No alarms") : lines.join(u'\n');
 }
@@ -118,11 +120,11 @@ QStringList runningCells(const QVariantMap& alarm, const QDateTime& now) {
     else if (alarm.value(key::snoozed).toLongLong() > 0)
         left += QStringLiteral(", snoozed");
     return {alarm.value(key::identity).toString(), dayTimeString(due, now), left,
-            alarm.value(key::title).toString(), repetition(alarm)};
+            isolated(alarm.value(key::title).toString()), repetition(alarm)};
 }
 
 QStringList storedCells(const QVariantMap& alarm) {
-    return {alarm.value(key::title).toString(), plannedMoment(alarm), repetition(alarm)};
+    return {isolated(alarm.value(key::title).toString()), plannedMoment(alarm), repetition(alarm)};
 }
 
 QStringList aligned(const std::vector<QStringList>& rows) {
@@ -156,7 +158,8 @@ StatusReport statusReport(const QVariantList& alarms, bool breaksRun, const QDat
         report.line = ringingText(ringing);
         report.json = json(QStringLiteral("ringing"), report.line, toolTip(alarms, now));
     } else if (next) {
-        report.line = shortMoment(dueOf(*next), now) + u' ' + next->value(key::title).toString();
+        report.line =
+            shortMoment(dueOf(*next), now) + u' ' + isolated(next->value(key::title).toString());
         report.json = json(QStringLiteral("set"), report.line, toolTip(alarms, now));
     } else {
         report.json = json(QStringLiteral("idle"), {}, toolTip(alarms, now));

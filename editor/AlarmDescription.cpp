@@ -3,6 +3,7 @@
 
 #include "core/AlarmForm.h"
 #include "core/IntervalRule.h"
+#include "core/Isolated.h"
 #include "sounds/SoundName.h"
 
 namespace dorvane {
@@ -71,7 +72,7 @@ QString actionPiece(const AlarmForm& form) {
 } // namespace
 
 QString manageDescriptionLabel(const AlarmForm& form, QDate today, const QLocale& locale) {
-    return whenPiece(form, today, locale) + QStringLiteral(" alarm '") + form.title +
+    return whenPiece(form, today, locale) + QStringLiteral(" alarm '") + isolated(form.title) +
            QStringLiteral("' ") + actionPiece(form) + QLatin1Char('.');
 }
 

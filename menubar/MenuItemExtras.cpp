@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MenuItemExtras.h"
 
+#include "core/Isolated.h"
 #include "menubar/OneLine.h"
 #include "platform/RunLoop.h"
 
@@ -66,7 +67,8 @@ void MenuItemExtras::setTitle(const QString& title, const QString& subtitle,
 }
 
 QString MenuItemExtras::spokenText() const {
-    return m_subtitle.isEmpty() ? m_title : m_title + u' ' + oneLine(m_subtitle, longestSpoken);
+    return m_subtitle.isEmpty() ? m_title
+                                : m_title + u' ' + isolated(oneLine(m_subtitle, longestSpoken));
 }
 
 } // namespace dorvane

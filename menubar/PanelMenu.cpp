@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/PanelMenu.h"
 
+#include "core/Isolated.h"
 #include "menubar/OneLine.h"
 
 #include <limits>
@@ -15,8 +16,9 @@ constexpr int longestSubtitle = 24;
 // By characters: the letters are the panel's, and to measure ours would load their fonts.
 QString textOf(const MenuEntry& entry) {
     const QString title = oneLine(entry.title, std::numeric_limits<int>::max());
-    return entry.subtitle.isEmpty() ? title
-                                    : title + u' ' + oneLine(entry.subtitle, longestSubtitle);
+    return entry.subtitle.isEmpty()
+               ? title
+               : title + u' ' + isolated(oneLine(entry.subtitle, longestSubtitle));
 }
 
 // A running alarm is itself whatever its texts say. Those of the library are read anew each time,

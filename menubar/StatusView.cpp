@@ -3,6 +3,7 @@
 
 #include "core/Clock.h"
 #include "core/DateHelpers.h"
+#include "core/Isolated.h"
 #include "core/LocalTime.h"
 #include "core/NotificationNames.h"
 #include "core/WholeSecond.h"
@@ -115,7 +116,7 @@ void StatusView::showToolTip(const AlarmPtr& nearest, Instant moment) {
     QString text = QStringLiteral("Dorvane");
     if (nearest) {
         constexpr int longestTitle = 60;
-        const QString title = oneLine(nearest->title(), longestTitle);
+        const QString title = isolated(oneLine(nearest->title(), longestTitle));
         text = dayTimeString(nearest->time(moment), localDateTimeOf(moment));
         if (!title.isEmpty())
             text += QStringLiteral(" \u2013 ") + title;
