@@ -34,6 +34,8 @@
 
 #include <QIcon>
 
+#include <algorithm>
+
 // Every instance of which there is one: made on first use, on the main thread, and never destroyed,
 // so that no order of destruction has to be right.
 
@@ -91,7 +93,12 @@ std::unique_ptr<AlarmSetController> makeEditor() {
         .workspace = desktop.workspace,
         .notificationCenter = desktop.notifications,
         .propertyLists = desktop.propertyLists,
-        .makeReminders = [] { return ReminderController::create(reminderSurroundings()); }});
+        .makeReminders = [] { return ReminderController::create(reminderSurroundings()); },
+        .defaultSoundPath = [] { return AudioStorageController::sharedController().pingPath(); },
+        .runs =
+            [](const AlarmPtr& alarm) {
+                return std::ranges::count(Clock::sharedClock().allAlarms(), alarm) > 0;
+            }});
 }
 
 bool breaksRun() {

@@ -171,8 +171,7 @@ void AlarmControl::build(const MakingPtr& making) {
     const AlarmForm& form = making->request.form;
     if (const FormFaults faults = faultsOf(form); !faults.message.isEmpty())
         return making->answer(refusal("InvalidValue", faults.message.trimmed()));
-    const AlarmPtr alarm =
-        alarmBuiltFrom(form, making->asked, weekdayName(making->asked.date()), nullptr);
+    const AlarmPtr alarm = alarmBuiltFrom(form, making->asked, weekdayName(making->asked.date()));
     if (making->request.isStored &&
         !m_surroundings.storedAlarms.hasRoomFor(form.title, m_toStore.size()))
         return making->answer(refusal(

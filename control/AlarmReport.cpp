@@ -17,7 +17,9 @@ QStringList dayNames(WeekdaySet days) {
 
 // The alarm's own time of day, snoozes aside.
 QString timeOfDay(const Alarm& alarm) {
-    return alarm.storedTime().time().toString(QStringLiteral("HH:mm"));
+    const QTime wished = alarm.wishedTime();
+    return (wished.isValid() ? wished : alarm.storedTime().time())
+        .toString(QStringLiteral("HH:mm"));
 }
 
 void reportWhen(QVariantMap& report, const Alarm& alarm) {

@@ -57,7 +57,7 @@ AlarmPtr Alarm::initWithTime(const QDateTime& time, const QString& title) {
 AlarmPtr Alarm::copy(Instant now) const {
     AlarmPtr other = create();
     other->m_stored = m_stored;
-    other->setTime(time(now));
+    other->setTimeWishedAt(time(now), m_stored.wishedTime);
     other->setRunTime({});
     return other;
 }
@@ -105,7 +105,20 @@ QDateTime Alarm::storedTime() const {
 }
 
 void Alarm::setTime(const QDateTime& time) {
+    m_stored.wishedTime = {};
     setDue(m_stored.time, instantOrNone(time));
+}
+
+void Alarm::setTimeWishedAt(const QDateTime& time, QTime wished) {
+    const QTime wholeMinute(wished.hour(), wished.minute());
+    setTime(time);
+    if (time.isValid() && wholeMinute.isValid() && time.time() != wholeMinute)
+        m_stored.wishedTime = wholeMinute;
+}
+
+QTime Alarm::timeOfDay(Instant now) const {
+    return m_stored.wishedTime.isValid() ? m_stored.wishedTime
+                                         : time(now).addSecs(-60 * qint64(m_snoozedMinutes)).time();
 }
 
 QDateTime Alarm::runTime(Instant now) const {

@@ -54,6 +54,15 @@ public:
     [[nodiscard]] QDateTime storedTime() const;
     void setTime(const QDateTime& time);
 
+    // The time of day that was asked for, while the stored time has another one: that of a night in
+    // which clocks are set forward over it. Invalid otherwise.
+    [[nodiscard]] QTime wishedTime() const { return m_stored.wishedTime; }
+    void setWishedTime(QTime time) { m_stored.wishedTime = time; }
+    // Sets the stored time, and what was asked for where that is another time of day.
+    void setTimeWishedAt(const QDateTime& time, QTime wished);
+    // The time of day of the alarm itself: what was asked for, and no snooze counts.
+    [[nodiscard]] QTime timeOfDay(Instant now) const;
+
     // The moment a relative alarm counts from; now while none is stored.
     [[nodiscard]] QDateTime runTime(Instant now) const;
     [[nodiscard]] QDateTime storedRunTime() const;
@@ -207,6 +216,7 @@ private:
         QString voiceName;
         std::optional<Instant> time;
         std::optional<Instant> runTime;
+        QTime wishedTime;
         qint64 snoozeTime = 0;
         qint64 ringWithinUnits = 0;
         qint64 selRowNo = Relative;

@@ -71,6 +71,19 @@ Field snoozeTimeField() {
             }};
 }
 
+// A key of our own, which other readers pass over, and which most alarms are without.
+Field wishedTimeField() {
+    static const QString format = QStringLiteral("HH:mm");
+    return {QStringLiteral("wishedTimeOfDay"),
+            [](const Alarm& alarm, KeyedArchiver& coder, const QString& key) {
+                if (alarm.wishedTime().isValid())
+                    coder.encodeObject(alarm.wishedTime().toString(format), key);
+            },
+            [](Alarm& alarm, const Object& coder, const QString& key) {
+                alarm.setWishedTime(QTime::fromString(coder.decodeString(key), format));
+            }};
+}
+
 // In the order in which the format's own archiver would write them.
 const std::vector<Field>& fields() {
     using A = Alarm;
@@ -101,6 +114,7 @@ const std::vector<Field>& fields() {
         field<&A::isRunOnSat, &A::setIsRunOnSat>(QStringLiteral("RunOnSaturday")),
         field<&A::isRunOnSun, &A::setIsRunOnSun>(QStringLiteral("RunOnSunday")),
         field<&A::shouldUseForever, &A::setShouldUseForever>(QStringLiteral("ShouldUseForever")),
+        wishedTimeField(),
     };
     return all;
 }

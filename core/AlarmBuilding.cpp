@@ -6,7 +6,58 @@
 #include "core/LocalTime.h"
 #include "core/NextOccurrence.h"
 
+#include <algorithm>
+
 namespace dorvane {
+
+namespace {
+
+AlarmPtr alarmWithSettingsOf(const AlarmForm& form) {
+    AlarmPtr alarm = Alarm::create();
+    alarm->setTitle(form.title);
+    alarm->setSnoozeTime(form.snoozeTime);
+    alarm->setIsTimeWithDate(form.row == Alarm::Dated);
+    alarm->setIsMinuteUnits(form.isMinuteUnits);
+    alarm->setRingWithinUnits(intervalValue(form.interval));
+    alarm->setSoundPath(form.soundPath);
+    alarm->setIsPlaySound(form.isPlaySound);
+    alarm->setIsSpeakAlarmName(form.isSpeakAlarmName);
+    alarm->setShouldFadeIn(form.shouldFadeIn);
+    alarm->setVoiceName(form.voiceName);
+    alarm->setShouldRepeat(form.shouldRepeat);
+    alarm->setShouldUseEveryDay(form.shouldUseEveryDay);
+    alarm->setSelRowNo(form.row);
+    if (form.row == Alarm::Weekly) {
+        alarm->setShouldUseForever(form.shouldUseForever);
+        alarm->setWeekdays(form.weekdays);
+    }
+    return alarm;
+}
+
+// Its days may have become fewer, or its date another, since the form was filled.
+void takeOverTime(const Alarm& old, Alarm& alarm) {
+    alarm.setTimeWishedAt(old.storedTime(), old.wishedTime());
+    alarm.setWeekdays(old.weekdays());
+    alarm.setRunTime(old.selRowNo() >= Alarm::Weekly ? old.storedTime() : old.storedRunTime());
+    alarm.setSnoozedMinutes(old.snoozedMinutes());
+}
+
+// An alarm rings up to a second before it is due.
+QDateTime behindTheRingOf(const Alarm& alarm, const QDateTime& now) {
+    return alarm.isTriggered() ? std::max(now, alarm.time(instantOf(now))) : now;
+}
+
+// The moment that an edited timer counts from.
+QDateTime startOf(const AlarmForm& form, const Alarm& old, const QDateTime& now) {
+    if (old.selRowNo() != form.row)
+        return now;
+    const Instant present = instantOf(behindTheRingOf(old, now));
+    const AlarmPtr timer = alarmWithSettingsOf(form);
+    timer->setRunTime(old.runTime(instantOf(now)));
+    return timer->due(present) > present ? timer->storedRunTime() : now;
+}
+
+} // namespace
 
 QDateTime fullDateWithTimeFrom(QTime time, QDate date) {
     return localMoment(date, QTime(time.hour(), time.minute()));
@@ -37,29 +88,27 @@ AlarmPtr quickAlarm(int minutes, const QString& soundPath, const QDateTime& now)
     return alarm;
 }
 
+bool keepsItsTime(const EditedAlarm& edited, Instant now) {
+    const std::optional<Instant> due = edited.alarm.due(now);
+    return !edited.isTimeEdited && !edited.alarm.isTriggered() && due && *due > now;
+}
+
 AlarmPtr alarmBuiltFrom(const AlarmForm& form, const QDateTime& now, const QString& todaysName,
-                        const Alarm* editingOne) {
-    AlarmPtr alarm = Alarm::initWithTime(timeOf(form, now, todaysName), form.title);
-    alarm->setSnoozeTime(form.snoozeTime);
-    alarm->setIsTimeWithDate(form.row == Alarm::Dated);
-    alarm->setIsMinuteUnits(form.isMinuteUnits);
-    alarm->setRingWithinUnits(intervalValue(form.interval));
-    alarm->setSoundPath(form.soundPath);
-    alarm->setIsPlaySound(form.isPlaySound);
-    alarm->setIsSpeakAlarmName(form.isSpeakAlarmName);
-    alarm->setShouldFadeIn(form.shouldFadeIn);
-    alarm->setVoiceName(form.voiceName);
-    alarm->setShouldRepeat(form.shouldRepeat);
-    alarm->setShouldUseEveryDay(form.shouldUseEveryDay);
-    alarm->setSelRowNo(form.row);
-    if (editingOne)
-        alarm->setRunTime(editingOne->selRowNo() == form.row ? editingOne->runTime(instantOf(now))
-                                                             : now);
-    if (form.row == Alarm::Weekly) {
-        alarm->setShouldUseForever(form.shouldUseForever);
-        alarm->setWeekdays(form.weekdays);
-        alarm->setRunTime(alarm->time(instantOf(now)));
+                        const std::optional<EditedAlarm>& edited) {
+    AlarmPtr alarm = alarmWithSettingsOf(form);
+    if (edited)
+        alarm->setIsExisInActiveAlarmList(edited->alarm.isExisInActiveAlarmList());
+    if (edited && keepsItsTime(*edited, instantOf(now))) {
+        takeOverTime(edited->alarm, *alarm);
+        return alarm;
     }
+    const QDateTime present = edited ? behindTheRingOf(edited->alarm, now) : now;
+    const QTime timeOfDay = form.row == Alarm::Weekly ? form.atAlarmTimePicker : form.atTimePicker;
+    alarm->setTimeWishedAt(timeOf(form, present, todaysName), timeOfDay);
+    if (form.row == Alarm::Weekly)
+        alarm->setRunTime(alarm->time(instantOf(now)));
+    else if (edited)
+        alarm->setRunTime(startOf(form, edited->alarm, now));
     return alarm;
 }
 

@@ -6,6 +6,8 @@
 #include <QDateTime>
 #include <QString>
 
+#include <optional>
+
 namespace dorvane {
 
 struct AlarmForm;
@@ -23,9 +25,22 @@ struct AlarmForm;
 // A timer of the menu, set at `now`: titled "default", it plays the sound, which is a full path.
 [[nodiscard]] AlarmPtr quickAlarm(int minutes, const QString& soundPath, const QDateTime& now);
 
-// A new alarm as the form says, set at `now`. An alarm of the same kind that is being edited, which
-// may be null, hands on the moment that it counts from; one of another kind counts from now.
+// The alarm that is being edited, and whether its time is: what was not touched stays as the alarm
+// has it by now.
+struct EditedAlarm {
+    const Alarm& alarm;
+    bool isTimeEdited = false;
+};
+
+// Whether an edited alarm keeps its time, its days and its snoozes. One that rings or has passed
+// does not: what has rung counts anew.
+[[nodiscard]] bool keepsItsTime(const EditedAlarm& edited, Instant now);
+
+// A new alarm as the form says, set at `now`. An edited one hands on that the menu lists it, and
+// its time if it keeps that; a timer hands on the moment that it counts from unless it would have
+// passed by now.
 [[nodiscard]] AlarmPtr alarmBuiltFrom(const AlarmForm& form, const QDateTime& now,
-                                      const QString& todaysName, const Alarm* editingOne);
+                                      const QString& todaysName,
+                                      const std::optional<EditedAlarm>& edited = {});
 
 } // namespace dorvane

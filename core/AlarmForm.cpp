@@ -20,17 +20,18 @@ QTime wholeMinute(QTime time) {
 }
 
 void fillWhen(AlarmForm& form, const Alarm& alarm, Instant now) {
-    const QDateTime time = alarm.time(now);
+    const QDateTime time = alarm.time(now).addSecs(-60 * qint64(alarm.snoozedMinutes()));
+    const QTime timeOfDay = alarm.timeOfDay(now);
     switch (form.row) {
     case Alarm::Dated:
         if (time.isValid()) {
-            form.atTimePicker = wholeMinute(time.time());
+            form.atTimePicker = wholeMinute(timeOfDay);
             form.atDatePicker = time.date();
         }
         break;
     case Alarm::Weekly:
         if (time.isValid())
-            form.atAlarmTimePicker = wholeMinute(time.time());
+            form.atAlarmTimePicker = wholeMinute(timeOfDay);
         form.weekdays = alarm.weekdays();
         form.shouldUseForever = alarm.shouldUseForever();
         break;
@@ -68,9 +69,26 @@ AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form, Instant now) {
     return form;
 }
 
+bool asksForTheSameTime(const AlarmForm& form, const AlarmForm& other) {
+    if (form.row != other.row)
+        return false;
+    switch (form.row) {
+    case Alarm::Dated:
+        return form.atTimePicker == other.atTimePicker &&
+               (form.atDatePicker == other.atDatePicker ||
+                (form.shouldUseEveryDay && other.shouldUseEveryDay));
+    case Alarm::Weekly:
+        return form.atAlarmTimePicker == other.atAlarmTimePicker && form.weekdays == other.weekdays;
+    case Alarm::Relative:
+        break;
+    }
+    return intervalValue(form.interval) == intervalValue(other.interval) &&
+           form.isMinuteUnits == other.isMinuteUnits;
+}
+
 FormFaults faultsOf(const AlarmForm& form) {
     FormFaults faults;
-    if (form.title.isEmpty()) {
+    if (form.title.trimmed().isEmpty()) {
         faults.message += QStringLiteral("Title must not be empty.\n");
         faults.field = FormFaults::Field::Title;
     }

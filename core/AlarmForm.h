@@ -56,8 +56,12 @@ inline constexpr int secondsToEarliest = 60;
 // The form of a new alarm. `firstSnooze` is the first of the snooze lengths.
 [[nodiscard]] AlarmForm newAlarmForm(const QDateTime& now, qint64 firstSnooze);
 
-// The form for an alarm. What the alarm's kind does not use stays as it is in `form`.
+// The form for an alarm, snoozes aside. What the alarm's kind does not use stays as it is in
+// `form`.
 [[nodiscard]] AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form, Instant now);
+
+// Whether both ask for the same time, by an alarm of the same kind.
+[[nodiscard]] bool asksForTheSameTime(const AlarmForm& form, const AlarmForm& other);
 
 // What is wrong with a form: the lines to show, each with its line break, and the field to go to.
 struct FormFaults {

@@ -19,6 +19,12 @@ QDateTime dueWithoutSnoozes(const Alarm& alarm, const QDateTime& now) {
     return alarm.time(instantOf(now)).addSecs(-60 * qint64(alarm.snoozedMinutes()));
 }
 
+// What was asked for, which a night in which clocks are set forward may have no moment for: then
+// the alarm's own moment has another time of day.
+QTime wishedTimeOf(const Alarm& alarm, QTime own) {
+    return alarm.wishedTime().isValid() ? alarm.wishedTime() : own;
+}
+
 Weekday weekdayOf(QDate date) {
     return Weekday(int(Weekday::Monday) + date.dayOfWeek() - 1);
 }
@@ -27,13 +33,13 @@ RearmDecision moveDayOn(const Alarm& alarm, const QDateTime& now) {
     const QDateTime due = dueWithoutSnoozes(alarm, now);
     if (!due.isValid())
         return {};
-    int days = std::max(1, int(due.date().daysTo(now.date())));
-    if (addingDays(due, days) <= now)
-        ++days;
-    return {Outcome::NextDay,
-            addingDays(due, days),
-            {},
-            days > 1 ? addingDays(due, days - 1) : QDateTime()};
+    const auto daysAfter = [&, timeOfDay = wishedTimeOf(alarm, due.time())](int days) {
+        return localMoment(due.date().addDays(days), timeOfDay);
+    };
+    int count = std::max(1, int(due.date().daysTo(now.date())));
+    if (daysAfter(count) <= now)
+        ++count;
+    return {Outcome::NextDay, daysAfter(count), {}, count > 1 ? daysAfter(count - 1) : QDateTime()};
 }
 
 // From one due time of a rhythm to the last one that is not after now. Whole periods are passed at
@@ -62,7 +68,7 @@ RearmDecision movePeriodOn(const Alarm& alarm, const QDateTime& now) {
 // every week, that day is used up, and so are those that have passed since.
 RearmDecision moveWeekdayOn(const Alarm& alarm, const QDateTime& now) {
     const QDateTime due = dueWithoutSnoozes(alarm, now);
-    const QTime timeOfDay = alarm.runTime(instantOf(now)).time();
+    const QTime timeOfDay = wishedTimeOf(alarm, alarm.runTime(instantOf(now)).time());
     QDate day = due.isValid() ? due.date() : now.date();
     if (alarm.shouldUseForever())
         day = std::max(day, now.date().addDays(-8)); // the days before are like those after
@@ -89,7 +95,7 @@ RearmDecision moveOnFromToday(const Alarm& alarm, Weekday today, const QDateTime
     WeekdaySet left = alarm.weekdays();
     if (!alarm.shouldUseForever())
         left.set(today, false);
-    const QTime timeOfDay = alarm.runTime(instantOf(now)).time();
+    const QTime timeOfDay = wishedTimeOf(alarm, alarm.runTime(instantOf(now)).time());
     const auto next = calculateNextDate(nextWeekday(today), left, timeOfDay, now.date());
     return next ? RearmDecision{Outcome::NextWeekday, *next, left, {}}
                 : RearmDecision{Outcome::NoDayLeft, {}, left, {}};
@@ -97,7 +103,7 @@ RearmDecision moveOnFromToday(const Alarm& alarm, Weekday today, const QDateTime
 
 // The first ticked day of a weekday alarm that is set now.
 QDateTime firstDay(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
-    const QTime timeOfDay = alarm.time(instantOf(now)).time();
+    const QTime timeOfDay = wishedTimeOf(alarm, alarm.time(instantOf(now)).time());
     return firstWeekdayDate(alarm.weekdays(),
                             localMoment(now.date(), QTime(timeOfDay.hour(), timeOfDay.minute())),
                             now, todaysName);
@@ -169,20 +175,21 @@ qint64 snoozeMinutes(const Alarm& alarm, Instant now) {
 }
 
 void applyRearm(const RearmDecision& decision, Alarm& alarm) {
+    const QTime wished = wishedTimeOf(alarm, alarm.storedTime().time());
     switch (decision.outcome) {
     case Outcome::Remove:
     case Outcome::Unchanged:
         break;
     case Outcome::NextDay:
         alarm.setRunTime({});
-        alarm.setTime(decision.next);
+        alarm.setTimeWishedAt(decision.next, wished);
         break;
     case Outcome::NextPeriod:
         alarm.setRunTime(decision.next);
         break;
     case Outcome::NextWeekday:
         alarm.setWeekdays(decision.weekdays);
-        alarm.setTime(decision.next);
+        alarm.setTimeWishedAt(decision.next, wished);
         alarm.setRunTime(decision.next);
         break;
     case Outcome::NoDayLeft:

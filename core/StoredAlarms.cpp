@@ -16,12 +16,41 @@ auto firstTitled(std::vector<AlarmPtr>& alarms, const QString& title) {
                         [&](const AlarmPtr& alarm) { return alarm->title() == title; });
 }
 
-void putInto(std::vector<AlarmPtr>& stored, const Alarm& alarm, Instant now) {
-    const auto found = firstTitled(stored, alarm.title());
-    if (found != stored.end())
-        *found = alarm.copy(now);
+// As much of it as the menu listed before is listed still.
+void replace(AlarmPtr& entry, Alarm& alarm, const AlarmPtr& by) {
+    if (entry->isExisInActiveAlarmList() && !alarm.isDefaultAlarm()) {
+        alarm.setIsExisInActiveAlarmList(true);
+        by->setIsExisInActiveAlarmList(true);
+    }
+    entry = by;
+}
+
+AlarmPtr templateOf(const Alarm& alarm, Instant now) {
+    AlarmPtr copy = alarm.copy(now);
+    if (alarm.snoozedMinutes() > 0)
+        copy->setTimeWishedAt(copy->storedTime().addSecs(-60 * qint64(alarm.snoozedMinutes())),
+                              alarm.wishedTime());
+    return copy;
+}
+
+void putInto(std::vector<AlarmPtr>& stored, Alarm& alarm, Instant now,
+             const QString& formerTitle = {}) {
+    if (!formerTitle.isEmpty() && formerTitle != alarm.title()) {
+        if (const auto former = firstTitled(stored, formerTitle); former != stored.end()) {
+            if (const auto same = firstTitled(stored, alarm.title()); same != stored.end()) {
+                alarm.setIsExisInActiveAlarmList(alarm.isExisInActiveAlarmList() ||
+                                                 (*former)->isExisInActiveAlarmList());
+                stored.erase(former);
+            } else {
+                (*former)->setTitle(alarm.title());
+            }
+        }
+    }
+    const AlarmPtr copy = templateOf(alarm, now);
+    if (const auto found = firstTitled(stored, alarm.title()); found != stored.end())
+        replace(*found, alarm, copy);
     else if (stored.size() < StoredAlarms::most)
-        stored.push_back(alarm.copy(now));
+        stored.push_back(copy);
     else
         qCWarning(logCore, "%zu alarms are stored, which is the most", stored.size());
 }
@@ -42,9 +71,9 @@ bool StoredAlarms::hasRoomFor(const QString& title, std::size_t others) {
     return stored.size() + others < most || firstTitled(stored, title) != stored.end();
 }
 
-void StoredAlarms::put(const Alarm& alarm, Instant now) {
+void StoredAlarms::put(Alarm& alarm, Instant now, const QString& formerTitle) {
     std::vector<AlarmPtr> stored = load();
-    putInto(stored, alarm, now);
+    putInto(stored, alarm, now, formerTitle);
     saveDefaultAlarms(stored);
 }
 
@@ -60,13 +89,25 @@ void StoredAlarms::updateAlarmList(const AlarmPtr& alarm) {
     const auto found = firstTitled(stored, alarm->title());
     if (found == stored.end())
         return;
-    *found = alarm;
+    replace(*found, *alarm, alarm);
     saveDefaultAlarms(stored);
 }
 
 void StoredAlarms::updateInactiveAlarmList(const AlarmPtr& alarm) {
+    std::vector<AlarmPtr> stored = load();
     alarm->setIsExisInActiveAlarmList(true);
-    updateAlarmList(alarm);
+    if (const auto found = firstTitled(stored, alarm->title()); found != stored.end())
+        *found = alarm;
+    else
+        stored.push_back(alarm);
+    saveDefaultAlarms(stored);
+}
+
+bool StoredAlarms::isListed(const QString& title) {
+    const auto stored = load();
+    return std::any_of(stored.begin(), stored.end(), [&](const AlarmPtr& alarm) {
+        return alarm->title() == title && alarm->isExisInActiveAlarmList();
+    });
 }
 
 void StoredAlarms::removeAlarm(const QString& title) {

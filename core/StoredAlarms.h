@@ -30,9 +30,11 @@ public:
     // Whether an alarm of this title can be stored, with as many others still to come.
     [[nodiscard]] bool hasRoomFor(const QString& title, std::size_t others = 0);
 
-    // Stores a copy of the alarm: in the place of the first one with its title, else at the end.
-    // One for which there is no room is not stored, of which the log tells.
-    void put(const Alarm& alarm, Instant now);
+    // Stores a copy of the alarm, snoozes aside: in the place of the first one with its title, else
+    // at the end. An alarm that had another title before takes the entry of that along. What the
+    // menu lists stays listed, and the alarm is flagged as it is. One for which there is no room is
+    // not stored, of which the log tells.
+    void put(Alarm& alarm, Instant now, const QString& formerTitle = {});
 
     // The same for several alarms, which are written together.
     void put(const std::vector<AlarmPtr>& alarms, Instant now);
@@ -41,8 +43,12 @@ public:
     // not stored, nothing happens.
     void updateAlarmList(const AlarmPtr& alarm);
 
-    // Flags the alarm as one that the menu lists while it does not run, and does the same.
+    // Flags the alarm as one that the menu lists while it does not run, and does the same; an alarm
+    // that is not stored is added.
     void updateInactiveAlarmList(const AlarmPtr& alarm);
+
+    // Whether an alarm of the title is stored and listed by the menu while it does not run.
+    [[nodiscard]] bool isListed(const QString& title);
 
     // Removes the first alarm of the title, if there is one.
     void removeAlarm(const QString& title);

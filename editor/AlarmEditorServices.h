@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Alarm.h"
+
 #include <functional>
 #include <memory>
 
@@ -30,6 +32,10 @@ struct AlarmEditorServices {
     const PropertyListFormat& propertyLists;
     // A window in which reminders are recorded, not yet shown.
     std::function<std::shared_ptr<ReminderController>()> makeReminders;
+    // The full path of the sound that a new alarm plays; empty for a silent one.
+    std::function<QString()> defaultSoundPath;
+    // Whether an alarm is among those that run.
+    std::function<bool(const AlarmPtr& alarm)> runs;
 };
 
 } // namespace dorvane

@@ -2,8 +2,11 @@
 #include "editor/AlarmFormControls.h"
 
 #include "core/AlarmForm.h"
+#include "core/IntervalRule.h"
 #include "editor/FormEnabling.h"
 #include "ui_AlarmSetController.h"
+
+#include <algorithm>
 
 namespace dorvane {
 
@@ -47,9 +50,16 @@ qint64 AlarmFormControls::firstSnooze() const {
     return m_controls.snoozeTimePopUp->itemText(0).toLongLong();
 }
 
-// A length that the pop-up does not offer selects nothing, and the form then says 0. Meant.
-int AlarmFormControls::snoozeItem(qint64 minutes) const {
-    return m_controls.snoozeTimePopUp->findText(QString::number(minutes));
+// A length that the pop-up does not have, from elsewhere, is offered while its alarm is shown. What
+// is no length gives way to the first one.
+void AlarmFormControls::showSnooze(qint64 minutes) {
+    QComboBox& popUp = *m_controls.snoozeTimePopUp;
+    while (popUp.count() > int(snoozeLengths.size()))
+        popUp.removeItem(popUp.count() - 1);
+    const QString length = QString::number(minutes);
+    if (popUp.findText(length) < 0 && minutes > 0 && minutes <= longestInterval(true))
+        popUp.addItem(length);
+    popUp.setCurrentIndex(std::max(0, popUp.findText(length)));
 }
 
 void AlarmFormControls::readInto(AlarmForm& form) const {
@@ -83,7 +93,7 @@ void AlarmFormControls::show(const AlarmForm& form) {
     for (std::size_t i = 0; i < m_dayBoxes.size(); ++i)
         m_dayBoxes[i]->setChecked(form.weekdays.contains(everyWeekday[i]));
     m_controls.foreverCheck->setChecked(form.shouldUseForever);
-    m_controls.snoozeTimePopUp->setCurrentIndex(snoozeItem(form.snoozeTime));
+    showSnooze(form.snoozeTime);
     m_controls.playSoundCheck->setChecked(form.isPlaySound);
     m_controls.shouldFadeInCheck->setChecked(form.shouldFadeIn);
     m_controls.speakNameCheck->setChecked(form.isSpeakAlarmName);

@@ -39,7 +39,7 @@ public:
 private:
     void fadePickersWhenDisabled();
     [[nodiscard]] WeekdaySet checkedDays() const;
-    [[nodiscard]] int snoozeItem(qint64 minutes) const;
+    void showSnooze(qint64 minutes);
 
     Ui::AlarmSetController& m_controls;
     std::vector<QCheckBox*> m_dayBoxes; // Monday first

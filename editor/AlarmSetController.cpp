@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/AlarmSetController.h"
 
-#include "core/AlarmBuilding.h"
 #include "core/NotificationNames.h"
 #include "core/StoredAlarms.h"
 #include "core/Weekday.h"
@@ -17,6 +16,7 @@
 #include "ui_AlarmSetController.h"
 #include "widgets/BringToFront.h"
 
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPainter>
 #include <QScreen>
@@ -80,6 +80,20 @@ void AlarmSetController::setUpControls() {
     m_controls->calendarButton->setIcon(icon(QStringLiteral("Calendar.svg")));
     m_controls->alarmButton->setIcon(icon(QStringLiteral("Clock.svg")));
     m_setButton = addAcceptAndCancel(*m_controls->buttonBox, QStringLiteral("&Set"));
+    for (QAbstractButton* button : findChildren<QAbstractButton*>())
+        if (button->isCheckable())
+            button->installEventFilter(this);
+}
+
+bool AlarmSetController::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            m_setButton->click();
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void AlarmSetController::wireWhen() {
@@ -128,6 +142,8 @@ void AlarmSetController::wireLibrary() {
     connect(m_controls->buttonBox, &QDialogButtonBox::rejected, this, [this] { reject(); });
     m_storedAlarmsObservation = m_services.notificationCenter.addObserver(
         storedAlarmsDidChangeNotification, [this](const void*) { storedAlarmsDidChange(); });
+    m_alarmsObservation = m_services.notificationCenter.addObserver(
+        alarmsDidChangeNotification, [this](const void*) { lookForEditingOne(); });
 }
 
 void AlarmSetController::ticksChanged(void (FormEnabling::*effect)(const AlarmForm&)) {
@@ -146,8 +162,11 @@ void AlarmSetController::manageDescriptionLabel() {
     m_formControls.readInto(m_form);
     m_form.soundPath = m_sound->soundPath();
     m_form.voiceName = m_voice->voiceName();
+    const QString sentence =
+        dorvane::manageDescriptionLabel(m_form, m_services.runLoop.now().date());
     m_controls->descriptionLabel->setText(
-        dorvane::manageDescriptionLabel(m_form, m_services.runLoop.now().date()));
+        m_isGone ? QStringLiteral("This alarm is no longer there. Set makes it anew.\n") + sentence
+                 : sentence);
     m_times->showRemarks();
     m_setButton->setEnabled(m_times->isReadable(m_form.row));
 }
@@ -156,16 +175,14 @@ void AlarmSetController::manageDescriptionLabel() {
 
 void AlarmSetController::showWithAlarm(const AlarmPtr& alarm) {
     m_editingOne = alarm;
+    m_isGone = false;
     m_voice->askForVoices();
     reloadTitles();
     setAlarm(nullptr);
     if (alarm)
         setAlarm(alarm.get());
-    const int index = alarm ? m_controls->titleBox->findText(
-                                  alarm->title(), Qt::MatchExactly | Qt::MatchCaseSensitive)
-                            : -1;
-    m_controls->titleBox->select(index);
-    m_controls->removeAlarmButton->setEnabled(index >= 0);
+    selectTitle(alarm ? alarm->title() : QString());
+    m_opened = m_form;
     setWindowTitle(alarm ? QStringLiteral("Edit Alarm") : QStringLiteral("New Alarm"));
     m_controls->titleBox->setFocus();
     const bool wasVisible = isVisible();
@@ -188,8 +205,13 @@ void AlarmSetController::fitToScreen() {
 void AlarmSetController::setAlarm(const Alarm* alarm) {
     m_formControls.readInto(m_form);
     const QDateTime now = m_services.runLoop.now();
-    m_form = alarm ? formFilledFrom(*alarm, m_form, instantOf(now))
-                   : newAlarmForm(now, m_formControls.firstSnooze());
+    if (alarm) {
+        m_form = formFilledFrom(*alarm, m_form, instantOf(now));
+    } else {
+        m_form = newAlarmForm(now, m_formControls.firstSnooze());
+        m_form.soundPath = m_services.defaultSoundPath();
+        m_form.isPlaySound = !m_form.soundPath.isEmpty();
+    }
     {
         using Origin = TimeChoice::Origin;
         const QSignalBlocker blocker(m_times);
@@ -218,16 +240,19 @@ void AlarmSetController::reloadTitles() {
         alarmTitles(m_services.storedAlarms.alarms().value_or(std::vector<AlarmPtr>())));
 }
 
+void AlarmSetController::selectTitle(const QString& title) {
+    TitleBox& box = *m_controls->titleBox;
+    box.selectNone();
+    m_controls->removeAlarmButton->setEnabled(!title.isEmpty() && box.select(title));
+}
+
 // The menu or another editor may have changed it: what is chosen stays so while it is stored.
 void AlarmSetController::storedAlarmsDidChange() {
-    TitleBox& box = *m_controls->titleBox;
-    const int chosen = box.selectedIndex();
-    const QString title = box.itemText(chosen);
+    const TitleBox& box = *m_controls->titleBox;
+    const QString chosen = box.selectedIndex() < 0 ? QString() : box.title();
     reloadTitles();
-    const auto exactly = Qt::MatchExactly | Qt::MatchCaseSensitive;
-    const int index = chosen < 0 ? -1 : box.findText(title, exactly);
-    box.select(index);
-    m_controls->removeAlarmButton->setEnabled(index >= 0);
+    selectTitle(chosen);
+    lookForEditingOne();
 }
 
 // What is stored may have changed since the list was loaded: the title is what counts.
@@ -239,8 +264,7 @@ void AlarmSetController::comboBoxSelectionDidChange(int index) {
     if (found == stored.end())
         return reloadTitles();
     setAlarm(found->get());
-    m_controls->titleBox->select(index);
-    m_controls->removeAlarmButton->setEnabled(true);
+    selectTitle(title);
 }
 
 void AlarmSetController::removeAlarmButtonPushed() {
@@ -272,8 +296,9 @@ void AlarmSetController::setButtonPushed() {
         return showFaults(QStringLiteral("%1 alarms are stored, which is the most. Delete one of "
                                          "them first, or use its title.")
                               .arg(StoredAlarms::most));
-    if (!m_editingOne && m_times->renewBounds(m_form.row, m_services.runLoop.now()))
-        return manageDescriptionLabel();
+    const QDateTime now = m_services.runLoop.now();
+    if (mustBeAhead(now) && m_times->renewBounds(m_form.row, now))
+        return manageDescriptionLabel(); // as above
     const AlarmPtr alarm = saveCurrentAlarm();
     if (m_delegate)
         m_delegate->acceptedAlarm(*this, alarm);
@@ -290,12 +315,39 @@ void AlarmSetController::showFaults(const QString& message) {
     alert->open();
 }
 
+std::optional<EditedAlarm> AlarmSetController::edited() const {
+    if (!m_editingOne)
+        return std::nullopt;
+    return EditedAlarm{*m_editingOne, m_isGone || !asksForTheSameTime(m_form, m_opened)};
+}
+
+// A stored alarm may lie in the past, and so may one that goes on as it is.
+bool AlarmSetController::mustBeAhead(const QDateTime& now) const {
+    const std::optional<EditedAlarm> alarm = edited();
+    return !alarm || (alarm->alarm.isActive() && !keepsItsTime(*alarm, instantOf(now)));
+}
+
 AlarmPtr AlarmSetController::saveCurrentAlarm() {
     const QDateTime now = m_services.runLoop.now();
-    AlarmPtr alarm = alarmBuiltFrom(m_form, now, weekdayName(now.date()), m_editingOne.get());
-    m_services.storedAlarms.put(*alarm, instantOf(now));
-    reloadTitles();
+    AlarmPtr alarm = alarmBuiltFrom(m_form, now, weekdayName(now.date()), edited());
+    m_services.storedAlarms.put(*alarm, instantOf(now),
+                                m_editingOne ? m_editingOne->title() : QString());
     return alarm;
+}
+
+// It may be deleted, or ring its last, while it is being edited.
+void AlarmSetController::lookForEditingOne() {
+    if (!m_editingOne || m_isGone || !isVisible())
+        return;
+    const bool isThere =
+        m_editingOne->isActive()
+            ? m_services.runs(m_editingOne)
+            : m_controls->titleBox->findText(m_editingOne->title(),
+                                             Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0;
+    if (isThere)
+        return;
+    m_isGone = true;
+    manageDescriptionLabel();
 }
 
 } // namespace dorvane

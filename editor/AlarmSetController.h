@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/AlarmBuilding.h"
 #include "core/AlarmForm.h"
 #include "editor/AlarmEditorServices.h"
 #include "editor/AlarmFormControls.h"
@@ -48,6 +49,8 @@ private:
     void wireWhen();
     void wireAction();
     void wireLibrary();
+    // Return sets, whatever desktop's buttons it would press; Space ticks.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     // What a control that was touched changes: its share of what is enabled, and the sentence.
     void ticksChanged(void (FormEnabling::*effect)(const AlarmForm&));
@@ -60,11 +63,15 @@ private:
     void reloadTitles();
     void storedAlarmsDidChange();
     void comboBoxSelectionDidChange(int index);
+    void selectTitle(const QString& title);
     void removeAlarmButtonPushed();
 
     void setButtonPushed();
     void showFaults(const QString& message);
+    [[nodiscard]] std::optional<EditedAlarm> edited() const;
+    [[nodiscard]] bool mustBeAhead(const QDateTime& now) const;
     AlarmPtr saveCurrentAlarm();
+    void lookForEditingOne();
 
     const AlarmEditorServices m_services;
     std::unique_ptr<Ui::AlarmSetController> m_controls;
@@ -77,7 +84,10 @@ private:
     FormEnabling m_enabling;
 
     NotificationCenter::Observation m_storedAlarmsObservation;
+    NotificationCenter::Observation m_alarmsObservation;
     AlarmPtr m_editingOne;
+    AlarmForm m_opened; // the form of that alarm
+    bool m_isGone = false;
     AlarmEditorDelegate* m_delegate = nullptr;
 };
 

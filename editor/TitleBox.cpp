@@ -3,7 +3,10 @@
 
 #include <QAbstractItemView>
 #include <QLineEdit>
+#include <QSignalBlocker>
 #include <QWheelEvent>
+
+#include <utility>
 
 namespace dorvane {
 
@@ -39,19 +42,35 @@ void TitleBox::setTitle(const QString& title) {
 }
 
 void TitleBox::setTitles(const QStringList& titles) {
-    const QString kept = title();
-    clear();
-    addItems(titles);
-    setCurrentIndex(-1);
     m_selected = -1;
-    setTitle(kept);
+    if (view()->isVisible()) {
+        m_titlesToCome = titles;
+        return;
+    }
+    // The box would take every change of its model for one of the text.
+    const QSignalBlocker quiet(model());
+    model()->removeRows(0, model()->rowCount());
+    model()->insertRows(0, int(titles.size()));
+    for (int row = 0; row < titles.size(); ++row)
+        model()->setData(model()->index(row, 0), titles[row]);
+    view()->reset();
 }
 
-void TitleBox::select(int index) {
-    const QString kept = title();
-    setCurrentIndex(index);
-    m_selected = index;
-    setTitle(index < 0 ? kept : itemText(index));
+void TitleBox::hidePopup() {
+    QComboBox::hidePopup();
+    if (m_titlesToCome)
+        setTitles(*std::exchange(m_titlesToCome, std::nullopt));
+}
+
+bool TitleBox::select(const QString& title) {
+    m_selected = findText(title, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (m_selected < 0)
+        return false;
+    const bool isShown = this->title() == title;
+    setCurrentIndex(m_selected);
+    if (!isShown)
+        setTitle(title);
+    return true;
 }
 
 // A turn of the wheel while the pointer passes would load another alarm.

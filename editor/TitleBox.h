@@ -3,6 +3,8 @@
 
 #include <QComboBox>
 
+#include <optional>
+
 namespace dorvane {
 
 // The field for an alarm's title with the stored titles to pick from. Picking is done in the list
@@ -17,13 +19,19 @@ public:
     [[nodiscard]] QString title() const;
     void setTitle(const QString& title);
 
-    // Replaces the list; the text in the field stays and nothing is selected.
+    // Replaces the list, or will when it is closed: it must not move under the pointer. The text in
+    // the field stays as it is, with its cursor, its selection and what can be undone; nothing is
+    // selected.
     void setTitles(const QStringList& titles);
+
+    void hidePopup() override;
 
     // The stored title that was picked and not typed over since; -1 for none.
     [[nodiscard]] int selectedIndex() const { return m_selected; }
-    // Selects an entry of the list, -1 for none. Its title replaces the text; none leaves it.
-    void select(int index);
+    // Selects the entry of a title, whose text replaces that in the field; false, and none is
+    // selected, where the title is not in the list.
+    bool select(const QString& title);
+    void selectNone() { m_selected = -1; }
 
 Q_SIGNALS:
     void titlePicked(int index);
@@ -34,6 +42,7 @@ protected:
 
 private:
     int m_selected = -1;
+    std::optional<QStringList> m_titlesToCome;
 };
 
 } // namespace dorvane

@@ -17,12 +17,25 @@ VoiceChoice::VoiceChoice(SpeechService& speech, Ui::AlarmSetController& controls
 }
 
 void VoiceChoice::askForVoices() {
-    m_speech.whenVoicesKnown([] {});
+    m_speech.whenVoicesKnown([self = QPointer(this)] {
+        if (self)
+            self->showFace();
+    });
 }
 
 void VoiceChoice::setVoiceName(const QString& name) {
     m_voiceName = name;
-    m_controls.voiceNamePopUp->setFace(name.isEmpty() ? QStringLiteral("Select Voice") : name);
+    showFace();
+}
+
+void VoiceChoice::showFace() {
+    const QStringList known = m_speech.voiceNames(); // none before somebody has asked for them
+    const bool isMissing =
+        !m_voiceName.isEmpty() && !known.isEmpty() && !known.contains(m_voiceName);
+    m_controls.voiceNamePopUp->setFace(
+        m_voiceName.isEmpty() ? QStringLiteral("Select Voice") : m_voiceName, isMissing);
+    m_controls.voiceNamePopUp->setToolTip(isMissing ? m_voiceName + QStringLiteral(" (missing)")
+                                                    : QString());
 }
 
 void VoiceChoice::fillMenu(const std::function<void()>& filled) {

@@ -23,7 +23,8 @@ public:
     // The controls are those of the window that is the parent; the service must outlive it.
     VoiceChoice(SpeechService& speech, Ui::AlarmSetController& controls, QObject* parent);
 
-    // Has the voices listed, so that they are there when the menu is opened.
+    // Has the voices listed, so that they are there when the menu is opened, and a chosen one that
+    // is not among them is marked as missing.
     void askForVoices();
 
     // Empty for none.
@@ -36,6 +37,7 @@ Q_SIGNALS:
     void voiceNameChanged();
 
 private:
+    void showFace();
     void fillMenu(const std::function<void()>& filled);
     void voiceSelected(const QAction& item) override;
 

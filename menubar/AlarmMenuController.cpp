@@ -58,7 +58,10 @@ AlarmMenuController::~AlarmMenuController() {
 
 MenuCommands AlarmMenuController::menuCommands() {
     const auto onAlarm = [this](void (AlarmMenuController::*command)(const AlarmPtr&)) {
-        return [this, command](const AlarmPtr& alarm) { (this->*command)(alarm); };
+        return [this, command](const AlarmPtr& alarm) {
+            if (isCurrent(*alarm))
+                (this->*command)(alarm);
+        };
     };
     const auto onBreaks = [this](void (AlarmMenuController::*command)()) {
         return m_surroundings.sharedRespito
@@ -81,8 +84,24 @@ MenuCommands AlarmMenuController::menuCommands() {
             .terminate = m_surroundings.terminate};
 }
 
-// The first press pays for the fonts; until then the program needs none.
+// A row may be out of date: of an alarm that has had its day meanwhile, or of a stored one that was
+// changed or deleted.
+bool AlarmMenuController::isCurrent(const Alarm& alarm) const {
+    if (alarm.isActive())
+        return std::ranges::any_of(m_surroundings.clock.allAlarms(),
+                                   [&](const AlarmPtr& each) { return each.get() == &alarm; });
+    const auto stored = m_surroundings.storedAlarms.alarms().value_or(std::vector<AlarmPtr>());
+    return std::ranges::any_of(stored,
+                               [&](const AlarmPtr& each) { return each->isStoredLike(alarm); });
+}
+
+// The first press pays for the fonts; until then the program needs none. The desktop may have
+// others by now.
 void AlarmMenuController::menuWillAppear() {
+    if (m_ourMenu && !m_ourMenu->isVisible() && m_ourMenu->hasOldFonts()) {
+        m_menuConstructor.setObjectMenu(nullptr);
+        m_ourMenu.reset();
+    }
     if (!m_ourMenu) {
         m_ourMenu.emplace(m_surroundings.runLoop);
         m_menuConstructor.setObjectMenu(&*m_ourMenu);
@@ -155,9 +174,7 @@ void AlarmMenuController::takeEdited(const AlarmPtr& old, const AlarmPtr& alarm)
     if (!old->isActive())
         return;
     if (old->isTriggered() || old->context())
-        endRinging(old); // or an answer to its window would undo what was set
-    if (alarm->selRowNo() == Alarm::Weekly)
-        alarm->setRunTime(alarm->time(instantNow(m_surroundings.runLoop)));
+        endRinging(old);      // or an answer to its window would undo what was set
     alarm->setIsActive(true); // or deleting it would look for it in the library
     if (!m_surroundings.clock.replaceAlarm(old, alarm))
         m_surroundings.clock.insertAlarm(alarm); // it rang its last while it was being edited
@@ -225,7 +242,8 @@ void AlarmMenuController::clearFromMenu(const AlarmPtr& alarm) {
 }
 
 void AlarmMenuController::saveFromMenu(const AlarmPtr& alarm) {
-    if (alarm->isExisInActiveAlarmList())
+    // Its flag is not enough: the stored one may have been deleted since.
+    if (alarm->isExisInActiveAlarmList() && m_surroundings.storedAlarms.isListed(alarm->title()))
         return;
     m_surroundings.storedAlarms.updateInactiveAlarmList(alarm);
     m_surroundings.notifications.post(mainMenuWillAppearNotification, this);

@@ -138,6 +138,7 @@ public:
 
 private:
     [[nodiscard]] MenuCommands menuCommands();
+    [[nodiscard]] bool isCurrent(const Alarm& alarm) const;
     void menuWillAppear();
     void darkModeChanged();
     void showEditor(const AlarmPtr& alarm);

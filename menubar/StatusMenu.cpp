@@ -26,7 +26,8 @@ private:
 
 StatusMenu::StatusMenu(RunLoop& runLoop)
     : m_runLoop(runLoop)
-    , m_fonts(MenuTitleFonts::of(QApplication::font("QMenu")))
+    , m_menuFont(QApplication::font("QMenu"))
+    , m_fonts(MenuTitleFonts::of(m_menuFont))
     , m_style(std::make_shared<StatusMenuStyle>(m_fonts)) {
     setStyle(m_style.get());
     setFont(m_fonts.title);          // plain titles stand among those with a subtitle
@@ -44,6 +45,10 @@ StatusMenu::StatusMenu(StatusMenu& parent)
 }
 
 StatusMenu::~StatusMenu() = default;
+
+bool StatusMenu::hasOldFonts() const {
+    return QApplication::font("QMenu") != m_menuFont;
+}
 
 void StatusMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
     QMenu::initStyleOption(option, action);

@@ -25,6 +25,8 @@ public:
     ~StatusMenu() override;
 
     [[nodiscard]] const MenuTitleFonts& titleFonts() const { return m_fonts; }
+    // Whether the desktop has another font for menus by now than when this one was made.
+    [[nodiscard]] bool hasOldFonts() const;
 
 protected:
     void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
@@ -42,6 +44,7 @@ private:
 
     RunLoop& m_runLoop;
     StatusMenu* m_parent = nullptr;
+    QFont m_menuFont; // the desktop's
     MenuTitleFonts m_fonts;
     std::shared_ptr<StatusMenuStyle> m_style; // one for all levels
     std::unique_ptr<EventTracking> m_tracking;

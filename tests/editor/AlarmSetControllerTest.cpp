@@ -375,6 +375,101 @@ TEST_F(AlarmSetControllerTest, keepsTheTimeOfAStoredAlarmOfThePast) {
     EXPECT_EQ(sentence(), "On Nov 18 at 21:00 alarm 'Bus' will be activated.");
 }
 
+TEST_F(AlarmSetControllerTest, leavesWhatIsBeingTypedAloneWhenTheLibraryChanges) {
+    store({.title = "Run", .minutes = 5});
+    open();
+    auto* edit = find<TitleBox>("titleBox")->lineEdit();
+    press({"=Mee"});
+    library.removeAlarm(u"Run"_qs);
+    store({.title = "Tea", .minutes = 3});
+    press({"=ting"});
+    EXPECT_EQ(edit->text(), u"Meeting"_qs);
+    edit->setSelection(1, 3);
+    store({.title = "Bus", .minutes = 3});
+    EXPECT_EQ(edit->selectedText(), u"eet"_qs);
+    edit->undo();
+    EXPECT_EQ(edit->text(), QString());
+    press({"Down"});
+    EXPECT_EQ(edit->text(), u"Tea"_qs);
+
+    find<TitleBox>("titleBox")->showPopup();
+    library.removeAlarm(u"Tea"_qs);
+    EXPECT_EQ(find<TitleBox>("titleBox")->count(), 2) << "the list stays while it is open";
+    find<TitleBox>("titleBox")->hidePopup();
+    EXPECT_EQ(find<TitleBox>("titleBox")->count(), 1);
+}
+
+TEST_F(AlarmSetControllerTest, setsTheNextTimeThatClocksShow) {
+    store({.title = "Tea", .kind = Alarm::Dated, .time = "10-01 07:00", .everyDay = true});
+    store({.title = "Bus", .kind = Alarm::Dated, .time = "10-01 07:00"});
+    const struct {
+        std::vector<std::initializer_list<const char*>> keys;
+        const char* due;
+    } cases[] = {
+        {{{"=Tea", "Alt+D", "Tab", "Tab", "=7:00"}, {"Alt+E"}}, "11-19 07:00+01"},
+        {{{"Down"}}, "11-19 07:00+01"},
+        {{{"Down", "Down"}}, "11-19 07:00+01"},
+    };
+    for (const auto& [keys, expected] : cases) {
+        open();
+        for (const auto& part : keys)
+            press(part);
+        press({"Return"});
+        ASSERT_FALSE(accepted.empty());
+        EXPECT_EQ(due(), expected);
+        accepted.clear();
+    }
+    loop.setWall(at("11-18 23:59:30")); // the default time is of tomorrow
+    open();
+    press({"=Run", "Alt+W"});
+    EXPECT_EQ(find<QLabel>("atAlarmTimeRemark")->text(), u"Rings once, tomorrow"_qs);
+    press({"Return"});
+    EXPECT_EQ(due(), "11-19 00:00+01");
+}
+
+TEST_F(AlarmSetControllerTest, playsTheDefaultSoundAndOffersWhatIsStored) {
+    defaultSound = u"/Ping.aiff"_qs;
+    store({.title = "Tea", .minutes = 3, .snoozeTime = 8, .voice = "Nobody"});
+    open();
+    EXPECT_EQ(sentence(), "In 1 minute(s) alarm '' will be played with sound 'Ping'.");
+    press({"Down"});
+    loop.runPending();
+    EXPECT_EQ(find<QWidget>("voiceNamePopUp")->toolTip(), u"Nobody (missing)"_qs);
+    press({"Return"});
+    EXPECT_EQ(accepted.back()->snoozeTime(), 8);
+    open();
+    EXPECT_EQ(find<QComboBox>("snoozeTimePopUp")->findText(u"8"_qs), -1);
+}
+
+// Whatever has the focus. A button with a word on it does what that says.
+TEST_F(AlarmSetControllerTest, returnSetsAndSpaceTicksEverywhere) {
+    int walked = 0;
+    for (const char* kind : {"inTimeRadio", "atTimeRadio", "atAlarmTimeRadio"})
+        for (auto* widget : editor.findChildren<QWidget*>()) {
+            open();
+            find<TitleBox>("titleBox")->setTitle(u"Bus"_qs);
+            click(kind);
+            click("monCheck");
+            auto* button = qobject_cast<QAbstractButton*>(widget);
+            const bool isTicked = button && button->isCheckable();
+            if (!(widget->focusPolicy() & Qt::TabFocus) || !widget->isVisible() ||
+                !widget->isEnabled() || widget->window() != &editor || (button && !isTicked))
+                continue;
+            ++walked;
+            widget->setFocus();
+            if (isTicked) {
+                const bool before = button->isChecked();
+                QTest::keyClick(widget, Qt::Key_Space);
+                EXPECT_TRUE(button->isChecked() != before || qobject_cast<QRadioButton*>(button));
+                QTest::keyClick(widget, Qt::Key_Space);
+            }
+            accepted.clear();
+            QTest::keyClick(widget, Qt::Key_Return);
+            EXPECT_EQ(accepted.size(), 1U) << qPrintable(widget->objectName());
+        }
+    EXPECT_GT(walked, 30);
+}
+
 TEST_F(AlarmSetControllerTest, choosesSoundsAndVoices) {
     open();
     press({"=Tea", "Alt+P", "Alt+L"});

@@ -25,11 +25,18 @@ public:
     explicit EditorFixture(const char* now) : FakeDesktop(now) { editor.setDelegate(this); }
 
     AlarmEditorServices services() {
-        return {loop,      bundle,
-                library,   player,
-                storage,   speech,
-                workspace, notifications,
-                format,    [this] { return ReminderController::create(reminderSurroundings()); }};
+        return {loop,
+                bundle,
+                library,
+                player,
+                storage,
+                speech,
+                workspace,
+                notifications,
+                format,
+                [this] { return ReminderController::create(reminderSurroundings()); },
+                [this] { return defaultSound; },
+                [](const AlarmPtr&) { return true; }};
     }
 
     ReminderController::Surroundings reminderSurroundings() {
@@ -94,6 +101,7 @@ public:
     StoredAlarms library{defaults, archive, notifications};
     AudioStorageController storage{loop, user, {}, player, workspace};
     AlarmSetController editor{services()};
+    QString defaultSound; // none
     std::vector<AlarmPtr> accepted;
 };
 

@@ -81,7 +81,9 @@ TEST(FormTest, goesToTheLastFieldThatIsWrong) {
         {{.hours = 8761},
          "Title must not be empty.\nAlarm time must be 8760 hours (a year) at most.\n",
          FormFaults::Field::Interval},
-        {{.kind = Alarm::Dated}, "Title must not be empty.\n", FormFaults::Field::Title},
+        {{.title = " ", .kind = Alarm::Dated},
+         "Title must not be empty.\n",
+         FormFaults::Field::Title},
     };
     for (const auto& [alarm, message, field] : cases) {
         EXPECT_EQ(faultsOf(formOf(alarm)).message, QLatin1String(message));
@@ -89,15 +91,12 @@ TEST(FormTest, goesToTheLastFieldThatIsWrong) {
     }
 }
 
-TEST(FormTest, goesOnFromWhereAnAlarmOfItsKindWas) {
-    const auto runTime = [](qint64 from, qint64 to) {
-        const AlarmPtr running = AlarmOf{.kind = from, .runTime = "11-18 07:00"}.alarm();
-        const AlarmForm form = formOf({.kind = to, .minutes = 5, .time = "11-18 07:30"});
-        return brief(alarmBuiltFrom(form, wednesday, {}, running.get())->storedRunTime());
-    };
-    EXPECT_EQ(runTime(Alarm::Relative, Alarm::Relative), "11-18 07:00+01");
-    EXPECT_EQ(runTime(Alarm::Weekly, Alarm::Relative), "11-18 08:00:20+01"); // is from now
-    EXPECT_EQ(runTime(Alarm::Dated, Alarm::Weekly), "11-19 07:30+01");
+// What an edited alarm of the same kind goes on with is tested in tests/menubar/EditingTest.cpp.
+TEST(FormTest, countsFromNowWhereAnAlarmOfAnotherKindWas) {
+    const AlarmPtr running = AlarmOf{.kind = Alarm::Weekly, .runTime = "11-18 07:00"}.alarm();
+    const auto edited = EditedAlarm{*running, true};
+    EXPECT_EQ(brief(alarmBuiltFrom(formOf({.minutes = 5}), wednesday, {}, edited)->storedRunTime()),
+              "11-18 08:00:20+01");
 }
 
 } // namespace

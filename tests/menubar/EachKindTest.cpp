@@ -65,19 +65,6 @@ protected:
         return window;
     }
 
-    static void use(const AlarmSetController& window, const QString& control) {
-        const QString name = control.section(u'=', 0, 0);
-        const auto widget = window.findChild<QWidget*>(name);
-        ASSERT_TRUE(widget && widget->isEnabled()) << qPrintable(name);
-        if (const auto button = qobject_cast<QAbstractButton*>(widget))
-            return button->click();
-        widget->setFocus(Qt::TabFocusReason);
-        if (const auto field = qobject_cast<QLineEdit*>(widget))
-            field->selectAll();
-        QTest::keyClicks(widget, control.section(u'=', 1));
-        QTest::keyClick(widget, Qt::Key_Tab);
-    }
-
     void make(const Kind& kind, Road road) {
         AlarmSetController& window = openEditor(nullptr);
         QTest::keyClick(window.findChild<TitleBox*>(), Qt::Key_Down); // Tea, with sound and voice

@@ -3,6 +3,7 @@
 
 #include "core/AlarmContext.h"
 #include "core/Clock.h"
+#include "editor/TitleBox.h"
 #include "firing/SnoozeWindowController.h"
 #include "firing/SoundRepeat.h"
 #include "menubar/AlarmMenuController.h"
@@ -10,6 +11,7 @@
 #include "tests/editor/EditorFixture.h"
 #include "tests/support/FakeSoundOutput.h"
 #include "tests/support/FakeStatusItem.h"
+#include "tests/support/Windows.h"
 
 namespace dorvane::testing {
 
@@ -51,6 +53,22 @@ protected:
     static QList<AlarmSetController*> openEditors() {
         return windowsNamed<AlarmSetController>("AlarmSetController");
     }
+    // "inTimeField=20": a button is clicked, a field is typed into and left.
+    static void use(const AlarmSetController& window, const QString& control) {
+        const QString name = control.section(u'=', 0, 0);
+        const auto widget = window.findChild<QWidget*>(name);
+        ASSERT_TRUE(widget && widget->isEnabled()) << qPrintable(name);
+        if (const auto button = qobject_cast<QAbstractButton*>(widget))
+            return button->click();
+        widget->setFocus(Qt::TabFocusReason);
+        if (const auto field = qobject_cast<QLineEdit*>(widget))
+            field->selectAll();
+        if (const auto box = qobject_cast<TitleBox*>(widget))
+            box->lineEdit()->selectAll();
+        QTest::keyClicks(widget, control.section(u'=', 1));
+        QTest::keyClick(widget, Qt::Key_Tab);
+    }
+
     static void set(AlarmSetController& window) {
         for (QPushButton* button : window.findChildren<QPushButton*>())
             if (button->text() == u"&Set"_qs)
@@ -78,7 +96,14 @@ protected:
          .soundOutput = m_output,
          .sleepInhibitor = m_inhibitor,
          .isSystemSound = [](const QString&) { return false; },
-         .makeEditor = [this] { return std::make_unique<AlarmSetController>(services()); },
+         .makeEditor =
+             [this] {
+                 AlarmEditorServices editing = services();
+                 editing.runs = [this](const AlarmPtr& alarm) {
+                     return std::ranges::count(m_clock.allAlarms(), alarm) > 0;
+                 };
+                 return std::make_unique<AlarmSetController>(editing);
+             },
          .presetSoundPath = [] { return u"ping"_qs; },
          .sharedRespito = {},
          .breakCycle = {},

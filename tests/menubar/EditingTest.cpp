@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What becomes of an alarm that is edited: the real editor, clock, library and menu on virtual
+// time.
+#include "editor/DescriptionLabel.h"
+#include "tests/menubar/MenuFixture.h"
+
+using namespace dorvane::testing;
+
+namespace {
+
+class EditingTest : public MenuFixture {
+protected:
+    // What happens at some moment of a scene.
+    enum class Event {
+        None,
+        RingsHalfAMinute,
+        IsPutOff,   // after ringing, for five minutes
+        IsAnswered, // after ringing, with Clear
+        IsDeleted,
+        PassesTenMinutes,
+    };
+
+    void happen(Event event, const AlarmPtr& alarm) {
+        if (event == Event::None)
+            return;
+        if (event == Event::IsDeleted)
+            return m_controller.deleteAlarm(alarm);
+        if (event == Event::PassesTenMinutes)
+            return loop.advance(10min);
+        const QDateTime due = alarm->time(instantNow(loop));
+        loop.sleepMachine(std::chrono::milliseconds(loop.now().msecsTo(due)) - 1min);
+        loop.advance(90s);
+        ASSERT_TRUE(alarm->isTriggered());
+        if (event == Event::IsPutOff)
+            m_controller.snoozeAlarm(alarm);
+        if (event == Event::IsAnswered)
+            m_controller.clearAlarm(alarm);
+    }
+
+    // "Tea!30 | Tea 11-23 08:30+01": what is stored, with a mark if the menu lists it, and what
+    // runs.
+    std::string state() {
+        std::string all;
+        const auto stored = library.alarms().value_or(std::vector<AlarmPtr>());
+        for (const AlarmPtr& alarm : stored)
+            all += alarm->title().toStdString() + (alarm->isExisInActiveAlarmList() ? "!" : " ") +
+                   std::to_string(alarm->ringWithinUnits()) + " ";
+        all += "|";
+        for (const AlarmPtr& alarm : m_clock.allAlarms())
+            all += " " + alarm->title().toStdString() + " " + brief(alarm->time(instantNow(loop))) +
+                   (alarm->isTriggered() ? " rings" : "");
+        return all;
+    }
+};
+
+TEST_F(EditingTest, changesWhatWasChangedAndNothingElse) {
+    const AlarmOf tea{.title = "Tea", .minutes = 30, .isListed = true};
+    const AlarmOf daily{
+        .title = "Bus", .kind = Alarm::Dated, .time = "11-23 09:00", .everyDay = true};
+    const AlarmOf once{.title = "Bus", .kind = Alarm::Dated, .time = "11-23 09:00"};
+    const AlarmOf monday{.title = "Run",
+                         .kind = Alarm::Weekly,
+                         .time = "11-23 09:00",
+                         .days = {Weekday::Monday, Weekday::Friday},
+                         .forever = true};
+    const auto never = Event::None;
+    const struct {
+        const char* name;
+        AlarmOf alarm;
+        bool runs;
+        Event before, meanwhile; // of the opening of the editor, and while it is open
+        std::vector<const char*> controls;
+        const char* state;
+    } scenes[] = {
+        {"stored", tea, false, never, never, {"inTimeField=45"}, "Tea!45 |"},
+        {"stored, renamed", tea, false, never, never, {"titleBox=Egg"}, "Egg!30 |"},
+        {"running", tea, true, never, never, {"inTimeField=45"}, "Tea!45 | Tea 11-23 08:45+01"},
+        {"running, renamed",
+         tea,
+         true,
+         never,
+         never,
+         {"titleBox=Egg"},
+         "Egg!30 | Egg 11-23 08:30+01"},
+        {"rings",
+         tea,
+         true,
+         Event::RingsHalfAMinute,
+         never,
+         {"titleBox=Egg"},
+         "Egg!30 | Egg 11-23 09:00:30+01"},
+        {"put off",
+         tea,
+         true,
+         Event::IsPutOff,
+         never,
+         {"titleBox=Egg"},
+         "Egg!30 | Egg 11-23 08:35+01"},
+        {"put off, to another time",
+         tea,
+         true,
+         Event::IsPutOff,
+         never,
+         {"inTimeField=40"},
+         "Tea!40 | Tea 11-23 08:40+01"},
+        {"to what has passed",
+         tea,
+         true,
+         Event::PassesTenMinutes,
+         never,
+         {"inTimeField=5"},
+         "Tea!5 | Tea 11-23 08:15+01"},
+        {"rang its last meanwhile",
+         tea,
+         true,
+         never,
+         Event::IsAnswered,
+         {},
+         "Tea!30 | Tea 11-23 09:00:30+01"},
+        {"every day, answered meanwhile",
+         daily,
+         true,
+         never,
+         Event::IsAnswered,
+         {"titleBox=Tram"},
+         "Tram 1 | Tram 11-24 09:00+01"},
+        {"every day, rings",
+         daily,
+         true,
+         Event::RingsHalfAMinute,
+         never,
+         {},
+         "Bus 1 | Bus 11-24 09:00+01"},
+        {"every day, put off",
+         daily,
+         true,
+         Event::IsPutOff,
+         never,
+         {},
+         "Bus 1 | Bus 11-23 09:05+01"},
+        {"every day, to an hour that has passed",
+         daily,
+         true,
+         never,
+         never,
+         {"atTimePicker=7:00"},
+         "Bus 1 | Bus 11-24 07:00+01"},
+        // Nothing that has passed is set before somebody has seen what becomes of it.
+        {"once, rings",
+         once,
+         true,
+         Event::RingsHalfAMinute,
+         never,
+         {},
+         "Bus 0 | Bus 11-23 09:00+01 rings"},
+        {"weekly, rings",
+         monday,
+         true,
+         Event::RingsHalfAMinute,
+         never,
+         {},
+         "Run 1 | Run 11-27 09:00+01"},
+        {"weekly, put off",
+         monday,
+         true,
+         Event::IsPutOff,
+         never,
+         {"titleBox=Walk"},
+         "Walk 1 | Walk 11-23 09:05+01"},
+    };
+    for (const auto& scene : scenes) {
+        SCOPED_TRACE(scene.name);
+        loop.setWall(at("11-23 08:00"));
+        AlarmOf values = scene.alarm;
+        values.snoozeTime = 5;
+        values.sound = values.title;
+        store(values);
+        const AlarmPtr alarm = scene.runs ? values.alarm() : library.alarms()->front();
+        if (scene.runs)
+            m_controller.scheduleAlarm(alarm);
+        happen(scene.before, alarm);
+        m_controller.editAlarm(alarm);
+        AlarmSetController& window = *openEditors().front();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        happen(scene.meanwhile, alarm);
+        for (const char* control : scene.controls)
+            use(window, QString::fromLatin1(control));
+        set(window);
+        EXPECT_EQ(state(), scene.state);
+        window.reject();
+        for (const AlarmPtr& each : std::vector(m_clock.allAlarms()))
+            m_controller.deleteAlarm(each);
+        for (const QString& title : storedTitles())
+            library.removeAlarm(title);
+        loop.runPending();
+    }
+}
+
+TEST_F(EditingTest, saysThatAnAlarmIsGoneAndMakesItAnew) {
+    const AlarmPtr tea = timer("tea");
+    m_controller.editAlarm(tea);
+    m_controller.editAlarm(library.alarms()->front());
+    const auto editors = openEditors();
+    m_controller.deleteAlarm(tea);
+    library.removeAlarm(u"tea"_qs);
+    for (AlarmSetController* window : editors)
+        EXPECT_THAT(window->findChild<DescriptionLabel*>()->toPlainText().toStdString(),
+                    StartsWith("This alarm is no longer there. Set makes it anew.\n"));
+    loop.advance(10min);
+    for (AlarmSetController* window : editors)
+        set(*window);
+    EXPECT_EQ(state(), "tea 1 | tea 11-23 08:11+01");
+}
+
+TEST_F(EditingTest, savesWhatIsNotStoredAndListsWhatWasListed) {
+    const AlarmPtr tea = timer("tea");
+    library.removeAlarm(u"tea"_qs);
+    m_controller.saveFromMenu(tea);
+    EXPECT_EQ(state(), "tea!1 | tea 11-23 08:01+01");
+    library.removeAlarm(u"tea"_qs); // its mark stays
+    m_controller.saveFromMenu(tea);
+    EXPECT_EQ(state(), "tea!1 | tea 11-23 08:01+01");
+    store({.title = "tea", .minutes = 7}); // set anew
+    EXPECT_EQ(state(), "tea!7 | tea 11-23 08:01+01");
+}
+
+// On the 29th of March clocks go from two to three.
+TEST_F(EditingTest, keepsTheTimeOfDayThatANightSkips) {
+    const std::vector<const char*> kinds[] = {
+        {"atTimeRadio", "everyDayCheck", "atTimePicker=2:30"},
+        {"atAlarmTimeRadio", "sunCheck", "monCheck", "foreverCheck", "atAlarmTimePicker=2:30"}};
+    for (const auto& controls : kinds) {
+        loop.setWall(at("03-28 12:00"));
+        m_controller.createAlarm();
+        AlarmSetController& window = *openEditors().front();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        use(window, u"titleBox=Tea"_qs);
+        for (const char* control : controls)
+            use(window, QString::fromLatin1(control));
+        set(window);
+        const AlarmPtr tea = m_clock.allAlarms().front();
+        for (const char* due : {"03-29 03:30+02", "03-30 02:30+02"}) {
+            EXPECT_EQ(brief(tea->time(instantNow(loop))), due);
+            EXPECT_EQ(tea->timeOfDay(instantNow(loop)), QTime(2, 30));
+            happen(Event::IsAnswered, tea);
+        }
+        m_controller.deleteAlarm(tea);
+        loop.runPending();
+    }
+    const AlarmPtr stored = AlarmOf{.kind = Alarm::Dated, .time = "03-29 03:30"}.alarm();
+    stored->setWishedTime(QTime(2, 30));
+    EXPECT_EQ(archive.unarchive(archive.archivedData({stored})).alarms[0]->wishedTime(),
+              QTime(2, 30));
+}
+
+TEST_F(EditingTest, rowsThatAreOutOfDateDoNothing) {
+    const AlarmPtr tea = timer("tea");
+    m_controller.saveFromMenu(tea);
+    loop.advance(200ms);
+    const std::vector<PanelMenuEntry> old = m_item.panelMenu;
+    m_controller.removeAlarm(tea);
+    store({.title = "tea", .minutes = 7});
+    const std::string before = state();
+    const std::function<void(const std::vector<PanelMenuEntry>&)> chooseAll =
+        [&](const auto& rows) {
+            for (const PanelMenuEntry& row : rows) {
+                if (row.chosen && row.text != u"Create alarm..."_qs &&
+                    !row.text.endsWith(u"min"_qs))
+                    row.chosen();
+                chooseAll(row.children);
+            }
+        };
+    chooseAll(old);
+    loop.runPending();
+    EXPECT_EQ(state(), before);
+    EXPECT_TRUE(openEditors().isEmpty());
+}
+
+} // namespace
