@@ -25,6 +25,7 @@ Desktop::Desktop()
     , loginItems(folders)
     , relocator(folders, QStringLiteral("/opt"))
     , urlSchemes(folders)
+    , presence([this] { return awaySources(runLoop); })
     , probe(QDBusConnection::sessionBus())
     , appearance(QDBusConnection::sessionBus())
     , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {}

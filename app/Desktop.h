@@ -9,6 +9,7 @@
 #include "platform/linux/network/ModuleDocumentFetcher.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
+#include "platform/linux/presence/SessionPresence.h"
 #include "platform/linux/recording/ModuleAudioRecorder.h"
 #include "platform/linux/relocate/UnixRelocator.h"
 #include "platform/linux/session/AutostartLoginItems.h"
@@ -51,6 +52,7 @@ struct Desktop {
     XdgUrlSchemes urlSchemes;
     LogindPowerMonitor powerMonitor;
     LogindSleepInhibitor sleepInhibitor;
+    SessionPresence presence;
     KernelWakeAlarm wakeAlarm;
     BusDesktopProbe probe;
     PortalAppearance appearance;

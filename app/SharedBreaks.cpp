@@ -11,7 +11,6 @@
 #include "breaks/PendixTakeABreakSettings.h"
 #include "breaks/RespitoAudioPlayerController.h"
 #include "breaks/RespitoReminderController.h"
-#include "firing/SoundRepeat.h"
 #include "menubar/AlarmMenuController.h"
 #include "platform/Log.h"
 #include "sounds/AudioStorageController.h"
@@ -36,13 +35,21 @@ QWidget* sheetParent() {
     return nullptr;
 }
 
+// On Wayland no window can ask to be above the others.
+CustomModalWindowController::Stacking stacking() {
+    using Stacking = CustomModalWindowController::Stacking;
+    return bfApp::platformName().startsWith(QStringLiteral("wayland")) ? Stacking::LikeOthers
+                                                                       : Stacking::Above;
+}
+
 std::shared_ptr<BreakSheet> makeBreakSheet() {
     showWindowIcon();
     return std::make_shared<CustomModalWindowController>(
-        sharedDesktop().runLoop, sheetParent(),
+        sharedDesktop().runLoop, sheetParent(), stacking(),
         CustomModalWindowController::Actions{
             .disableRespito = [] { bfApp::sharedApplication().breakCycle().disableRespito(); },
-            .createRespito = [] { AlarmMenuController::mainMenuController().createRespito(); }});
+            .createRespito = [] { AlarmMenuController::mainMenuController().createRespito(); },
+            .unseen = [](bool) {}});
 }
 
 // Whoever has chosen nothing hears the end of a break all the same.
@@ -76,11 +83,14 @@ ClockBreaks& sharedClockBreaks() {
 }
 
 std::unique_ptr<BreakCycle> makeBreakCycle() {
-    return std::make_unique<BreakCycle>(
-        BreakCycle::Surroundings{.runLoop = sharedDesktop().runLoop,
-                                 .settings = PendixTakeABreakSettings::sharedInstance(),
-                                 .player = sharedDesktop().soundPlayer,
-                                 .makeSheet = makeBreakSheet});
+    return std::make_unique<BreakCycle>(BreakCycle::Surroundings{
+        .runLoop = sharedDesktop().runLoop,
+        .settings = PendixTakeABreakSettings::sharedInstance(),
+        .player = sharedDesktop().soundPlayer,
+        .notifications = sharedDesktop().notifications,
+        .presence = sharedDesktop().presence,
+        .track = sharedDesktop().bundle.resourcePath(QStringLiteral("Respito.mp3")),
+        .makeSheet = makeBreakSheet});
 }
 
 PendixRespitoWindowsController& PendixRespitoWindowsController::sharedRespito() {
@@ -92,12 +102,12 @@ PendixRespitoWindowsController& PendixRespitoWindowsController::sharedRespito() 
              .settings = PendixTakeABreakSettings::sharedInstance(),
              .cycle = bfApp::sharedApplication().breakCycle(),
              .clock = sharedClockBreaks(),
+             .presence = desktop.presence,
              .defaults = desktop.defaults,
              .notifications = desktop.notifications,
              .bundle = desktop.bundle,
              .propertyLists = desktop.propertyLists,
              .player = desktop.soundPlayer,
-             .repeat = sharedSoundRepeat(),
              .library = AudioStorageController::sharedController(),
              .workspace = desktop.workspace,
              .audioPlayer = RespitoAudioPlayerController::sharedContorller,

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "breaks/BreakFormatters.h"
 
-#include <QRegularExpression>
-
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -10,44 +9,48 @@ namespace dorvane {
 
 namespace {
 
-QRegularExpressionMatch numberAtStart(const QString& text) {
-    static const QRegularExpression number(QStringLiteral("^\\s*([+-]?)([0-9]+)(\\s*$)?"));
-    return number.match(text);
+bool isDigit(QChar character) {
+    return character >= u'0' && character <= u'9';
 }
 
-bool isWhole(const QRegularExpressionMatch& number) {
-    return number.hasMatch() && number.capturedEnd() == number.capturedEnd(3);
+// Held to what an int can be.
+int numberOf(const QString& digits) {
+    qint64 value = 0;
+    for (const QChar digit : digits)
+        value = std::min<qint64>(value * 10 + digit.digitValue(), std::numeric_limits<int>::max());
+    return static_cast<int>(value);
 }
 
 } // namespace
 
-int integerValue(const QString& text) {
-    const QRegularExpressionMatch number = numberAtStart(text);
-    qint64 value = 0;
-    for (const QChar digit : number.captured(2))
-        value = std::min<qint64>(value * 10 + digit.digitValue(), std::numeric_limits<int>::max());
-    return static_cast<int>(number.captured(1) == QStringLiteral("-") ? -value : value);
-}
+BreakFormatter::BreakFormatter(int lowest, int highest, std::function<void()> beep, QObject* parent)
+    : QValidator(parent), m_lowest(lowest), m_highest(highest), m_beep(std::move(beep)) {}
 
-BreakFormatter::BreakFormatter(int lowest, int limit, std::function<void()> beep, QObject* parent)
-    : QValidator(parent), m_lowest(lowest), m_limit(limit), m_beep(std::move(beep)) {}
-
-BreakFormatter::Verdict BreakFormatter::verdictOn(const QString& text) const {
-    if (text.isEmpty())
-        return Verdict::Accepted;
-    const int value = integerValue(text);
-    if (value < m_lowest)
-        return Verdict::Refused;
-    if (!isWhole(numberAtStart(text)))
-        return Verdict::RefusedWithBeep;
-    return value < m_limit ? Verdict::Accepted : Verdict::Refused;
-}
-
+// Acceptable where it is none of the range's, too, or the field would never say that it is
+// finished.
 QValidator::State BreakFormatter::validate(QString& text, int& /*cursor*/) const {
-    const Verdict verdict = verdictOn(text);
-    if (verdict == Verdict::RefusedWithBeep)
-        m_beep();
-    return verdict == Verdict::Accepted ? Acceptable : Invalid;
+    if (std::all_of(text.cbegin(), text.cend(), isDigit))
+        return Acceptable;
+    m_beep();
+    return Invalid;
+}
+
+bool BreakFormatter::takes(const QString& text) const {
+    return !text.isEmpty() && nearest(text) == numberOf(text);
+}
+
+int BreakFormatter::nearest(const QString& text) const {
+    return std::clamp(numberOf(text), m_lowest, m_highest);
+}
+
+QString BreakFormatter::range() const {
+    return QStringLiteral("%1 to %2").arg(m_lowest).arg(m_highest);
+}
+
+QString BreakFormatter::objection(const QString& text) const {
+    const QString limit = numberOf(text) < m_lowest ? QStringLiteral("at least %1").arg(m_lowest)
+                                                    : QStringLiteral("at most %1").arg(m_highest);
+    return QStringLiteral("not %1: %2").arg(text, limit);
 }
 
 } // namespace dorvane

@@ -7,25 +7,28 @@
 
 namespace dorvane {
 
-// Lets nothing into a field but a number from `lowest` to below `limit`, and lets it be empty. That
-// goes for every text on the way to the number as well: with a lowest value of 2, "10" cannot be
-// begun with its 1. What is refused is refused in silence, but a number with something behind it
-// with a beep.
+// Lets nothing into a field but digits, and lets it be empty; anything else is refused with a beep.
+// A number outside the range may be typed, since it may be on the way to one inside: the field is
+// to take the nearest one instead, and to say so.
 class BreakFormatter : public QValidator {
     Q_OBJECT
 
 public:
-    enum class Verdict { Accepted, Refused, RefusedWithBeep };
-
-    BreakFormatter(int lowest, int limit, std::function<void()> beep, QObject* parent);
-
-    [[nodiscard]] Verdict verdictOn(const QString& text) const;
+    BreakFormatter(int lowest, int highest, std::function<void()> beep, QObject* parent);
 
     State validate(QString& text, int& cursor) const override;
 
+    // Whether the text is a number inside the range, and the number inside that is nearest to it.
+    [[nodiscard]] bool takes(const QString& text) const;
+    [[nodiscard]] int nearest(const QString& text) const;
+
+    // For a person: "5 to 300", and "not 400: at most 300".
+    [[nodiscard]] QString range() const;
+    [[nodiscard]] QString objection(const QString& text) const;
+
 private:
     const int m_lowest;
-    const int m_limit;
+    const int m_highest;
     const std::function<void()> m_beep;
 };
 
@@ -33,24 +36,21 @@ private:
 class BreakEveryFormatter final : public BreakFormatter {
 public:
     BreakEveryFormatter(std::function<void()> beep, QObject* parent)
-        : BreakFormatter(5, 301, std::move(beep), parent) {}
+        : BreakFormatter(5, 300, std::move(beep), parent) {}
 };
 
 // Minutes of a break.
 class BreakDurationFormatter final : public BreakFormatter {
 public:
     BreakDurationFormatter(std::function<void()> beep, QObject* parent)
-        : BreakFormatter(2, 61, std::move(beep), parent) {}
+        : BreakFormatter(2, 60, std::move(beep), parent) {}
 };
 
 // Number of breaks.
 class BreakRepeatFormatter final : public BreakFormatter {
 public:
     BreakRepeatFormatter(std::function<void()> beep, QObject* parent)
-        : BreakFormatter(2, 31, std::move(beep), parent) {}
+        : BreakFormatter(2, 30, std::move(beep), parent) {}
 };
-
-// The number that the text begins with, 0 when it begins with none; held to what an int can be.
-[[nodiscard]] int integerValue(const QString& text);
 
 } // namespace dorvane

@@ -15,7 +15,8 @@ namespace dorvane {
 struct BreakNumbers::Row {
     QSlider* slider;
     QLineEdit* field;
-    QValidator* formatter;
+    QLabel* hint;
+    BreakFormatter* formatter;
     void (BreakNumbers::*sliderChanged)();
     void (PendixTakeABreakSettings::*set)(qint32);
 };
@@ -27,23 +28,28 @@ BreakNumbers::BreakNumbers(const BreakWindowServices& services,
     QLineEdit* const frequency = controls.textBreakFreq;
     QLineEdit* const duration = controls.textBreakDuration;
     QLineEdit* const repeat = controls.textRepeat;
-    wire({controls.breakFreqSlider, frequency, new BreakEveryFormatter(beep, frequency),
-          &BreakNumbers::changeBreakFreq, &PendixTakeABreakSettings::setTakeABreakFrequency});
-    wire({controls.breakDurationSlider, duration, new BreakDurationFormatter(beep, duration),
-          &BreakNumbers::changeBeakDuration, &PendixTakeABreakSettings::setTakeABreakDuration});
-    wire({controls.repeatSlider, repeat, new BreakRepeatFormatter(beep, repeat),
-          &BreakNumbers::changeRepeatFreq, &PendixTakeABreakSettings::setTakeARepeatFrequency});
+    wire({controls.breakFreqSlider, frequency, controls.breakFreqHint,
+          new BreakEveryFormatter(beep, frequency), &BreakNumbers::changeBreakFreq,
+          &PendixTakeABreakSettings::setTakeABreakFrequency});
+    wire({controls.breakDurationSlider, duration, controls.breakDurationHint,
+          new BreakDurationFormatter(beep, duration), &BreakNumbers::changeBeakDuration,
+          &PendixTakeABreakSettings::setTakeABreakDuration});
+    wire({controls.repeatSlider, repeat, controls.repeatHint,
+          new BreakRepeatFormatter(beep, repeat), &BreakNumbers::changeRepeatFreq,
+          &PendixTakeABreakSettings::setTakeARepeatFrequency});
 }
 
 void BreakNumbers::wire(const Row& row) {
     row.field->setValidator(row.formatter);
-    QObject::connect(row.slider, &QSlider::valueChanged, row.slider,
-                     [this, row] { (this->*row.sliderChanged)(); });
+    row.hint->setText(row.formatter->range());
+    QObject::connect(row.slider, &QSlider::valueChanged, row.slider, [this, row] {
+        row.hint->setText(row.formatter->range());
+        (this->*row.sliderChanged)();
+    });
     QObject::connect(row.field, &QLineEdit::textEdited, row.field,
                      [this, row] { controlTextDidChange(row); });
-    // A field that was left empty shows again what holds.
     QObject::connect(row.field, &QLineEdit::editingFinished, row.field,
-                     [row] { row.field->setText(QString::number(row.slider->value())); });
+                     [this, row] { controlTextDidEnd(row); });
 }
 
 void BreakNumbers::show() {
@@ -106,11 +112,28 @@ void BreakNumbers::changeRepeatFreq() {
     m_services.settings.writePrefsAndSync();
 }
 
+// What lies outside the range may be on the way to a number inside: it holds when it is finished.
 void BreakNumbers::controlTextDidChange(const Row& row) {
-    const int value = integerValue(row.field->text());
+    row.hint->setText(row.formatter->range());
+    if (row.formatter->takes(row.field->text()))
+        take(row, row.formatter->nearest(row.field->text()));
+}
+
+// A number that is taken as another says so; a field that was left empty shows again what holds.
+void BreakNumbers::controlTextDidEnd(const Row& row) {
+    const QString typed = row.field->text();
+    if (!typed.isEmpty() && !row.formatter->takes(typed)) {
+        take(row, row.formatter->nearest(typed));
+        row.hint->setText(row.formatter->objection(typed));
+    }
+    row.field->setText(QString::number(row.slider->value()));
+}
+
+void BreakNumbers::take(const Row& row, int value) {
     const QSignalBlocker quiet(row.slider);
     row.slider->setValue(value);
     (m_services.settings.*row.set)(value);
+    showUnits();
     m_services.settings.writePrefsAndSync();
 }
 

@@ -34,6 +34,8 @@ private:
     struct Row;
     void wire(const Row& row);
     void controlTextDidChange(const Row& row);
+    void controlTextDidEnd(const Row& row);
+    void take(const Row& row, int value);
     void showUnits();
 
     const BreakWindowServices& m_services;

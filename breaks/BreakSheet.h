@@ -11,6 +11,7 @@ namespace dorvane {
 enum class SheetCode : int {
     Done = 0,
     Replaced = 1, // by another sheet, or since the reminder was switched off
+    PutOff = 2,
     Stopped = -1000,
 };
 
@@ -27,6 +28,9 @@ public:
 
     // The countdown's text.
     virtual void setShowBreakTime(const QString& text) = 0;
+
+    // Whether the break can be put off; before begin() only.
+    virtual void setCanBePutOff(bool canBePutOff) = 0;
 
     // Shows the sheet, in front of everything.
     virtual void begin() = 0;

@@ -23,9 +23,6 @@ namespace {
 
 constexpr int timesOfTrial = 3;
 
-// Stands for the track that comes with the program, in place of a file.
-const auto builtInTrack = QStringLiteral("Respito");
-
 } // namespace
 
 BreakSoundChoice::BreakSoundChoice(const BreakWindowServices& services,
@@ -85,6 +82,12 @@ void BreakSoundChoice::constructMenu() {
     m_asmc.buildSystemSounds();
     m_asmc.buildiMovieSounds();
     m_asmc.buildAddedSounds();
+    buildRespitoSound();
+}
+
+void BreakSoundChoice::buildRespitoSound() {
+    QAction* const track = m_controls.selectSoundButton->menu().addAction(builtInTrack);
+    QObject::connect(track, &QAction::triggered, track, [this] { soundSelected(builtInTrack); });
 }
 
 void BreakSoundChoice::soundOption() {
@@ -92,9 +95,17 @@ void BreakSoundChoice::soundOption() {
 }
 
 void BreakSoundChoice::soundSelected(const QString& path) {
-    if (m_services.library.isSystemSound(path))
-        m_services.repeat.playSoundAtPath(path, timesOfTrial);
+    stopPreview();
+    if (m_services.library.isSystemSound(path)) {
+        m_trial = std::make_unique<SoundRepeat>(m_services.runLoop, m_services.player);
+        m_trial->playSoundAtPath(path, timesOfTrial);
+    }
     setSoundPath(path);
+}
+
+void BreakSoundChoice::stopPreview() {
+    m_sound.stop();
+    m_trial.reset();
 }
 
 void BreakSoundChoice::manageReminders() {
@@ -125,17 +136,17 @@ void BreakSoundChoice::showFace(const QString& path) {
         escapedText(isMissing ? name + QStringLiteral(" (missing)") : QString()));
 }
 
-// It is the start sound that decides for both whether the track is meant.
+// A start sound that is the track decides for both.
 void BreakSoundChoice::playButtonPushed() {
     const bool isStart = m_controls.breakEvery->isChecked();
     if (!isStart && !m_controls.breakDuration->isChecked())
         return;
-    if (m_soundPath == builtInTrack) {
+    const QString& chosen = isStart ? m_soundPath : m_durationSoundPath;
+    stopPreview();
+    if (m_soundPath == builtInTrack || chosen == builtInTrack)
         playTrack();
-        return;
-    }
-    m_sound.stop();
-    m_sound.playFaded(isStart ? m_soundPath : m_durationSoundPath);
+    else
+        m_sound.playFaded(chosen);
 }
 
 void BreakSoundChoice::playTrack() {

@@ -8,6 +8,8 @@
 
 #include <QString>
 
+#include <memory>
+
 class QWidget;
 
 namespace Ui {
@@ -17,6 +19,7 @@ class PendixRespitoWindowsController;
 namespace dorvane {
 
 class RespitoAudioPlayerController;
+class SoundRepeat;
 struct BreakWindowServices;
 
 // The sound rows of the break preferences window: which sound a break starts with and which it ends
@@ -32,6 +35,7 @@ public:
     void show();
 
     void constructMenu();
+    void buildRespitoSound();
 
     // The radio buttons: which of the two sounds is edited.
     void soundOption();
@@ -40,7 +44,7 @@ public:
     void setSoundPath(const QString& path);
 
     void playButtonPushed();
-    void stopPreview() { m_sound.stop(); }
+    void stopPreview();
 
 private:
     void addWell();
@@ -59,6 +63,7 @@ private:
     QString m_durationSoundPath;
     AlarmSoundMenuContructor m_asmc;
     BreakSounds m_sound;
+    std::unique_ptr<SoundRepeat> m_trial; // of a system sound that was chosen
     RespitoAudioPlayerController* m_respitoAudioPlayer = nullptr;
     NotificationCenter::Observation m_wellClicks;
 };

@@ -13,11 +13,11 @@ class Bundle;
 class ClockBreaks;
 class NotificationCenter;
 class PendixTakeABreakSettings;
+class Presence;
 class PropertyListFormat;
 class RespitoAudioPlayerController;
 class RunLoop;
 class SoundPlayer;
-class SoundRepeat;
 class UserDefaults;
 class Workspace;
 
@@ -27,12 +27,12 @@ struct BreakWindowServices {
     PendixTakeABreakSettings& settings;
     BreakCycle& cycle;
     ClockBreaks& clock;
+    Presence& presence;
     UserDefaults& defaults;
     NotificationCenter& notifications;
     const Bundle& bundle;
     const PropertyListFormat& propertyLists;
     SoundPlayer& player;
-    SoundRepeat& repeat;
     AudioStorageController& library;
     Workspace& workspace;
     // The window that plays the built-in track, made when it is first asked for.

@@ -3,6 +3,7 @@
 
 #include "firing/TypingGuard.h"
 #include "ui_CustomModalWindowController.h"
+#include "widgets/BringToFront.h"
 
 #include <QAccessible>
 #include <QCursor>
@@ -15,6 +16,8 @@
 
 namespace dorvane {
 
+using namespace std::chrono_literals;
+
 namespace {
 
 constexpr Qt::WindowFlags sheetFlags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
@@ -23,26 +26,39 @@ constexpr Qt::WindowFlags sheetFlags = Qt::Dialog | Qt::CustomizeWindowHint | Qt
 // Closing it and the Escape key are an answer too.
 class SheetWindow final : public QDialog {
 public:
-    explicit SheetWindow(std::function<void()> dismissed)
-        : QDialog(nullptr, sheetFlags), m_dismissed(std::move(dismissed)) {}
+    SheetWindow(std::function<void()> dismissed, std::function<void()> activated)
+        : QDialog(nullptr, sheetFlags)
+        , m_dismissed(std::move(dismissed))
+        , m_activated(std::move(activated)) {}
 
     void reject() override { m_dismissed(); }
 
+protected:
+    void changeEvent(QEvent* event) override {
+        QDialog::changeEvent(event);
+        if (event->type() == QEvent::ActivationChange && isActiveWindow())
+            m_activated();
+    }
+
 private:
     std::function<void()> m_dismissed;
+    std::function<void()> m_activated;
 };
 
 } // namespace
 
-CustomModalWindowController::CustomModalWindowController(const RunLoop& runLoop,
-                                                         QWidget* sheetParent, Actions actions)
-    : m_sheetParent(sheetParent)
+CustomModalWindowController::CustomModalWindowController(RunLoop& runLoop, QWidget* sheetParent,
+                                                         Stacking stacking, Actions actions)
+    : m_runLoop(runLoop)
+    , m_sheetParent(sheetParent)
+    , m_stacking(stacking)
     , m_actions(std::move(actions))
     , m_form(std::make_unique<Ui::CustomModalWindowController>())
-    , m_window(std::make_unique<SheetWindow>([this] { didTapDoneButton(); })) {
+    , m_window(std::make_unique<SheetWindow>([this] { didTapDoneButton(); },
+                                             [this] { setIsUnseen(false); })) {
     m_form->setupUi(m_window.get());
     connectButtons();
-    guardFromTyping(runLoop);
+    guardFromTyping();
 }
 
 CustomModalWindowController::~CustomModalWindowController() = default;
@@ -55,12 +71,15 @@ void CustomModalWindowController::connectButtons() {
                      [this] { didTapDoneButton(); });
     QObject::connect(m_form->preferences, &QPushButton::clicked, window,
                      [this] { didTapPrefencesButton(); });
+    QObject::connect(m_form->putOffBreak, &QPushButton::clicked, window,
+                     [this] { didTapPutOffButton(); });
 }
 
-void CustomModalWindowController::guardFromTyping(const RunLoop& runLoop) {
-    const auto guard = new TypingGuard(runLoop, m_window.get());
+void CustomModalWindowController::guardFromTyping() {
+    const auto guard = new TypingGuard(m_runLoop, m_window.get());
     m_window->installEventFilter(guard);
-    for (QPushButton* button : {m_form->stopBreak, m_form->skipBreak, m_form->preferences})
+    for (QPushButton* button :
+         {m_form->stopBreak, m_form->skipBreak, m_form->preferences, m_form->putOffBreak})
         button->installEventFilter(guard);
 }
 
@@ -78,6 +97,14 @@ void CustomModalWindowController::didTapPrefencesButton() {
     m_actions.createRespito();
 }
 
+void CustomModalWindowController::didTapPutOffButton() {
+    end(SheetCode::PutOff);
+}
+
+void CustomModalWindowController::setCanBePutOff(bool canBePutOff) {
+    m_form->putOffBreak->setVisible(canBePutOff);
+}
+
 void CustomModalWindowController::setShowBreakTime(const QString& text) {
     m_form->showBreakTime->setText(text);
     m_form->showBreakTime->setEnabled(false);
@@ -89,9 +116,10 @@ void CustomModalWindowController::begin() {
     if (m_sheetParent)
         m_sheetParent->raise();
     m_form->skipBreak->setFocus();
-    m_window->show();
-    m_window->raise();
-    m_window->activateWindow();
+    bringToFront(*m_window);
+    if (m_stacking == Stacking::LikeOthers)
+        m_look = m_runLoop.scheduleOnce(
+            1s, [this] { setIsUnseen(!m_window->isActiveWindow()); }, RunLoopMode::Common);
     QAccessibleEvent alert(m_window.get(), QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
@@ -115,7 +143,14 @@ bool CustomModalWindowController::isVisible() const {
     return m_window->isVisible();
 }
 
+void CustomModalWindowController::setIsUnseen(bool isUnseen) {
+    if (isUnseen != std::exchange(m_isUnseen, isUnseen))
+        m_actions.unseen(isUnseen);
+}
+
 void CustomModalWindowController::end(SheetCode code) {
+    m_look.cancel();
+    setIsUnseen(false);
     m_window->hide();
     if (const Completion completion = std::exchange(m_completion, {}))
         completion(code);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "breaks/BreakSheet.h"
+#include "platform/RunLoop.h"
 
 #include <functional>
 #include <memory>
@@ -15,29 +16,36 @@ class CustomModalWindowController;
 
 namespace dorvane {
 
-class RunLoop;
-
-// The sheet that asks for a break: its countdown, and buttons that stop the reminder, end the break
-// or open the reminder's preferences. It stays above other windows; closing it by other means ends
-// the break as its button does. Main thread only.
+// The sheet that asks for a break: its countdown, and buttons that stop the reminder, end the
+// break, put it off or open the reminder's preferences. Closing it by other means ends the break as
+// its button does. Main thread only.
 class CustomModalWindowController final : public BreakSheet {
 public:
     struct Actions {
         std::function<void()> disableRespito; // after the stop button
         std::function<void()> createRespito;  // after the preferences button
+        // The sheet may be hidden by other windows, or no longer.
+        std::function<void(bool isUnseen)> unseen;
     };
+
+    // Whether the desktop keeps the sheet above all windows. Where it does not, a sheet that has
+    // not become active within a second counts as unseen until it is.
+    enum class Stacking { Above, LikeOthers };
 
     // `sheetParent` is the window to hang from, which it blocks meanwhile; without one the sheet
     // stands in the middle of the screen where the pointer is. Not shown until begin().
-    CustomModalWindowController(const RunLoop& runLoop, QWidget* sheetParent, Actions actions);
+    CustomModalWindowController(RunLoop& runLoop, QWidget* sheetParent, Stacking stacking,
+                                Actions actions);
     ~CustomModalWindowController() override;
 
     void didTapStopButton();
     void didTapDoneButton();
     void didTapPrefencesButton();
+    void didTapPutOffButton();
 
     void setCompletion(Completion completion) override { m_completion = std::move(completion); }
     void setShowBreakTime(const QString& text) override;
+    void setCanBePutOff(bool canBePutOff) override;
     void begin() override;
     [[nodiscard]] bool isVisible() const override;
     void end(SheetCode code) override;
@@ -46,12 +54,17 @@ public:
 
 private:
     void connectButtons();
-    void guardFromTyping(const RunLoop& runLoop);
+    void guardFromTyping();
     void place();
+    void setIsUnseen(bool isUnseen);
 
+    RunLoop& m_runLoop;
     QWidget* m_sheetParent;
+    Stacking m_stacking;
     Actions m_actions;
     Completion m_completion;
+    RunLoopTimer m_look;
+    bool m_isUnseen = false;
     std::unique_ptr<Ui::CustomModalWindowController> m_form;
     std::unique_ptr<QDialog> m_window;
 };

@@ -6,8 +6,11 @@
 #include "breaks/BreakSoundChoice.h"
 #include "breaks/ClockBreaks.h"
 #include "breaks/PendixTakeABreakSettings.h"
+#include "core/DateHelpers.h"
 #include "platform/Bundle.h"
+#include "platform/EscapedText.h"
 #include "platform/Log.h"
+#include "platform/Presence.h"
 #include "platform/UserDefaults.h"
 #include "ui_PendixRespitoWindowsController.h"
 #include "widgets/BringToFront.h"
@@ -83,12 +86,18 @@ void PendixRespitoWindowsController::windowDidLoad() {
     m_services.settings.loadPrefs();
     m_numbers->show();
     m_form->IsBreakEnabled->setChecked(m_services.settings.showRespito() != 0);
-    setNextBreakTimeLabel(tr("Next break at: "));
-    setNextBreakTime(idleText);
+    m_services.presence.watch();
     showStatus();
+    showOutlook();
+    showPausing();
     m_sounds->show();
     m_settingsChanged = m_services.notifications.addObserver(
         breakSettingsDidChangeNotification, [this](NotificationCenter::Sender) { showStatus(); });
+    m_breaksChanged = m_services.notifications.addObserver(breaksDidChangeNotification,
+                                                           [this](NotificationCenter::Sender) {
+                                                               showOutlook();
+                                                               showPausing();
+                                                           });
 }
 
 void PendixRespitoWindowsController::connectControls() {
@@ -105,6 +114,7 @@ void PendixRespitoWindowsController::connectControls() {
     onClick(m_form->stopRespito, &PendixRespitoWindowsController::stopRespito);
     onClick(m_form->skipRespito, &PendixRespitoWindowsController::skipRespito);
     onClick(m_form->IsBreakEnabled, &PendixRespitoWindowsController::changeShowRespito);
+    onClick(m_form->pauseWhileAway, &PendixRespitoWindowsController::changePausesWhileAway);
     onClick(m_form->cancelRespito, &PendixRespitoWindowsController::cancelButtonPushed);
 }
 
@@ -118,11 +128,39 @@ void PendixRespitoWindowsController::showStatus() {
     m_form->startRespito->setEnabled(!isOn);
     m_form->stopRespito->setEnabled(isOn);
     m_form->skipRespito->setEnabled(isOn);
-    // The read-out has nothing to tell while the cycle runs: it must not say that it is off.
-    const bool readsOut = !isOn || m_form->nextBreakTime->text() != idleText;
-    m_form->nextBreakTimeLabel->setVisible(readsOut);
-    m_form->nextBreakTime->setVisible(readsOut);
-    m_form->runningLabel->setVisible(!readsOut);
+}
+
+void PendixRespitoWindowsController::showOutlook() {
+    using Phase = BreakOutlook::Phase;
+    const BreakOutlook outlook = m_services.cycle.outlook();
+    const QString moment = timeString(outlook.moment);
+    switch (outlook.phase) {
+    case Phase::Off:
+        setNextBreakTimeLabel(tr("Next break at: "));
+        setNextBreakTime(idleText);
+        break;
+    case Phase::Working:
+        setNextBreakTimeLabel(tr("Next break at: "));
+        setNextBreakTime(moment);
+        break;
+    case Phase::Waiting:
+        setNextBreakTimeLabel(tr("Next break: "));
+        setNextBreakTime(tr("when you are back"));
+        break;
+    case Phase::Resting:
+        setNextBreakTimeLabel(tr("Break until: "));
+        setNextBreakTime(moment);
+        break;
+    }
+}
+
+void PendixRespitoWindowsController::showPausing() {
+    const bool isKnown = m_services.presence.isKnown();
+    m_form->pauseWhileAway->setChecked(m_services.settings.pausesWhileAway(isKnown));
+    const QString hint = isKnown ? QString()
+                                 : QStringLiteral("Nothing here tells whether you are away: only "
+                                                  "the computer's sleep counts.");
+    m_form->pauseWhileAway->setToolTip(escapedText(hint));
 }
 
 void PendixRespitoWindowsController::enableRespito() {
@@ -150,6 +188,7 @@ void PendixRespitoWindowsController::stopRespito() {
         m_form->showBreakTime->hide();
     stopClock();
     m_services.defaults.removeValue(nextDateKey);
+    m_services.cycle.disableRespito();
 }
 
 void PendixRespitoWindowsController::skipRespito() {
@@ -181,6 +220,11 @@ void PendixRespitoWindowsController::changeShowRespito() {
     m_services.settings.writePrefsAndSync();
 }
 
+void PendixRespitoWindowsController::changePausesWhileAway() {
+    m_services.settings.setPausesWhileAway(m_form->pauseWhileAway->isChecked());
+    m_services.settings.writePrefsAndSync();
+}
+
 void PendixRespitoWindowsController::cancelButtonPushed() {
     m_window->close();
 }
@@ -200,10 +244,8 @@ void PendixRespitoWindowsController::setNextBreakTimeLabel(const QString& text) 
 }
 
 void PendixRespitoWindowsController::setNextBreakTime(const QString& text) {
-    if (!m_form)
-        return;
-    m_form->nextBreakTime->setText(text);
-    showStatus();
+    if (m_form)
+        m_form->nextBreakTime->setText(text);
 }
 
 void PendixRespitoWindowsController::fadeNextBreakTime(double alpha) {

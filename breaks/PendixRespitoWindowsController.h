@@ -37,9 +37,9 @@ public:
 
     // Switches the reminder on and sets the timer of the cycle.
     void enableRespito();
-    // Switches the reminder off; the timer of the cycle goes on, see BreakCycle::disableRespito().
+    // Switches the reminder off, as the menu does.
     void stopRespito() override;
-    // Begins the working time anew, beside the timer that is set.
+    // Begins the working time anew; a break that has begun is done.
     void skipRespito();
 
     void testAlert();
@@ -60,7 +60,10 @@ private:
     void windowDidLoad();
     void connectControls();
     void changeShowRespito();
+    void changePausesWhileAway();
     void showStatus();
+    void showOutlook();
+    void showPausing();
     void stopClock();
     void stopPreview();
 
@@ -71,6 +74,7 @@ private:
     std::unique_ptr<BreakSoundChoice> m_sounds;
     std::unique_ptr<QWidget> m_testAlert;
     NotificationCenter::Observation m_settingsChanged;
+    NotificationCenter::Observation m_breaksChanged;
 };
 
 } // namespace dorvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "breaks/PendixTakeABreakSettings.h"
 
+#include "core/KeyedArchiver.h"
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UserDefaults.h"
@@ -24,6 +25,7 @@ const auto soundKey = QStringLiteral("PendixTakeABreakSoundPath");
 const auto durationSoundKey = QStringLiteral("PendixTakeADurationSoundPath");
 const auto showKey = QStringLiteral("PendixRespitoShowMenu");
 const auto statusKey = QStringLiteral("PendixRespitoStatus");
+const auto awayKey = QStringLiteral("PauseBreaksWhileAway");
 
 // A slider that is dragged writes at every step; the disk gets the last one.
 constexpr RunLoop::Milliseconds flushDelay = 2s;
@@ -85,6 +87,8 @@ void PendixTakeABreakSettings::loadPrefs() {
     const QVariant durationSound = m_defaults.value(durationSoundKey);
     setDurationSoundPath(durationSound.typeId() == QMetaType::QString ? durationSound.toString()
                                                                       : m_defaultDurationSoundPath);
+    const std::optional<qint64> away = integerOf(m_defaults.value(awayKey));
+    m_pausesWhileAway = away ? std::optional(*away != 0) : std::nullopt;
 }
 
 void PendixTakeABreakSettings::writePrefs() {
@@ -96,6 +100,8 @@ void PendixTakeABreakSettings::writePrefs() {
     m_defaults.setValue(repeatKey, m_takeARepeatFrequency);
     writePath(soundKey, m_soundPath);
     writePath(durationSoundKey, m_durationSoundPath);
+    if (m_pausesWhileAway)
+        m_defaults.setValue(awayKey, *m_pausesWhileAway);
     m_flush = m_runLoop.scheduleOnce(
         flushDelay, [this] { m_defaults.synchronize(); }, RunLoopMode::Common);
     m_notifications.post(breakSettingsDidChangeNotification, this);
@@ -110,6 +116,30 @@ void PendixTakeABreakSettings::writePath(const QString& key, const QString& path
 
 void PendixTakeABreakSettings::writePrefsAndSync() {
     writePrefs();
+}
+
+void PendixTakeABreakSettings::encodeWithCoder(KeyedArchiver& coder) const {
+    qCInfo(logBreaks, "encodeWithCoder PendixTakeABreakSettings");
+    coder.encodeBool(m_enableTakeABreak != 0, enableKey);
+    coder.encodeInt(m_takeABreakDuration, durationKey);
+    coder.encodeInt(m_takeABreakFrequency, frequencyKey);
+    coder.encodeInt(m_takeARepeatFrequency, repeatKey);
+    coder.encodeObject(m_soundPath, soundKey);
+    coder.encodeObject(m_durationSoundPath, durationSoundKey);
+    coder.encodeBool(m_showRespito != 0, showKey);
+    coder.encodeBool(m_respitoStatus != 0, statusKey);
+}
+
+void PendixTakeABreakSettings::initWithCoder(const KeyedUnarchiver::Object& coder) {
+    setEnableTakeABreak(coder.decodeBool(enableKey));
+    setTakeABreakDuration(0);
+    setTakeABreakFrequency(coder.decodeInt(durationKey));
+    setTakeABreakFrequency(coder.decodeInt(frequencyKey));
+    setTakeARepeatFrequency(coder.decodeInt(repeatKey));
+    setSoundPath(coder.decodeString(soundKey));
+    setDurationSoundPath(coder.decodeString(durationSoundKey));
+    setShowRespito(coder.decodeBool(showKey));
+    setRespitoStatus(coder.decodeBool(statusKey));
 }
 
 } // namespace dorvane

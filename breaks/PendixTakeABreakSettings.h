@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/KeyedUnarchiver.h"
 #include "platform/RunLoop.h"
 
 #include <QString>
 
+#include <optional>
+
 namespace dorvane {
 
+class KeyedArchiver;
 class NotificationCenter;
 class UserDefaults;
 struct UserFolders;
@@ -14,6 +18,9 @@ struct UserFolders;
 // Posted after the break settings were written.
 inline const QString breakSettingsDidChangeNotification =
     QStringLiteral("DorvaneBreakSettingsDidChange");
+
+// In place of a file: the track that comes with the program.
+inline const QString builtInTrack = QStringLiteral("Respito");
 
 // The settings of the break reminder. The preferences are the truth and this is a view of them: who
 // reads a value calls loadPrefs() first, who sets one calls writePrefsAndSync() afterwards, which
@@ -33,6 +40,11 @@ public:
     void writePrefs();
     // Writes only; the preferences reach the disk in their own time, soon afterwards.
     void writePrefsAndSync();
+
+    // The archive of the eight settings. What is read back has the length of a break for the time
+    // between two for a moment, then that time, and no length: archives were always read like that.
+    void encodeWithCoder(KeyedArchiver& coder) const;
+    void initWithCoder(const KeyedUnarchiver::Object& coder);
 
     // Yes is any value but 0; one byte, as it is stored.
     using Flag = qint8;
@@ -66,6 +78,13 @@ public:
     [[nodiscard]] const QString& durationSoundPath() const { return m_durationSoundPath; }
     void setDurationSoundPath(const QString& path) { m_durationSoundPath = path; }
 
+    // Whether breaks wait while nobody is there; where the user has not said, only where that can
+    // be known.
+    [[nodiscard]] bool pausesWhileAway(bool canBeKnown) const {
+        return m_pausesWhileAway.value_or(canBeKnown);
+    }
+    void setPausesWhileAway(bool pauses) { m_pausesWhileAway = pauses; }
+
     // The sound at the end of a break unless another was chosen.
     [[nodiscard]] const QString& defaultDurationSoundPath() const {
         return m_defaultDurationSoundPath;
@@ -88,6 +107,7 @@ private:
     qint32 m_takeARepeatFrequency = 0;
     QString m_soundPath;
     QString m_durationSoundPath;
+    std::optional<bool> m_pausesWhileAway;
 };
 
 } // namespace dorvane

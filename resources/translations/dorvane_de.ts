@@ -37,6 +37,18 @@
         <translation>Angehalten</translation>
     </message>
     <message>
+        <source>Break until: </source>
+        <translation>Pause bis: </translation>
+    </message>
+    <message>
+        <source>Next break: </source>
+        <translation>Nächste Pause: </translation>
+    </message>
+    <message>
+        <source>when you are back</source>
+        <translation>sobald Sie zurück sind</translation>
+    </message>
+    <message>
         <source>Break now for:</source>
         <translation>Jetzt Pause für:</translation>
     </message>
@@ -70,6 +82,14 @@
     <message>
         <source>Ends this break and calls for no more</source>
         <translation>Beendet diese Pause und ruft zu keiner weiteren</translation>
+    </message>
+    <message>
+        <source>&amp;In 5 minutes</source>
+        <translation>&amp;In 5 Minuten</translation>
+    </message>
+    <message>
+        <source>Puts this break off; each can be put off twice</source>
+        <translation>Verschiebt diese Pause; jede lässt sich zweimal verschieben</translation>
     </message>
     <message>
         <source>&amp;Done</source>

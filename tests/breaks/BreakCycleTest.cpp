@@ -1,86 +1,178 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "breaks/BreakCycle.h"
-
-#include "breaks/PendixTakeABreakSettings.h"
-#include "tests/support/FakeDesktop.h"
-#include "tests/support/MemoryDefaults.h"
+#include "tests/breaks/BreakRig.h"
 
 using namespace dorvane::testing;
 
 namespace {
 
-// Notes what is done to it, of its texts the first one only. Answers its buttons as the window
-// does.
-class TracedSheet final : public BreakSheet {
+// A sheet that notes when it was to be seen, in minutes and seconds, and how it ended. Answers its
+// buttons as the window does.
+class NotedSheet final : public BreakSheet {
 public:
-    TracedSheet(Trace& trace, std::function<void()> disableRespito)
-        : m_trace(trace), m_disableRespito(std::move(disableRespito)) {}
+    explicit NotedSheet(BreakRig& rig, QStringList& notes) : m_rig(rig), m_notes(notes) {}
 
     void setCompletion(Completion completion) override { m_completion = std::move(completion); }
     void setShowBreakTime(const QString& text) override {
-        if (m_isNew)
-            m_trace.add(text);
-        m_isNew = false;
+        if (m_text.isEmpty())
+            m_text = text;
     }
+    void setCanBePutOff(bool canBe) override { canBePutOff = canBe; }
     void begin() override {
-        m_trace.add(u"begin"_qs);
+        static const QString full = u"Take a break for 05:00 mins"_qs;
+        m_notes << clock() + (m_text == full ? QString() : u" ("_qs + m_text + u')') + u" -"_qs;
         m_isVisible = true;
     }
     [[nodiscard]] bool isVisible() const override { return m_isVisible; }
     void end(SheetCode code) override {
-        m_trace.add(u"end %1"_qs.arg(int(code)));
+        if (m_isVisible)
+            m_notes.last() += u' ' + clock();
         m_isVisible = false;
         m_completion(code);
     }
     void clickStopBreak() override {
         end(SheetCode::Stopped);
-        m_disableRespito();
+        m_rig.cycle.disableRespito();
     }
     void clickSkipBreak() override { end(SheetCode::Done); }
 
+    bool canBePutOff = false;
+
 private:
-    Trace& m_trace;
-    std::function<void()> m_disableRespito;
+    [[nodiscard]] QString clock() const {
+        const auto seconds = (m_rig.loop.sinceBoot() - m_zero).count() / 1000;
+        return u"%1:%2"_qs.arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
+    }
+
+    BreakRig& m_rig;
+    QStringList& m_notes;
+    static constexpr RunLoop::Milliseconds m_zero{0};
     Completion m_completion;
-    bool m_isNew = true;
+    QString m_text;
     bool m_isVisible = false;
 };
 
-struct Rig : FakeDesktop {
-    Rig() {
-        settings.loadPrefs();
-        settings.setSoundPath(u"in"_qs);
-        settings.setDurationSoundPath(u"out"_qs);
-        settings.writePrefs();
-    }
+struct Rig : BreakRig {
+    Rig()
+        : BreakRig([this](BreakRig& rig) {
+            sheet = std::make_shared<NotedSheet>(rig, notes);
+            return sheet;
+        }) {}
 
-    void start() {
-        settings.setRespitoStatus(1);
-        settings.writePrefs();
-        cycle.startBreakTimer(settings.takeABreakFrequency());
-        cycle.enableRespito();
-    }
     void setDuration(qint64 minutes) {
         defaults.setValue(u"PendixTakeABreakDuration"_qs, minutes);
         settings.loadPrefs();
     }
-    [[nodiscard]] bool isOn() {
-        settings.loadPrefs();
-        return settings.RespitoStatus() != 0;
+    void setSounds(const QString& start, const QString& stop) {
+        settings.setSoundPath(start);
+        settings.setDurationSoundPath(stop);
+        settings.writePrefs();
+    }
+    // What was done, and what then is to be seen, until an hour and a half after the start.
+    [[nodiscard]] std::string follows() {
+        loop.advance(90min - loop.uptime());
+        return notes.join(u", "_qs).toStdString() + (isOn() ? "" : "; off");
     }
 
-    MemoryDefaults defaults;
-    PendixTakeABreakSettings settings{defaults, user, loop, notifications};
-    std::shared_ptr<TracedSheet> sheet; // the last one
-    BreakCycle cycle{{.runLoop = loop, .settings = settings, .player = player, .makeSheet = [this] {
-                          sheet = std::make_shared<TracedSheet>(trace,
-                                                                [this] { cycle.disableRespito(); });
-                          return sheet;
-                      }}};
+    QStringList notes;                 // "25:00 - 30:00", a sheet from and until
+    std::shared_ptr<NotedSheet> sheet; // the last one
 };
+
+using Act = std::function<void(Rig& rig)>;
+
+// The actions, wherever they are offered: the window's buttons are those of the menu, of the bus
+// and of the terminal.
+const Act start = [](Rig& rig) { rig.start(); };
+const Act stop = [](Rig& rig) { rig.respito.stopRespito(); };
+const Act stopInMenu = [](Rig& rig) {
+    rig.respito.stopRespito();
+    rig.cycle.disableRespito();
+};
+const Act skip = [](Rig& rig) { rig.respito.skipRespito(); };
+const Act done = [](Rig& rig) { rig.sheet->clickSkipBreak(); };
+const Act stopInSheet = [](Rig& rig) { rig.sheet->clickStopBreak(); };
+const Act putOff = [](Rig& rig) {
+    ASSERT_TRUE(rig.sheet->canBePutOff);
+    rig.sheet->end(SheetCode::PutOff);
+};
+const Act leave = [](Rig& rig) { rig.presence.leave(); };
+const Act comeBack = [](Rig& rig) { rig.presence.comeBack(); };
+
+Act wait(RunLoop::Milliseconds time) {
+    return [time](Rig& rig) { rig.loop.advance(time); };
+}
+
+TEST(BreakCycleTest, EveryActionInEveryStateAndWhatFollows) {
+    using Steps = std::vector<Act>;
+    const Steps off;
+    const Steps working{start, wait(10min)};
+    const Steps near{start, wait(24min + 40s)};
+    const Steps resting{start, wait(27min)};
+    const Steps postponed{start, wait(27min), putOff, wait(3min)};
+    const Steps postponedTwice{start, wait(27min), putOff, wait(5min), putOff, wait(3min)};
+    const Steps away{start, wait(21min), leave, wait(2min)};
+    const Steps waiting{start, wait(24min), leave, wait(2min)};
+    const struct {
+        const char* name;
+        Steps state;
+        Steps actions;
+        const char* follows;
+    } table[] = {
+        {"off", off, {}, "; off"},
+        {"off", off, {start}, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
+        {"off", off, {stop}, "; off"},
+        {"working", working, {start}, "35:00 - 40:00, 65:00 - 70:00"},
+        {"working", working, {skip}, "35:00 - 40:00, 65:00 - 70:00"},
+        {"working", working, {skip, wait(1min), stop}, "; off"},
+        {"working", working, {stop}, "; off"},
+        {"working", working, {stopInMenu}, "; off"},
+        {"working", working, {stop, wait(20min), start}, "55:00 - 60:00, 85:00 - 90:00"},
+        {"near", near, {skip}, "49:40 - 54:40, 79:40 - 84:40"},
+        {"near", near, {stop}, "; off"},
+        {"resting", resting, {start}, "25:00 - 27:00, 52:00 - 57:00, 82:00 - 87:00"},
+        {"resting",
+         resting,
+         {skip},
+         "25:00 - 27:00, 52:00 (Take a break for 04:59 mins) - 56:59, 81:59 - 86:59"},
+        {"resting",
+         resting,
+         {done},
+         "25:00 - 27:00, 52:00 (Take a break for 04:59 mins) - 56:59, 81:59 - 86:59"},
+        {"resting", resting, {stop}, "25:00 - 27:00; off"},
+        {"resting", resting, {stopInMenu}, "25:00 - 27:00; off"},
+        {"resting", resting, {stopInSheet}, "25:00 - 27:00; off"},
+        {"resting", resting, {stop, wait(33min), start}, "25:00 - 27:00, 85:00 - 90:00"},
+        {"resting", resting, {putOff}, "25:00 - 27:00, 32:00 - 37:00, 62:00 - 67:00"},
+        {"put off", postponed, {skip}, "25:00 - 27:00, 55:00 - 60:00, 85:00 - 90:00"},
+        {"put off", postponed, {stop}, "25:00 - 27:00; off"},
+        {"put off twice",
+         postponedTwice,
+         {},
+         "25:00 - 27:00, 32:00 - 32:00, 37:00 - 42:00, 67:00 - 72:00"},
+        {"away", away, {comeBack}, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
+        {"away", away, {wait(1min), comeBack}, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
+        {"away", away, {}, ""},
+        {"away",
+         {start, wait(10min), leave, wait(4min)},
+         {comeBack},
+         "39:00 - 44:00, 69:00 - 74:00"},
+        {"waiting", waiting, {comeBack}, "26:00 - 31:00, 56:00 - 61:00, 86:00 -"},
+        {"waiting", waiting, {wait(2min), comeBack}, "53:00 - 58:00, 83:00 - 88:00"},
+        {"waiting", waiting, {skip, comeBack}, "51:00 - 56:00, 81:00 - 86:00"},
+        {"waiting", waiting, {stop, comeBack}, "; off"},
+    };
+    for (const auto& row : table) {
+        SCOPED_TRACE(std::string(row.name) + ", row " + std::to_string(&row - table));
+        Rig rig;
+        for (const Steps& steps : {row.state, row.actions})
+            for (const Act& act : steps)
+                act(rig);
+        EXPECT_EQ(rig.follows(), row.follows);
+    }
+}
 
 TEST(BreakCycleTest, EightBreaksThenItStopsByItself) {
     Rig rig;
+    rig.setSounds(u"in"_qs, u"out"_qs);
     rig.start();
     std::vector<std::string> expected;
     const auto add = [&](int second, const std::string& event) {
@@ -89,10 +181,7 @@ TEST(BreakCycleTest, EightBreaksThenItStopsByItself) {
     for (int i = 1; i <= 8; ++i) {
         const int begin = i * 1500 + (i - 1) * 300;
         add(begin, "in play");
-        add(begin, "Take a break for 05:00 mins");
-        add(begin, "begin");
         add(begin + 1, "in finished"); // a sound takes its second
-        add(begin + 300, i < 8 ? "end 0" : "end -1000");
         if (i < 8) {
             add(begin + 300, "out play");
             add(begin + 301, "out finished");
@@ -100,12 +189,13 @@ TEST(BreakCycleTest, EightBreaksThenItStopsByItself) {
     }
     rig.loop.advance(24h);
     EXPECT_THAT(rig.trace.events(), ElementsAreArray(expected));
+    EXPECT_EQ(rig.notes.size(), 8);
     EXPECT_FALSE(rig.isOn());
     EXPECT_TRUE(rig.player.sounds().empty());
     EXPECT_EQ(rig.sheet.use_count(), 1);
 }
 
-TEST(BreakCycleTest, WakesForNothingWhileWorkingAndOnceASecondInABreak) {
+TEST(BreakCycleTest, WakesTwiceWhileWorkingOnceASecondInABreakAndNeverWhenOff) {
     Rig rig;
     rig.start();
     rig.loop.advance(5s); // until the settings are on the disk
@@ -114,7 +204,8 @@ TEST(BreakCycleTest, WakesForNothingWhileWorkingAndOnceASecondInABreak) {
         rig.loop.advance(time);
         return rig.loop.firings() - before;
     };
-    EXPECT_EQ(firingsIn(25min - 6s), 0);
+    EXPECT_EQ(firingsIn(25min - 6s), 1);
+    EXPECT_TRUE(rig.cycle.outlook().isNear);
     rig.loop.advance(10s);
     EXPECT_EQ(firingsIn(60s), 60);
     rig.sheet->clickSkipBreak();
@@ -123,93 +214,95 @@ TEST(BreakCycleTest, WakesForNothingWhileWorkingAndOnceASecondInABreak) {
     EXPECT_EQ(firingsIn(2h), 0) << "switched off at work";
 }
 
-// The roads through the cycle's states other than its plain round.
-struct Road {
-    const char* name;
-    std::function<void(Rig&)> steps; // after the start
-    bool endsOn;
-    std::vector<std::string> trace;
-};
-
-const std::string five = " Take a break for 05:00 mins";
-
-TEST(BreakCycleTest, EachRoadThroughItsStatesHasItsTrace) {
-    const std::vector<Road> roads = {
-        {"done early, to work for longer; the next sheet is a second short",
-         [](Rig& rig) {
-             rig.loop.advance(25min + 10s);
-             rig.defaults.setValue(u"PendixTakeABreakFrequency"_qs, 30);
-             rig.sheet->clickSkipBreak();
-             rig.loop.advance(30min + 500ms);
-         },
-         true,
-         {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
-          "1510000 end 0", "1510000 out play", "1511000 out finished", "3310000 in play",
-          "3310000 Take a break for 04:59 mins", "3310000 begin"}},
-        {"stopped on the sheet",
-         [](Rig& rig) {
-             rig.loop.advance(25min + 10s);
-             rig.sheet->clickStopBreak();
-             rig.loop.advance(2h);
-         },
-         false,
-         {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
-          "1510000 end -1000"}},
-        {"switched off while the sheet opens",
-         [](Rig& rig) {
-             rig.loop.advance(25min);
-             rig.cycle.disableRespito();
-             rig.loop.advance(2h);
-         },
-         false,
-         {"1500000 in play", "1500000" + five, "1500000 begin", "1500000 end 1",
-          "1501000 in finished"}},
-        {"started twice: the first timer goes on, and stopping does not reach it",
-         [](Rig& rig) {
-             rig.loop.advance(1min);
-             rig.start();
-             rig.loop.advance(49min);
-             rig.sheet->clickStopBreak();
-             rig.loop.advance(25min);
-         },
-         false,
-         {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
-          "1800000 end 0", "1800000 out play", "1801000 out finished", "3000000 in play",
-          "3000000" + five, "3000000 begin", "3000000 end -1000", "3001000 in finished",
-          "4500000 in play", "4500000 Take a break for 04:59 mins", "4500000 begin"}},
-        {"made shorter than it has lasted, then of no length",
-         [](Rig& rig) {
-             rig.loop.advance(25min + 150s);
-             rig.setDuration(2);
-             rig.loop.advance(2s);
-             rig.setDuration(qint64(1) << 32);
-             rig.loop.advance(25min - 1s);
-         },
-         true,
-         {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
-          "1651000 end 0", "1651000 out play", "1652000 out finished", "3151000 in play",
-          "3151000 Take a break for 00:00 mins", "3151000 end 0", "3151000 out play"}},
-        {"asleep, and with the clock set back, at work and at rest",
-         [](Rig& rig) {
-             for (const auto time : {10min, 17min}) {
-                 rig.loop.advance(time);
-                 rig.loop.sleepMachine(8h);
-                 rig.loop.setWall(rig.loop.now().addSecs(-3600));
-             }
-             rig.loop.advance(3min);
-         },
-         true,
-         {"1500000 in play", "1500000" + five, "1500000 begin", "1501000 in finished",
-          "1800000 end 0", "1800000 out play"}},
+// What lengthens and shortens a break, and what does not.
+TEST(BreakCycleTest, CountsTimeNotTicks) {
+    const auto sleepAt = [](RunLoop::Milliseconds time, RunLoop::Milliseconds length) {
+        return [time, length](Rig& rig) {
+            rig.loop.advance(time);
+            rig.loop.sleepMachine(length);
+        };
     };
-    for (const Road& road : roads) {
-        SCOPED_TRACE(road.name);
+    const Act menuOpen = [](Rig& rig) {
+        rig.loop.advance(26min);
+        rig.loop.beginEventTracking();
+        rig.loop.advance(3min);
+        rig.loop.endEventTracking();
+    };
+    const Act shortened = [](Rig& rig) {
+        rig.loop.advance(25min + 150s);
+        rig.setDuration(2);
+        rig.loop.advance(2s);
+        rig.setDuration(qint64(1) << 32);
+        rig.loop.advance(25min - 1s);
+    };
+    const Act clockSet = [](Rig& rig) {
+        rig.loop.advance(10min);
+        rig.loop.setWall(rig.loop.now().addSecs(-3600));
+        EXPECT_EQ(rig.cycle.outlook().moment, rig.loop.now().addSecs(900));
+        rig.loop.advance(17min);
+        rig.loop.setWall(rig.loop.now().addSecs(3600));
+        EXPECT_EQ(rig.cycle.outlook().moment, rig.loop.now().addSecs(180));
+    };
+    const Act unknown = [&](Rig& rig) {
+        rig.presence.known = false;
+        sleepAt(10min, 8h)(rig);
+    };
+    const struct {
+        Act act;
+        const char* follows;
+    } table[] = {
+        {menuOpen, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
+        {clockSet, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
+        {shortened, "25:00 - 27:31"},
+        {sleepAt(10min, 8h), "515:00 - 520:00, 545:00 - 550:00"},
+        {sleepAt(10min, 4min), "29:00 - 34:00, 59:00 - 64:00, 89:00 - 94:00"},
+        {sleepAt(27min, 8h), "25:00 - 507:01, 532:01 - 537:01, 562:01 - 567:01"},
+        {unknown, "505:00 - 510:00, 535:00 - 540:00, 565:00 - 570:00"},
+    };
+    for (const auto& row : table) {
+        SCOPED_TRACE(&row - table);
         Rig rig;
         rig.start();
-        road.steps(rig);
-        EXPECT_THAT(rig.trace.events(), ElementsAreArray(road.trace));
-        EXPECT_EQ(rig.isOn(), road.endsOn);
+        row.act(rig);
+        EXPECT_EQ(rig.follows(), row.follows);
     }
+}
+
+// The start sound ends with the break, a long one as well as the track, which plays over and fades.
+TEST(BreakCycleTest, EachSoundEndsWithItsBreak) {
+    const auto run = [](const QString& startSound, const QString& stopSound, const Act& act) {
+        Rig rig;
+        rig.setSounds(startSound, stopSound);
+        for (const QString& name : {u"long"_qs, u"track"_qs})
+            rig.player.setFile(name, {.duration = 200s});
+        rig.start();
+        rig.loop.advance(25min + 5s);
+        act(rig);
+        rig.loop.advance(5min);
+        std::vector<std::string> events;
+        for (const std::string& event : rig.trace.events())
+            if (event.find("volume") == std::string::npos)
+                events.push_back(event);
+        return events;
+    };
+    EXPECT_THAT(run(u"long"_qs, u"out"_qs, done),
+                ElementsAre("1500000 long play", "1505000 long stop", "1505000 out play",
+                            "1506000 out finished"));
+    EXPECT_THAT(run(u"long"_qs, u"out"_qs, stop),
+                ElementsAre("1500000 long play", "1505000 long stop"));
+    EXPECT_THAT(run(u"Respito"_qs, u"Respito"_qs, putOff),
+                ElementsAre("1500000 track play", "1505000 track dropped", "1805000 track play"));
+    EXPECT_THAT(run(u"Respito"_qs, u"Respito"_qs, wait(0ms)),
+                ElementsAre("1500000 track play", "1700000 track finished", "1700000 track play",
+                            "1800000 track dropped", "1800000 track play"));
+    Rig rig;
+    rig.setSounds(u"Respito"_qs, {});
+    rig.player.setFile(u"track"_qs, {.duration = 200s});
+    rig.start();
+    rig.loop.advance(25min + 4min + 50s);
+    EXPECT_EQ(rig.player.sounds().front()->volume(), 1.0f);
+    rig.loop.advance(5s);
+    EXPECT_NEAR(rig.player.sounds().front()->volume(), 0.5f, 0.02f);
 }
 
 } // namespace

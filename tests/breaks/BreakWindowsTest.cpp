@@ -1,19 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "breaks/BreakCycle.h"
-#include "breaks/BreakFormatters.h"
-#include "breaks/ClockBreaks.h"
 #include "breaks/CustomModalWindowController.h"
-#include "breaks/PendixRespitoWindowsController.h"
-#include "breaks/PendixTakeABreakSettings.h"
-#include "breaks/RespitoAudioPlayerController.h"
-#include "firing/SoundRepeat.h"
-#include "platform/Bundle.h"
-#include "platform/linux/preferences/PropertyListCodec.h"
-#include "sounds/AudioStorageController.h"
+#include "core/DateHelpers.h"
 #include "sounds/PullDownPopUp.h"
-#include "tests/support/FakeDesktop.h"
+#include "tests/breaks/BreakRig.h"
 #include "tests/support/Files.h"
-#include "tests/support/MemoryDefaults.h"
 #include "tests/support/Windows.h"
 
 #include <QDialog>
@@ -22,19 +12,27 @@ using namespace dorvane::testing;
 
 namespace {
 
-class BreakWindowsTest : public FakeDesktopTest {
+class BreakWindowsTest : public ::testing::Test, protected BreakRig {
 protected:
-    BreakWindowsTest() { writeFile(m_tink); }
-    ~BreakWindowsTest() override { loop.runPending(); }
+    BreakWindowsTest()
+        : BreakRig([this](BreakRig&) {
+            return std::make_shared<CustomModalWindowController>(
+                loop, respito.window(), CustomModalWindowController::Stacking::LikeOthers,
+                CustomModalWindowController::Actions{
+                    [this] { cycle.disableRespito(); }, [this] { respito.showWindow(); },
+                    [this](bool isUnseen) { trace.add(isUnseen ? u"unseen"_qs : u"seen"_qs); }});
+        }) {
+        writeFile(m_tink);
+    }
 
     template<typename Control>
     [[nodiscard]] Control* find(const char* name) const {
-        return m_window.window()->findChild<Control*>(QString::fromLatin1(name));
+        return respito.window()->findChild<Control*>(QString::fromLatin1(name));
     }
     void click(const char* name) { find<QAbstractButton>(name)->click(); }
     [[nodiscard]] QString text(const char* field) const { return find<QLineEdit>(field)->text(); }
     [[nodiscard]] QVariant stored(const char* key) const {
-        return m_defaults.value(QString::fromLatin1(key));
+        return defaults.value(QString::fromLatin1(key));
     }
     static QDialog* sheet() {
         return windowsNamed<QDialog>("CustomModalWindowController").value(0);
@@ -48,72 +46,18 @@ protected:
     }
 
     const QString m_tink = path("Dorvane/Rings/Tink.aiff");
-    MemoryDefaults m_defaults;
-    PropertyListCodec m_format;
-    Bundle m_bundle{QStringLiteral(DORVANE_BUNDLE), {}};
-    SoundRepeat m_repeat{loop, player};
-    AudioStorageController m_library{loop, user, {}, player, workspace};
-    RespitoAudioPlayerController m_track{loop, player, m_bundle};
-    PendixTakeABreakSettings m_settings{m_defaults, user, loop, notifications};
-    ClockBreaks m_clock{loop, m_settings, m_defaults, player};
-    BreakCycle m_cycle{
-        {.runLoop = loop, .settings = m_settings, .player = player, .makeSheet = [this] {
-             return std::make_shared<CustomModalWindowController>(
-                 loop, m_window.window(),
-                 CustomModalWindowController::Actions{[this] { m_cycle.disableRespito(); },
-                                                      [this] { m_window.showWindow(); }});
-         }}};
-    PendixRespitoWindowsController m_window{
-        {.runLoop = loop,
-         .settings = m_settings,
-         .cycle = m_cycle,
-         .clock = m_clock,
-         .defaults = m_defaults,
-         .notifications = notifications,
-         .bundle = m_bundle,
-         .propertyLists = m_format,
-         .player = player,
-         .repeat = m_repeat,
-         .library = m_library,
-         .workspace = workspace,
-         .audioPlayer = [this]() -> RespitoAudioPlayerController& { return m_track; },
-         .showRecordingWindow = [this](const QWidget&) { trace.add(u"record"_qs); },
-         .beep = [this] { trace.add(u"beep"_qs); }}};
 };
 
-TEST(BreakFormatterTest, TakesWhatCanBecomeANumberItAllows) {
-    using enum BreakFormatter::Verdict;
-    const BreakEveryFormatter every([] {}, nullptr);
-    for (const char* text : {"", "5", "300", " 7"})
-        EXPECT_EQ(every.verdictOn(QString::fromLatin1(text)), Accepted) << text;
-    for (const char* text : {"4", "301", "4a", "a", "-5", "99999999999"})
-        EXPECT_EQ(every.verdictOn(QString::fromLatin1(text)), Refused) << text;
-    for (const char* text : {"12a", "5.5", "400x"})
-        EXPECT_EQ(every.verdictOn(QString::fromLatin1(text)), RefusedWithBeep) << text;
-    EXPECT_EQ(BreakDurationFormatter([] {}, nullptr).verdictOn(u"1"_qs), Refused);
-    EXPECT_EQ(BreakDurationFormatter([] {}, nullptr).verdictOn(u"60"_qs), Accepted);
-    EXPECT_EQ(BreakRepeatFormatter([] {}, nullptr).verdictOn(u"31"_qs), Refused);
-}
-
 TEST_F(BreakWindowsTest, SlidersAndFieldsGoTogetherAndAreStored) {
-    m_window.showWindow();
-    m_window.window()->showMinimized();
-    m_window.showWindow();
-    EXPECT_FALSE(m_window.window()->isMinimized()) << "is not shown by showing it again";
+    respito.showWindow();
+    respito.window()->showMinimized();
+    respito.showWindow();
+    EXPECT_FALSE(respito.window()->isMinimized()) << "is not shown by showing it again";
     EXPECT_EQ(text("textBreakFreq"), u"25"_qs);
     find<QSlider>("breakDurationSlider")->setValue(7);
     EXPECT_EQ(text("textBreakDuration"), u"7"_qs);
     EXPECT_EQ(stored("PendixTakeABreakDuration"), 7);
     EXPECT_FALSE(stored("NextDate").isValid());
-
-    for (const char* typed : {"4", "60a1"}) {
-        find<QLineEdit>("textBreakFreq")->clear();
-        QTest::keyClicks(find<QLineEdit>("textBreakFreq"), QString::fromLatin1(typed));
-    }
-    EXPECT_EQ(trace.events(), std::vector<std::string>{"0 beep"});
-    EXPECT_EQ(text("textBreakFreq"), u"60"_qs);
-    EXPECT_EQ(find<QSlider>("breakFreqSlider")->value(), 60);
-    EXPECT_EQ(stored("PendixTakeABreakFrequency"), 60);
 
     click("startRespito");
     find<QSlider>("breakDurationSlider")->setValue(9);
@@ -122,47 +66,96 @@ TEST_F(BreakWindowsTest, SlidersAndFieldsGoTogetherAndAreStored) {
     EXPECT_FALSE(stored("NextDate").isValid());
 }
 
-TEST_F(BreakWindowsTest, StartedFromTheWindowTheBreaksFollowEachOther) {
-    m_window.showWindow();
+TEST_F(BreakWindowsTest, ANumberThatIsTakenAsAnotherSaysSo) {
+    respito.showWindow();
+    const struct {
+        const char* typed;
+        int takenWhileTyping;
+        const char* field;
+        const char* hint;
+    } table[] = {
+        {"45", 45, "45", "5 to 300"},
+        {"10", 10, "10", "5 to 300"},
+        {"4", 10, "5", "not 4: at least 5"},
+        {"400", 40, "300", "not 400: at most 300"},
+        {"99999999999", 9 * 11, "300", "not 99999999999: at most 300"},
+        {"", 300, "300", "5 to 300"},
+        {"6a0", 60, "60", "5 to 300"},
+    };
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.typed);
+        auto& field = *find<QLineEdit>("textBreakFreq");
+        field.selectAll();
+        QTest::keyClick(&field, Qt::Key_Backspace);
+        QTest::keyClicks(&field, QString::fromLatin1(row.typed));
+        EXPECT_EQ(stored("PendixTakeABreakFrequency").toInt(), row.takenWhileTyping);
+        QTest::keyClick(&field, Qt::Key_Return);
+        EXPECT_EQ(field.text(), QLatin1String(row.field));
+        EXPECT_EQ(find<QLabel>("breakFreqHint")->text(), QLatin1String(row.hint));
+        EXPECT_EQ(stored("PendixTakeABreakFrequency").toInt(), field.text().toInt());
+        EXPECT_EQ(find<QSlider>("breakFreqSlider")->value(), field.text().toInt());
+    }
+    EXPECT_EQ(trace.events(), std::vector<std::string>{"0 beep"});
+}
+
+TEST_F(BreakWindowsTest, TheWindowSaysWhatIsNext) {
+    respito.showWindow();
+    const auto shown = [this] {
+        return (find<QLabel>("nextBreakTimeLabel")->text() + find<QLabel>("nextBreakTime")->text())
+            .toStdString();
+    };
+    const auto moment = [this](int minutes) {
+        return timeString(loop.now().addSecs(minutes * 60)).toStdString();
+    };
+    EXPECT_EQ(shown(), "Next break at: Respito is Off");
     click("startRespito");
     EXPECT_FALSE(find<QWidget>("startRespito")->isEnabled());
-    for (const char* left : {"05:00", "04:59"}) {
-        loop.advance(25min);
-        ASSERT_TRUE(sheet()) << left;
-        EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
-        EXPECT_EQ(sheet()->findChild<QLabel*>(u"showBreakTime"_qs)->text(),
-                  u"Take a break for %1 mins"_qs.arg(QLatin1String(left)));
-        loop.advance(70s);
-        EXPECT_TRUE(
-            sheet()->findChild<QLabel*>(u"showBreakTime"_qs)->text().contains(u"or 03:"_qs));
-        sheet()->close(); // is done, too
-        ASSERT_FALSE(sheet());
-    }
+    EXPECT_EQ(shown(), "Next break at: " + moment(25));
+    loop.advance(25min);
+    ASSERT_TRUE(sheet());
+    EXPECT_EQ(shown(), "Break until: " + moment(5));
+    EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
+    sheet()->close(); // is done, too
+    ASSERT_FALSE(sheet());
+    loop.advance(20min);
+    presence.leave();
+    loop.advance(5min);
+    EXPECT_EQ(shown(), "Next break: when you are back");
+    EXPECT_TRUE(find<QAbstractButton>("pauseWhileAway")->isChecked());
+    click("pauseWhileAway");
+    presence.comeBack();
+    EXPECT_EQ(stored("PauseBreaksWhileAway"), false);
+    clickInSheet("putOffBreak");
+    EXPECT_EQ(shown(), "Next break at: " + moment(5));
+    loop.advance(5min);
+    clickInSheet("preferences");
     loop.advance(25min);
     clickInSheet("stopBreak");
     EXPECT_TRUE(find<QWidget>("startRespito")->isEnabled());
     EXPECT_FALSE(find<QWidget>("skipRespito")->isEnabled());
-    loop.advance(1h);
-    EXPECT_FALSE(sheet());
+    EXPECT_EQ(shown(), "Next break at: Respito is Off");
 }
 
-// Only the menu and the sheet stop the timer; the window's button stops what is to be seen.
-TEST_F(BreakWindowsTest, StoppedInTheWindowTheTimerStillCalls) {
-    m_window.enableRespito(); // before there is a window
-    m_cycle.enableRespito();
-    m_window.showWindow();
-    click("stopRespito");
-    EXPECT_EQ(stored("PendixRespitoStatus"), 0);
-    EXPECT_EQ(find<QLabel>("nextBreakTime")->text(), u"Respito is Off"_qs);
+// Where other windows may hide it, somebody is told until it is seen.
+TEST_F(BreakWindowsTest, ASheetThatIsNotActiveAfterASecondCountsAsUnseen) {
+    start();
     loop.advance(25min);
-    clickInSheet("preferences");
-    loop.advance(25min);
-    EXPECT_TRUE(sheet());
-    m_cycle.disableRespito();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QApplication::processEvents();
+    loop.advance(1s);
+    sheet()->activateWindow();
+    QApplication::processEvents();
+    other.activateWindow();
+    QApplication::processEvents();
+    loop.advance(1min);
+    EXPECT_THAT(trace.events(), ElementsAre("1501000 unseen", "1501000 seen"));
+    cycle.disableRespito();
 }
 
 TEST_F(BreakWindowsTest, EachSwitchHasItsSound) {
-    m_window.showWindow();
+    respito.showWindow();
     EXPECT_FALSE(find<QWidget>("playButton")->isEnabled());
     auto* const button = find<PullDownPopUp>("selectSoundButton");
     const auto choose = [&](int group) {
@@ -178,24 +171,31 @@ TEST_F(BreakWindowsTest, EachSwitchHasItsSound) {
     choose(3);
     EXPECT_EQ(stored("PendixTakeADurationSoundPath"), m_tink);
     loop.runPending();
+    choose(3);
+    loop.runPending();
+    respito.window()->close();
     EXPECT_THAT(trace.events(),
-                ElementsAre("0 record", EndsWith("Basso.aiff play"), EndsWith("Tink.aiff play"),
-                            EndsWith("Tink.aiff play")));
+                ElementsAre("0 record", EndsWith("Basso.aiff play"), EndsWith("Basso.aiff stop"),
+                            EndsWith("Tink.aiff play"), EndsWith("Tink.aiff dropped"),
+                            EndsWith("Tink.aiff play"), EndsWith("Tink.aiff dropped")));
 }
 
 TEST_F(BreakWindowsTest, TheBuiltInStartSoundOpensThePlayerForBothSwitches) {
-    m_defaults.setValue(u"PendixTakeABreakSoundPath"_qs, u"Respito"_qs);
-    m_window.showWindow();
+    respito.showWindow();
+    auto* const button = find<PullDownPopUp>("selectSoundButton");
+    button->menu().actions().last()->trigger();
+    EXPECT_EQ(button->currentText(), u"Respito"_qs);
+    EXPECT_EQ(stored("PendixTakeABreakSoundPath"), u"Respito"_qs);
     click("breakDuration");
     click("playButton");
     loop.advance(500ms);
     click("playButton");
-    EXPECT_TRUE(m_track.isWindowOpen());
+    EXPECT_TRUE(track.isWindowOpen());
     for (QWidget* window : QApplication::topLevelWidgets())
-        if (window->isVisible() && window != m_window.window())
+        if (window->isVisible() && window != respito.window())
             window->close();
     loop.runPending();
-    EXPECT_FALSE(m_track.isWindowOpen());
+    EXPECT_FALSE(track.isWindowOpen());
     click("playButton");
     EXPECT_THAT(trace.events(),
                 ElementsAre(EndsWith("Respito.mp3 play"), EndsWith("Respito.mp3 dropped"),

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "breaks/BreakTrack.h"
+
+#include <algorithm>
+
+namespace dorvane {
+
+using namespace std::chrono_literals;
+
+BreakTrack::BreakTrack(RunLoop& runLoop, SoundPlayer& player)
+    : m_runLoop(runLoop), m_player(player) {}
+
+void BreakTrack::play(const QString& path) {
+    stop();
+    m_sound = m_player.soundWithContentsOfFile(path);
+    m_sound->setFinished([this](bool completed) {
+        if (completed)
+            m_runLoop.defer(m_lifeline.guard([](BreakTrack& self) { self.startOver(); }));
+    });
+    startOver();
+}
+
+void BreakTrack::startOver() {
+    if (m_sound)
+        m_sound->play();
+}
+
+void BreakTrack::fadeFor(RunLoop::Milliseconds time) {
+    if (!m_sound || m_fading)
+        return;
+    m_fadeTime = std::max(time, RunLoop::Milliseconds(1));
+    m_silentAt = m_runLoop.uptime() + m_fadeTime;
+    m_fading = m_runLoop.scheduleRepeating(
+        100ms, [this] { fade(); }, RunLoopMode::Common);
+}
+
+void BreakTrack::fade() {
+    const auto left = std::max(m_silentAt - m_runLoop.uptime(), RunLoop::Milliseconds(0));
+    m_sound->setVolume(float(left.count()) / float(m_fadeTime.count()));
+    if (left.count() == 0)
+        m_fading.cancel();
+}
+
+void BreakTrack::stop() {
+    m_fading.cancel();
+    m_sound.reset();
+}
+
+} // namespace dorvane

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Lifeline.h"
+#include "platform/RunLoop.h"
+#include "platform/Sound.h"
+
+#include <memory>
+
+namespace dorvane {
+
+// A track that accompanies a break: over again for as long as the break lasts, and quieter towards
+// its end. Main thread only; destroying it ends the track.
+class BreakTrack {
+public:
+    // Both must outlive this.
+    BreakTrack(RunLoop& runLoop, SoundPlayer& player);
+
+    // A file that cannot be played leaves the break silent; the player's log tells why.
+    void play(const QString& path);
+
+    // Falls silent by and by, for so long; a second call changes nothing.
+    void fadeFor(RunLoop::Milliseconds time);
+
+    void stop();
+
+private:
+    void startOver();
+    void fade();
+
+    RunLoop& m_runLoop;
+    SoundPlayer& m_player;
+    std::unique_ptr<Sound> m_sound;
+    RunLoop::Milliseconds m_fadeTime{0};
+    RunLoop::Milliseconds m_silentAt{0}; // uptime
+    RunLoopTimer m_fading;
+    Lifeline<BreakTrack> m_lifeline{*this};
+};
+
+} // namespace dorvane
