@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Bundle.h"
+#include "platform/linux/announcements/DesktopNotice.h"
 #include "platform/linux/announcements/SystemdAnnouncer.h"
 #include "platform/linux/desktop/DesktopWorkspace.h"
 #include "platform/linux/desktop/PortalAppearance.h"
@@ -47,6 +48,7 @@ struct Desktop {
     ModuleDocumentFetcher documents;
     DesktopWorkspace workspace;
     SystemdAnnouncer announcer;
+    DesktopNotice notice;
     AutostartLoginItems loginItems;
     UnixRelocator relocator;
     XdgUrlSchemes urlSchemes;

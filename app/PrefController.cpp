@@ -39,6 +39,8 @@ void PrefController::awakeFromNib() {
     prepareUpdates();
     QObject::connect(m_form->checkButton, &QPushButton::clicked, &m_prefsWindow,
                      [this] { m_surroundings.checkRinging(); });
+    QObject::connect(m_form->breaksButton, &QPushButton::clicked, &m_prefsWindow,
+                     [this] { m_surroundings.openBreaks(); });
     mirrorStartup();
     m_surroundings.launchAtLogin.setChanged([this] { mirrorStartup(); });
     QObject::connect(m_form->startupCheckBox, &QCheckBox::toggled, &m_prefsWindow,

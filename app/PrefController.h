@@ -36,6 +36,8 @@ public:
         std::function<bool()> canWakeComputer;
         // Opens the list of checks.
         std::function<void()> checkRinging;
+        // Opens the window of the breaks.
+        std::function<void()> openBreaks;
     };
 
     // All of the surroundings must outlive the controller.

@@ -42,6 +42,29 @@ CustomModalWindowController::Stacking stacking() {
                                                                        : Stacking::Above;
 }
 
+QString plain(const char* text) {
+    return QCoreApplication::translate("CustomModalWindowController", text).remove(u'&');
+}
+
+void breakIsUnseen(bool isUnseen) {
+    AlarmMenuController& menu = AlarmMenuController::mainMenuController();
+    menu.breakIsUnseen(isUnseen);
+    Notice& notice = sharedDesktop().notice;
+    if (!isUnseen) {
+        notice.withdraw();
+        return;
+    }
+    const auto done = QStringLiteral("done");
+    notice.show(plain("Time for a break"), QString(),
+                {{done, plain("&Done")}, {QStringLiteral("stop"), plain("&Stop Respito")}},
+                [&menu, done](const QString& key) {
+                    if (key == done)
+                        PendixRespitoWindowsController::sharedRespito().skipRespito();
+                    else
+                        menu.stopRespito();
+                });
+}
+
 std::shared_ptr<BreakSheet> makeBreakSheet() {
     showWindowIcon();
     return std::make_shared<CustomModalWindowController>(
@@ -49,7 +72,7 @@ std::shared_ptr<BreakSheet> makeBreakSheet() {
         CustomModalWindowController::Actions{
             .disableRespito = [] { bfApp::sharedApplication().breakCycle().disableRespito(); },
             .createRespito = [] { AlarmMenuController::mainMenuController().createRespito(); },
-            .unseen = [](bool) {}});
+            .unseen = breakIsUnseen});
 }
 
 // Whoever has chosen nothing hears the end of a break all the same.

@@ -75,7 +75,8 @@ void openPreferences() {
              .setWakesComputer = [](bool on) { sharedWakeUps().setOn(on); },
              .canWakeComputer =
                  [&desktop] { return desktop.wakeAlarm.ability() == WakeAlarm::Ability::Able; },
-             .checkRinging = openChecks});
+             .checkRinging = openChecks,
+             .openBreaks = [] { AlarmMenuController::mainMenuController().createRespito(); }});
     }();
     preferences->show();
 }
@@ -101,10 +102,24 @@ std::unique_ptr<AlarmSetController> makeEditor() {
             }});
 }
 
-bool breaksRun() {
+PendixTakeABreakSettings& breakSettings() {
     auto& settings = PendixTakeABreakSettings::sharedInstance();
     settings.loadPrefs();
-    return settings.RespitoStatus() != 0;
+    return settings;
+}
+
+bool breaksRun() {
+    return breakSettings().RespitoStatus() != 0;
+}
+
+// There is no cycle before the first start.
+BreakOutlook breakOutlook() {
+    return breaksRun() ? bfApp::sharedApplication().breakCycle().outlook() : BreakOutlook();
+}
+
+qint64 nextBreak() {
+    const BreakOutlook outlook = breakOutlook();
+    return outlook.phase == BreakOutlook::Phase::Working ? outlook.moment.toSecsSinceEpoch() : 0;
 }
 
 void findNamedSound(const QString& nameOrPath, const AlarmControl::Found& found) {
@@ -234,9 +249,13 @@ AlarmControl& sharedAlarmControl() {
              .breaksRun = breaksRun,
              .startBreaks = [&menu] { menu.startRespito(); },
              .stopBreaks = [&menu] { menu.stopRespito(); },
-             .skipBreak = [] { PendixRespitoWindowsController::sharedRespito().skipRespito(); }});
-        static const auto observation = desktop.notifications.addObserver(
-            breakSettingsDidChangeNotification, [made](const void*) { made->breaksChanged(); });
+             .skipBreak = [] { PendixRespitoWindowsController::sharedRespito().skipRespito(); },
+             .nextBreak = nextBreak});
+        const auto breaksChanged = [made](const void*) { made->breaksChanged(); };
+        static const auto settings =
+            desktop.notifications.addObserver(breakSettingsDidChangeNotification, breaksChanged);
+        static const auto breaks =
+            desktop.notifications.addObserver(breaksDidChangeNotification, breaksChanged);
         return made;
     }();
     return *control;
@@ -380,6 +399,8 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
                 [](const AlarmPtr& alarm, const QDateTime& due) {
                     sharedJournal().noteCameRoundAgain(alarm, due);
                 },
+            .breakOutlook = breakOutlook,
+            .showsBreaks = [] { return breakSettings().showRespito() != 0; },
         });
     }();
     return *controller;

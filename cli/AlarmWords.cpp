@@ -146,7 +146,16 @@ QStringList aligned(const std::vector<QStringList>& rows) {
     return lines;
 }
 
-StatusReport statusReport(const QVariantList& alarms, bool breaksRun, const QDateTime& now) {
+QString nextBreak(const QVariantMap& properties, const QDateTime& now) {
+    const qint64 seconds = properties.value(QStringLiteral("NextBreak")).toLongLong();
+    if (seconds == 0)
+        return {};
+    const QDateTime moment = QDateTime::fromSecsSinceEpoch(seconds);
+    return QStringLiteral("break at %1, %2").arg(timeString(moment), timeLeft(now.secsTo(moment)));
+}
+
+StatusReport statusReport(const QVariantList& alarms, const QVariantMap& properties,
+                          const QDateTime& now) {
     QStringList ringing;
     for (const QVariant& alarm : alarms)
         if (rings(alarm.toMap()))
@@ -171,7 +180,16 @@ StatusReport statusReport(const QVariantList& alarms, bool breaksRun, const QDat
         report.json.insert(QStringLiteral("seconds"), now.secsTo(dueOf(*next)));
     }
     report.json.insert(key::ringing, ringing);
-    report.json.insert(QStringLiteral("breaks"), breaksRun);
+    report.json.insert(QStringLiteral("breaks"),
+                       properties.value(QStringLiteral("BreaksRunning")).toBool());
+    if (const qint64 moment = properties.value(QStringLiteral("NextBreak")).toLongLong()) {
+        const QString at =
+            QStringLiteral("break at ") + timeString(QDateTime::fromSecsSinceEpoch(moment));
+        report.line += QStringLiteral(" \u00b7 ") + at;
+        report.json.insert(QStringLiteral("break"), moment);
+        report.json[QStringLiteral("tooltip")] =
+            report.json.value(QStringLiteral("tooltip")).toString() + u'\n' + at;
+    }
     return report;
 }
 

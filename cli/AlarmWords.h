@@ -32,7 +32,11 @@ struct StatusReport {
     QString line;
     QVariantMap json;
 };
-[[nodiscard]] StatusReport statusReport(const QVariantList& alarms, bool breaksRun,
+// What the properties of the bus tell of the breaks: "break at 12:25, in 12 min"; empty while none
+// is timed.
+[[nodiscard]] QString nextBreak(const QVariantMap& properties, const QDateTime& now);
+
+[[nodiscard]] StatusReport statusReport(const QVariantList& alarms, const QVariantMap& properties,
                                         const QDateTime& now);
 [[nodiscard]] StatusReport stoppedReport(const QString& reason);
 

@@ -97,6 +97,12 @@ ExitStatus runList(const CommandServices& services, const QStringList& arguments
     if (alarms.isEmpty())
         writeLine(isStored ? QStringLiteral("No alarms are stored.")
                            : QStringLiteral("No alarms are running."));
+    if (isStored)
+        return ExitStatus::Done;
+    const auto properties = services.program().properties();
+    if (const auto* const values = std::get_if<QVariantMap>(&properties))
+        if (const QString next = nextBreak(*values, services.now()); !next.isEmpty())
+            writeLine(next);
     return ExitStatus::Done;
 }
 
@@ -113,9 +119,12 @@ ExitStatus runBreaks(const CommandServices& services, const QStringList& argumen
         const auto properties = program.properties();
         if (const auto* const fault = std::get_if<RemoteProgram::Fault>(&properties))
             return tellFault(*fault);
-        const bool isOn =
-            std::get<QVariantMap>(properties).value(QStringLiteral("BreaksRunning")).toBool();
-        writeLine(isOn ? QStringLiteral("Breaks are on.") : QStringLiteral("Breaks are off."));
+        const auto& values = std::get<QVariantMap>(properties);
+        const bool isOn = values.value(QStringLiteral("BreaksRunning")).toBool();
+        const QString next = nextBreak(values, services.now());
+        writeLine(!isOn ? QStringLiteral("Breaks are off.")
+                        : QStringLiteral("Breaks are on%1.")
+                              .arg(next.isEmpty() ? next : QStringLiteral(": ") + next));
         return ExitStatus::Done;
     }
     const QMap<QString, QString> methods{{QStringLiteral("start"), QStringLiteral("StartBreaks")},
@@ -157,10 +166,8 @@ ExitStatus runStatus(const CommandServices& services, const QStringList& argumen
                 return stoppedReport(fault->reason);
             }
         isReached = true;
-        return statusReport(
-            std::get<QVariantList>(answer).value(0).toList(),
-            std::get<QVariantMap>(properties).value(QStringLiteral("BreaksRunning")).toBool(),
-            services.now());
+        return statusReport(std::get<QVariantList>(answer).value(0).toList(),
+                            std::get<QVariantMap>(properties), services.now());
     };
     const bool isJson = parser.isSet(json);
     const auto lineOf = [isJson](const StatusReport& report) {

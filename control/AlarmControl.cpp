@@ -353,6 +353,8 @@ RemoteState AlarmControl::lookedUpState() const {
     if (next)
         state.nextDue = localDateTimeOf(*next).toSecsSinceEpoch();
     state.breaksRun = m_surroundings.breaksRun();
+    if (m_surroundings.nextBreak)
+        state.nextBreak = m_surroundings.nextBreak();
     return state;
 }
 

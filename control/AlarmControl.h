@@ -51,6 +51,8 @@ public:
         std::function<void()> startBreaks;
         std::function<void()> stopBreaks;
         std::function<void()> skipBreak;
+        // When the next break begins, in seconds since the epoch; 0 while none is timed.
+        std::function<qint64()> nextBreak = {};
     };
 
     explicit AlarmControl(Surroundings surroundings);
@@ -71,7 +73,7 @@ public:
     [[nodiscard]] RemoteState state() const override;
     void setListener(RemoteListener listener) override { m_listener = std::move(listener); }
 
-    // To be told what befalls an alarm that rings, and that the break reminder was switched.
+    // To be told what befalls an alarm that rings, and that the breaks are others.
     void befell(RingEvent event, const AlarmPtr& alarm);
     void breaksChanged() { changed(); }
 

@@ -27,7 +27,9 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
     , m_menuConstructor(m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
                         m_surroundings.statusItem,
                         {.storedAlarms = [this] { return m_surroundings.storedAlarms.alarms(); },
-                         .breaksRun = m_surroundings.breaksRun},
+                         .breaksRun = m_surroundings.breaksRun,
+                         .breakOutlook = m_surroundings.breakOutlook,
+                         .showsBreaks = m_surroundings.showsBreaks},
                         menuCommands())
     , m_textSpeaker(m_surroundings.speech)
     , m_ringer({.runLoop = m_surroundings.runLoop,
@@ -48,6 +50,8 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
     darkModeChanged();
     m_menuObservation = m_surroundings.notifications.addObserver(
         mainMenuWillAppearNotification, [this](const void*) { menuWillAppear(); });
+    m_breaksObservation = m_surroundings.notifications.addObserver(
+        breaksDidChangeNotification, [this](const void*) { showBreaks(); });
 }
 
 AlarmMenuController::~AlarmMenuController() {
@@ -285,6 +289,16 @@ void AlarmMenuController::startRespito() {
 void AlarmMenuController::stopRespito() {
     m_surroundings.sharedRespito().stopRespito();
     m_surroundings.breakCycle().disableRespito();
+}
+
+void AlarmMenuController::breakIsUnseen(bool isUnseen) {
+    m_isBreakUnseen = isUnseen;
+    showBreaks();
+}
+
+void AlarmMenuController::showBreaks() {
+    if (m_surroundings.breakOutlook)
+        m_statusView.showBreaks(m_surroundings.breakOutlook(), m_isBreakUnseen);
 }
 
 void AlarmMenuController::alarmIsNear(const AlarmPtr& alarm) {

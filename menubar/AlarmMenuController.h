@@ -74,6 +74,10 @@ public:
         // Told when an alarm that rang moves on and had been due again before it was answered, with
         // the last such due time. May be empty.
         std::function<void(const AlarmPtr& alarm, const QDateTime& due)> cameRoundAgain = {};
+        // What comes next of the breaks, and whether the menu has an entry for them; empty where
+        // there are none.
+        std::function<BreakOutlook()> breakOutlook = {};
+        std::function<bool()> showsBreaks = {};
     };
 
     // Shows the icon with its menu.
@@ -119,6 +123,8 @@ public:
     // Starts the reminder, counting its breaks from the first.
     void startRespito();
     void stopRespito();
+    // A break is hidden by other windows, or no longer.
+    void breakIsUnseen(bool isUnseen);
 
     // Stops the flashing and shows the nearest alarm.
     void updateStatusView();
@@ -141,6 +147,7 @@ private:
     [[nodiscard]] bool isCurrent(const Alarm& alarm) const;
     void menuWillAppear();
     void darkModeChanged();
+    void showBreaks();
     void showEditor(const AlarmPtr& alarm);
     [[nodiscard]] AlarmSetController* editorOf(const Alarm& alarm) const;
     void editorClosed(const AlarmSetController* editor);
@@ -159,6 +166,8 @@ private:
     AlarmRinger m_ringer;
     std::vector<std::unique_ptr<AlarmSetController>> m_editors;
     NotificationCenter::Observation m_menuObservation;
+    NotificationCenter::Observation m_breaksObservation;
+    bool m_isBreakUnseen = false;
 };
 
 } // namespace dorvane

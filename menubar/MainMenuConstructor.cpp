@@ -29,7 +29,9 @@ MainMenuConstructor::MainMenuConstructor(RunLoop& runLoop, Clock& clock,
                                                     [this](const void*) { updatePanelMenuSoon(); });
     m_storedAlarmsObservation = notifications.addObserver(
         storedAlarmsDidChangeNotification, [this](const void*) { updatePanelMenuSoon(); });
-    m_breaksObservation = notifications.addObserver(breakSettingsDidChangeNotification,
+    m_breakSettingsObservation = notifications.addObserver(
+        breakSettingsDidChangeNotification, [this](const void*) { updatePanelMenuSoon(); });
+    m_breaksObservation = notifications.addObserver(breaksDidChangeNotification,
                                                     [this](const void*) { updatePanelMenuSoon(); });
     m_item.setPanelMenuWillOpen([this] { updatePanelMenu(); });
     updatePanelMenu();
@@ -56,6 +58,9 @@ MainMenuState MainMenuConstructor::state(Instant now) const {
     if (m_sources.storedAlarms)
         state.storedAlarms = m_sources.storedAlarms();
     state.breaksRun = m_sources.breaksRun && m_sources.breaksRun();
+    if (m_sources.breakOutlook)
+        state.nextBreak = outlookText(m_sources.breakOutlook());
+    state.showsBreaks = !m_sources.showsBreaks || m_sources.showsBreaks();
     state.noAlarmString = m_noAlarmString;
     state.now = now;
     state.locale = m_locale;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "breaks/BreakOutlook.h"
 #include "core/Coalescer.h"
 #include "menubar/MainMenuEntries.h"
 #include "menubar/MenuCommands.h"
@@ -18,11 +19,13 @@ class Clock;
 class StatusItem;
 class StatusMenu;
 
-// What the menu shows beyond the clock's list, asked for each time it is built. Either may be
+// What the menu shows beyond the clock's list, asked for each time it is built. Each may be
 // empty: then there is no store, and no breaks run.
 struct MenuSources {
     std::function<std::optional<std::vector<AlarmPtr>>()> storedAlarms;
     std::function<bool()> breaksRun;
+    std::function<BreakOutlook()> breakOutlook = {};
+    std::function<bool()> showsBreaks = {}; // empty: the menu has their entry
 };
 
 // Builds the main menu, twice: our own pop-up, and the one that a panel draws. Main thread only.
@@ -65,6 +68,7 @@ private:
     Coalescer m_updateSoon;
     NotificationCenter::Observation m_alarmsObservation;
     NotificationCenter::Observation m_storedAlarmsObservation;
+    NotificationCenter::Observation m_breakSettingsObservation;
     NotificationCenter::Observation m_breaksObservation;
 };
 

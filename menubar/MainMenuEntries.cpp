@@ -123,17 +123,23 @@ void buildStoredAlarms(Entries& entries, const MainMenuState& state) {
     }
 }
 
-void buildSettableAlarms(Entries& entries, const MainMenuState& state) {
-    entries.push_back(makeEntry("Create alarm...", &MenuCommands::createAlarm));
-    insertSeparator(entries);
-    buildPredefinedAlarms(entries);
-    insertSeparator(entries);
+void buildBreaks(Entries& entries, const MainMenuState& state) {
     MenuEntry breaks = makeEntry("Respito...");
+    breaks.subtitle = state.nextBreak;
     breaks.children.push_back(state.breaksRun ? makeEntry("Stop", &MenuCommands::stopRespito)
                                               : makeEntry("Start", &MenuCommands::startRespito));
     breaks.children.push_back(makeEntry("Preferences...", &MenuCommands::createRespito));
     entries.push_back(std::move(breaks));
     insertSeparator(entries);
+}
+
+void buildSettableAlarms(Entries& entries, const MainMenuState& state) {
+    entries.push_back(makeEntry("Create alarm...", &MenuCommands::createAlarm));
+    insertSeparator(entries);
+    buildPredefinedAlarms(entries);
+    insertSeparator(entries);
+    if (state.showsBreaks)
+        buildBreaks(entries, state);
     buildStoredAlarms(entries, state);
 }
 

@@ -30,6 +30,11 @@ QPainterPath wedgePath(StatusPicture::Wedge wedge) {
     return path;
 }
 
+// In the corner between the ring and a foot of the clock, to be told apart on any panel.
+const QPointF markCentre(18, 18);
+constexpr double markRadius = 3.5;
+const QColor markColour(0xF5, 0x8A, 0x07);
+
 // Whether the ring of a clock is drawn in light ink.
 bool isLight(const QImage& image) {
     constexpr QPoint onTheRing(11, 3);
@@ -40,6 +45,8 @@ bool isLight(const QImage& image) {
 } // namespace
 
 bool operator==(StatusPicture::Wedge a, StatusPicture::Wedge b) {
+    if (a.isMarked != b.isMarked)
+        return false;
     if (a.isEmpty() || b.isEmpty())
         return a.isEmpty() && b.isEmpty();
     return a.end == b.end && a.duration == b.duration;
@@ -81,7 +88,7 @@ QColor StatusPicture::wedgeColour() const {
 
 QImage StatusPicture::image(Wedge wedge, int pixels) const {
     QImage image = background(pixels);
-    if (wedge.isEmpty())
+    if (wedge.isEmpty() && !wedge.isMarked)
         return image;
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -90,9 +97,15 @@ QImage StatusPicture::image(Wedge wedge, int pixels) const {
     // In bands: Qt spreads the filling of more over a pool of threads, and each of them that
     // starts, and ends half a minute later, would be a wake-up more for every minute of the wedge.
     constexpr int band = 4;
-    for (int top = 0; top < pixels; top += band) {
+    for (int top = 0; top < pixels && !wedge.isEmpty(); top += band) {
         painter.setClipRect(QRectF(0, top / scale, side, band / scale));
         painter.fillPath(wedgePath(wedge), wedgeColour());
+    }
+    if (wedge.isMarked) {
+        painter.setClipping(false);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(markColour);
+        painter.drawEllipse(markCentre, markRadius, markRadius);
     }
     return image;
 }

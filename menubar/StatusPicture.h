@@ -23,6 +23,7 @@ public:
     struct Wedge {
         int end = 0;
         int duration = 0;
+        bool isMarked = false; // with a dot beside the clock
         [[nodiscard]] bool isEmpty() const { return duration < 1; }
     };
 

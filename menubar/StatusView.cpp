@@ -11,6 +11,7 @@
 #include "platform/StatusItem.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace dorvane {
 
@@ -61,7 +62,7 @@ void StatusView::setBackgroundImage(const QString& svgFile) {
 }
 
 void StatusView::setAngleEnd(int end, int duration) {
-    m_wedge = {end, std::min(duration, fullCircle)};
+    m_wedge = {end, std::min(duration, fullCircle), m_wedge.isMarked};
     display();
 }
 
@@ -121,6 +122,8 @@ void StatusView::showToolTip(const AlarmPtr& nearest, Instant moment) {
         if (!title.isEmpty())
             text += QStringLiteral(" \u2013 ") + title;
     }
+    if (!m_breaks.isEmpty())
+        text += (nearest ? QStringLiteral(" \u00b7 ") : QStringLiteral(" \u2013 ")) + m_breaks;
     if (text == m_toolTip)
         return;
     m_toolTip = text;
@@ -131,9 +134,9 @@ void StatusView::startFlashing() {
     if (m_flashTimer)
         return;
     m_flashPhase = true;
-    m_item.setNeedsAttention(true);
     m_flashTimer = m_runLoop.scheduleRepeating(
         1s, [this] { flash(); }, RunLoopMode::Default);
+    tellAttention();
 }
 
 void StatusView::flash() {
@@ -145,10 +148,25 @@ void StatusView::stopFlashing() {
     if (!m_flashTimer)
         return;
     m_flashTimer.cancel();
-    m_item.setNeedsAttention(false);
+    tellAttention();
     m_action = {};
     setAngleEnd(0, 0);
     updateSoon();
+}
+
+void StatusView::showBreaks(const BreakOutlook& outlook, bool isUnseen) {
+    m_breaks = outlookText(outlook);
+    m_isBreakUnseen = isUnseen;
+    tellAttention();
+    m_wedge.isMarked = outlook.isNear;
+    display();
+    updateSoon();
+}
+
+void StatusView::tellAttention() {
+    const bool needsAttention = m_flashTimer || m_isBreakUnseen;
+    if (needsAttention != std::exchange(m_needsAttention, needsAttention))
+        m_item.setNeedsAttention(needsAttention);
 }
 
 void StatusView::mouseDown() {

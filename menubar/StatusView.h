@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "breaks/BreakOutlook.h"
 #include "core/Alarm.h"
 #include "core/Coalescer.h"
 #include "firing/FlashingIcon.h"
@@ -46,6 +47,10 @@ public:
     // Also clears the target.
     void stopFlashing() override;
 
+    // Tells in the tool tip when the next break comes, marks the icon shortly before, and asks for
+    // attention while a break goes unseen.
+    void showBreaks(const BreakOutlook& outlook, bool isUnseen);
+
     // Looks at the clock once and shows what is nearest, unless the icon flashes.
     void updateStatusView();
 
@@ -65,6 +70,7 @@ private:
     void updateSoon() { m_updateSoon.request(); }
     void sleepUntilNextChange(Instant moment, const AlarmPtr& nearest);
     void display();
+    void tellAttention();
     void showToolTip(const AlarmPtr& nearest, Instant moment);
 
     RunLoop& m_runLoop;
@@ -79,6 +85,9 @@ private:
     QPointer<QMenu> m_targetMenu;
     std::function<void()> m_action;
     bool m_flashPhase = false;
+    QString m_breaks;
+    bool m_isBreakUnseen = false;
+    bool m_needsAttention = false;
     bool m_isMenuAskedFor = false;
     RunLoopTimer m_closeMenu;
     RunLoopTimer m_menuClosed;

@@ -30,6 +30,7 @@ struct RemoteState {
     QString nextAlarm;   // its identity
     QStringList ringing; // identities
     bool breaksRun = false;
+    qint64 nextBreak = 0; // seconds since the epoch; 0 while none is timed
     friend bool operator==(const RemoteState&, const RemoteState&) = default;
 };
 

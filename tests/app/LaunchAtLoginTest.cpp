@@ -76,7 +76,8 @@ TEST_F(LaunchAtLoginTest, isMirroredByTheBoxWhoeverChangesItAndWhenItCannotBeCha
                                 .wakesComputer = [] { return true; },
                                 .setWakesComputer = [&](bool on) { wakes = on; },
                                 .canWakeComputer = [] { return true; },
-                                .checkRinging = {}});
+                                .checkRinging = {},
+                                .openBreaks = {}});
     preferences.show();
     EXPECT_EQ(preferences.prefsWindow().windowTitle(), u"Dorvane 1.0"_qs);
     auto& box = *preferences.prefsWindow().findChild<QCheckBox*>(u"startupCheckBox"_qs);

@@ -91,7 +91,8 @@ TEST_F(UpdatesTest, believesAFeedOnlyWhatItCanProve) {
          .wakesComputer = [] { return false; },
          .setWakesComputer = {},
          .canWakeComputer = [] { return true; },
-         .checkRinging = {}});
+         .checkRinging = {},
+         .openBreaks = {}});
     preferences.show();
     EXPECT_EQ(lookFrom(preferences), m_path.toStdString() + " is not a file");
     for (const auto& [feed, answer] : rows) {

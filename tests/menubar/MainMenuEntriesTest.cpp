@@ -50,6 +50,7 @@ TEST(MainMenuEntriesTest, runningAndStoredAlarms) {
     const AlarmOf up{.title = "Up", .kind = Alarm::Dated, .time = "11-24 07:30", .isListed = true};
     state.storedAlarms = {{AlarmOf{.title = "not listed"}.alarm(), up.alarm()}};
     state.breaksRun = true;
+    state.nextBreak = u"break at 10:25"_qs;
     EXPECT_EQ(outline(mainMenuEntries(state)).toStdString(), R"(Active alarms:
 Tue, 18:05 [Tea & cake]
   Edit... = editAlarm Tea & cake
@@ -75,7 +76,7 @@ Timer...
   30 min = createPreAlarm 30
   45 min = createPreAlarm 45
 --
-Respito...
+Respito... [break at 10:25]
   Stop = stopRespito
   Preferences... = createRespito
 --
@@ -98,6 +99,9 @@ TEST(MainMenuEntriesTest, nothingRunsAndNothingIsStored) {
     EXPECT_TRUE(empty.startsWith(u"Active alarms:\nNo Alarms\n--\nCreate"_qs));
     EXPECT_TRUE(empty.contains(u"\nRespito...\n  Start = startRespito\n"_qs));
     EXPECT_TRUE(empty.contains(u"createRespito\n--\n--\nPreferences..."_qs));
+    state.showsBreaks = false;
+    EXPECT_TRUE(
+        outline(mainMenuEntries(state)).contains(u"  45 min = createPreAlarm 45\n--\n--\nPref"_qs));
     state.noAlarmString = u"All quiet"_qs;
     state.storedAlarms.emplace(); // a store that cannot be read
     const QString quiet = outline(mainMenuEntries(state));

@@ -56,6 +56,24 @@ TEST_F(StatusViewTest, showsWhatIsLeftAfterWakingWhateverTheTimersSay) {
     EXPECT_TRUE(shows(0, 10));
 }
 
+TEST_F(StatusViewTest, tellsOfTheNextBreakAndCallsForOneThatIsUnseen) {
+    StatusView view(m_loop, m_clock, m_notifications, m_item);
+    BreakOutlook outlook{BreakOutlook::Phase::Working, m_loop.now().addSecs(1500)};
+    view.showBreaks(outlook, false);
+    m_loop.advance(100ms);
+    EXPECT_EQ(m_item.toolTips.last(), u"Dorvane \u2013 "_qs + outlookText(outlook));
+    outlook.isNear = true;
+    view.showBreaks(outlook, false);
+    EXPECT_TRUE(m_item.shown() == StatusPicture().image({0, 0, true}, 22));
+    EXPECT_FALSE(shows(0, 0)) << "is marked";
+    view.startFlashing();
+    view.showBreaks({}, true);
+    view.stopFlashing();
+    EXPECT_TRUE(m_item.needsAttention) << "the alarm is answered, the break is not";
+    view.showBreaks({}, false);
+    EXPECT_FALSE(m_item.needsAttention);
+}
+
 TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
     StatusView view(m_loop, m_clock, m_notifications, m_item);
     EXPECT_EQ(m_item.toolTips, QStringList{u"Dorvane"_qs});

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/announcements/DesktopNotice.h"
 #include "platform/linux/desktop/DesktopWorkspace.h"
 #include "platform/linux/desktop/PortalAppearance.h"
 #include "platform/linux/desktop/WindowColours.h"
@@ -30,6 +31,7 @@ void settle() {
 
 using LogindTest = BusTest;
 using WorkspaceTest = BusTest;
+using NoticeTest = BusTest;
 
 TEST_F(LogindTest, isKeptFromIdleSleepAloneAndTellsOfWaking) {
     std::array<int, 2> pipe{-1, -1}; // an inhibitor is held while its other end is open
@@ -63,6 +65,34 @@ TEST_F(LogindTest, isKeptFromIdleSleepAloneAndTellsOfWaking) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return woken > 0; }));
     settle();
     EXPECT_EQ(woken, 1) << "not before it slept";
+}
+
+TEST_F(NoticeTest, isAnsweredOnceAndTakenBack) {
+    FakeService desktop(m_theirs, "org.freedesktop.Notifications",
+                        [](const QDBusMessage&) { return QVariant(7U); });
+    const auto choose = [&](uint id) {
+        desktop.tell("/org/freedesktop/Notifications", "org.freedesktop.Notifications",
+                     "ActionInvoked", {id, u"done"_qs});
+    };
+    DesktopNotice notice(m_ours);
+    QStringList chosen;
+    const auto show = [&] {
+        notice.show(u"Time"_qs, {}, {{u"done"_qs, u"Done"_qs}},
+                    [&](const QString& key) { chosen << key; });
+    };
+    const auto isClosed = [&] { return desktop.asked.contains(u"CloseNotification|7"_qs); };
+    show();
+    settle();
+    choose(6);
+    choose(7);
+    choose(7);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !chosen.isEmpty(); }));
+    settle();
+    EXPECT_EQ(chosen, QStringList{u"done"_qs});
+    EXPECT_FALSE(isClosed());
+    show();
+    notice.withdraw(); // before the desktop has answered
+    EXPECT_TRUE(QTest::qWaitFor(isClosed));
 }
 
 class AppearanceTest : public BusTest {

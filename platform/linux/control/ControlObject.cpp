@@ -54,6 +54,7 @@ const sd_bus_vtable ControlObject::interface[] = {
     SD_BUS_PROPERTY("NextAlarm", "s", get, 0, changes),
     SD_BUS_PROPERTY("Ringing", "as", get, 0, changes),
     SD_BUS_PROPERTY("BreaksRunning", "b", get, 0, changes),
+    SD_BUS_PROPERTY("NextBreak", "x", get, 0, changes),
     SD_BUS_METHOD_WITH_ARGS("AddTimer", SD_BUS_ARGS("u", minutes, "s", title),
                             SD_BUS_RESULT("s", id), make, unprivileged),
     SD_BUS_METHOD_WITH_ARGS("AddAlarm", SD_BUS_ARGS("a{sv}", alarm), SD_BUS_RESULT("s", id), make,
@@ -113,6 +114,8 @@ int ControlObject::get(sd_bus* /*bus*/, const char* /*path*/, const char* /*inte
         reply.text(state.nextAlarm);
     else if (property == "BreaksRunning")
         reply.flag(state.breaksRun ? 1 : 0);
+    else if (property == "NextBreak")
+        reply.moment(state.nextBreak);
     else
         reply.container('a', "s", [&] {
             for (const QString& id : state.ringing)
@@ -230,10 +233,11 @@ void ControlObject::tellState(const RemoteState& before, const RemoteState& now)
          {std::pair{before.nextDue != now.nextDue, "NextDue"},
           std::pair{before.nextAlarm != now.nextAlarm, "NextAlarm"},
           std::pair{before.ringing != now.ringing, "Ringing"},
-          std::pair{before.breaksRun != now.breaksRun, "BreaksRunning"}})
+          std::pair{before.breaksRun != now.breaksRun, "BreaksRunning"},
+          std::pair{before.nextBreak != now.nextBreak, "NextBreak"}})
         if (differs)
             changed.at(count++) = name;
-    std::array<char*, 5> names{};
+    std::array<char*, 6> names{}; // with a null behind the last
     for (std::size_t i = 0; i < count; ++i)
         names.at(i) = const_cast<char*>(changed.at(i)); // sd-bus only reads them
     if (m_bus.get() &&

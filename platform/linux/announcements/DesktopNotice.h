@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Notice.h"
+
+#include <QDBusConnection>
+#include <QObject>
+
+namespace dorvane {
+
+// A notification at org.freedesktop.Notifications.
+class DesktopNotice final : public QObject, public Notice {
+    Q_OBJECT
+
+public:
+    explicit DesktopNotice(QDBusConnection bus) : m_bus(std::move(bus)) {}
+
+    void show(const QString& title, const QString& text, const std::vector<Action>& actions,
+              std::function<void(const QString& key)> chosen) override;
+    void withdraw() override;
+
+private Q_SLOTS:
+    void actionInvoked(uint id, const QString& key);
+
+private:
+    void close(uint id);
+
+    QDBusConnection m_bus;
+    std::function<void(const QString& key)> m_chosen; // while one is shown
+    uint m_id = 0;                                    // of the one that is shown; 0 for none
+    int m_shows = 0;
+    bool m_isListening = false;
+};
+
+} // namespace dorvane
