@@ -6,13 +6,13 @@
 #include "journal/JournalFormat.h"
 #include "journal/MissedReport.h"
 #include "platform/linux/folders/XdgFolders.h"
+#include "platform/linux/preferences/PlainFile.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/linux/session/QtRunLoop.h"
 
 #include <QCommandLineParser>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QFile>
 
 namespace dorvane {
 
@@ -30,16 +30,16 @@ ExitStatus printMissed(const QStringList& arguments) {
         QStringLiteral("Prints the alarms of the last thirty days that were missed."));
     if (const auto status = readArguments(parser, arguments))
         return *status;
-    QFile file(journalPath(xdgFolders()));
-    if (!file.open(QIODevice::ReadOnly) && file.exists()) {
-        writeFault(QStringLiteral("cannot read %1: %2").arg(file.fileName(), file.errorString()));
+    const QString path = journalPath(xdgFolders());
+    const PlainFile file = PlainFile::read(path);
+    if (!file.error.isEmpty()) {
+        writeFault(QStringLiteral("cannot read %1: %2").arg(path, file.error));
         return ExitStatus::Refused;
     }
     const PropertyListCodec propertyLists;
-    const auto [journal, isComplete] =
-        JournalFormat(propertyLists).decode(file.isOpen() ? file.readAll() : QByteArray());
+    const auto [journal, isComplete] = JournalFormat(propertyLists).decode(file.contents);
     if (!isComplete)
-        writeFault(QStringLiteral("%1 is damaged; some may be missing").arg(file.fileName()));
+        writeFault(QStringLiteral("%1 is damaged; some may be missing").arg(path));
     const QStringList lines = missedReport(journal, isDorvaneRunning(), QtRunLoop().now());
     for (const QString& line : lines)
         writeLine(line);

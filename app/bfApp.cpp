@@ -69,6 +69,7 @@ void bfApp::launch() {
     Desktop& desktop = sharedDesktop();
     watchForTheEnd();
     desktop.workspace.setNothingOpens(showWhereItLies);
+    desktop.defaults.setFailing(showUnsaved);
     desktop.powerMonitor.setPoweredOn([&desktop] { desktop.notifications.post(wakeNotification); });
 
     AlarmMenuController& controller = AlarmMenuController::mainMenuController();
@@ -166,6 +167,7 @@ void bfApp::handOver() {
     storeActiveAlarms();
     sharedUsersNotificationManager().finish();
     sharedLastRun().end();
+    sharedDesktop().defaults.finish();
 }
 
 void bfApp::storeActiveAlarms() {
@@ -187,6 +189,23 @@ QUrl bfApp::manualUrl() {
 void bfApp::showGoogleHelp() {
     if (const QUrl manual = manualUrl(); !manual.isEmpty())
         sharedDesktop().workspace.openUrl(manual);
+}
+
+// A full disk, mostly. What is typed elsewhere goes on.
+void bfApp::showUnsaved(const QString& problem) {
+    const auto alert = new QMessageBox(QMessageBox::Warning, QStringLiteral("Dorvane"),
+                                       QStringLiteral("Your alarms cannot be saved at the moment."),
+                                       QMessageBox::Ok);
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setAttribute(Qt::WA_ShowWithoutActivating);
+    alert->setTextFormat(Qt::PlainText);
+    alert->setInformativeText(
+        QStringLiteral("What runs will ring, and Dorvane goes on trying to save it. What was "
+                       "changed is lost if the computer is switched off before that succeeds.\n\n"
+                       "The reason: %1")
+            .arg(problem));
+    alert->show();
+    alert->raise();
 }
 
 // On a desktop without a browser, the manual above all.

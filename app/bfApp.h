@@ -71,6 +71,7 @@ public:
 private:
     void launch();
     void watchForTheEnd();
+    static void showUnsaved(const QString& problem);
     static void showWhereItLies(const QUrl& url);
     void loadTranslations(const Bundle& bundle);
     void switchBreaksOff();

@@ -63,11 +63,30 @@ PendixTakeABreakSettings::PendixTakeABreakSettings(UserDefaults& defaults, const
     : m_defaults(defaults)
     , m_runLoop(runLoop)
     , m_notifications(notifications)
-    , m_defaultDurationSoundPath(user.caches + QStringLiteral("/Pendix/Rings/Basso.aiff")) {}
+    , m_defaultDurationSoundPath(user.caches + QStringLiteral("/Pendix/Rings/Basso.aiff")) {
+    // All of them are written at every start. A file of the user's that comes into reach only then
+    // must not get these in the place of what he chose.
+    const std::pair<QString, QVariant> standards[] = {
+        {enableKey, 5},
+        {durationKey, 5},
+        {frequencyKey, 25},
+        {repeatKey, 8},
+        {showKey, 1},
+        {soundKey, QVariant()},
+        {durationSoundKey, m_defaultDurationSoundPath}};
+    for (const auto& [key, standard] : standards)
+        m_defaults.setJoin(key, [standard = standard](const QVariant& base, const QVariant& ours,
+                                                      const QVariant& theirs) {
+            const bool isNobodysChoice = !base.isValid() && ours == standard;
+            return ours == base || isNobodysChoice ? theirs : ours;
+        });
+}
 
 void PendixTakeABreakSettings::loadPrefs() {
-    if (!m_defaults.synchronize())
-        qCWarning(logBreaks, "loading TakeABreak prefs CFPreferencesSynchronize failed");
+    m_defaults.synchronize([](const std::optional<QString>& problem) {
+        if (problem)
+            qCWarning(logBreaks, "loading TakeABreak prefs CFPreferencesSynchronize failed");
+    });
     // A reminder that was switched off by a 0 here has always come back as on; what really gates it
     // is its status.
     setEnableTakeABreak(integerSetting<Flag>(m_defaults.value(enableKey), 5, 5));

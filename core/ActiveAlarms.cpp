@@ -2,6 +2,7 @@
 #include "core/ActiveAlarms.h"
 
 #include "core/Clock.h"
+#include "core/JoinedAlarms.h"
 #include "platform/UserDefaults.h"
 
 #include <QCryptographicHash>
@@ -16,7 +17,9 @@ const auto key = QStringLiteral("AcitveAlarmsStoredKey"); // as preferences of e
 
 ActiveAlarms::ActiveAlarms(UserDefaults& defaults, const AlarmArchive& archive, RunLoop& runLoop,
                            Clock& clock)
-    : m_defaults(defaults), m_archive(archive), m_clock(clock), m_restored(runLoop, clock) {}
+    : m_defaults(defaults), m_archive(archive), m_clock(clock), m_restored(runLoop, clock) {
+    defaults.setJoin(key, joinOfAlarms(archive, haveSameValues));
+}
 
 ArchivedList ActiveAlarms::list() const {
     return {key, m_defaults, m_archive};

@@ -24,7 +24,7 @@ public:
     // it, and the log says so.
     [[nodiscard]] std::optional<std::vector<AlarmPtr>> load();
 
-    // Writes the list, to the disk at once.
+    // Has the list written at once.
     void save(const std::vector<AlarmPtr>& alarms);
 
 private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/StoredAlarms.h"
 
+#include "core/JoinedAlarms.h"
 #include "core/NotificationNames.h"
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
@@ -10,6 +11,8 @@
 namespace dorvane {
 
 namespace {
+
+const auto key = QStringLiteral("StoredAlarmsKey");
 
 auto firstTitled(std::vector<AlarmPtr>& alarms, const QString& title) {
     return std::find_if(alarms.begin(), alarms.end(),
@@ -59,8 +62,9 @@ void putInto(std::vector<AlarmPtr>& stored, Alarm& alarm, Instant now,
 
 StoredAlarms::StoredAlarms(UserDefaults& defaults, const AlarmArchive& archive,
                            NotificationCenter& notifications)
-    : m_list(QStringLiteral("StoredAlarmsKey"), defaults, archive)
-    , m_notifications(notifications) {}
+    : m_list(key, defaults, archive), m_notifications(notifications) {
+    defaults.setJoin(key, joinOfAlarms(archive, haveSameTitle));
+}
 
 std::optional<std::vector<AlarmPtr>> StoredAlarms::alarms() {
     return m_list.load();

@@ -29,7 +29,7 @@ bool WakeUps::isOn() const {
 
 void WakeUps::setOn(bool on) {
     m_defaults.setValue(key, on);
-    (void)m_defaults.synchronize(); // it says itself when that fails
+    m_defaults.synchronize();
     update();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
 #include <functional>
 #include <optional>
@@ -14,16 +15,20 @@ public:
     virtual ~StateFile() = default;
 
     // What the file holds, empty when there is no file. Nothing when it is there and cannot be
-    // read. Waits for the disk.
+    // read, as a pipe or a device cannot. Waits for the disk.
     [[nodiscard]] virtual std::optional<QByteArray> read() = 0;
 
     // Makes the contents of the file, on another thread. Empty ones are not written.
     using Contents = std::function<QByteArray()>;
 
+    // Told, later and once, that these contents or newer ones are on the disk; else what kept them
+    // from it.
+    using Written = std::function<void(const std::optional<QString>& problem)>;
+
     // Has the file replaced, as a whole and by another thread, unless it would be the same; of
     // several calls in a row only the last may come to be written. What cannot be written is
     // logged, once until it can be again.
-    virtual void write(Contents contents) = 0;
+    virtual void write(Contents contents, Written written = {}) = 0;
 
     // Waits until what write() was given is on the disk.
     virtual void flush() = 0;

@@ -26,7 +26,7 @@ public:
     [[nodiscard]] std::optional<QByteArray> read() override {
         return m_disk.journal == "unreadable" ? std::nullopt : std::optional(m_disk.journal);
     }
-    void write(Contents contents) override {
+    void write(Contents contents, Written = {}) override {
         const QByteArray before = std::exchange(m_disk.journal, contents());
         m_disk.writes += m_disk.journal != before;
         m_disk.isFlushed = false;

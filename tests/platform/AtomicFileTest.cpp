@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/preferences/AtomicFile.h"
 
+#include "tests/platform/SyncWatch.h"
 #include "tests/support/Files.h"
 #include "tests/support/FullDisk.h"
 #include "tests/support/Testing.h"
@@ -11,20 +12,12 @@
 
 using namespace dorvane::testing;
 
-namespace {
-
-QString watched;    // the file that is being replaced
-QStringList synced; // what was synced, and how the watched file began at that moment
-
-} // namespace
+std::function<void(int)> dorvane::testing::beforeSync;
 
 // In the place of the system's, for the whole test program.
 extern "C" int fsync(int descriptor) {
-    struct stat status {};
-    ::fstat(descriptor, &status);
-    if (!watched.isEmpty())
-        synced << (S_ISDIR(status.st_mode) ? u"folder "_qs : u"file "_qs) +
-                      QString::fromLatin1(contentsOf(watched).first(1));
+    if (beforeSync)
+        beforeSync(descriptor);
     return int(::syscall(SYS_fsync, descriptor));
 }
 
@@ -42,9 +35,15 @@ protected:
 
 TEST_F(AtomicFileTest, isOnTheDiskBeforeItTakesTheOldOnesPlaceAndSoIsItsNameAfterwards) {
     ASSERT_FALSE(writeFileAtomically(m_path, m_old));
-    watched = m_path;
+    QStringList synced; // and how the file began at that moment
+    beforeSync = [&](int descriptor) {
+        struct stat status {};
+        ::fstat(descriptor, &status);
+        synced << (S_ISDIR(status.st_mode) ? u"folder "_qs : u"file "_qs) +
+                      QString::fromLatin1(contentsOf(m_path).first(1));
+    };
     EXPECT_FALSE(writeFileAtomically(m_path, m_new));
-    watched.clear();
+    beforeSync = {};
     EXPECT_EQ(synced, (QStringList{u"file o"_qs, u"folder n"_qs}));
 }
 

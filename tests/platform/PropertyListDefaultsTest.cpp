@@ -2,9 +2,13 @@
 #include "platform/linux/preferences/PropertyListDefaults.h"
 
 #include "platform/linux/preferences/PropertyListCodec.h"
+#include "tests/platform/SyncWatch.h"
 #include "tests/support/Files.h"
 #include "tests/support/Testing.h"
 
+#include <QSemaphore>
+
+#include <atomic>
 #include <sys/stat.h>
 
 using namespace dorvane::testing;
@@ -19,8 +23,16 @@ class PropertyListDefaultsTest : public ::testing::Test {
 protected:
     PropertyListDefaultsTest() : m_path(m_folder.filePath(u"Dorvane/x.plist"_qs)) {}
 
-    [[nodiscard]] std::unique_ptr<PropertyListDefaults> open() const {
+    [[nodiscard]] std::unique_ptr<PropertyListDefaults> open() {
         return std::make_unique<PropertyListDefaults>(m_path, m_format, m_runLoop);
+    }
+    // Whether all changes are on the disk; what the disk says is told once.
+    [[nodiscard]] static bool isWritten(PropertyListDefaults& defaults) {
+        std::vector<bool> told;
+        defaults.synchronize([&](const auto& problem) { told.push_back(!problem); });
+        defaults.finish();
+        EXPECT_EQ(told.size(), 1U);
+        return told.back();
     }
     [[nodiscard]] QVariantMap onDisk() const {
         return m_format.parse(contentsOf(m_path)).value_or(QVariant()).toMap();
@@ -47,7 +59,7 @@ TEST_F(PropertyListDefaultsTest, keepsValuesInAFileThatOnlyTheUserCanRead) {
     const auto first = open();
     first->setValue(a, qint64(10));
     EXPECT_FALSE(QFile::exists(m_path)) << "nothing is written before synchronize()";
-    EXPECT_TRUE(first->synchronize());
+    EXPECT_TRUE(isWritten(*first));
     EXPECT_EQ(QFile(m_path).permissions() & (QFile::ReadGroup | QFile::ReadOther),
               QFile::Permissions());
 
@@ -57,7 +69,7 @@ TEST_F(PropertyListDefaultsTest, keepsValuesInAFileThatOnlyTheUserCanRead) {
     EXPECT_EQ(second->value(b), qint64(2));
     second->removeValue(a);
     EXPECT_EQ(second->value(a), qint64(1)) << "a removed value uncovers the registered one";
-    EXPECT_TRUE(second->synchronize());
+    EXPECT_TRUE(isWritten(*second));
     EXPECT_EQ(onDisk(), QVariantMap());
 }
 
@@ -67,14 +79,16 @@ TEST_F(PropertyListDefaultsTest, mergesWithWhatOthersWroteMeanwhile) {
     const auto defaults = open();
     put({{a, qint64(2)}, {theirs, 0.5}}); // changes a, removes b, adds a key of its own
     defaults->setValue(u"ours"_qs, true);
-    EXPECT_TRUE(defaults->synchronize());
+    EXPECT_TRUE(isWritten(*defaults));
     EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(2)}, {theirs, 0.5}, {u"ours"_qs, true}}));
     EXPECT_EQ(defaults->value(a), qint64(2));
 
     put({{a, qint64(3)}});
     defaults->setValue(a, qint64(4));
-    EXPECT_TRUE(defaults->synchronize());
+    const LogCapture log;
+    EXPECT_TRUE(isWritten(*defaults));
     EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(4)}})) << "our own change wins";
+    EXPECT_EQ(others().size(), 1U) << "what it replaced was not read before";
 }
 
 TEST_F(PropertyListDefaultsTest, damagedFileIsPutAsideAndNeverOverwritten) {
@@ -87,7 +101,7 @@ TEST_F(PropertyListDefaultsTest, damagedFileIsPutAsideAndNeverOverwritten) {
         EXPECT_EQ(log.messages().size(), 1);
         EXPECT_FALSE(QFile::exists(m_path));
         defaults->setValue(b, true);
-        EXPECT_TRUE(defaults->synchronize());
+        EXPECT_TRUE(isWritten(*defaults));
         EXPECT_EQ(onDisk(), (QVariantMap{{b, true}}));
     }
     const QString name = u"x.plist.damaged-2026-11-21T03-15-00"_qs;
@@ -105,46 +119,98 @@ TEST_F(PropertyListDefaultsTest, fileThatGoesBadUnderARunningProgramLosesNothing
             put("rubbish");
         defaults->setValue(b, true);
         const LogCapture log;
-        EXPECT_TRUE(defaults->synchronize());
+        EXPECT_TRUE(isWritten(*defaults));
         EXPECT_EQ(log.messages().size(), isDeleted ? 0 : 1);
         EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(1)}, {b, true}}));
     }
 }
 
-// A folder in the file's place: like a file without permission, but for root as well.
-TEST_F(PropertyListDefaultsTest, unreadFileIsLeftAloneAndCopiedBeforeItIsWrittenOver) {
-    QDir().mkpath(folder());
-    ASSERT_EQ(::mknod(qPrintable(m_path), S_IFSOCK | 0600, 0), 0); // not even root can read it
-    const LogCapture log;
-    const auto defaults = open();
-    defaults->setValue(a, true);
-    EXPECT_FALSE(defaults->synchronize());
+// A home that is mounted late, a disk that does not answer yet, something else in the file's place:
+// the program starts at once, and replaces nothing that it has not read.
+TEST_F(PropertyListDefaultsTest, fileThatComesIntoReachLaterIsJoinedAndCopiedBeforeItIsReplaced) {
+    const QString list = u"list"_qs;
+    const struct {
+        const char* what;
+        std::function<void()> hide;
+        bool isAbsent = false;
+    } cases[] = {
+        {"absent", [] {}, true},
+        {"a pipe", [&] { ASSERT_EQ(::mkfifo(qPrintable(m_path), 0600), 0); }},
+        {"a socket", [&] { ASSERT_EQ(::mknod(qPrintable(m_path), S_IFSOCK | 0600, 0), 0); }},
+        {"a folder", [&] { QDir().mkpath(m_path); }},
+        {"below a file", [&] { QDir(folder()).removeRecursively(), writeFile(folder()); }},
+    };
+    for (const auto& each : cases) {
+        QDir().mkpath(folder());
+        each.hide();
+        const LogCapture log;
+        const auto defaults = open();
+        defaults->setJoin(list, [](const auto& base, const auto& ours, const auto& theirs) {
+            return theirs.toString() + (base == ours ? QString() : ours.toString());
+        });
+        if (!each.isAbsent) {
+            defaults->setValue(u"other"_qs, true);
+            EXPECT_FALSE(isWritten(*defaults)) << each.what;
+        }
 
-    QFile::remove(m_path);
-    put({{a, false}, {b, true}});
-    const QByteArray unread = contentsOf(m_path);
-    for (const bool value : {true, false}) { // one copy
-        defaults->setValue(a, value);
-        EXPECT_TRUE(defaults->synchronize());
-        EXPECT_EQ(onDisk(), (QVariantMap{{a, value}, {b, true}}));
+        QDir(folder()).removeRecursively(), QFile::remove(folder());
+        put({{a, false}, {b, true}, {list, u"Work Gym "_qs}});
+        const QByteArray unread = contentsOf(m_path);
+        defaults->setValue(list, u"New "_qs);
+        for (const bool value : {true, false}) { // one copy
+            defaults->setValue(a, value);
+            EXPECT_TRUE(isWritten(*defaults)) << each.what;
+            EXPECT_EQ(onDisk()[a], value);
+            EXPECT_EQ(onDisk()[b], true) << each.what;
+            EXPECT_EQ(onDisk()[list], u"Work Gym New "_qs) << each.what;
+            EXPECT_EQ(defaults->value(list), u"Work Gym New "_qs) << "here as well";
+        }
+        EXPECT_THAT(others(), ElementsAre(Pair(u"x.plist.unread-2026-11-21T03-15-00"_qs, unread)));
+        QDir(folder()).removeRecursively();
     }
-    EXPECT_THAT(others(), ElementsAre(Pair(u"x.plist.unread-2026-11-21T03-15-00"_qs, unread)));
 }
 
-TEST_F(PropertyListDefaultsTest, changesOutliveAFailedWrite) {
+TEST_F(PropertyListDefaultsTest, changesOutliveAFailedWriteAndAreTriedAgain) {
     writeFile(folder()); // where the folder would have to be
     const LogCapture log;
     const auto defaults = open();
+    QStringList shown;
+    defaults->setFailing([&](const QString& problem) { shown << problem; });
     defaults->setValue(a, true);
-    EXPECT_FALSE(defaults->synchronize());
+    EXPECT_FALSE(isWritten(*defaults));
     QFile::remove(folder());
     defaults->setValue(b, QTime(7, 0)); // no property
-    EXPECT_FALSE(defaults->synchronize());
-    EXPECT_EQ(log.messages().size(), 2);
+    EXPECT_FALSE(isWritten(*defaults));
+    EXPECT_EQ(shown.size(), 1);
+    EXPECT_EQ(log.messages().size(), 2) << "at the start, and once that nothing can be written";
     defaults->removeValue(b);
     EXPECT_EQ(defaults->value(a), true);
-    EXPECT_TRUE(defaults->synchronize());
+    m_runLoop.advance(PropertyListDefaults::pause);
+    defaults->finish();
     EXPECT_EQ(onDisk(), (QVariantMap{{a, true}}));
+}
+
+// Each writing is held up until the test lets it go on.
+TEST_F(PropertyListDefaultsTest, slowDiskHoldsNobodyUpAndGetsTheNewest) {
+    put({{b, true}});
+    const auto defaults = open();
+    QSemaphore disk;
+    std::atomic<int> syncs = 0;
+    beforeSync = [&](int) { ++syncs, disk.acquire(); };
+    std::string told;
+    for (int i = 0; i < 20; ++i) {
+        defaults->setValue(a, qint64(i));
+        defaults->synchronize([&, i](const auto&) { told += std::to_string(i) + " "; });
+    }
+    EXPECT_EQ(defaults->value(a), 19);
+    EXPECT_EQ(onDisk(), (QVariantMap{{b, true}}));
+    EXPECT_EQ(told, "");
+    disk.release(100);
+    defaults->finish();
+    beforeSync = {};
+    EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(19)}, {b, true}}));
+    EXPECT_EQ(told, "0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 ");
+    EXPECT_EQ(syncs, 4) << "two files and their folder";
 }
 
 } // namespace

@@ -16,10 +16,15 @@ public:
     void setValue(const QString& key, const QVariant& value) override { m_values[key] = value; }
     void removeValue(const QString& key) override { m_values.remove(key); }
     void registerDefaults(const QVariantMap&) override {}
-    bool synchronize() override {
+    void setJoin(const QString&, Join) override {}
+    void synchronize(Written written = {}) override {
+        finish();
+        if (written)
+            written(std::nullopt);
+    }
+    void finish() override {
         m_written = m_values;
         ++m_writes;
-        return true;
     }
 
     [[nodiscard]] const QVariantMap& written() const { return m_written; }

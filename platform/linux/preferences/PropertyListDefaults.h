@@ -1,65 +1,85 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/PropertyList.h"
-#include "platform/UserDefaults.h"
+#include "platform/Lifeline.h"
+#include "platform/linux/preferences/PreferencesFile.h"
+#include "platform/linux/state/WritingThread.h"
+#include "platform/RunLoop.h"
 
-#include <QMap>
-
-#include <optional>
+#include <vector>
 
 namespace dorvane {
 
-class RunLoop;
-
-// One domain in one property-list file, read at once and written in the binary format. Other
-// programs may change the file meanwhile: keys that were not changed here keep what they wrote, and
-// keys nobody here knows are kept.
-//
-// A damaged file is put aside under a new name beside it, never overwritten. A file that cannot be
-// read, or not be put aside, is left alone: the preferences then live in memory only, and every
-// synchronize() looks whether that has changed. What such a file then turns out to hold was decided
-// without: it is copied under a new name before it is written over.
+// One domain in one property-list file, read at once and written in the binary format by a thread
+// of its own. Other programs may change the file meanwhile: keys that were not changed here keep
+// what they wrote, and keys nobody here knows are kept. See PreferencesFile for what becomes of a
+// file that is damaged, or cannot be read, or appears after the start.
 class PropertyListDefaults final : public UserDefaults {
 public:
     // `path` is the full path of the file, which need not exist, nor its folder. The format and the
-    // run loop (which dates the names of damaged files) must outlive the object.
-    PropertyListDefaults(const QString& path, const PropertyListFormat& format,
-                         const RunLoop& runLoop);
+    // run loop must outlive the object.
+    PropertyListDefaults(const QString& path, const PropertyListFormat& format, RunLoop& runLoop);
 
     [[nodiscard]] QVariant value(const QString& key) const override;
     // An invalid value removes the key.
     void setValue(const QString& key, const QVariant& value) override;
     void removeValue(const QString& key) override;
     void registerDefaults(const QVariantMap& defaults) override;
-    bool synchronize() override;
+    void setJoin(const QString& key, Join join) override;
+    void synchronize(Written written = {}) override;
+    void finish() override;
+
+    // Called when what changed cannot be written, once until it can be again; with what keeps it
+    // from the disk, in words for the user.
+    void setFailing(std::function<void(const QString& problem)> failing) {
+        m_failing = std::move(failing);
+    }
+
+    // Until what could not be written is tried again.
+    static constexpr RunLoop::Milliseconds pause = std::chrono::seconds(30);
 
 private:
-    // Tells one state of the file from another; a replaced file has another inode.
-    struct Stamp {
-        quint64 inode = 0;
-        qint64 size = 0;
-        qint64 modifiedSeconds = 0;
-        qint64 modifiedNanoseconds = 0;
-        friend bool operator==(const Stamp&, const Stamp&) = default;
+    using Problem = std::optional<QString>;
+    // What waits, and the last change that it waits for.
+    struct Waiting {
+        quint64 change = 0;
+        Written written;
+    };
+    struct Change {
+        QVariant value; // invalid for a removed key
+        quint64 number = 0;
     };
 
-    [[nodiscard]] std::optional<Stamp> stampOfFile() const;
-    [[nodiscard]] bool readIfChanged();
-    [[nodiscard]] bool putAside();
-    [[nodiscard]] bool copyUnread();
-    [[nodiscard]] QString newName(const char* reason) const;
-    [[nodiscard]] QVariantMap merged() const;
-    [[nodiscard]] bool write(const QVariantMap& values);
+    struct Writing {
+        quint64 number = 0;
+        quint64 upTo = 0; // the last change that it takes along
+        PreferencesFile::Changes changes;
+    };
 
-    const QString m_path; // behind symbolic links
-    const PropertyListFormat& m_format;
-    const RunLoop& m_runLoop;
-    QVariantMap m_stored;              // what the file holds, or held when it was last seen whole
-    QMap<QString, QVariant> m_changes; // not written yet; an invalid value is a removed key
+    void write();
+    void takeOutcome(quint64 number);
+    void takeOver(const Writing& writing);
+    void tell(quint64 upTo, const Problem& problem);
+
+    RunLoop& m_runLoop;
+    PreferencesFile::Joins m_joins;
+    QVariantMap m_stored;            // what the file held when it was last read or written
+    QMap<QString, Change> m_changes; // which are not known to be on the disk
     QVariantMap m_registered;
-    std::optional<Stamp> m_stamp; // of the file that m_stored was read from; none: there is no file
-    bool m_wasUnread;             // the file was there at the start and could not be read
+    quint64 m_lastChange = 0;
+    std::vector<Waiting> m_waiting;
+    RunLoopTimer m_retry;
+    bool m_isFailing = false;
+    std::function<void(const QString& problem)> m_failing;
+
+    // One writing at a time, from write() to takeOutcome(). Between them the file and the outcome
+    // are the thread's.
+    std::optional<Writing> m_writing;
+    quint64 m_writings = 0;
+    PreferencesFile m_file;
+    Problem m_outcome;
+    Lifeline<PropertyListDefaults> m_lifeline{*this};
+    WritingThread m_thread; // last: its jobs use the others
 };
 
 } // namespace dorvane

@@ -1,41 +1,42 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/linux/state/WritingThread.h"
 #include "platform/StateFile.h"
 
 #include <QMutex>
 #include <QString>
-#include <QThreadPool>
+
+#include <vector>
 
 namespace dorvane {
 
 class RunLoop;
 
-// A file of the user's alone that is written by a thread of its own, which ends as soon as it has
-// nothing to write.
+// A file of the user's alone that is written by a thread of its own.
 class BackgroundFile final : public StateFile {
 public:
     // `path` is the full path; its folder is made when it is missing. The run loop, which dates the
-    // names of files that are put aside, must outlive the object.
-    BackgroundFile(QString path, const RunLoop& runLoop);
-    // Waits for the disk as flush() does.
-    ~BackgroundFile() override;
+    // names of files that are put aside and brings word of what was written, must outlive the
+    // object.
+    BackgroundFile(QString path, RunLoop& runLoop);
 
     [[nodiscard]] std::optional<QByteArray> read() override;
-    void write(Contents contents) override;
+    void write(Contents contents, Written written = {}) override;
     void flush() override;
     [[nodiscard]] bool putAside() override;
 
 private:
-    void writeNext();
+    void writeNow(const Contents& make);
+    [[nodiscard]] std::optional<QString> replace(const QByteArray& contents);
 
     const QString m_path;
-    const RunLoop& m_runLoop;
+    RunLoop& m_runLoop;
     QMutex m_mutex;
-    Contents m_next;      // guarded by the mutex
-    QByteArray m_written; // the writing thread's, as the next
+    std::vector<Written> m_waiting; // guarded by the mutex
+    QByteArray m_written;           // the writing thread's, as the next
     bool m_isFailing = false;
-    QThreadPool m_thread;
+    WritingThread m_thread; // last: its jobs use the others
 };
 
 } // namespace dorvane
