@@ -50,4 +50,12 @@ void ActiveAlarms::restoreActiveAlarms(AlarmDelegate& delegate, const std::optio
         m_restored.restore(stored.value_or(std::vector<AlarmPtr>()), delegate);
 }
 
+void ActiveAlarms::replaceSounds(const QHash<QString, QString>& moved) {
+    bool isAnyMoved = false;
+    for (const AlarmPtr& alarm : m_clock.allAlarms())
+        isAnyMoved = alarm->replaceSound(moved) || isAnyMoved;
+    if (isAnyMoved)
+        m_clock.alarmDidChange();
+}
+
 } // namespace dorvane

@@ -31,6 +31,9 @@ public:
     // RestoredAlarms. What is stored stays. Once.
     void restoreActiveAlarms(AlarmDelegate& delegate, const std::optional<Left>& left = {});
 
+    // Sounds have other paths now. The stored list stays, as its mark does.
+    void replaceSounds(const QHash<QString, QString>& moved);
+
     // False when nothing was ever stored, or it is lost.
     [[nodiscard]] bool hadStored() const { return m_hadStored; }
     // What tells the stored list from any other; empty for none.

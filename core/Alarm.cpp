@@ -135,6 +135,14 @@ void Alarm::setRunTime(const QDateTime& runTime) {
     countHours();
 }
 
+bool Alarm::replaceSound(const QHash<QString, QString>& moved) {
+    const auto found = moved.constFind(m_stored.soundPath);
+    if (found == moved.cend())
+        return false;
+    m_stored.soundPath = *found;
+    return true;
+}
+
 void Alarm::setRingWithinUnits(qint64 units) {
     m_stored.ringWithinUnits = units;
     countHours();
@@ -152,6 +160,12 @@ void Alarm::countHours() {
         m_stored.runTime && !m_stored.isMinuteUnits && m_stored.ringWithinUnits != 0
             ? std::optional(hoursAfter(floor<seconds>(*m_stored.runTime), m_stored.ringWithinUnits))
             : std::nullopt);
+}
+
+void Alarm::forgetDue() {
+    setIsTimeWithDate(true);
+    setSelRowNo(Dated);
+    setTime({});
 }
 
 void Alarm::snooze(qint32 minutes) {
@@ -176,7 +190,9 @@ void Alarm::tick(Instant now) {
     if (m_isTriggered || !m_delegate)
         return;
     const std::optional<Instant> moment = due(now);
-    if (moment && moment != m_announcedDue && *moment - now < nearness + seconds(1)) {
+    if (!moment)
+        return;
+    if (moment != m_announcedDue && *moment - now < nearness + seconds(1)) {
         m_announcedDue = moment;
         m_delegate->alarmIsNear(shared_from_this());
     }
@@ -189,8 +205,8 @@ std::optional<Instant> Alarm::nextTick(Instant now) const {
         return std::nullopt;
     const Instant soon = nextWholeSecond(now);
     const std::optional<Instant> moment = due(now);
-    if (!moment) // as if due now
-        return soon;
+    if (!moment)
+        return std::nullopt;
     const Instant report = *moment - seconds(1);
     return std::max(soon, moment == m_announcedDue ? report : report - nearness);
 }

@@ -4,9 +4,11 @@
 #include "core/Instant.h"
 #include "core/Weekday.h"
 
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QVariantMap>
 
 #include <functional>
 #include <memory>
@@ -79,6 +81,10 @@ public:
     // Whether the due time moves on with the present: that of a relative alarm without a start.
     [[nodiscard]] bool countsFromNow() const;
 
+    // Takes away all that says when the alarm is due, so that it never rings by itself: it stands
+    // among the others as one that somebody has to look at.
+    void forgetDue();
+
     // The whole seconds until the due time, truncated toward zero; 0 when there is no due time.
     [[nodiscard]] qint64 secondsFromNow(Instant now) const;
     // The same, split into whole minutes and the rest, both negative once the alarm is past.
@@ -91,11 +97,12 @@ public:
     [[nodiscard]] int minute(Instant now) const;
 
     // Reports the alarm to its delegate when less than one whole second is left and it is not
-    // triggered yet. Tells the delegate of each due time once when it comes near, see nearness.
+    // triggered yet; never without a due time. Tells the delegate of each due time once when it
+    // comes near, see nearness.
     void tick(Instant now);
 
     // The next whole second after `now` at which tick() has something to report; none while the
-    // alarm is triggered.
+    // alarm is triggered, or has no due time.
     [[nodiscard]] std::optional<Instant> nextTick(Instant now) const;
 
     // How long before an alarm reports its delegate hears that it is going to.
@@ -117,6 +124,8 @@ public:
     void setTitle(const QString& title) { m_stored.title = title; }
     [[nodiscard]] const QString& soundPath() const { return m_stored.soundPath; }
     void setSoundPath(const QString& path) { m_stored.soundPath = path; }
+    // Takes what stands for the path there, if anything does. Whether it did.
+    bool replaceSound(const QHash<QString, QString>& moved);
     [[nodiscard]] const QString& voiceName() const { return m_stored.voiceName; }
     void setVoiceName(const QString& name) { m_stored.voiceName = name; }
 
@@ -172,6 +181,10 @@ public:
     [[nodiscard]] bool isRunOnSun() const { return m_stored.weekdays.contains(Weekday::Sunday); }
     void setIsRunOnSun(bool on) { m_stored.weekdays.set(Weekday::Sunday, on); }
 
+    // What else was stored with the alarm, by versions that know more: see ArchivedObject.
+    [[nodiscard]] const QVariantMap& otherValues() const { return m_stored.otherValues; }
+    void setOtherValues(const QVariantMap& values) { m_stored.otherValues = values; }
+
     // -- While running, never stored ------------------------------------------------------------
 
     // The alarm rings.
@@ -214,6 +227,7 @@ private:
         QString title;
         QString soundPath;
         QString voiceName;
+        QVariantMap otherValues;
         std::optional<Instant> time;
         std::optional<Instant> runTime;
         QTime wishedTime;

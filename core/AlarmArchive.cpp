@@ -23,7 +23,9 @@ using Object = KeyedUnarchiver::Object;
 struct Field {
     QString key;
     void (*encode)(const Alarm& alarm, KeyedArchiver& coder, const QString& key);
-    void (*decode)(Alarm& alarm, const Object& coder, const QString& key);
+    void (*decode)(Alarm& alarm, Object& coder, const QString& key);
+    // Without it nobody knows when the alarm would ring.
+    bool decidesDue = false;
 };
 
 template<typename Value>
@@ -37,7 +39,7 @@ void encode(KeyedArchiver& coder, const Value& value, const QString& key) {
 }
 
 template<typename Value>
-Value decode(const Object& coder, const QString& key) {
+Value decode(Object& coder, const QString& key) {
     if constexpr (std::is_same_v<Value, bool>)
         return coder.decodeBool(key);
     else if constexpr (std::is_same_v<Value, qint64>)
@@ -49,15 +51,16 @@ Value decode(const Object& coder, const QString& key) {
 }
 
 template<auto get, auto set>
-Field field(const QString& key) {
+Field field(const QString& key, bool decidesDue = false) {
     using Value = std::remove_cvref_t<std::invoke_result_t<decltype(get), const Alarm&>>;
     return {key,
             [](const Alarm& alarm, KeyedArchiver& coder, const QString& name) {
                 encode<Value>(coder, (alarm.*get)(), name);
             },
-            [](Alarm& alarm, const Object& coder, const QString& name) {
+            [](Alarm& alarm, Object& coder, const QString& name) {
                 (alarm.*set)(decode<Value>(coder, name));
-            }};
+            },
+            decidesDue};
 }
 
 // The record has always had a snooze time of 32 bits; the field is wider.
@@ -66,7 +69,7 @@ Field snoozeTimeField() {
             [](const Alarm& alarm, KeyedArchiver& coder, const QString& key) {
                 coder.encodeInt(static_cast<qint32>(alarm.snoozeTime()), key);
             },
-            [](Alarm& alarm, const Object& coder, const QString& key) {
+            [](Alarm& alarm, Object& coder, const QString& key) {
                 alarm.setSnoozeTime(coder.decodeInt(key));
             }};
 }
@@ -90,9 +93,9 @@ const std::vector<Field>& fields() {
     static const std::vector<Field> all{
         field<&A::title, &A::setTitle>(QStringLiteral("title")),
         field<&A::storedTime, &A::setTime>(QStringLiteral("time")),
-        field<&A::isTimeWithDate, &A::setIsTimeWithDate>(QStringLiteral("isTimeWithDate")),
-        field<&A::ringWithinUnits, &A::setRingWithinUnits>(QStringLiteral("ringWithinUnits")),
-        field<&A::isMinuteUnits, &A::setIsMinuteUnits>(QStringLiteral("isMinuteUnits")),
+        field<&A::isTimeWithDate, &A::setIsTimeWithDate>(QStringLiteral("isTimeWithDate"), true),
+        field<&A::ringWithinUnits, &A::setRingWithinUnits>(QStringLiteral("ringWithinUnits"), true),
+        field<&A::isMinuteUnits, &A::setIsMinuteUnits>(QStringLiteral("isMinuteUnits"), true),
         field<&A::storedRunTime, &A::setRunTime>(QStringLiteral("runTime")),
         snoozeTimeField(),
         field<&A::soundPath, &A::setSoundPath>(QStringLiteral("soundPath")),
@@ -105,7 +108,7 @@ const std::vector<Field>& fields() {
         field<&A::voiceName, &A::setVoiceName>(QStringLiteral("voiceName")),
         field<&A::shouldRepeat, &A::setShouldRepeat>(QStringLiteral("shouldRepeat")),
         field<&A::shouldUseEveryDay, &A::setShouldUseEveryDay>(QStringLiteral("shouldUseEveryDay")),
-        field<&A::selRowNo, &A::setSelRowNo>(QStringLiteral("selRowNo")),
+        field<&A::selRowNo, &A::setSelRowNo>(QStringLiteral("selRowNo"), true),
         field<&A::isRunOnMon, &A::setIsRunOnMon>(QStringLiteral("RunOnMonday")),
         field<&A::isRunOnTue, &A::setIsRunOnTue>(QStringLiteral("RunOnTuesday")),
         field<&A::isRunOnWed, &A::setIsRunOnWed>(QStringLiteral("RunOnWednesday")),
@@ -117,6 +120,30 @@ const std::vector<Field>& fields() {
         wishedTimeField(),
     };
     return all;
+}
+
+const QSet<QString>& fieldKeys() {
+    static const QSet<QString> keys = [] {
+        QSet<QString> all;
+        for (const Field& field : fields())
+            all.insert(field.key);
+        return all;
+    }();
+    return keys;
+}
+
+AlarmPtr alarmOf(Object& record) {
+    AlarmPtr alarm = Alarm::create();
+    bool hasDue = true;
+    for (const Field& field : fields()) {
+        const int unreadableBefore = record.unreadable();
+        field.decode(*alarm, record, field.key);
+        hasDue = hasDue && !(field.decidesDue && record.unreadable() > unreadableBefore);
+    }
+    alarm->setOtherValues(record.decodeOthers(fieldKeys()));
+    if (!hasDue)
+        alarm->forgetDue();
+    return alarm;
 }
 
 } // namespace
@@ -132,6 +159,9 @@ QByteArray AlarmArchive::archivedData(const std::vector<AlarmPtr>& alarms) const
                            .encode = [&alarm](KeyedArchiver& coder) {
                                for (const Field& field : fields())
                                    field.encode(*alarm, coder, field.key);
+                               const QVariantMap& others = alarm->otherValues();
+                               for (auto each = others.cbegin(); each != others.cend(); ++each)
+                                   coder.encodeOther(each.value(), each.key());
                            }});
     return m_format.binary(KeyedArchiver::archivedList(objects)).value_or(QByteArray());
 }
@@ -141,12 +171,11 @@ AlarmArchive::Unarchived AlarmArchive::unarchive(const QByteArray& data) const {
     const KeyedUnarchiver::List list = KeyedUnarchiver(archive).decodeList(alarmClass);
     Unarchived unarchived{.alarms = {}, .isComplete = list.isComplete};
     QHash<quint64, AlarmPtr> decoded; // an alarm that is listed twice is one alarm
-    for (const KeyedUnarchiver::Object& object : list.objects) {
+    for (KeyedUnarchiver::Object object : list.objects) {
         AlarmPtr& alarm = decoded[object.identity()];
         if (!alarm) {
-            alarm = Alarm::create();
-            for (const Field& field : fields())
-                field.decode(*alarm, object, field.key);
+            alarm = alarmOf(object);
+            unarchived.isComplete = unarchived.isComplete && object.unreadable() == 0;
         }
         unarchived.alarms.push_back(alarm);
     }

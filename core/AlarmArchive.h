@@ -22,10 +22,12 @@ public:
 
     struct Unarchived {
         std::vector<AlarmPtr> alarms;
-        // False when something in the data could not be read as an alarm; the rest is in the list.
+        // False when something in the data is there and could not be read; the rest is in the list.
         bool isComplete = true;
     };
-    // Unknown classes, missing keys and values of a wrong type are read as nothing, off and zero;
+    // Unknown classes, missing keys and values of a wrong type are read as nothing, off and zero.
+    // An alarm of which it cannot be read when it would ring has no due time. Values that nobody
+    // here knows stay with their alarm, and are archived with it;
     // what is no archive of a list at all gives an empty, incomplete list. Never fails.
     [[nodiscard]] Unarchived unarchive(const QByteArray& data) const;
 

@@ -61,6 +61,16 @@ void ArchivedList::save(const std::vector<AlarmPtr>& alarms) {
         remember(data, alarms);
 }
 
+bool ArchivedList::replaceSounds(const QHash<QString, QString>& moved) {
+    const auto alarms = load().value_or(std::vector<AlarmPtr>());
+    const bool isAnyMoved = std::count_if(alarms.begin(), alarms.end(), [&](const AlarmPtr& each) {
+                                return each->replaceSound(moved);
+                            }) > 0;
+    if (isAnyMoved)
+        save(alarms);
+    return isAnyMoved;
+}
+
 // As reading all of it back would. An alarm reads alone as it does among others, so that only those
 // need reading that are new since the last time: mostly one, in its place or at the end, or none
 // where one was taken out.

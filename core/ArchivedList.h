@@ -3,6 +3,7 @@
 
 #include "core/AlarmArchive.h"
 
+#include <QHash>
 #include <QString>
 
 #include <optional>
@@ -26,6 +27,10 @@ public:
 
     // Has the list written at once.
     void save(const std::vector<AlarmPtr>& alarms);
+
+    // Writes the list with other paths in the place of these, where an alarm has one of them.
+    // Whether any had.
+    bool replaceSounds(const QHash<QString, QString>& moved);
 
 private:
     // What some bytes hold. The alarms are never handed out.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/KeyedArchiver.h"
 
+#include "core/ArchivedObject.h"
 #include "core/KeyedArchiveNames.h"
 
 #include <utility>
@@ -55,6 +56,36 @@ void KeyedArchiver::encodeInt(qint32 value, const QString& key) {
 
 void KeyedArchiver::encodeInteger(qint64 value, const QString& key) {
     m_record.insert(key, value);
+}
+
+void KeyedArchiver::encodeOther(const QVariant& value, const QString& key) {
+    m_record.insert(key, attached(value));
+}
+
+// As deep as the value nests, which whoever read it has bounded.
+QVariant KeyedArchiver::attached(const QVariant& value) {
+    if (value.typeId() == qMetaTypeId<ArchivedObject>())
+        return reference(addDetached(value.value<ArchivedObject>().value));
+    if (value.typeId() == QMetaType::QVariantMap) {
+        QVariantMap map = value.toMap();
+        for (QVariant& each : map)
+            each = attached(each);
+        return map;
+    }
+    if (value.typeId() == QMetaType::QVariantList) {
+        QVariantList list = value.toList();
+        for (QVariant& each : list)
+            each = attached(each);
+        return list;
+    }
+    return value;
+}
+
+PropertyListUid KeyedArchiver::addDetached(const QVariant& object) {
+    if (object.typeId() == QMetaType::QString)
+        return addText(object.toString());
+    const QStringList classes = object.toMap().value(archive::classes).toStringList();
+    return classes.isEmpty() ? add(attached(object)) : addClass(classes);
 }
 
 PropertyListUid KeyedArchiver::addList(const std::vector<Object>& objects) {

@@ -35,6 +35,8 @@ public:
     void encodeBool(bool value, const QString& key);
     void encodeInt(qint32 value, const QString& key);
     void encodeInteger(qint64 value, const QString& key);
+    // Any value of a property list, in which each ArchivedObject becomes an object of the archive.
+    void encodeOther(const QVariant& value, const QString& key);
 
 private:
     KeyedArchiver();
@@ -44,6 +46,8 @@ private:
     [[nodiscard]] PropertyListUid addText(const QString& text);
     [[nodiscard]] PropertyListUid addClass(const QStringList& classes);
     [[nodiscard]] PropertyListUid add(const QVariant& object);
+    [[nodiscard]] QVariant attached(const QVariant& value);
+    [[nodiscard]] PropertyListUid addDetached(const QVariant& object);
 
     // Takes the object's place in the table, has its values encoded, and adds its class.
     template<typename Encode>

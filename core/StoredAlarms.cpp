@@ -123,6 +123,11 @@ void StoredAlarms::removeAlarm(const QString& title) {
     saveDefaultAlarms(stored);
 }
 
+void StoredAlarms::replaceSounds(const QHash<QString, QString>& moved) {
+    if (m_list.replaceSounds(moved))
+        m_notifications.post(storedAlarmsDidChangeNotification, this);
+}
+
 std::vector<AlarmPtr> StoredAlarms::load() {
     return alarms().value_or(std::vector<AlarmPtr>());
 }

@@ -53,6 +53,9 @@ public:
     // Removes the first alarm of the title, if there is one.
     void removeAlarm(const QString& title);
 
+    // Sounds have other paths now.
+    void replaceSounds(const QHash<QString, QString>& moved);
+
 private:
     std::vector<AlarmPtr> load();
     void saveDefaultAlarms(const std::vector<AlarmPtr>& alarms);

@@ -50,6 +50,12 @@ QString countdownText(const Alarm& alarm, const MainMenuState& state) {
         .arg(QString::number(minutes), clockTime);
 }
 
+// An alarm without a due time comes of a damaged list.
+QString dueText(const Alarm& alarm, const MainMenuState& state) {
+    const QDateTime due = alarm.time(state.now);
+    return due.isValid() ? shortDayTimeString(due, state.locale) : QStringLiteral("Needs a look");
+}
+
 void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
     entries.push_back(makeEntry("Active alarms:"));
     if (state.alarms.empty()) {
@@ -61,10 +67,10 @@ void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
     for (const AlarmPtr& alarm : state.alarms) {
         MenuEntry entry;
         entry.alarm = alarm;
-        if (alarm->isDefaultAlarm()) {
+        if (alarm->isDefaultAlarm() && alarm->due(state.now)) {
             entry.title = countdownText(*alarm, state);
         } else {
-            entry.title = shortDayTimeString(alarm->time(state.now), state.locale);
+            entry.title = dueText(*alarm, state);
             entry.subtitle = alarm->title();
         }
         entry.children.push_back(alarmEntry("Edit...", &MenuCommands::editAlarm, alarm));
@@ -115,7 +121,7 @@ void buildStoredAlarms(Entries& entries, const MainMenuState& state) {
         MenuEntry entry;
         entry.title = storedText(*alarm, state);
         entry.subtitle = alarm->title();
-        entry.command = &MenuCommands::setAlarm;
+        entry.command = alarm->due(state.now) ? &MenuCommands::setAlarm : &MenuCommands::editAlarm;
         entry.alarm = alarm;
         entry.children.push_back(alarmEntry("Edit...", &MenuCommands::editAlarm, alarm));
         entry.children.push_back(alarmEntry("Delete", &MenuCommands::deleteAlarm, alarm));

@@ -176,7 +176,8 @@ TEST_F(AlarmArchiveTest, readsOtherSpellings) {
 }
 
 // The good alarm at index 2 is always there, titled "good"; what is wrong with the one at 3 must
-// not keep it from being read.
+// not keep it from being read, and is never taken for something that is missing. One of which the
+// moment cannot be read has none.
 TEST_F(AlarmArchiveTest, badEntryDoesNotTakeTheOthersAlong) {
     const auto changed = [](const char* key, const QVariant& value) {
         return alarmRecord(4, {{QLatin1String(key), value}});
@@ -185,6 +186,7 @@ TEST_F(AlarmArchiveTest, badEntryDoesNotTakeTheOthersAlong) {
         const char* what;
         QVariant entry;
         bool isLeftOut = false;
+        bool hasNoMoment = false;
     } cases[] = {
         {"an entry that is a text", u"Alarm"_qs, true},
         {"an entry without class", QVariantMap(), true},
@@ -192,23 +194,57 @@ TEST_F(AlarmArchiveTest, badEntryDoesNotTakeTheOthersAlong) {
         {"the list in itself", listRecord(QVariantList{uid(3)}, 6), true},
         {"a title beyond the table", changed("title", uid(~quint64(0)))},
         {"a title that is the alarm", changed("title", uid(3))},
+        {"a time beyond the table", changed("time", uid(99))},
         {"a time that is a text", changed("time", u"07:00"_qs)},
         {"a time without end", changed("time", dateRecord(1e300, 4))},
-        {"a number that is a real beyond it", changed("ringWithinUnits", 1e19)},
+        {"a number that is a real beyond it", changed("ringWithinUnits", 1e19), false, true},
+        {"a kind that is a text", changed("selRowNo", u"1"_qs), false, true},
+        {"a kind beyond the table", changed("isTimeWithDate", uid(99)), false, true},
         {"a number of more than 32 bits", changed("snoozeTime", qint64(1) << 31)},
         {"a flag that is a text", changed("isPlaySound", u"YES"_qs)},
+        {"an unknown value that contains itself", changed("mood", uid(3))},
+        {"an unknown value beyond the table", changed("mood", QVariantList{uid(99)})},
     };
+    const AlarmPtr nothing = Alarm::create();
+    const AlarmPtr noMoment = Alarm::create();
+    noMoment->forgetDue();
     for (const auto& each : cases) {
         const auto read = unarchive(archive({null, listRecord(QVariantList{uid(3), uid(2)}, 6),
                                              alarmRecord(4, {{u"title"_qs, uid(5)}}), each.entry,
                                              alarmClass, u"good"_qs, listClass}));
-        EXPECT_EQ(read.isComplete, !each.isLeftOut) << each.what;
+        EXPECT_FALSE(read.isComplete) << each.what;
         ASSERT_EQ(read.alarms.size(), each.isLeftOut ? 1U : 2U) << each.what;
         EXPECT_EQ(read.alarms.back()->title(), u"good"_qs) << each.what;
         if (!each.isLeftOut)
-            expectSame(archived({read.alarms.front()}), archived({Alarm::create()}),
-                       QLatin1String(each.what));
+            expectSame(archived({read.alarms.front()}),
+                       archived({each.hasNoMoment ? noMoment : nothing}), QLatin1String(each.what));
     }
+}
+
+// Values of later versions, of any form: they come back as they were, copied alarms included.
+TEST_F(AlarmArchiveTest, unknownValuesStayWithTheirAlarm) {
+    const QVariantList place{uid(0), 0.5, QVariantMap{{u"town"_qs, uid(5)}}};
+    const QVariantMap entry = alarmRecord(6, {{u"mood"_qs, uid(3)}, {u"rank"_qs, qint64(7)}});
+    const auto first = unarchive(
+        archive({null, listRecord(QVariantList{uid(2)}, 7), entry, record(u"place"_qs, place, 4),
+                 classOf({u"Mood"_qs, object}), u"Graz"_qs, alarmClass, listClass}));
+    ASSERT_TRUE(first.isComplete);
+    const auto again = m_archive.unarchive(m_archive.archivedData({first.alarms[0]->copy({})}));
+    EXPECT_TRUE(again.isComplete);
+    ASSERT_EQ(again.alarms.size(), 1U);
+    EXPECT_EQ(again.alarms[0]->otherValues(), first.alarms[0]->otherValues());
+    const QVariantList objects = archived(again.alarms).toMap()[u"$objects"_qs].toList();
+    const auto at = [&](const QVariant& reference) {
+        return objects[qsizetype(reference.value<PropertyListUid>().value)];
+    };
+    const QVariantMap alarm = objects[2].toMap();
+    EXPECT_EQ(alarm[u"rank"_qs], 7);
+    const QVariantMap kept = at(alarm[u"mood"_qs]).toMap();
+    EXPECT_EQ(at(kept[u"$class"_qs]), classOf({u"Mood"_qs, object}));
+    const QVariantList keptPlace = kept[u"place"_qs].toList();
+    EXPECT_EQ(keptPlace[0], uid(0));
+    EXPECT_EQ(keptPlace[1], 0.5);
+    EXPECT_EQ(at(keptPlace[2].toMap()[u"town"_qs]), u"Graz"_qs);
 }
 
 TEST_F(AlarmArchiveTest, whatIsNoArchiveOfAListIsAnEmptyIncompleteList) {

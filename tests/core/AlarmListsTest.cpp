@@ -2,6 +2,7 @@
 #include "core/ActiveAlarms.h"
 #include "core/AlarmDelegate.h"
 #include "core/Clock.h"
+#include "core/JoinedAlarms.h"
 #include "core/NotificationNames.h"
 #include "core/StoredAlarms.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
@@ -155,6 +156,64 @@ TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
         const auto twice = *run.library.alarms();
         EXPECT_EQ(twice[0], twice[1]) << "one alarm, though it is listed twice";
     }
+}
+
+// A library in three states: as it was last known, as it is here, as it turns out to be stored.
+TEST_F(AlarmListsTest, librariesAreJoinedAlarmByAlarm) {
+    const PropertyListCodec format;
+    const AlarmArchive archive(format);
+    // "tea3": a timer of that title and so many minutes.
+    const auto listOf = [&](const QString& text) {
+        std::vector<AlarmPtr> alarms;
+        for (const QString& each : text.split(u' ', Qt::SkipEmptyParts))
+            alarms.push_back(AlarmOf{.title = each.chopped(1).toUtf8().constData(),
+                                     .minutes = each.last(1).toInt()}
+                                 .alarm());
+        return alarms;
+    };
+    const auto dataOf = [&](const char* text) {
+        return text ? QVariant(archive.archivedData(listOf(QLatin1String(text)))) : QVariant();
+    };
+    const auto textOf = [&](const QVariant& data) {
+        std::string text;
+        for (const AlarmPtr& alarm : archive.unarchive(data.toByteArray()).alarms)
+            text += alarm->title().toStdString() + std::to_string(alarm->ringWithinUnits()) + " ";
+        return text;
+    };
+    const struct {
+        const char* base;
+        const char* ours;
+        const char* theirs;
+        std::string byTitle;
+        std::string byValues;
+    } cases[] = {
+        {nullptr, "new1", "work1 gym2 tea3", "work1 gym2 tea3 new1 ", "work1 gym2 tea3 new1 "},
+        {nullptr, "tea4", "work1 tea3", "work1 tea4 ", "work1 tea3 tea4 "},
+        {"tea3", "tea4", "tea3 gym2", "tea4 gym2 ", "gym2 tea4 "},
+        {"tea3", "tea3", "tea5", "tea5 ", "tea5 tea3 "},
+        {"tea3 gym2", "gym2", "tea3 gym2 pie9", "gym2 pie9 ", "gym2 pie9 "},
+        {"tea3", "tea3 egg5", nullptr, "tea3 egg5 ", "tea3 egg5 "},
+        {nullptr, "tea4", "tea3 tea5", "tea4 tea5 ", "tea3 tea5 tea4 "},
+    };
+    for (const auto& each : cases) {
+        const auto joined = [&](IsSameAlarm isSame) {
+            return textOf(joinOfAlarms(archive, isSame)(dataOf(each.base), dataOf(each.ours),
+                                                        dataOf(each.theirs)));
+        };
+        EXPECT_EQ(joined(haveSameTitle), each.byTitle) << each.ours;
+        EXPECT_EQ(joined(haveSameValues), each.byValues) << each.ours;
+    }
+}
+
+TEST_F(AlarmListsTest, alarmWithoutAReadableMomentStaysAndNeverRings) {
+    Run run(at("2026-11-23 06:00"));
+    const AlarmPtr lost = AlarmOf{.title = "lost", .kind = Alarm::Dated}.alarm();
+    run.defaults.setValue(u"AcitveAlarmsStoredKey"_qs, run.archive.archivedData({lost}));
+    run.active.restoreActiveAlarms(run.delegate);
+    run.start({.title = "tea", .minutes = 3});
+    ASSERT_EQ(run.clock.allAlarms().size(), 2U);
+    EXPECT_FALSE(run.clock.allAlarms().back()->nextTick(instantNow(run.loop)));
+    EXPECT_EQ(run.clock.nearestAlarm(instantNow(run.loop))->title(), u"tea"_qs);
 }
 
 TEST_F(AlarmListsTest, whatCannotBeReadIsKeptOnceAndAsItWas) {

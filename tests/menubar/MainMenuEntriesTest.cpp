@@ -46,9 +46,10 @@ QString outline(const std::vector<MenuEntry>& entries, const QString& indent = {
 TEST(MainMenuEntriesTest, runningAndStoredAlarms) {
     MainMenuState state = stateWith(
         {AlarmOf{.title = "Tea & cake", .kind = Alarm::Dated, .time = "11-24 18:05"}.alarm(),
-         timerDueIn(600)});
+         AlarmOf{.title = "Lost", .kind = Alarm::Dated}.alarm(), timerDueIn(600)});
     const AlarmOf up{.title = "Up", .kind = Alarm::Dated, .time = "11-24 07:30", .isListed = true};
-    state.storedAlarms = {{AlarmOf{.title = "not listed"}.alarm(), up.alarm()}};
+    const AlarmOf gone{.title = "Gone", .kind = Alarm::Dated, .isListed = true};
+    state.storedAlarms = {{AlarmOf{.title = "not listed"}.alarm(), up.alarm(), gone.alarm()}};
     state.breaksRun = true;
     state.nextBreak = u"break at 10:25"_qs;
     EXPECT_EQ(outline(mainMenuEntries(state)).toStdString(), R"(Active alarms:
@@ -57,6 +58,11 @@ Tue, 18:05 [Tea & cake]
   Clear = clearFromMenu Tea & cake
   Save = saveFromMenu Tea & cake
   Delete = deleteAlarm Tea & cake
+Needs a look [Lost]
+  Edit... = editAlarm Lost
+  Clear = clearFromMenu Lost
+  Save = saveFromMenu Lost
+  Delete = deleteAlarm Lost
 In 10 mins at 10:10
   Edit... = editAlarm 
   Clear = clearFromMenu 
@@ -85,6 +91,9 @@ Inactive alarms:
 Tue, 7:30 [Up] = setAlarm Up
   Edit... = editAlarm Up
   Delete = deleteAlarm Up
+Needs a look [Gone] = editAlarm Gone
+  Edit... = editAlarm Gone
+  Delete = deleteAlarm Gone
 --
 Preferences... = openPrefs
 Help... = showGoogleHelp
