@@ -225,6 +225,16 @@ LastRun& sharedLastRun() {
     return *lastRun;
 }
 
+// What runs is in the journal, what is stored in the preferences.
+void saveAll(const UserDefaults::Written& saved) {
+    sharedJournal().save([saved](const std::optional<QString>& problem) {
+        if (problem)
+            saved(problem);
+        else
+            sharedDesktop().defaults.synchronize(saved);
+    });
+}
+
 AlarmControl& sharedAlarmControl() {
     static auto* const control = [] {
         Desktop& desktop = sharedDesktop();
@@ -246,6 +256,7 @@ AlarmControl& sharedAlarmControl() {
              .pingPath = [] { return AudioStorageController::sharedController().pingPath(); },
              .findSound = findNamedSound,
              .findVoice = findNamedVoice,
+             .save = saveAll,
              .breaksRun = breaksRun,
              .startBreaks = [&menu] { menu.startRespito(); },
              .stopBreaks = [&menu] { menu.stopRespito(); },

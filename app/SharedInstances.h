@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/UserDefaults.h"
 #include "sounds/ReminderController.h"
 
 #include <memory>
@@ -30,6 +31,13 @@ struct Desktop;
 [[nodiscard]] AlarmControl& sharedAlarmControl();
 [[nodiscard]] ClockBreaks& sharedClockBreaks();
 [[nodiscard]] StoredAlarms& sharedStoredAlarms();
+
+// Calls back, later and once, when all that runs and is stored is on the disk, else with what keeps
+// it from there.
+void saveAll(const UserDefaults::Written& saved);
+
+// Once, when the alarms of the last run are back.
+void bringSoundsOver();
 [[nodiscard]] Journal& sharedJournal();
 [[nodiscard]] LastRun& sharedLastRun();
 [[nodiscard]] SoundRepeat& sharedSoundRepeat();

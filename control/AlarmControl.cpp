@@ -66,7 +66,7 @@ struct AlarmControl::Making {
 AlarmControl::AlarmControl(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
     , m_store(
-          m_surroundings.runLoop, 250ms, [this] { store(); }, RunLoopMode::Common)
+          m_surroundings.runLoop, 100ms, [this] { store(); }, RunLoopMode::Common)
     , m_stateChanged(
           m_surroundings.runLoop, 100ms, [this] { tellState(); }, RunLoopMode::Common)
     , m_alarmsChanged(
@@ -201,10 +201,22 @@ AlarmAnswer AlarmControl::take(const AlarmPtr& alarm) {
     return alarm->identity();
 }
 
-// Titles that come in a row reach the library, and with it the disk, together.
+void AlarmControl::whenSaved(const Saved& saved) {
+    m_toldWhenSaved.push_back(saved);
+    m_store.request();
+}
+
+// What comes in a row reaches the library, and the disk, together.
 void AlarmControl::store() {
-    m_surroundings.storedAlarms.put(std::exchange(m_toStore, {}),
-                                    instantNow(m_surroundings.runLoop));
+    if (!m_toStore.empty())
+        m_surroundings.storedAlarms.put(std::exchange(m_toStore, {}),
+                                        instantNow(m_surroundings.runLoop));
+    if (m_toldWhenSaved.empty())
+        return;
+    m_surroundings.save([told = std::exchange(m_toldWhenSaved, {})](const auto& problem) {
+        for (const Saved& saved : told)
+            saved(problem);
+    });
 }
 
 AlarmAnswer AlarmControl::startStored(const QString& title) {
@@ -214,6 +226,9 @@ AlarmAnswer AlarmControl::startStored(const QString& title) {
                                     [&](const AlarmPtr& alarm) { return alarm->title() == title; });
     if (found == stored.end())
         return refusal("NoSuchAlarm", QStringLiteral("no alarm is stored as \"%1\"").arg(title));
+    if (!(*found)->due(instantNow(m_surroundings.runLoop)))
+        return refusal("NoTime",
+                       QStringLiteral("the time of \"%1\" could not be read: edit it").arg(title));
     if (!hasRoom())
         return tooMany();
     const AlarmPtr started = m_surroundings.start(**found);

@@ -46,6 +46,9 @@ public:
         std::function<void(const QString& nameOrPath, Found found)> findSound;
         std::function<void(const QString& name, Found found)> findVoice;
 
+        // Calls back, later and once, when all that runs and is stored is on the disk.
+        std::function<void(const Saved& saved)> save;
+
         // The break reminder.
         std::function<bool()> breaksRun;
         std::function<void()> startBreaks;
@@ -71,6 +74,7 @@ public:
     [[nodiscard]] Outcome stopBreaks() override;
     [[nodiscard]] Outcome skipBreak() override;
     [[nodiscard]] RemoteState state() const override;
+    void whenSaved(const Saved& saved) override;
     void setListener(RemoteListener listener) override { m_listener = std::move(listener); }
 
     // To be told what befalls an alarm that rings, and that the breaks are others.
@@ -109,6 +113,7 @@ private:
     mutable std::optional<RemoteState> m_state;
     mutable std::chrono::milliseconds m_stateLookedUp{0}; // uptime
     std::vector<AlarmPtr> m_toStore;
+    std::vector<Saved> m_toldWhenSaved;
     Coalescer m_store;
     Coalescer m_stateChanged;
     Coalescer m_alarmsChanged;

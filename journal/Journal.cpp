@@ -4,7 +4,6 @@
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
 #include "core/RestoredAlarms.h"
-#include "platform/StateFile.h"
 
 #include <QHash>
 
@@ -93,6 +92,8 @@ void Journal::open(const Restored& restored) {
     }
     m_before = {};
     changed();
+    for (const auto& written : std::exchange(m_toSave, {}))
+        save(written);
     if (!m_contents.missed.empty() && m_missedChanged)
         m_missedChanged();
 }
@@ -170,6 +171,13 @@ void Journal::correct(const RestoredAlarms::Decisions& changes) {
         m_missedChanged();
 }
 
+void Journal::save(const StateFile::Written& written) {
+    if (m_isOpen)
+        write(false, written);
+    else
+        m_toSave.push_back(written);
+}
+
 void Journal::close(const QString& storedMark) {
     if (!m_isOpen)
         return;
@@ -205,18 +213,23 @@ void Journal::changed() {
         RunLoopMode::Common);
 }
 
-void Journal::write(bool isOrderly) {
+void Journal::write(bool isOrderly, const StateFile::Written& written) {
     m_writeTimer.cancel();
     forgetOld();
     m_nextWrite = m_surroundings.runLoop.uptime() + pause;
-    if (!m_mayWrite)
+    if (!m_mayWrite) {
+        if (written)
+            written(QStringLiteral("a journal that cannot be read stands in the way"));
         return;
+    }
     JournalContents contents = m_contents;
     contents.isOrderly = isOrderly;
     contents.running = runningOf(m_surroundings.clock.allAlarms(), now());
-    m_surroundings.file.write([format = m_format, contents = asTheyAre(std::move(contents))] {
-        return format.encode(contents);
-    });
+    m_surroundings.file.write(
+        [format = m_format, contents = asTheyAre(std::move(contents))] {
+            return format.encode(contents);
+        },
+        written);
 }
 
 } // namespace dorvane

@@ -7,13 +7,13 @@
 #include "journal/JournalFormat.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
+#include "platform/StateFile.h"
 
 #include <functional>
 
 namespace dorvane {
 
 class Clock;
-class StateFile;
 
 // The program's memory of what it was doing, for the start after an end that nobody wanted: which
 // alarms run, what rang, what went unanswered. Written at most once a second, and only when
@@ -65,6 +65,10 @@ public:
     // The clock was wrong at the start: with what has turned out otherwise.
     void correct(const RestoredAlarms::Decisions& changes);
 
+    // Has everything written now, and calls back when it is on the disk; see StateFile. Before
+    // open(), which comes soon after a start, both wait for that.
+    void save(const StateFile::Written& written);
+
     // At an orderly quit, with the mark of the list that is stored by now. Whatever happens after
     // it says that the program runs on. Waits for the disk.
     void close(const QString& storedMark);
@@ -85,7 +89,7 @@ private:
     [[nodiscard]] bool hasRung(const RunningAlarm& running) const;
     void forgetOld();
     void changed();
-    void write(bool isOrderly);
+    void write(bool isOrderly, const StateFile::Written& written = {});
 
     Surroundings m_surroundings;
     JournalFormat m_format;
@@ -93,8 +97,9 @@ private:
     JournalContents m_before;            // what read() found, until open()
     const RunLoop::Milliseconds m_start; // of uptime, as m_nextWrite
     bool m_isOpen = false;
-    bool m_mayWrite = true;               // false: what is there could not be put aside
-    RunLoop::Milliseconds m_nextWrite{0}; // not before
+    std::vector<StateFile::Written> m_toSave; // waits for open()
+    bool m_mayWrite = true;                   // false: what is there could not be put aside
+    RunLoop::Milliseconds m_nextWrite{0};     // not before
     RunLoopTimer m_writeTimer;
     std::function<void()> m_missedChanged;
     NotificationCenter::Observation m_alarmsDidChange;

@@ -85,6 +85,11 @@ public:
 
     [[nodiscard]] virtual RemoteState state() const = 0;
 
+    // What keeps what was asked for from the disk, in words for the user; nothing when it is there.
+    using Saved = std::function<void(const std::optional<QString>& problem)>;
+    // Calls back, later and once, when all that was asked for so far would outlive the program.
+    virtual void whenSaved(const Saved& saved) = 0;
+
     virtual void setListener(RemoteListener listener) = 0;
 };
 

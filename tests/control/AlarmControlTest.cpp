@@ -49,6 +49,11 @@ protected:
                     });
                 },
             .findVoice = [](const QString& name, const AlarmControl::Found& found) { found(name); },
+            .save =
+                [this](const AlarmControl::Saved& saved) {
+                    ++savings;
+                    loop.defer([this, saved] { saved(problem); });
+                },
             .breaksRun = [this] { return breaksRun; },
             .startBreaks = [this] { breaksRun = true; },
             .stopBreaks = [this] { breaksRun = false; },
@@ -102,6 +107,8 @@ protected:
     bool breaksRun = false;
     std::vector<AlarmControl::Found> slowSounds;
     QString told;
+    std::optional<QString> problem;
+    int savings = 0;
     AlarmControl control{surroundings()};
 };
 
@@ -189,7 +196,14 @@ TEST_F(AlarmControlTest, manyChangesAreWrittenAndToldTogether) {
     }
     loop.advance(1s);
     EXPECT_EQ(tellings, 3);
-    EXPECT_EQ(defaults.writes(), 2);
+    EXPECT_EQ(defaults.writes(), 3);
+    for (int i = 0; i < 3; ++i)
+        control.whenSaved([&](const auto& kept) { told += kept.value_or(u" saved"_qs); });
+    EXPECT_FALSE(told.contains(u"saved"_qs)) << "not before it is";
+    problem = u" full"_qs;
+    loop.runPending();
+    EXPECT_THAT(told.toStdString(), EndsWith("full full full"));
+    EXPECT_EQ(savings, 1);
     EXPECT_EQ(control.storedAlarms().count, 50U) << "only what was asked for";
     EXPECT_EQ(control.runningAlarms().count, 100U);
     QStringList next;

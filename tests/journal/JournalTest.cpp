@@ -26,10 +26,12 @@ public:
     [[nodiscard]] std::optional<QByteArray> read() override {
         return m_disk.journal == "unreadable" ? std::nullopt : std::optional(m_disk.journal);
     }
-    void write(Contents contents, Written = {}) override {
+    void write(Contents contents, Written written = {}) override {
         const QByteArray before = std::exchange(m_disk.journal, contents());
         m_disk.writes += m_disk.journal != before;
         m_disk.isFlushed = false;
+        if (written)
+            written(std::nullopt);
     }
     void flush() override { m_disk.isFlushed = true; }
     [[nodiscard]] bool putAside() override { return false; }

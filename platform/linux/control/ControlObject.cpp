@@ -42,6 +42,20 @@ Refusal busy() {
     return {QStringLiteral("Busy"), QStringLiteral("too many requests are waiting")};
 }
 
+Refusal notSaved(const QString& problem) {
+    return {QStringLiteral("NotSaved"),
+            QStringLiteral("it is done, but lost when Dorvane ends, because it cannot be saved: ") +
+                problem};
+}
+
+bool isRefused(const Outcome& outcome) {
+    return outcome.has_value();
+}
+
+bool isRefused(const AlarmAnswer& made) {
+    return std::holds_alternative<Refusal>(made);
+}
+
 std::string_view memberOf(sd_bus_message* call) {
     return sd_bus_message_get_member(call);
 }
@@ -129,10 +143,26 @@ RemoteControl::Made ControlObject::answerLater(sd_bus_message* call) {
     const std::shared_ptr<sd_bus_message> kept(sd_bus_message_ref(call), BusMessageRelease());
     return [weak = m_lifeline.weak(), kept](const AlarmAnswer& made) {
         if (ControlObject* const self = weak.get()) {
-            (void)answer(kept.get(), made);
+            (void)self->answerWhenSaved(kept.get(), made);
             self->m_bus.flush();
         }
     };
+}
+
+// Whoever is told that an alarm is set may switch the machine off.
+template<typename Result>
+int ControlObject::answerWhenSaved(sd_bus_message* call, const Result& result) {
+    if (isRefused(result))
+        return answer(call, result);
+    const std::shared_ptr<sd_bus_message> kept(sd_bus_message_ref(call), BusMessageRelease());
+    m_control.whenSaved([weak = m_lifeline.weak(), kept,
+                         result](const std::optional<QString>& problem) {
+        if (ControlObject* const self = weak.get()) {
+            (void)(problem ? refuse(kept.get(), notSaved(*problem)) : answer(kept.get(), result));
+            self->m_bus.flush();
+        }
+    });
+    return 1;
 }
 
 int ControlObject::make(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
@@ -157,8 +187,8 @@ int ControlObject::startStored(sd_bus_message* call, void* data, sd_bus_error* /
     const auto title = readText(call);
     if (const auto* const refusal = std::get_if<Refusal>(&title))
         return refuse(call, *refusal);
-    return answer(
-        call, static_cast<ControlObject*>(data)->m_control.startStored(std::get<QString>(title)));
+    auto& self = *static_cast<ControlObject*>(data);
+    return self.answerWhenSaved(call, self.m_control.startStored(std::get<QString>(title)));
 }
 
 int ControlObject::list(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
@@ -195,10 +225,10 @@ int ControlObject::onOne(sd_bus_message* call, void* data, sd_bus_error* /*error
     const auto named = readText(call);
     if (const auto* const refusal = std::get_if<Refusal>(&named))
         return refuse(call, *refusal);
-    RemoteControl& control = static_cast<ControlObject*>(data)->m_control;
+    auto& self = *static_cast<ControlObject*>(data);
     for (const auto& [member, method] : methods)
         if (memberOf(call) == member)
-            return answer(call, (control.*method)(std::get<QString>(named)));
+            return self.answerWhenSaved(call, (self.m_control.*method)(std::get<QString>(named)));
     return 0;
 }
 

@@ -34,6 +34,8 @@ private:
     static int onBreaks(sd_bus_message* call, void* data, sd_bus_error* error);
 
     [[nodiscard]] RemoteControl::Made answerLater(sd_bus_message* call);
+    template<typename Result>
+    [[nodiscard]] int answerWhenSaved(sd_bus_message* call, const Result& result);
     void tellState(const RemoteState& before, const RemoteState& now);
     void tellEvent(RemoteListener::Event event, const QString& id, const QString& title);
     void tell(const char* signal);
