@@ -85,6 +85,7 @@ void bfApp::launch() {
         10s, [] { sharedUpdateChecker().checkForUpdatesInBackground(); }, RunLoopMode::Default);
     switchBreaksOff();
     restoreActiveAlarms();
+    bringSoundsOver();
     (void)sharedUsersNotificationManager();
     controller.updateStatusView();
     (void)sharedWakeUps();

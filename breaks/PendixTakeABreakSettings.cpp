@@ -63,7 +63,7 @@ PendixTakeABreakSettings::PendixTakeABreakSettings(UserDefaults& defaults, const
     : m_defaults(defaults)
     , m_runLoop(runLoop)
     , m_notifications(notifications)
-    , m_defaultDurationSoundPath(user.caches + QStringLiteral("/Pendix/Rings/Basso.aiff")) {
+    , m_defaultDurationSoundPath(user.data + QStringLiteral("/Pendix/Rings/Basso.aiff")) {
     // All of them are written at every start. A file of the user's that comes into reach only then
     // must not get these in the place of what he chose.
     const std::pair<QString, QVariant> standards[] = {
@@ -124,6 +124,15 @@ void PendixTakeABreakSettings::writePrefs() {
     m_flush = m_runLoop.scheduleOnce(
         flushDelay, [this] { m_defaults.synchronize(); }, RunLoopMode::Common);
     m_notifications.post(breakSettingsDidChangeNotification, this);
+}
+
+void PendixTakeABreakSettings::replaceSounds(const QHash<QString, QString>& moved) {
+    loadPrefs();
+    if (!moved.contains(m_soundPath) && !moved.contains(m_durationSoundPath))
+        return;
+    m_soundPath = moved.value(m_soundPath, m_soundPath);
+    m_durationSoundPath = moved.value(m_durationSoundPath, m_durationSoundPath);
+    writePrefsAndSync();
 }
 
 void PendixTakeABreakSettings::writePath(const QString& key, const QString& path) {

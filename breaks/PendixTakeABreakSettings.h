@@ -4,6 +4,7 @@
 #include "core/KeyedUnarchiver.h"
 #include "platform/RunLoop.h"
 
+#include <QHash>
 #include <QString>
 
 #include <optional>
@@ -71,6 +72,9 @@ public:
     // Breaks until the reminder stops by itself.
     [[nodiscard]] qint32 takeARepeatFrequency() const { return m_takeARepeatFrequency; }
     void setTakeARepeatFrequency(qint32 count) { m_takeARepeatFrequency = count; }
+
+    // Sounds have other paths now; the settings are read, and written where one of them was used.
+    void replaceSounds(const QHash<QString, QString>& moved);
 
     // Full paths of the sounds at the start and at the end of a break; null when unset.
     [[nodiscard]] const QString& soundPath() const { return m_soundPath; }

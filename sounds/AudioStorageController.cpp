@@ -82,7 +82,7 @@ void AudioStorageController::addAudioFilesWithURLs(const QList<QUrl>& urls, cons
 
 AddedSound AudioStorageController::add(const QUrl& url, const std::stop_token& stop) const {
     const QString source = url.isLocalFile() ? localPath(url) : QString();
-    AddedSound sound{QFileInfo(url.path()).completeBaseName(), {}};
+    AddedSound sound{.name = QFileInfo(url.path()).completeBaseName()};
     if (source.isEmpty())
         sound.problem = QStringLiteral("it is not a file on this computer");
     else if (QFileInfo(source).isFile() && (!m_types.isSound(source) || !m_player.canPlay(source)))
@@ -91,8 +91,13 @@ AddedSound AudioStorageController::add(const QUrl& url, const std::stop_token& s
         qCInfo(logSounds) << "not added:" << url.toDisplayString() << sound.problem;
         return sound;
     }
-    const QString name = QFileInfo(source).fileName();
-    sound.problem = copyItem(source, m_folders.sounds + QLatin1Char('/') + name, stop);
+    const KeptFile kept = keepCopy(source, m_folders.sounds, stop);
+    sound.path = kept.path;
+    sound.problem = kept.problem;
+    if (kept.problem.isEmpty()) {
+        syncFolder(m_folders.sounds);
+        sound.name = soundName(kept.path);
+    }
     return sound;
 }
 

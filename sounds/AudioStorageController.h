@@ -20,10 +20,11 @@ namespace dorvane {
 
 class RunLoop;
 
-// The sound library: folders below the user's caches that hold every sound an alarm can play. It is
-// nothing but those folders; every listing reads its folder afresh, in the order in which the file
-// system gives it. A thread of its own fills them from the system's sounds, from the moment this is
-// made; listings taken meanwhile show what is there so far. Main thread only.
+// The sound library: folders that hold every sound an alarm can play; those of the user's lie with
+// his data, and copies that can be made again below his caches. It is nothing but those folders;
+// every listing reads its folder afresh, in the order in which the file system gives it. A thread
+// of its own fills them from the system's sounds, from the moment this is made; listings taken
+// meanwhile show what is there so far. Main thread only.
 class AudioStorageController {
 public:
     // What choosing a sound in a menu calls.
@@ -52,7 +53,8 @@ public:
     }
 
     // Copies local sound files among the user's sounds, each under its own name, and returns before
-    // that is done. A name that is there already keeps its file. Failures are logged.
+    // that is done. A name that is there already keeps its file: where that is another one, the new
+    // one gets a number. Failures are logged.
     void addAudioFilesWithURLs(const QList<QUrl>& urls, const Report& report = {});
 
     // The sound files of one group, as full paths.

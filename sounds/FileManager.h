@@ -18,6 +18,25 @@ namespace dorvane {
 QString copyItem(const QString& source, const QString& destination,
                  const std::stop_token& stop = {});
 
+// What became of a file that was to be kept in a folder.
+struct KeptFile {
+    QString path;    // where its contents are now
+    QString problem; // why they are not, in words for the user; empty when they are
+};
+
+// Copies a file into a folder as copyItem() does, under its own name without the dots that would
+// hide it. Where a file of that name holds the same, that one is the answer; where it holds
+// something else, the copy gets a number.
+[[nodiscard]] KeptFile keepCopy(const QString& source, const QString& folder,
+                                const std::stop_token& stop = {});
+
+// The same, but where the file system can do that the file itself gets the further name.
+[[nodiscard]] KeptFile keepFile(const QString& source, const QString& folder,
+                                const std::stop_token& stop = {});
+
+// Has the names in a folder last through a power cut. A failure is logged.
+void syncFolder(const QString& folder);
+
 // Whether both files can be read and hold the same bytes.
 [[nodiscard]] bool contentsEqual(const QString& path, const QString& otherPath);
 

@@ -4,8 +4,6 @@
 #include "sounds/AudioStorageController.h"
 #include "sounds/SoundName.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 
 namespace dorvane {
@@ -15,16 +13,6 @@ namespace {
 QString pathOf(const QStringList& paths, const QString& name) {
     const auto found = std::find_if(paths.begin(), paths.end(), [&](const QString& path) {
         return soundName(path).compare(name, Qt::CaseInsensitive) == 0;
-    });
-    return found == paths.end() ? QString() : *found;
-}
-
-// What an earlier call has added.
-QString copyOf(const QString& file, const QStringList& paths) {
-    const QFileInfo original(file);
-    const auto found = std::find_if(paths.begin(), paths.end(), [&](const QString& path) {
-        const QFileInfo copy(path);
-        return copy.fileName() == original.fileName() && copy.size() == original.size();
     });
     return found == paths.end() ? QString() : *found;
 }
@@ -43,14 +31,12 @@ void findSound(AudioStorageController& library, const QString& nameOrPath,
                                     QStringLiteral("no sound is called \"%1\"").arg(nameOrPath)})
                               : found(path);
     }
-    if (const QString copy = copyOf(nameOrPath, library.addedSounds()); !copy.isEmpty())
-        return found(copy);
     library.addAudioFilesWithURLs({QUrl::fromLocalFile(nameOrPath)},
-                                  [&library, found](const std::vector<AddedSound>& added) {
+                                  [found](const std::vector<AddedSound>& added) {
                                       if (!added.front().problem.isEmpty())
                                           found(SoundProblem{added.front().problem});
                                       else
-                                          found(pathOf(library.addedSounds(), added.front().name));
+                                          found(added.front().path);
                                   });
 }
 

@@ -11,9 +11,8 @@ namespace dorvane {
 QString soundName(const QString& path) {
     const QFileInfo file(path);
     const QString name = file.completeBaseName();
-    return file.path().endsWith(SoundFolders::recordingsBelowCaches)
-               ? reminderText(name).simplified()
-               : name;
+    return file.path().endsWith(SoundFolders::recordingsBelow) ? reminderText(name).simplified()
+                                                               : name;
 }
 
 QString shortened(const QString& name) {

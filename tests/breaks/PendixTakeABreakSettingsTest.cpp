@@ -34,7 +34,7 @@ protected:
     }
 
     MemoryDefaults m_defaults;
-    UserFolders m_user{.home = {}, .caches = u"/c"_qs, .configuration = {}, .data = {}};
+    UserFolders m_user{.home = {}, .caches = {}, .configuration = {}, .data = u"/c"_qs};
     PendixTakeABreakSettings m_settings{m_defaults, m_user, loop, notifications};
 };
 

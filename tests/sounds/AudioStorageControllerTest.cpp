@@ -91,31 +91,38 @@ TEST_F(AudioStorageControllerTest, ListsWhatCanBePlayed) {
 
 TEST_F(AudioStorageControllerTest, AddsTheUsersFilesAndSaysWhatBecameOfEach) {
     fill(path("else"), {u"Notes.txt=x"_qs, u"Old.mp3=new"_qs, u"100% Süß.mp3=x"_qs, u"Z.mp3=z"_qs,
-                        u"Noise.wav=x"_qs});
+                        u"Noise.wav=x"_qs, u".bell.aiff=bell"_qs, u"Same.mp3=same"_qs});
     player.setFile(path("else/Noise.wav"), {.isPlayable = false});
-    fill(folders.sounds, {u"Old.mp3=old"_qs});
+    fill(folders.sounds, {u"Old.mp3=old"_qs, u"Same.mp3=same"_qs});
     struct {
         QString url;
         QString name;
         QString problem;
+        QString path = {}; // below the user's sounds
     } const files[] = {
         {u"http://example.org/Song.mp3"_qs, u"Song"_qs, u"it is not a file on this computer"_qs},
         {u"file://server"_qs + path("else/Z.mp3"), u"Z"_qs, u"there is no such file"_qs},
         {u"file://"_qs + path("else/missing.mp3"), u"missing"_qs, u"there is no such file"_qs},
-        {u"file://"_qs + path("else/Old.mp3"), u"Old"_qs, u"the name is taken"_qs},
+        {u"file://"_qs + path("else/Old.mp3"), u"Old-2"_qs, {}, u"Old-2.mp3"_qs},
+        {u"file://"_qs + path("else/Same.mp3"), u"Same"_qs, {}, u"Same.mp3"_qs},
+        {u"file://"_qs + path("else/.bell.aiff"), u"bell"_qs, {}, u"bell.aiff"_qs},
         {u"file://"_qs + path("else/Notes.txt"), u"Notes"_qs,
          u"it is not a sound that can be played here"_qs},
         {u"file://"_qs + path("else/Noise.wav"), u"Noise"_qs,
          u"it is not a sound that can be played here"_qs},
-        {u"file://localhost"_qs + path("else/100%25%20Süß.mp3"), u"100% Süß"_qs, {}},
-        {u"file://"_qs + path("else/Z.mp3"), u"Z"_qs, {}},
+        {u"file://localhost"_qs + path("else/100%25%20Süß.mp3"),
+         u"100% Süß"_qs,
+         {},
+         u"100% Süß.mp3"_qs},
+        {u"file://"_qs + path("else/Z.mp3"), u"Z"_qs, {}, u"Z.mp3"_qs},
     };
     std::vector<AddedSound> reported;
     QList<QUrl> urls;
     for (const auto& file : files)
         urls << QUrl(file.url);
     make().addAudioFilesWithURLs(urls, [&](const auto& sounds) { reported = sounds; });
-    waitUntilHeld(folders.sounds, {u"100% Süß.mp3=x"_qs, u"Old.mp3=old"_qs, u"Z.mp3=z"_qs});
+    waitUntilHeld(folders.sounds, {u"100% Süß.mp3=x"_qs, u"Old-2.mp3=new"_qs, u"Old.mp3=old"_qs,
+                                   u"Same.mp3=same"_qs, u"Z.mp3=z"_qs, u"bell.aiff=bell"_qs});
     library->stopLoading(); // the report is on its way then
     EXPECT_TRUE(reported.empty()) << "on the main thread only";
     loop.runPending();
@@ -123,6 +130,8 @@ TEST_F(AudioStorageControllerTest, AddsTheUsersFilesAndSaysWhatBecameOfEach) {
     for (std::size_t i = 0; i < reported.size(); ++i) {
         EXPECT_EQ(reported[i].name, files[i].name);
         EXPECT_EQ(reported[i].problem, files[i].problem) << qPrintable(files[i].url);
+        EXPECT_EQ(reported[i].path,
+                  files[i].path.isEmpty() ? QString() : folders.sounds + u'/' + files[i].path);
     }
 }
 

@@ -39,7 +39,7 @@ struct FakeDesktop {
     }
 
     QTemporaryDir home;
-    const UserFolders user{home.path(), home.path(), home.path(), home.path()};
+    const UserFolders user{home.path(), home.path(), home.path(), path("share")};
     VirtualRunLoop loop;
     Trace trace{loop};
     FakeSoundPlayer player{loop, trace};

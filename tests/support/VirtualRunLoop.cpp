@@ -131,11 +131,16 @@ void VirtualRunLoop::fire(const std::shared_ptr<Entry>& entry) {
 }
 
 void VirtualRunLoop::runDeferred() {
-    while (!m_deferred.empty()) {
-        const Callback callback = std::move(m_deferred.front());
+    const auto next = [this]() -> Callback {
+        const std::lock_guard lock(m_mutex);
+        if (m_deferred.empty())
+            return {};
+        Callback callback = std::move(m_deferred.front());
         m_deferred.pop_front();
+        return callback;
+    };
+    while (const Callback callback = next())
         callback();
-    }
 }
 
 } // namespace dorvane::testing

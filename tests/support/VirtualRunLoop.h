@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <mutex>
 
 namespace dorvane::testing {
 
@@ -27,7 +28,10 @@ public:
     [[nodiscard]] RunLoopTimer scheduleAt(const QDateTime& moment, Callback callback,
                                           RunLoopMode mode) override;
     [[nodiscard]] RunLoopTimer whenClockIsSet(Callback callback) override;
-    void defer(Callback callback) override { m_deferred.push_back(std::move(callback)); }
+    void defer(Callback callback) override {
+        const std::lock_guard lock(m_mutex);
+        m_deferred.push_back(std::move(callback));
+    }
     void post(Callback callback) override { defer(std::move(callback)); }
     void beginEventTracking() override { ++m_trackingDepth; }
     void endEventTracking() override { --m_trackingDepth; }
@@ -66,7 +70,8 @@ private:
     Milliseconds m_uptime{0};
     Milliseconds m_slept{0};
     std::map<Id, std::shared_ptr<Entry>> m_entries;
-    std::deque<Callback> m_deferred;
+    std::mutex m_mutex;
+    std::deque<Callback> m_deferred; // guarded by the mutex
     Callback m_woken;
     Lifeline<VirtualRunLoop> m_lifeline{*this};
     Id m_nextId = 1;

@@ -49,18 +49,28 @@ ModuleSoundPlayer::ModuleSoundPlayer(RunLoop& loop, const QString& modulePath)
 
 ModuleSoundPlayer::~ModuleSoundPlayer() = default;
 
-std::unique_ptr<Sound> ModuleSoundPlayer::soundWithContentsOfFile(const QString& path) {
+std::unique_ptr<Sound> ModuleSoundPlayer::sound(SoundUse use, const QString& path) {
     return std::make_unique<ModuleSound>(
-        m_loop, m_loader, SoundUse::Other, path,
-        [path](QString& error) { return SoundFile::open(path, error); });
+        m_loop, m_loader, use, path, [path, elsewhere = m_elsewhere](QString& error) {
+            auto file = SoundFile::open(path, error);
+            const QString other = file || !elsewhere ? QString() : elsewhere(path);
+            QString ignored;
+            auto found = other.isEmpty() ? nullptr : SoundFile::open(other, ignored);
+            if (!found)
+                return file;
+            error.clear();
+            return found;
+        });
+}
+
+std::unique_ptr<Sound> ModuleSoundPlayer::soundWithContentsOfFile(const QString& path) {
+    return sound(SoundUse::Other, path);
 }
 
 std::unique_ptr<Sound> ModuleSoundPlayer::ringWithContentsOfFile(const QString& path) {
     if (const auto kept = m_kept.find(path); kept != m_kept.end() && kept->second)
         return std::make_unique<ModuleSound>(m_loop, m_loader, kept->second);
-    return std::make_unique<ModuleSound>(
-        m_loop, m_loader, SoundUse::Ring, path,
-        [path](QString& error) { return SoundFile::open(path, error); });
+    return sound(SoundUse::Ring, path);
 }
 
 bool ModuleSoundPlayer::canPlay(const QString& path) const {

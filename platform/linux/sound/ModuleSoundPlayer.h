@@ -8,11 +8,13 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <map>
 #include <memory>
 
 namespace dorvane {
 
+enum class SoundUse;
 class SoundLoader;
 struct KeptSound;
 
@@ -37,6 +39,11 @@ public:
     // A ring whose file is held in memory already; the name stands for it in the log.
     [[nodiscard]] std::unique_ptr<Sound> soundWithData(const QByteArray& file, const QString& name);
 
+    // Where else the file of a path may lie, when it is gone: asked on loading threads, from then
+    // on. Empty for nowhere.
+    using Elsewhere = std::function<QString(const QString& path)>;
+    void setElsewhere(Elsewhere elsewhere) { m_elsewhere = std::move(elsewhere); }
+
     // Every type that is known, less those that the installed libraries turn out to lack once they
     // are loaded: listing sound files must not bring them in.
     [[nodiscard]] QStringList soundUnfilteredTypes() const override;
@@ -45,7 +52,10 @@ public:
     [[nodiscard]] const std::shared_ptr<SoundLoader>& loader() const { return m_loader; }
 
 private:
+    [[nodiscard]] std::unique_ptr<Sound> sound(SoundUse use, const QString& path);
+
     RunLoop& m_loop;
+    Elsewhere m_elsewhere;
     std::shared_ptr<SoundLoader> m_loader; // its sounds may outlive the player
     // Null while it is being read.
     std::map<QString, std::shared_ptr<const KeptSound>> m_kept;
