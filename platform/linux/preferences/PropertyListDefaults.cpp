@@ -48,6 +48,12 @@ void PropertyListDefaults::synchronize(Written written) {
             written(std::nullopt);
         return;
     }
+    // Settings are read, and synchronized for that, many times a second.
+    if (m_failed && m_failed->upTo == m_lastChange && !m_writing) {
+        if (written)
+            written(m_failed->problem);
+        return;
+    }
     if (written)
         m_waiting.push_back({m_lastChange, std::move(written)});
     write();
@@ -76,7 +82,8 @@ void PropertyListDefaults::takeOutcome(quint64 number) {
         return;
     const Writing writing = *std::exchange(m_writing, std::nullopt);
     const Problem problem = m_outcome;
-    const bool failedBefore = std::exchange(m_isFailing, problem.has_value());
+    const bool failedBefore = m_failed.has_value();
+    m_failed = problem ? std::optional(Failure{*problem, writing.upTo}) : std::nullopt;
     if (problem && !failedBefore) {
         qCWarning(logPlatform).noquote() << "cannot write preferences:" << *problem;
         if (m_failing)

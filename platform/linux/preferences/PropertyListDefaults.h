@@ -35,7 +35,7 @@ public:
         m_failing = std::move(failing);
     }
 
-    // Until what could not be written is tried again.
+    // Until what could not be written, and did not change since, is tried again.
     static constexpr RunLoop::Milliseconds pause = std::chrono::seconds(30);
 
 private:
@@ -44,6 +44,10 @@ private:
     struct Waiting {
         quint64 change = 0;
         Written written;
+    };
+    struct Failure {
+        QString problem;
+        quint64 upTo = 0;
     };
     struct Change {
         QVariant value; // invalid for a removed key
@@ -69,7 +73,7 @@ private:
     quint64 m_lastChange = 0;
     std::vector<Waiting> m_waiting;
     RunLoopTimer m_retry;
-    bool m_isFailing = false;
+    std::optional<Failure> m_failed; // the last writing
     std::function<void(const QString& problem)> m_failing;
 
     // One writing at a time, from write() to takeOutcome(). Between them the file and the outcome
