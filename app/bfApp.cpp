@@ -167,8 +167,9 @@ void bfApp::open(const LaunchRequest& request) {
 void bfApp::handOver() {
     storeActiveAlarms();
     sharedUsersNotificationManager().finish();
-    sharedLastRun().end();
+    // Before the journal says that everything is stored.
     sharedDesktop().defaults.finish();
+    sharedLastRun().end();
 }
 
 void bfApp::storeActiveAlarms() {

@@ -158,7 +158,7 @@ void PendixTakeABreakSettings::encodeWithCoder(KeyedArchiver& coder) const {
     coder.encodeBool(m_respitoStatus != 0, statusKey);
 }
 
-void PendixTakeABreakSettings::initWithCoder(const KeyedUnarchiver::Object& coder) {
+void PendixTakeABreakSettings::initWithCoder(KeyedUnarchiver::Object& coder) {
     setEnableTakeABreak(coder.decodeBool(enableKey));
     setTakeABreakDuration(0);
     setTakeABreakFrequency(coder.decodeInt(durationKey));

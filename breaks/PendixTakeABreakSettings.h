@@ -45,7 +45,7 @@ public:
     // The archive of the eight settings. What is read back has the length of a break for the time
     // between two for a moment, then that time, and no length: archives were always read like that.
     void encodeWithCoder(KeyedArchiver& coder) const;
-    void initWithCoder(const KeyedUnarchiver::Object& coder);
+    void initWithCoder(KeyedUnarchiver::Object& coder);
 
     // Yes is any value but 0; one byte, as it is stored.
     using Flag = qint8;

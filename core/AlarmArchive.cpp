@@ -82,7 +82,7 @@ Field wishedTimeField() {
                 if (alarm.wishedTime().isValid())
                     coder.encodeObject(alarm.wishedTime().toString(format), key);
             },
-            [](Alarm& alarm, const Object& coder, const QString& key) {
+            [](Alarm& alarm, Object& coder, const QString& key) {
                 alarm.setWishedTime(QTime::fromString(coder.decodeString(key), format));
             }};
 }

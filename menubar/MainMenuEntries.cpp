@@ -93,8 +93,8 @@ QString storedText(const Alarm& alarm, const MainMenuState& state) {
         return lengthText(alarm);
     const QDateTime now = localDateTimeOf(state.now);
     const RearmDecision start = rearmAtStart(alarm, now, weekdayName(now.date()));
-    return shortDayTimeString(start.next.isValid() ? start.next : alarm.time(state.now),
-                              state.locale);
+    return start.next.isValid() ? shortDayTimeString(start.next, state.locale)
+                                : dueText(alarm, state);
 }
 
 void buildPredefinedAlarms(Entries& entries) {

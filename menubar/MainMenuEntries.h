@@ -18,7 +18,7 @@ struct MainMenuState {
     std::optional<std::vector<AlarmPtr>> storedAlarms;
     bool breaksRun = false;
     bool showsBreaks = true; // whether there is an entry for them
-    QString nextBreak;       // when the next one comes; may be empty
+    QString nextBreak = {};  // when the next one comes; may be empty
     QString noAlarmString;   // shown when no alarm runs, instead of "No Alarms"
     Instant now;
     QLocale locale; // of the territory whose clock is used
