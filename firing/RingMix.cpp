@@ -41,6 +41,7 @@ public:
     void pause() override { m_sound->pause(); }
     void resume() override { m_sound->resume(); }
     [[nodiscard]] Seconds duration() const override { return m_sound->duration(); }
+    [[nodiscard]] bool isSilent() const override { return m_sound->isSilent(); }
     [[nodiscard]] SoundFault fault() const override { return m_sound->fault(); }
     [[nodiscard]] Seconds currentTime() const override { return m_sound->currentTime(); }
     void setCurrentTime(Seconds position) override { m_sound->setCurrentTime(position); }
