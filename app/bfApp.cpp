@@ -201,11 +201,11 @@ void bfApp::showUnsaved(const QString& problem) {
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setAttribute(Qt::WA_ShowWithoutActivating);
     alert->setTextFormat(Qt::PlainText);
-    alert->setInformativeText(
+    alert->setInformativeText(escapedText(
         QStringLiteral("What runs will ring, and Dorvane goes on trying to save it. What was "
                        "changed is lost if the computer is switched off before that succeeds.\n\n"
                        "The reason: %1")
-            .arg(problem));
+            .arg(problem)));
     alert->show();
     alert->raise();
 }

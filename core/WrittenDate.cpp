@@ -199,10 +199,11 @@ std::optional<Said> saidBy(const Words& words, const QLocale& territory) {
         else
             return std::nullopt;
     }
-    std::optional<Said> said = month ? besideMonth(*month, words.numbers)
-                               : words.numbers.empty()
-                                   ? std::optional(Said())
-                                   : ofNumbers(words.numbers, dateOrder(territory));
+    std::optional<Said> said(std::in_place);
+    if (month)
+        said = besideMonth(*month, words.numbers);
+    else if (!words.numbers.empty())
+        said = ofNumbers(words.numbers, dateOrder(territory));
     if (said)
         said->weekday = weekday;
     return said;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/VoiceChoice.h"
 
+#include "platform/EscapedText.h"
 #include "platform/SpeechService.h"
 #include "ui_AlarmSetController.h"
 
@@ -34,8 +35,8 @@ void VoiceChoice::showFace() {
         !m_voiceName.isEmpty() && !known.isEmpty() && !known.contains(m_voiceName);
     m_controls.voiceNamePopUp->setFace(
         m_voiceName.isEmpty() ? QStringLiteral("Select Voice") : m_voiceName, isMissing);
-    m_controls.voiceNamePopUp->setToolTip(isMissing ? m_voiceName + QStringLiteral(" (missing)")
-                                                    : QString());
+    m_controls.voiceNamePopUp->setToolTip(
+        escapedText(isMissing ? m_voiceName + QStringLiteral(" (missing)") : QString()));
 }
 
 void VoiceChoice::fillMenu(const std::function<void()>& filled) {

@@ -70,7 +70,7 @@ public:
 
     // A sound of the user's.
     QString addSound(const char* name, FakeSoundPlayer::File sound) {
-        QString file = home.filePath(u"Dorvane/Sounds/%1.aiff"_qs.arg(QLatin1String(name)));
+        QString file = path("share/Dorvane/Sounds/") + QLatin1String(name) + u".aiff"_qs;
         writeFile(file);
         player.setFile(file, sound);
         return file;

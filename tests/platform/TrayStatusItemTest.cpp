@@ -325,7 +325,7 @@ TEST_F(TrayTest, onlyGnomeOnWaylandWithoutIconsGoesOverX11) {
         bool hasHost;
         const char* platform;
     } cases[] = {
-        {"ubuntu:GNOME", "wayland-0", "", false, "xcb"},
+        {"ubuntu:GNOME", "wayland-0", "", false, "xcb;wayland"},
         {"GNOME", "wayland-0", "", true, ""},
         {"GNOME", "", "", false, ""},
         {"KDE", "wayland-0", "", false, ""},

@@ -79,7 +79,12 @@ protected:
             delete shown;
     }
 
-    void offer(const QString& bundlePath = download) { m_mover.offer(bundlePath); }
+    void offer(const QString& bundlePath = download) {
+        m_mover.offer(bundlePath);
+        if (QMessageBox* const shown = alert()) {
+            EXPECT_TRUE(QTest::qWaitForWindowActive(shown));
+        }
+    }
 
     static QMessageBox* alert() {
         for (QWidget* const window : QApplication::topLevelWidgets())
@@ -191,9 +196,12 @@ TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
                          : isNested ? QString()
                                     : u" This will keep your Downloads folder uncluttered."_qs) +
                         u" The folder is /opt."_qs));
-        for (QAbstractButton* const button : alert()->buttons())
-            if (alert()->buttonRole(button) == QMessageBox::AcceptRole)
-                button->click();
+        const QList<QAbstractButton*> buttons = alert()->buttons();
+        const auto move = std::ranges::find_if(buttons, [](QAbstractButton* button) {
+            return alert()->buttonRole(button) == QMessageBox::AcceptRole;
+        });
+        ASSERT_NE(move, buttons.end());
+        (*move)->click();
         settle();
         if (alert())
             m_relocator.act("alert");

@@ -3,6 +3,7 @@
 
 #include "tests/support/Files.h"
 #include "tests/support/FullDisk.h"
+#include "tests/support/LogCapture.h"
 #include "tests/support/Testing.h"
 
 #include <QProcess>
@@ -125,6 +126,7 @@ TEST_F(UnixRelocatorTest, copiesAsRootOrLeavesWhatIsThere) {
         GTEST_SKIP() << "only root can play the administrator";
     sh(u"mkdir -m 700 \"$2\" && chmod u+s \"$1/dorvane\""_qs);
     for (const auto& [pkexec, answer, left] : rows) {
+        const LogCapture quietly;
         EXPECT_EQ(authorise(pkexec), answer) << pkexec;
         EXPECT_EQ(opt(), left) << pkexec;
     }

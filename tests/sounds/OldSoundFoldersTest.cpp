@@ -31,9 +31,12 @@ protected:
             if (end != End::BeforeRewriting)
                 done(end == End::None);
         });
-        m_paths.clear();
-        move.bringOver();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return loop.runPending(), !m_paths.isEmpty(); }));
+        // The second time comes after whatever the first has set going.
+        for (int i = 0; i < (end == End::RewritingFails ? 2 : 1); ++i) {
+            m_paths.clear();
+            move.bringOver();
+            EXPECT_TRUE(QTest::qWaitFor([&] { return loop.runPending(), !m_paths.isEmpty(); }));
+        }
         EXPECT_TRUE(QTest::qWaitFor(
             [&] { return end != End::None || !QFileInfo::exists(old(u"Pendix/Rings"_qs)); }));
     }
