@@ -3,6 +3,7 @@
 
 #include "core/AlarmArchive.h"
 #include "core/Clock.h"
+#include "core/Rearm.h"
 #include "core/StoredAlarms.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
 #include "tests/support/MemoryDefaults.h"
@@ -28,9 +29,13 @@ protected:
             .storedAlarms = library,
             .schedule = [this](const AlarmPtr& alarm) { clock.insertAlarm(alarm); },
             .start = [this](const Alarm& stored) -> AlarmPtr {
-                const AlarmPtr alarm = stored.title() == u"once"_qs ? nullptr : stored.storedCopy();
-                if (alarm)
-                    clock.insertAlarm(alarm);
+                const auto decision =
+                    rearmAtStart(stored, loop.now(), weekdayName(loop.now().date()));
+                if (decision.outcome == RearmDecision::Outcome::Remove)
+                    return nullptr;
+                const AlarmPtr alarm = stored.storedCopy();
+                applyRearm(decision, *alarm);
+                clock.insertAlarm(alarm);
                 return alarm;
             },
             .snooze = noted("snooze "),

@@ -97,7 +97,7 @@ const Scene scenes[] = {
     {.name = "AMenuThatWasClickedOpenHoldsUpTheWindowForThreeSeconds",
      .set = {{.title = "A", .minutes = 1}},
      .steps = {{"press", "", "menu"},
-               {"wait 61s", "A+", "menu!"},
+               {"wait 60s", "A+", "menu!"},
                {"wait 1s", "", "menu!"},
                {"wait 2s", "", "A!"},
                {"press", "", "A menu!"}, // which is in nobody's way
