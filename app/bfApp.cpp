@@ -198,6 +198,7 @@ void bfApp::showUnsaved(const QString& problem) {
     const auto alert = new QMessageBox(QMessageBox::Warning, QStringLiteral("Dorvane"),
                                        QStringLiteral("Your alarms cannot be saved at the moment."),
                                        QMessageBox::Ok);
+    alert->setModal(false); // or no ring window could be answered meanwhile
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setAttribute(Qt::WA_ShowWithoutActivating);
     alert->setTextFormat(Qt::PlainText);
@@ -214,6 +215,7 @@ void bfApp::showUnsaved(const QString& problem) {
 void bfApp::showWhereItLies(const QUrl& url) {
     const auto alert = new QMessageBox(QMessageBox::Information, QStringLiteral("Dorvane"),
                                        QStringLiteral("No program here opens this:"));
+    alert->setModal(false); // or no ring window could be answered meanwhile
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(escapedText(url.toDisplayString(QUrl::PreferLocalFile)));
@@ -227,6 +229,7 @@ void bfApp::showUpdate(const Release& release) {
     const auto alert =
         new QMessageBox(QMessageBox::Information, QStringLiteral("Dorvane"),
                         QStringLiteral("Dorvane %1 is available.").arg(release.version));
+    alert->setModal(false); // or no ring window could be answered meanwhile
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setAttribute(Qt::WA_ShowWithoutActivating);
     alert->setTextFormat(Qt::PlainText);

@@ -38,6 +38,7 @@ std::unique_ptr<QMessageBox> alert(QMessageBox::Icon icon, const QString& messag
     auto box = std::make_unique<QMessageBox>(icon, QStringLiteral("Dorvane"),
                                              QStringLiteral("<b>%1</b>").arg(message));
     box->setTextFormat(Qt::RichText);
+    box->setModal(false); // or no ring window could be answered meanwhile
     return box;
 }
 
