@@ -140,8 +140,9 @@ void ModuleSpeechService::render(
     m_rendering.push_back(cancelled);
     m_worker.start([this, words = words, chosen, cancelled, receive = std::move(receive)] {
         QString error;
+        const bool isToBeHeard = !*cancelled && !words.trimmed().isEmpty();
         const QByteArray wave =
-            *cancelled ? QByteArray() : m_module->render(words, chosen, *cancelled, error);
+            isToBeHeard ? m_module->render(words, chosen, *cancelled, error) : QByteArray();
         if (!error.isEmpty())
             qCWarning(logPlatform).noquote()
                 << "cannot speak as" << chosen.name + QStringLiteral(":") << error;
@@ -158,7 +159,7 @@ void ModuleSpeechService::play(std::uint64_t number, std::unique_ptr<Sound> soun
     const auto found = m_announcements.find(number);
     if (found == m_announcements.end())
         return;
-    sound->setFinished([this, number](bool) { finish(number, true); });
+    sound->setFinished([this, number](bool completed) { finish(number, completed); });
     sound->setVolume(found->second.volume);
     const bool plays = sound->play();
     found->second.sound = std::move(sound);
