@@ -3,17 +3,6 @@
 // it uses: clang-tidy and the fuzz targets are built without this.
 #pragma once
 
-#include <algorithm>
-#include <array>
-#include <chrono>
-#include <functional>
-#include <map>
-#include <memory>
-#include <optional>
-#include <utility>
-#include <variant>
-#include <vector>
-
 #include <QByteArray>
 #include <QDateTime>
 #include <QDebug>
@@ -28,3 +17,14 @@
 #include <QTime>
 #include <QUrl>
 #include <QVariant>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <variant>
+#include <vector>

@@ -101,8 +101,9 @@ TEST_F(RingingTest, alertSoundPlaysThreeTimesWhateverTheUserDoes) {
     m_ringer.deactivateAlarm(tea);
     loop.advance(10s);
     EXPECT_THAT(trace.events(),
-                ElementsAre("0 flash", "0 ping play", "500 no flash", "1000 ping finished", "1000 ping play",
-                            "2000 ping finished", "2000 ping play", "3000 ping finished"));
+                ElementsAre("0 flash", "0 ping play", "500 no flash", "1000 ping finished",
+                            "1000 ping play", "2000 ping finished", "2000 ping play",
+                            "3000 ping finished"));
 }
 
 TEST_F(RingingTest, otherSoundPlaysOnceAndStopsWithItsAlarmOrFades) {
