@@ -30,7 +30,7 @@ protected:
     }
 
     // A name of a key as in "Tab", "Alt+W" or "Space", or '=' and a text to type.
-    void press(std::initializer_list<const char*> keys, QWidget* window = nullptr) {
+    void press(const std::vector<const char*>& keys, QWidget* window = nullptr) {
         for (const char* key : keys) {
             QWidget* focus = (window ? window : &editor)->focusWidget();
             ASSERT_NE(focus, nullptr) << key;
@@ -403,7 +403,7 @@ TEST_F(AlarmSetControllerTest, setsTheNextTimeThatClocksShow) {
     store({.title = "Tea", .kind = Alarm::Dated, .time = "10-01 07:00", .everyDay = true});
     store({.title = "Bus", .kind = Alarm::Dated, .time = "10-01 07:00"});
     const struct {
-        std::vector<std::initializer_list<const char*>> keys;
+        std::vector<std::vector<const char*>> keys;
         const char* due;
     } cases[] = {
         {{{"=Tea", "Alt+D", "Tab", "Tab", "=7:00"}, {"Alt+E"}}, "11-19 07:00+01"},
