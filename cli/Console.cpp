@@ -7,13 +7,19 @@ namespace dorvane {
 
 namespace {
 
+// Joins letters and the parts of an emoji, or sets a text apart that is read from right to left.
+bool isForReading(QChar character) {
+    return character == QChar(0x200C) || character == QChar(0x200D) ||
+           (character >= QChar(0x2066) && character <= QChar(0x2069));
+}
+
 // Titles come from mails and calendars, by way of scripts.
 QString harmless(QString line) {
     for (QChar& character : line)
         if (character.isSpace())
             character = u' ';
         else if (character.category() == QChar::Other_Control ||
-                 character.category() == QChar::Other_Format)
+                 (character.category() == QChar::Other_Format && !isForReading(character)))
             character = QChar::ReplacementCharacter;
     return line;
 }

@@ -71,7 +71,7 @@ class CommandsTest(DesktopTest):
                  (PATH, INTERFACE, "AddAlarm", GLib.Variant("(a{sv})", (alarm,)))]
         first = int(time.time()) + 10
         moments = [first + 4 * i for i in range(len(calls))]
-        later = [Alarm(f"Later\n\x1b[2J{i}\x9b", first + 90_000 + i) for i in range(2000)]
+        later = [Alarm(f"Later\n\x1b[2J{i}\x9b\u05d0", first + 90_000 + i) for i in range(2000)]
         self.user.set_running_alarms(*later, *(Alarm(call[2], due) for call, due in zip(calls, moments)))
         program = self.start()
         bus = self.desktop.session_bus
@@ -80,7 +80,9 @@ class CommandsTest(DesktopTest):
                   for _ in range(2)]
         for flood in floods:
             flood.join(moments[-1] + 20 - time.time())
-        for line in self.run_command("list").split("\n")[:-1]:
+        listed = self.run_command("list")
+        self.assertEqual(listed.count("\u2068"), 2000)  # each title turns its own letters round alone
+        for line in listed.split("\n")[:-1]:
             self.assertRegex(line, r"^[a-z0-9]{4}  [^\x00-\x1f\x7f-\x9f]+$")  # nothing steers a terminal
         peak = program.peak_memory()
         self.assertLess(peak, 150 << 20)
