@@ -112,6 +112,13 @@ bool breaksRun() {
     return breakSettings().RespitoStatus() != 0;
 }
 
+// On Wayland no window can ask to be above the others.
+MakeNotice makeNotice() {
+    if (!bfApp::platformName().startsWith(QStringLiteral("wayland")))
+        return {};
+    return [] { return std::make_unique<DesktopNotice>(QDBusConnection::sessionBus()); };
+}
+
 // There is no cycle before the first start.
 BreakOutlook breakOutlook() {
     return breaksRun() ? bfApp::sharedApplication().breakCycle().outlook() : BreakOutlook();
@@ -412,6 +419,7 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
                 },
             .breakOutlook = breakOutlook,
             .showsBreaks = [] { return breakSettings().showRespito() != 0; },
+            .makeNotice = makeNotice(),
         });
     }();
     return *controller;

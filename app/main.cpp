@@ -21,8 +21,6 @@
 #include "platform/linux/state/CrashReport.h"
 #include "platform/linux/tray/PlatformChoice.h"
 
-#include <QDBusConnection>
-
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -77,7 +75,7 @@ int main(int argc, char** argv) {
         return statusOf(standing);
 
     reportCrashes(stateFolder(xdgFolders()), DORVANE_VERSION);
-    choosePlatform(QDBusConnection::sessionBus());
+    choosePlatform();
     DisplayLoss displayLoss;
     bfApp application(argc, argv);
     std::optional<ControlObject> control;

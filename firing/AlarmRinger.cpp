@@ -35,7 +35,7 @@ bool speaks(const Alarm& alarm) {
 
 AlarmRinger::AlarmRinger(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
-    , m_windows(m_surroundings.runLoop, m_surroundings.place)
+    , m_windows(m_surroundings.runLoop, m_surroundings.place, m_surroundings.makeNotice)
     , m_prepared(m_surroundings.runLoop, m_surroundings.player)
     , m_ringing(m_surroundings.runLoop, m_surroundings.output, m_surroundings.inhibitor,
                 [this](const AlarmPtr& alarm) { soundAgain(alarm); }) {

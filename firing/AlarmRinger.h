@@ -45,6 +45,8 @@ public:
         SleepInhibitor& inhibitor;
         // The alert sound that is heard in place of a file that cannot be.
         std::function<QString()> standInPath;
+        // See SnoozeWindowStack.
+        MakeNotice makeNotice = {};
     };
 
     // Becomes the delegate of the text speaker.

@@ -87,6 +87,7 @@ SnoozeWindowController::showCloseTo(SnoozeWindowStack& stack, RunLoop& runLoop,
     controller->m_self = controller;
     controller->setAlarm(alarm);
     stack.add(*controller);
+    controller->showNotice();
     return controller;
 }
 
@@ -131,6 +132,25 @@ void SnoozeWindowController::setAlarm(const AlarmPtr& alarm) {
     const minutes unanswered(std::clamp<qint64>(alarm->snoozeTime(), 1, 24 * 60));
     m_nextAlarmTimer = m_runLoop.scheduleOnce(
         unanswered, [this] { setNextAlarm(); }, RunLoopMode::Common);
+}
+
+// Its answer may end the notification: it is carried out in a turn of its own.
+void SnoozeWindowController::showNotice() {
+    m_notice = m_stack.makeNotice();
+    if (!m_notice)
+        return;
+    const auto snooze = QStringLiteral("snooze");
+    m_notice->show(
+        m_windowAlarm->title(), m_form->timeLabel->text(),
+        {{snooze, QStringLiteral("Snooze")}, {QStringLiteral("clear"), QStringLiteral("Clear")}},
+        [this, snooze, weak = std::weak_ptr(m_self)](const QString& key) {
+            m_runLoop.defer([weak, press = key == snooze
+                                               ? &SnoozeWindowController::snoozeButtonPressed
+                                               : &SnoozeWindowController::clearButtonPressed] {
+                if (const auto self = weak.lock(); self && self->m_window)
+                    (self.get()->*press)();
+            });
+        });
 }
 
 void SnoozeWindowController::setNote(const Note& note) {
@@ -219,6 +239,7 @@ void SnoozeWindowController::close() {
         return;
     m_stack.remove(*this, m_isAnswered ? SnoozeWindowStack::Left::Answered
                                        : SnoozeWindowStack::Left::Otherwise);
+    m_notice.reset();
     m_window->hide();
     // The alarm and its window hold each other: the alarm lets go here.
     if (m_windowAlarm->context().get() == this)

@@ -20,6 +20,7 @@ namespace dorvane {
 
 class SnoozeWindowControllerDelegate;
 class SnoozeWindowStack;
+class Notice;
 class TypingGuard;
 
 // The small window of one ringing alarm: its time, its title, Snooze and Clear. It keeps itself
@@ -65,6 +66,7 @@ private:
 
     void setAlarm(const AlarmPtr& alarm);
     void setNextAlarm();
+    void showNotice();
     void answer(void (SnoozeWindowControllerDelegate::*choice)(SnoozeWindowController&));
 
     SnoozeWindowStack& m_stack;
@@ -74,7 +76,8 @@ private:
     RunLoopTimer m_nextAlarmTimer;
     std::unique_ptr<Ui::SnoozeWindowController> m_form;
     std::unique_ptr<QWidget> m_window;
-    TypingGuard* m_typingGuard; // the window's
+    std::unique_ptr<Notice> m_notice; // null where nothing hides the window
+    TypingGuard* m_typingGuard;       // the window's
     bool m_isAnswered = false;
     std::shared_ptr<SnoozeWindowController> m_self; // until closed
 };

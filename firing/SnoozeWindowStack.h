@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Lifeline.h"
+#include "platform/Notice.h"
 
 #include <QPoint>
 #include <QSize>
@@ -21,8 +22,15 @@ class WindowPlace;
 // one is answered. Main thread only.
 class SnoozeWindowStack {
 public:
-    // All must outlive the stack, and the stack its windows.
-    SnoozeWindowStack(RunLoop& runLoop, WindowPlace& place) : m_runLoop(runLoop), m_place(place) {}
+    // All must outlive the stack, and the stack its windows. `makeNotice` is empty where windows
+    // stay above others.
+    SnoozeWindowStack(RunLoop& runLoop, WindowPlace& place, MakeNotice makeNotice = {})
+        : m_runLoop(runLoop), m_place(place), m_makeNotice(std::move(makeNotice)) {}
+
+    // What goes with a window that others may hide; null for nothing.
+    [[nodiscard]] std::unique_ptr<Notice> makeNotice() const {
+        return m_makeNotice ? m_makeNotice() : nullptr;
+    }
 
     // Shows the window, or has it wait for its place.
     void add(SnoozeWindowController& window);
@@ -41,6 +49,7 @@ private:
 
     RunLoop& m_runLoop;
     WindowPlace& m_place;
+    const MakeNotice m_makeNotice;
     std::vector<SnoozeWindowController*> m_slots; // null where a window has gone
     std::deque<SnoozeWindowController*> m_waiting;
     Lifeline<SnoozeWindowStack> m_lifeline{*this};

@@ -43,9 +43,12 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
                 .output = m_surroundings.soundOutput,
                 .inhibitor = m_surroundings.sleepInhibitor,
                 // Not the library's, which may have been cleared away with the other caches.
-                .standInPath = [this] {
-                    return m_surroundings.bundle.resourcePath(QStringLiteral("Sounds/Ping.aiff"));
-                }}) {
+                .standInPath =
+                    [this] {
+                        return m_surroundings.bundle.resourcePath(
+                            QStringLiteral("Sounds/Ping.aiff"));
+                    },
+                .makeNotice = m_surroundings.makeNotice}) {
     m_surroundings.appearance.setChanged([this] { darkModeChanged(); });
     darkModeChanged();
     m_menuObservation = m_surroundings.notifications.addObserver(

@@ -78,6 +78,8 @@ public:
         // there are none.
         std::function<BreakOutlook()> breakOutlook = {};
         std::function<bool()> showsBreaks = {};
+        // See SnoozeWindowStack.
+        MakeNotice makeNotice = {};
     };
 
     // Shows the icon with its menu.

@@ -4,11 +4,13 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace dorvane {
 
-// One notification of the desktop's that can be answered and taken back. Main thread only.
+// One notification of the desktop's that can be answered and taken back. Destroying it takes it
+// back. Main thread only.
 class Notice {
 public:
     struct Action {
@@ -24,5 +26,8 @@ public:
                       std::function<void(const QString& key)> chosen) = 0;
     virtual void withdraw() = 0;
 };
+
+// Makes one that is not shown yet.
+using MakeNotice = std::function<std::unique_ptr<Notice>()>;
 
 } // namespace dorvane

@@ -89,8 +89,30 @@ protected:
     FakeSleepInhibitor m_inhibitor;
     AlarmRinger m_ringer{{loop, player, m_repeat, m_speaker, *this, *this, *this,
                           [](const QString& path) { return path == u"ping"_qs; }, m_output,
-                          m_inhibitor, [] { return u"ping"_qs; }}};
+                          m_inhibitor, [] { return u"ping"_qs; },
+                          [this]() -> std::unique_ptr<Notice> {
+                              return m_isHidden ? std::make_unique<FakeNotice>(*this) : nullptr;
+                          }}};
     std::vector<AlarmPtr> m_alarms;
+    bool m_isHidden = false; // windows, by others
+    std::function<void(const QString& key)> m_chosen;
+
+private:
+    class FakeNotice final : public Notice {
+    public:
+        explicit FakeNotice(RingingTest& test) : m_test(test) {}
+        ~FakeNotice() override { withdraw(); }
+        void show(const QString& title, const QString& text, const std::vector<Action>& actions,
+                  std::function<void(const QString& key)> chosen) override {
+            m_test.trace.add(
+                u"notice: %1, %2, %3, %4"_qs.arg(title, text, actions[0].label, actions[1].label));
+            m_test.m_chosen = std::move(chosen);
+        }
+        void withdraw() override { m_test.trace.add(u"no notice"_qs); }
+
+    private:
+        RingingTest& m_test;
+    };
 };
 
 TEST_F(RingingTest, alertSoundPlaysThreeTimesWhateverTheUserDoes) {
@@ -104,6 +126,18 @@ TEST_F(RingingTest, alertSoundPlaysThreeTimesWhateverTheUserDoes) {
                 ElementsAre("0 flash", "0 ping play", "500 no flash", "1000 ping finished",
                             "1000 ping play", "2000 ping finished", "2000 ping play",
                             "3000 ping finished"));
+}
+
+TEST_F(RingingTest, aWindowThatOthersMayHideHasANotificationThatAnswersIt) {
+    m_isHidden = true;
+    ring({.title = "tea", .sound = nullptr});
+    loop.runPending();
+    m_chosen(u"clear"_qs);
+    loop.runPending();
+    m_chosen(u"snooze"_qs); // too late
+    loop.runPending();
+    EXPECT_THAT(trace.events(), ElementsAre("0 notice: tea, Tue, 7:30, Snooze, Clear", "0 flash",
+                                            "0 tea cleared", "0 no notice"));
 }
 
 TEST_F(RingingTest, otherSoundPlaysOnceAndStopsWithItsAlarmOrFades) {

@@ -6,6 +6,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QPointer>
 
 #include <utility>
 
@@ -37,28 +38,30 @@ void DesktopNotice::show(const QString& title, const QString& text,
                         {QStringLiteral("desktop-entry"),
                          QStringLiteral("com.brackenfold.Dorvane")}}
          << 0;
-    const auto answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, show = ++m_shows] {
-        answer->deleteLater();
-        const QDBusPendingReply<uint> reply = *answer;
-        if (reply.isError())
-            qCWarning(logPlatform).noquote()
-                << "no notification is shown:" << reply.error().message();
-        else if (show == m_shows && m_chosen)
-            m_id = reply.value();
-        else
-            close(reply.value()); // it was taken back meanwhile
-    });
+    const auto answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call));
+    // It may be taken back, or this be gone, before the answer is there.
+    connect(answer, &QDBusPendingCallWatcher::finished, answer,
+            [answer, bus = m_bus, self = QPointer(this), show = ++m_shows] {
+                answer->deleteLater();
+                const QDBusPendingReply<uint> reply = *answer;
+                if (reply.isError())
+                    qCWarning(logPlatform).noquote()
+                        << "no notification is shown:" << reply.error().message();
+                else if (self && show == self->m_shows && self->m_chosen)
+                    self->m_id = reply.value();
+                else
+                    close(bus, reply.value());
+            });
 }
 
 void DesktopNotice::withdraw() {
     m_chosen = {};
     if (const uint id = std::exchange(m_id, 0); id != 0)
-        close(id);
+        close(m_bus, id);
 }
 
-void DesktopNotice::close(uint id) {
-    m_bus.send(
+void DesktopNotice::close(const QDBusConnection& bus, uint id) {
+    bus.send(
         QDBusMessage::createMethodCall(service, path, service, QStringLiteral("CloseNotification"))
         << id);
 }

@@ -14,6 +14,7 @@ class DesktopNotice final : public QObject, public Notice {
 
 public:
     explicit DesktopNotice(QDBusConnection bus) : m_bus(std::move(bus)) {}
+    ~DesktopNotice() override { withdraw(); }
 
     void show(const QString& title, const QString& text, const std::vector<Action>& actions,
               std::function<void(const QString& key)> chosen) override;
@@ -23,7 +24,7 @@ private Q_SLOTS:
     void actionInvoked(uint id, const QString& key);
 
 private:
-    void close(uint id);
+    static void close(const QDBusConnection& bus, uint id);
 
     QDBusConnection m_bus;
     std::function<void(const QString& key)> m_chosen; // while one is shown

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/tray/NotifierHostWatcher.h"
 
+#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
@@ -35,17 +36,14 @@ NotifierHostWatcher::NotifierHostWatcher(QDBusConnection bus, std::function<void
 
 NotifierHostWatcher::~NotifierHostWatcher() = default;
 
-QDBusMessage NotifierHostWatcher::question() {
+// Starts nothing.
+void NotifierHostWatcher::ask() {
     QDBusMessage get = QDBusMessage::createMethodCall(
         watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("Get"));
     get << watcherService << QStringLiteral("IsStatusNotifierHostRegistered");
     get.setAutoStartService(false);
-    return get;
-}
-
-void NotifierHostWatcher::ask() {
-    m_call = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(question()));
+    m_call = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(get));
     connect(m_call.get(), &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher* call) { answered(*call); });
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QObject>
 #include <QString>
 
@@ -25,9 +24,6 @@ public:
     // `changed` is called after host() changed, never from inside this constructor.
     NotifierHostWatcher(QDBusConnection bus, std::function<void()> changed);
     ~NotifierHostWatcher() override;
-
-    // The call whose answer, a boolean, says whether such a panel is there. Starts nothing.
-    [[nodiscard]] static QDBusMessage question();
 
     [[nodiscard]] Host host() const { return m_host; }
 

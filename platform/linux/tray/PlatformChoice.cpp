@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/tray/PlatformChoice.h"
 
-#include "platform/linux/tray/NotifierHostWatcher.h"
+#include <QByteArray>
+#include <QStringList>
 
-#include <QDBusMessage>
-#include <QDBusReply>
-#include <QDBusVariant>
+#include <algorithm>
 
 namespace dorvane {
 
@@ -13,25 +12,20 @@ namespace {
 
 constexpr auto platformVariable = "QT_QPA_PLATFORM";
 
-bool isGnomeOnWayland() {
-    return qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && qEnvironmentVariableIsSet("DISPLAY") &&
-           qEnvironmentVariable("XDG_CURRENT_DESKTOP")
-               .split(u':')
-               .contains(QLatin1String("GNOME"), Qt::CaseInsensitive);
-}
-
-bool showsIcons(const QDBusConnection& bus) {
-    constexpr int longestWait = 200; // ms
-    const QDBusReply<QDBusVariant> reply =
-        bus.call(NotifierHostWatcher::question(), QDBus::Block, longestWait);
-    return reply.isValid() && reply.value().variant().toBool();
+bool isGnomeOrPlasma() {
+    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
+    return std::any_of(desktops.begin(), desktops.end(), [](const QString& desktop) {
+        return desktop.compare(QLatin1String("GNOME"), Qt::CaseInsensitive) == 0 ||
+               desktop.compare(QLatin1String("KDE"), Qt::CaseInsensitive) == 0;
+    });
 }
 
 } // namespace
 
-void choosePlatform(const QDBusConnection& sessionBus) {
-    if (!qEnvironmentVariableIsSet(platformVariable) && isGnomeOnWayland() &&
-        !showsIcons(sessionBus))
+void choosePlatform() {
+    const bool hasBoth =
+        qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && qEnvironmentVariableIsSet("DISPLAY");
+    if (hasBoth && isGnomeOrPlasma() && !qEnvironmentVariableIsSet(platformVariable))
         qputenv(platformVariable, "xcb;wayland"); // an X server may refuse us
 }
 

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QDBusConnection>
-
 namespace dorvane {
 
-// Before there is an application object: where the floating clock will have to do and the desktop
-// would neither let it choose its place nor stay above other windows, has the program shown over
-// X11, which lets it. That is GNOME on Wayland without an extension for icons. Waits for the bus
-// there, and for at most a fifth of a second. Leaves alone what the user has set.
-void choosePlatform(const QDBusConnection& sessionBus);
+// Before there is an application object: on Wayland no window chooses its place nor stays above
+// others, so that the window of a ring opens anywhere and is gone with the next click. GNOME and
+// Plasma bring an X server along, over which both are to be had: the program is shown there if that
+// is possible. Leaves alone what the user has set.
+void choosePlatform();
 
 } // namespace dorvane
