@@ -8,6 +8,7 @@
 #include "platform/UserDefaults.h"
 #include "ui_PendixRespitoWindowsController.h"
 
+#include <QApplication>
 #include <QSignalBlocker>
 
 namespace dorvane {
@@ -48,8 +49,13 @@ void BreakNumbers::wire(const Row& row) {
     });
     QObject::connect(row.field, &QLineEdit::textEdited, row.field,
                      [this, row] { controlTextDidChange(row); });
-    QObject::connect(row.field, &QLineEdit::editingFinished, row.field,
+    QObject::connect(row.field, &QLineEdit::returnPressed, row.field,
                      [this, row] { controlTextDidEnd(row); });
+    // Not editingFinished(), which keeps silent when the window loses the focus or is closed.
+    QObject::connect(qApp, &QApplication::focusChanged, row.field, [this, row](QWidget* before) {
+        if (before == row.field)
+            controlTextDidEnd(row);
+    });
 }
 
 void BreakNumbers::show() {
@@ -112,19 +118,18 @@ void BreakNumbers::changeRepeatFreq() {
     m_services.settings.writePrefsAndSync();
 }
 
-// What lies outside the range may be on the way to a number inside: it holds when it is finished.
+// What is typed is on the way to a number until it is finished: the 6 of a 60 must end no break.
 void BreakNumbers::controlTextDidChange(const Row& row) {
     row.hint->setText(row.formatter->range());
-    if (row.formatter->takes(row.field->text()))
-        take(row, row.formatter->nearest(row.field->text()));
 }
 
 // A number that is taken as another says so; a field that was left empty shows again what holds.
 void BreakNumbers::controlTextDidEnd(const Row& row) {
     const QString typed = row.field->text();
-    if (!typed.isEmpty() && !row.formatter->takes(typed)) {
+    if (row.field->isModified() && !typed.isEmpty()) {
         take(row, row.formatter->nearest(typed));
-        row.hint->setText(row.formatter->objection(typed));
+        if (!row.formatter->takes(typed))
+            row.hint->setText(row.formatter->objection(typed));
     }
     row.field->setText(QString::number(row.slider->value()));
 }

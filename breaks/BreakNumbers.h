@@ -13,7 +13,8 @@ namespace dorvane {
 struct BreakWindowServices;
 
 // The three numbers of the break preferences window, each a slider and a field in step. What the
-// user changes is stored at once. Belongs to the window, whose controls it has.
+// user changes is stored at once, what is typed when it is finished: with Return, or when the field
+// or the window is left. Belongs to the window, whose controls it has.
 class BreakNumbers {
 public:
     // Both must outlive this.

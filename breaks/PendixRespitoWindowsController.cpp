@@ -101,16 +101,15 @@ void PendixRespitoWindowsController::windowDidLoad() {
 }
 
 void PendixRespitoWindowsController::connectControls() {
+    // A letter that presses a button leaves the field in which a number is typed, as a click does.
     const auto onClick = [this](QAbstractButton* button,
                                 void (PendixRespitoWindowsController::*action)()) {
-        QObject::connect(button, &QAbstractButton::clicked, m_window.get(),
-                         [this, action] { (this->*action)(); });
+        QObject::connect(button, &QAbstractButton::clicked, m_window.get(), [this, button, action] {
+            button->setFocus();
+            (this->*action)();
+        });
     };
-    // As the menu does: the breaks that follow count from here.
-    QObject::connect(m_form->startRespito, &QPushButton::clicked, m_window.get(), [this] {
-        enableRespito();
-        m_services.cycle.enableRespito();
-    });
+    onClick(m_form->startRespito, &PendixRespitoWindowsController::startButtonPushed);
     onClick(m_form->stopRespito, &PendixRespitoWindowsController::stopRespito);
     onClick(m_form->skipRespito, &PendixRespitoWindowsController::skipRespito);
     onClick(m_form->IsBreakEnabled, &PendixRespitoWindowsController::changeShowRespito);
@@ -174,6 +173,12 @@ void PendixRespitoWindowsController::enableRespito() {
     settings.setRespitoStatus(1);
     settings.writePrefsAndSync();
     m_services.cycle.startBreakTimer(settings.takeABreakFrequency());
+}
+
+// As the menu does: the breaks that follow count from here.
+void PendixRespitoWindowsController::startButtonPushed() {
+    enableRespito();
+    m_services.cycle.enableRespito();
 }
 
 void PendixRespitoWindowsController::stopRespito() {

@@ -59,6 +59,7 @@ private:
     void loadWindow();
     void windowDidLoad();
     void connectControls();
+    void startButtonPushed();
     void changeShowRespito();
     void changePausesWhileAway();
     void showStatus();

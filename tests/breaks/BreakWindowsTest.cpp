@@ -66,35 +66,45 @@ TEST_F(BreakWindowsTest, SlidersAndFieldsGoTogetherAndAreStored) {
     EXPECT_FALSE(stored("NextDate").isValid());
 }
 
-TEST_F(BreakWindowsTest, ANumberThatIsTakenAsAnotherSaysSo) {
+// Nothing of a number holds while it is typed, and all of it however the field is left.
+TEST_F(BreakWindowsTest, ANumberHoldsWhenItIsFinishedAndSaysWhatItIsTakenAs) {
     respito.showWindow();
+    auto& field = *find<QLineEdit>("textBreakFreq");
+    const auto leave = [&] { QTest::keyClick(&field, Qt::Key_Return); };
     const struct {
         const char* typed;
-        int takenWhileTyping;
         const char* field;
         const char* hint;
+        std::function<void()> leave;
     } table[] = {
-        {"45", 45, "45", "5 to 300"},
-        {"10", 10, "10", "5 to 300"},
-        {"4", 10, "5", "not 4: at least 5"},
-        {"400", 40, "300", "not 400: at most 300"},
-        {"99999999999", 9 * 11, "300", "not 99999999999: at most 300"},
-        {"", 300, "300", "5 to 300"},
-        {"6a0", 60, "60", "5 to 300"},
+        {"45", "45", "5 to 300", leave},
+        {"10", "10", "5 to 300", [&] { find<QWidget>("cancelRespito")->setFocus(); }},
+        {"4", "5", "not 4: at least 5", leave},
+        {"40", "40", "5 to 300", [&] { respito.window()->close(); }},
+        {"400", "300", "not 400: at most 300", leave},
+        {"99999999999", "300", "not 99999999999: at most 300", leave},
+        {"", "300", "5 to 300", leave},
+        {"6a0", "60", "5 to 300", [&] { click("startRespito"); }}, // as by its letter
     };
+    int before = 25;
     for (const auto& row : table) {
         SCOPED_TRACE(row.typed);
-        auto& field = *find<QLineEdit>("textBreakFreq");
+        respito.showWindow();
+        QApplication::processEvents();
+        field.setFocus();
         field.selectAll();
         QTest::keyClick(&field, Qt::Key_Backspace);
         QTest::keyClicks(&field, QString::fromLatin1(row.typed));
-        EXPECT_EQ(stored("PendixTakeABreakFrequency").toInt(), row.takenWhileTyping);
-        QTest::keyClick(&field, Qt::Key_Return);
+        EXPECT_EQ(find<QSlider>("breakFreqSlider")->value(), before);
+        row.leave();
+        QApplication::processEvents();
         EXPECT_EQ(field.text(), QLatin1String(row.field));
         EXPECT_EQ(find<QLabel>("breakFreqHint")->text(), QLatin1String(row.hint));
         EXPECT_EQ(stored("PendixTakeABreakFrequency").toInt(), field.text().toInt());
-        EXPECT_EQ(find<QSlider>("breakFreqSlider")->value(), field.text().toInt());
+        before = field.text().toInt();
+        EXPECT_EQ(find<QSlider>("breakFreqSlider")->value(), before);
     }
+    EXPECT_EQ(cycle.outlook().moment, loop.now().addSecs(3600)) << "started with what was typed";
     EXPECT_EQ(trace.events(), std::vector<std::string>{"0 beep"});
 }
 
