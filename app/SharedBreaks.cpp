@@ -23,16 +23,13 @@ namespace dorvane {
 
 namespace {
 
-// The reminder's own window, or else the one that is being worked in.
+// The window that is being worked in. Any other may lie on another workspace, and the sheet would
+// go there with it.
 QWidget* sheetParent() {
-    for (QWidget* window :
-         {PendixRespitoWindowsController::sharedRespito().window(), bfApp::activeWindow()}) {
-        const bool isOrdinary =
-            window && (window->windowType() == Qt::Window || window->windowType() == Qt::Dialog);
-        if (isOrdinary && window->isVisible() && !window->isMinimized())
-            return window;
-    }
-    return nullptr;
+    QWidget* const window = bfApp::activeWindow();
+    const bool isOrdinary =
+        window && (window->windowType() == Qt::Window || window->windowType() == Qt::Dialog);
+    return isOrdinary ? window : nullptr;
 }
 
 // On Wayland no window can ask to be above the others.

@@ -64,6 +64,10 @@ class BreaksTest(DesktopTest):
         self.choose("Start")
         time.sleep(3)
         self.choose("Stop")  # or the first sheet comes three seconds early
+        self.choose("Preferences...")  # which stays behind, and must not keep the sheet there
+        wait_for("the settings", lambda: self.sheets(program))
+        self.desktop.screen.go_to_workspace(1)
+        wait_for("the other workspace", lambda: not self.sheets(program))
         self.choose("Start")
         since = time.monotonic()
         for _ in range(BREAKS):
@@ -72,7 +76,7 @@ class BreaksTest(DesktopTest):
             since = time.monotonic()
             self.be_there()
             self.assertAlmostEqual(sheet.rect.centre[0], SIZE[0] / 2, delta=20)
-            self.assertRegex("\n".join(self.window(program, "Respito")),
+            self.assertRegex("\n".join(self.window(program, "Done")),
                              r"(?m)^Take a break for 0[012]:\d\d mins$")
             wait_for("the end of the break", lambda: not self.sheets(program), BREAK + 2)
             self.assertAlmostEqual(time.monotonic() - since, BREAK, delta=1.5)

@@ -78,6 +78,11 @@ class Screen:
         """Presses keys named as in X, for example "Down" or "Escape"."""
         self._do("key", "--delay", "30", *keys)
 
+    def go_to_workspace(self, number: int) -> None:
+        """Counted from 0; the first time, one is added to the first."""
+        self._do("set_num_desktops", "2")
+        self._do("set_desktop", str(number))
+
     def windows(self, title: str = "", pid: int | None = None) -> list[Window]:
         """The visible windows whose title matches and that belong to the process."""
         owner = [] if pid is None else ["--pid", str(pid)]
