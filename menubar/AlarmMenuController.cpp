@@ -119,7 +119,7 @@ void AlarmMenuController::menuWillAppear() {
 
 void AlarmMenuController::darkModeChanged() {
     m_statusView.setBackgroundImage(m_surroundings.bundle.resourcePath(
-        m_surroundings.appearance.isDark() ? QStringLiteral("images/ClockIconWhite.svg")
+        m_surroundings.appearance.isPanelDark() ? QStringLiteral("images/ClockIconWhite.svg")
                                            : QStringLiteral("images/ClockIcon.svg")));
 }
 

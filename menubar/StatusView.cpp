@@ -19,8 +19,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int fullCircle = 60;  // minutes
-constexpr int pictureSize = 22; // pixels
+constexpr int fullCircle = 60; // minutes
 
 // The length of the wedge: minutes, rounded up.
 int minutesUntil(const Alarm& alarm, Instant moment) {
@@ -71,8 +70,9 @@ void StatusView::display() {
     if (m_shown && *m_shown == m_wedge)
         return;
     m_shown = m_wedge;
-    m_item.setIcon(m_picture.image(m_wedge, pictureSize),
-                   m_picture.image(m_wedge, 2 * pictureSize));
+    using Sizes = StatusItem::IconSizes;
+    m_item.setIcon([this, wedge = m_wedge](int pixels) { return m_picture.image(wedge, pixels); },
+                   m_flashTimer ? Sizes::Few : Sizes::All);
 }
 
 void StatusView::updateStatusView() {
@@ -148,6 +148,7 @@ void StatusView::stopFlashing() {
     if (!m_flashTimer)
         return;
     m_flashTimer.cancel();
+    m_shown.reset(); // of few sizes
     tellAttention();
     m_action = {};
     setAngleEnd(0, 0);

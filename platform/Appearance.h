@@ -12,7 +12,10 @@ public:
 
     [[nodiscard]] virtual bool isDark() const = 0;
 
-    // Called after isDark() changed.
+    // Of the panel, which some desktops have dark always.
+    [[nodiscard]] virtual bool isPanelDark() const { return isDark(); }
+
+    // Called after isDark() changed, and with it perhaps isPanelDark().
     virtual void setChanged(std::function<void()> changed) = 0;
 };
 

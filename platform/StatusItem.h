@@ -21,9 +21,13 @@ class StatusItem {
 public:
     virtual ~StatusItem() = default;
 
-    // A square picture of 22 pixels for screens of ordinary density, and of 44 for those of twice
-    // as much: a panel knows its own. It is told only when the pixels differ from what it shows.
-    virtual void setIcon(const QImage& single, const QImage& doubled) = 0;
+    // Draws the icon as a square of so many pixels a side; must do so until another one is set.
+    using DrawIcon = std::function<QImage(int pixels)>;
+    // A panel takes of several sizes the one that its own is nearest to. Of an icon that changes
+    // all the time it is sent few.
+    enum class IconSizes { All, Few };
+    // It is told only when the pixels differ from what it shows.
+    virtual void setIcon(const DrawIcon& draw, IconSizes sizes) = 0;
     virtual void setToolTip(const QString& text) = 0;
     // Whether the panel is to show the icon even if it hides others.
     virtual void setNeedsAttention(bool needsAttention) = 0;

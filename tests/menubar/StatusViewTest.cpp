@@ -119,8 +119,10 @@ TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {
     watch(4); // our menu is open
     m_loop.endEventTracking();
     watch(2);
+    EXPECT_EQ(m_item.iconSizes, StatusItem::IconSizes::Few);
     view.stopFlashing();
     trace += glance();
+    EXPECT_EQ(m_item.iconSizes, StatusItem::IconSizes::All);
     m_loop.advance(100ms);
     trace += glance();
     // Standing still while the menu is open, then catching up with one flash.

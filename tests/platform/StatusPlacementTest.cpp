@@ -65,10 +65,10 @@ TEST(StatusPlacementTest, theFloatingClockIsAlwaysWithinReach) {
         std::optional<QPoint> wanted;
         QPoint place;
     } cases[] = {
-        {"top right of the first screen at first", std::nullopt, {-66, 42}},
+        {"top right of the first screen at first", std::nullopt, {-66, 94}},
         {"out from under the panel", QPoint(-500, 2), {-500, 30}},
         {"half over the edge", QPoint(970, 580), {946, 546}},
-        {"on a screen that is gone", QPoint(2500, 300), {-66, 42}},
+        {"on a screen that is gone", QPoint(2500, 300), {-66, 94}},
     };
     for (const auto& each : cases)
         EXPECT_EQ(floatingPlace(each.wanted, {54, 54}, {topPanel, {other, other}}), each.place)

@@ -119,7 +119,7 @@ TEST_F(TrayTest, aClockFloatsWhereItWasLeftWhenNoPanelComes) {
     TrayStatusItem item(loop, defaults, QDBusConnection(u"none"_qs));
     loop.advance(6s);
     ASSERT_NE(floatingClock(), nullptr);
-    EXPECT_EQ(floatingClock()->pos(), QPoint(534, 112));
+    EXPECT_EQ(floatingClock()->pos(), QPoint(534, 164));
 }
 
 // Collects the signals of our item.
@@ -174,7 +174,8 @@ TEST_F(TrayTest, aPanelIsToldOfDifferencesAlone) {
     Watcher watcher(m_theirs, true);
     TrayStatusItem item(loop, defaults, m_ours);
     const auto setIcon = [&](QColor single, QColor doubled) {
-        item.setIcon(square(22, single), square(44, doubled));
+        item.setIcon([=](int pixels) { return square(pixels, pixels > 22 ? doubled : single); },
+                     StatusItem::IconSizes::Few);
     };
     setIcon(Qt::red, Qt::blue);
     Panel panel(m_theirs, taken(loop, watcher));

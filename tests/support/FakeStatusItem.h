@@ -11,8 +11,9 @@ namespace dorvane::testing {
 // A place in the status area that remembers what it was given. Its pop-up opens at 100, 100.
 class FakeStatusItem final : public StatusItem {
 public:
-    void setIcon(const QImage& single, const QImage& /*doubled*/) override {
-        m_shown = single;
+    void setIcon(const DrawIcon& draw, IconSizes sizes) override {
+        m_shown = draw(22);
+        iconSizes = sizes;
         ++iconsSent;
     }
     void setToolTip(const QString& text) override { toolTips << text; }
@@ -39,6 +40,7 @@ public:
     void press() const { m_pressed(); }
 
     int iconsSent = 0;
+    IconSizes iconSizes = IconSizes::All;
     bool needsAttention = false;
     int popUps = 0;
     QStringList toolTips;

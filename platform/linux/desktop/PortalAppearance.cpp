@@ -43,6 +43,13 @@ PortalAppearance::PortalAppearance(QDBusConnection sessionBus)
     ask();
 }
 
+// GNOME's bar is black in both.
+bool PortalAppearance::isPanelDark() const {
+    return m_dark || qEnvironmentVariable("XDG_CURRENT_DESKTOP")
+                         .split(u':')
+                         .contains(QLatin1String("GNOME"), Qt::CaseInsensitive);
+}
+
 void PortalAppearance::setChanged(std::function<void()> changed) {
     m_changed = std::move(changed);
 }

@@ -25,6 +25,7 @@ public:
     explicit PortalAppearance(QDBusConnection sessionBus);
 
     [[nodiscard]] bool isDark() const override { return m_dark; }
+    [[nodiscard]] bool isPanelDark() const override;
     void setChanged(std::function<void()> changed) override;
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -19,9 +19,8 @@ NotifierPixmap pixmapOf(const QImage& image) {
 
 NotifierPixmaps pixmapsOf(const IconPicture& picture) {
     NotifierPixmaps pixmaps;
-    for (const QImage& image : {picture.single, picture.doubled})
-        if (!image.isNull())
-            pixmaps.push_back(pixmapOf(image));
+    for (const QImage& image : picture.images())
+        pixmaps.push_back(pixmapOf(image));
     return pixmaps;
 }
 

@@ -10,7 +10,8 @@ namespace {
 
 constexpr int iconLength = 22;     // along the panel
 constexpr int thickestPanel = 96;  // of those that reserve no place
-constexpr int floatingMargin = 12; // to the edges of the screen
+constexpr int floatingMargin = 12; // to the edge of the screen
+constexpr int firstDrop = 64;      // below the buttons of a window that fills the screen
 
 struct Strip {
     PanelEdge edge;
@@ -149,8 +150,7 @@ QPoint floatingPlace(std::optional<QPoint> wanted, QSize window, const QList<Scr
             return pulledInside(*wanted, window, most->available);
     }
     const QRect& free = screens.first().available;
-    const QPoint corner(free.right() + 1 - window.width() - floatingMargin,
-                        free.top() + floatingMargin);
+    const QPoint corner(free.right() + 1 - window.width() - floatingMargin, free.top() + firstDrop);
     return pulledInside(corner, window, free);
 }
 

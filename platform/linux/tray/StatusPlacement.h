@@ -41,8 +41,8 @@ enum class PanelEdge { Top, Bottom, Left, Right };
 // corner where panels have their status area.
 [[nodiscard]] QPoint hangingPlace(const QRect& icon, QSize window, const ScreenArea& screen);
 
-// The place of a floating window: `wanted`, pulled into the screen it is mostly on, or the top
-// right corner of the first screen when it is on none. `screens` is not empty.
+// The place of a floating window: `wanted`, pulled into the screen it is mostly on, or at the
+// right of the first screen, near the top, when it is on none. `screens` is not empty.
 [[nodiscard]] QPoint floatingPlace(std::optional<QPoint> wanted, QSize window,
                                    const QList<ScreenArea>& screens);
 

@@ -34,13 +34,6 @@ bool pointerIsKnown() {
     return onX11() && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
 }
 
-QIcon iconOf(const IconPicture& picture) {
-    QIcon icon;
-    for (const QImage& image : {picture.single, picture.doubled})
-        icon.addPixmap(QPixmap::fromImage(image));
-    return icon;
-}
-
 std::optional<QPoint> placeFromText(const QString& text) {
     const QStringList numbers = text.split(QLatin1Char(' '));
     bool okX = false;
@@ -65,17 +58,17 @@ TrayStatusItem::TrayStatusItem(RunLoop& runLoop, UserDefaults& defaults, QDBusCo
 
 TrayStatusItem::~TrayStatusItem() = default;
 
-void TrayStatusItem::setIcon(const QImage& single, const QImage& doubled) {
-    const IconPicture picture{single, doubled};
+void TrayStatusItem::setIcon(const DrawIcon& draw, IconSizes sizes) {
+    IconPicture picture(draw, sizes);
     if (picture == m_picture)
         return;
-    m_picture = picture;
+    m_picture = std::move(picture);
     if (m_notifier)
         m_notifier->setPicture(m_picture);
     if (m_trayIcon)
-        m_trayIcon->setIcon(iconOf(m_picture));
+        m_trayIcon->setIcon(m_picture.icon());
     if (m_clock)
-        m_clock->setIcon(iconOf(m_picture));
+        m_clock->setIcon(m_picture.icon());
 }
 
 void TrayStatusItem::setToolTip(const QString& text) {
@@ -218,7 +211,7 @@ void TrayStatusItem::makeNotifier() {
 
 // Without a menu of its own: either button opens our pop-up.
 void TrayStatusItem::makeTrayIcon() {
-    m_trayIcon = std::make_unique<QSystemTrayIcon>(iconOf(m_picture));
+    m_trayIcon = std::make_unique<QSystemTrayIcon>(m_picture.icon());
     m_trayIcon->setToolTip(escapedText(m_toolTip));
     QObject::connect(m_trayIcon.get(), &QSystemTrayIcon::activated, m_trayIcon.get(),
                      [this](QSystemTrayIcon::ActivationReason reason) {
@@ -249,7 +242,7 @@ void TrayStatusItem::showClock() {
     m_clock = std::make_unique<FloatingClock>(
         placeFromText(m_defaults.value(placeKey).toString()),
         [this](QPoint place) { m_defaults.setValue(placeKey, textFromPlace(place)); });
-    m_clock->setIcon(iconOf(m_picture));
+    m_clock->setIcon(m_picture.icon());
     m_clock->setToolTip(escapedText(m_toolTip));
     QObject::connect(m_clock.get(), &FloatingClock::clicked, m_clock.get(), [this] { press(); });
     m_clock->show();

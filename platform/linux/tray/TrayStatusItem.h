@@ -30,7 +30,7 @@ public:
     TrayStatusItem(RunLoop& runLoop, UserDefaults& defaults, QDBusConnection sessionBus);
     ~TrayStatusItem() override;
 
-    void setIcon(const QImage& single, const QImage& doubled) override;
+    void setIcon(const DrawIcon& draw, IconSizes sizes) override;
     void setToolTip(const QString& text) override;
     void setNeedsAttention(bool needsAttention) override;
     void setPanelMenu(std::vector<PanelMenuEntry> entries) override;
