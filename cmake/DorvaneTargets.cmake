@@ -50,12 +50,23 @@ function(dorvane_interface_folder name)
   target_link_libraries(dorvane_${name} INTERFACE dorvane_flags ${ARG_LINK})
 endfunction()
 
-# dorvane_test(<name> SOURCES ... LINK ...)
-# One GoogleTest program; its cases become CTest tests named <name>.<suite>.<case>.
-function(dorvane_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
-  add_executable(${name} ${ARG_SOURCES})
-  target_link_libraries(${name} PRIVATE dorvane_flags dorvane_test_support ${ARG_LINK})
+# dorvane_test(<room> [EXCEPT <expression>] [SOURCES ...] LINK ...)
+# All of tests/<room>, but for the files whose names match, as one GoogleTest program, beside the given
+# sources; its cases become CTest tests named <room>_test.<suite>.<case>.
+function(dorvane_test room)
+  cmake_parse_arguments(ARG "" "EXCEPT" "SOURCES;LINK" ${ARGN})
+  set(name ${room}_test)
+  file(GLOB tests CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${room}/*Test.cpp")
+  if(ARG_EXCEPT)
+    list(FILTER tests EXCLUDE REGEX "/(${ARG_EXCEPT})[^/]*$")
+  endif()
+  list(TRANSFORM ARG_SOURCES PREPEND "${CMAKE_SOURCE_DIR}/")
+  add_executable(${name} ${tests} ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests/${room}")
+  target_link_libraries(${name} PRIVATE dorvane_test_support dorvane_platform_linux ${ARG_LINK})
+  target_compile_definitions(${name} PRIVATE
+    DORVANE_BUNDLE="${DORVANE_BUNDLE_DIR}" DORVANE_SEEDS="${CMAKE_SOURCE_DIR}/tests/fuzz/seeds")
+  add_dependencies(${name} dorvane_bundle)
   dorvane_precompile(${name} tests)
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT 120)

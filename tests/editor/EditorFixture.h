@@ -94,7 +94,7 @@ public:
         ADD_FAILURE() << "not offered: " << qPrintable(text);
     }
 
-    Bundle bundle{QStringLiteral(DORVANE_TEST_BUNDLE), {}};
+    Bundle bundle{QStringLiteral(DORVANE_BUNDLE), {}};
     PropertyListCodec format;
     PropertyListDefaults defaults{path("defaults.plist"), format, loop};
     AlarmArchive archive{format};

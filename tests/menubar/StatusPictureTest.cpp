@@ -57,28 +57,4 @@ int contrast(QColor a, QColor b) {
     return std::abs(qGray(a.rgb()) - qGray(b.rgb()));
 }
 
-TEST(StatusPicture, ringAndWedgeAreSeenOnPanelsOfAnyColour) {
-    StatusPicture picture;
-    for (const char* file : {"/ClockIcon.svg", "/ClockIconWhite.svg"}) {
-        picture.setBackgroundImage(QStringLiteral(DORVANE_IMAGES) + QLatin1String(file));
-        for (const int size : {22, 44}) {
-            for (const QColor panel : {QColor(Qt::white), QColor(0xf0f0f0), QColor(0x808080),
-                                       QColor(0x3465a4), QColor(0x2b2b2b), QColor(Qt::black)}) {
-                QImage shown(size, size, QImage::Format_RGB32);
-                shown.fill(panel);
-                QPainter(&shown).drawImage(0, 0, picture.image({30, 30}, size));
-                const QColor ring = at(shown, 90, 8);
-                const QColor face = at(shown, 180, 3);
-                const QColor wedge = at(shown, 0, 3);
-                EXPECT_GT(contrast(ring, face), 150) << file << size << panel.name().toStdString();
-                EXPECT_GT(contrast(wedge, face), 80) << file << size << panel.name().toStdString();
-            }
-        }
-    }
-    const dorvane::testing::LogCapture capture;
-    picture.setBackgroundImage(u"/none.svg"_qs);
-    EXPECT_EQ(at(picture.image({30, 60}, 22), 0, 3).lightness(), 0) << "the wedge alone";
-    EXPECT_TRUE(capture.messages().join(u'\n').contains(u"none.svg"_qs));
-}
-
 } // namespace
