@@ -83,10 +83,6 @@ using Act = std::function<void(Rig& rig)>;
 // and of the terminal.
 const Act start = [](Rig& rig) { rig.start(); };
 const Act stop = [](Rig& rig) { rig.respito.stopRespito(); };
-const Act stopInMenu = [](Rig& rig) {
-    rig.respito.stopRespito();
-    rig.cycle.disableRespito();
-};
 const Act skip = [](Rig& rig) { rig.respito.skipRespito(); };
 const Act done = [](Rig& rig) { rig.sheet->clickSkipBreak(); };
 const Act stopInSheet = [](Rig& rig) { rig.sheet->clickStopBreak(); };
@@ -103,6 +99,8 @@ Act wait(RunLoop::Milliseconds time) {
 
 TEST(BreakCycleTest, EveryActionInEveryStateAndWhatFollows) {
     using Steps = std::vector<Act>;
+    const char* const asked = // by a sheet that comes a second late
+        "25:00 - 27:00, 52:00 (Take a break for 04:59 mins) - 56:59, 81:59 - 86:59";
     const Steps off;
     const Steps working{start, wait(10min)};
     const Steps near{start, wait(24min + 40s)};
@@ -112,87 +110,42 @@ TEST(BreakCycleTest, EveryActionInEveryStateAndWhatFollows) {
     const Steps away{start, wait(21min), leave, wait(2min)};
     const Steps waiting{start, wait(24min), leave, wait(2min)};
     const struct {
-        const char* name;
         Steps state;
         Steps actions;
         const char* follows;
     } table[] = {
-        {"off", off, {}, "; off"},
-        {"off", off, {start}, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
-        {"off", off, {stop}, "; off"},
-        {"working", working, {start}, "35:00 - 40:00, 65:00 - 70:00"},
-        {"working", working, {skip}, "35:00 - 40:00, 65:00 - 70:00"},
-        {"working", working, {skip, wait(1min), stop}, "; off"},
-        {"working", working, {stop}, "; off"},
-        {"working", working, {stopInMenu}, "; off"},
-        {"working", working, {stop, wait(20min), start}, "55:00 - 60:00, 85:00 - 90:00"},
-        {"near", near, {skip}, "49:40 - 54:40, 79:40 - 84:40"},
-        {"near", near, {stop}, "; off"},
-        {"resting", resting, {start}, "25:00 - 27:00, 52:00 - 57:00, 82:00 - 87:00"},
-        {"resting",
-         resting,
-         {skip},
-         "25:00 - 27:00, 52:00 (Take a break for 04:59 mins) - 56:59, 81:59 - 86:59"},
-        {"resting",
-         resting,
-         {done},
-         "25:00 - 27:00, 52:00 (Take a break for 04:59 mins) - 56:59, 81:59 - 86:59"},
-        {"resting", resting, {stop}, "25:00 - 27:00; off"},
-        {"resting", resting, {stopInMenu}, "25:00 - 27:00; off"},
-        {"resting", resting, {stopInSheet}, "25:00 - 27:00; off"},
-        {"resting", resting, {stop, wait(33min), start}, "25:00 - 27:00, 85:00 - 90:00"},
-        {"resting", resting, {putOff}, "25:00 - 27:00, 32:00 - 37:00, 62:00 - 67:00"},
-        {"put off", postponed, {skip}, "25:00 - 27:00, 55:00 - 60:00, 85:00 - 90:00"},
-        {"put off", postponed, {stop}, "25:00 - 27:00; off"},
-        {"put off twice",
-         postponedTwice,
-         {},
-         "25:00 - 27:00, 32:00 - 32:00, 37:00 - 42:00, 67:00 - 72:00"},
-        {"away", away, {comeBack}, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
-        {"away", away, {wait(1min), comeBack}, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
-        {"away", away, {}, ""},
-        {"away",
-         {start, wait(10min), leave, wait(4min)},
-         {comeBack},
-         "39:00 - 44:00, 69:00 - 74:00"},
-        {"waiting", waiting, {comeBack}, "26:00 - 31:00, 56:00 - 61:00, 86:00 -"},
-        {"waiting", waiting, {wait(2min), comeBack}, "53:00 - 58:00, 83:00 - 88:00"},
-        {"waiting", waiting, {skip, comeBack}, "51:00 - 56:00, 81:00 - 86:00"},
-        {"waiting", waiting, {stop, comeBack}, "; off"},
+        {off, {}, "; off"},
+        {off, {start}, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
+        {working, {start}, "35:00 - 40:00, 65:00 - 70:00"},
+        {working, {skip}, "35:00 - 40:00, 65:00 - 70:00"},
+        {working, {stop}, "; off"},
+        {working, {stop, wait(20min), start}, "55:00 - 60:00, 85:00 - 90:00"},
+        {near, {skip}, "49:40 - 54:40, 79:40 - 84:40"},
+        {resting, {start}, "25:00 - 27:00, 52:00 - 57:00, 82:00 - 87:00"},
+        {resting, {skip}, asked},
+        {resting, {done}, asked},
+        {resting, {stop}, "25:00 - 27:00; off"},
+        {resting, {stopInSheet}, "25:00 - 27:00; off"},
+        {resting, {stop, wait(33min), start}, "25:00 - 27:00, 85:00 - 90:00"},
+        {resting, {putOff}, "25:00 - 27:00, 32:00 - 37:00, 62:00 - 67:00"},
+        {postponed, {skip}, "25:00 - 27:00, 55:00 - 60:00, 85:00 - 90:00"},
+        {postponedTwice, {}, "25:00 - 27:00, 32:00 - 32:00, 37:00 - 42:00, 67:00 - 72:00"},
+        {away, {comeBack}, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
+        {away, {}, ""},
+        {{start, wait(10min), leave, wait(4min)}, {comeBack}, "39:00 - 44:00, 69:00 - 74:00"},
+        {waiting, {comeBack}, "26:00 - 31:00, 56:00 - 61:00, 86:00 -"},
+        {waiting, {wait(2min), comeBack}, "53:00 - 58:00, 83:00 - 88:00"},
+        {waiting, {skip, comeBack}, "51:00 - 56:00, 81:00 - 86:00"},
+        {waiting, {stop, comeBack}, "; off"},
     };
     for (const auto& row : table) {
-        SCOPED_TRACE(std::string(row.name) + ", row " + std::to_string(&row - table));
+        SCOPED_TRACE(&row - table);
         Rig rig;
         for (const Steps& steps : {row.state, row.actions})
             for (const Act& act : steps)
                 act(rig);
         EXPECT_EQ(rig.follows(), row.follows);
     }
-}
-
-TEST(BreakCycleTest, EightBreaksThenItStopsByItself) {
-    Rig rig;
-    rig.setSounds(u"in"_qs, u"out"_qs);
-    rig.start();
-    std::vector<std::string> expected;
-    const auto add = [&](int second, const std::string& event) {
-        expected.push_back(std::to_string(second * 1000) + " " + event);
-    };
-    for (int i = 1; i <= 8; ++i) {
-        const int begin = i * 1500 + (i - 1) * 300;
-        add(begin, "in play");
-        add(begin + 1, "in finished"); // a sound takes its second
-        if (i < 8) {
-            add(begin + 300, "out play");
-            add(begin + 301, "out finished");
-        }
-    }
-    rig.loop.advance(24h);
-    EXPECT_THAT(rig.trace.events(), ElementsAreArray(expected));
-    EXPECT_EQ(rig.notes.size(), 8);
-    EXPECT_FALSE(rig.isOn());
-    EXPECT_TRUE(rig.player.sounds().empty());
-    EXPECT_EQ(rig.sheet.use_count(), 1);
 }
 
 TEST(BreakCycleTest, WakesTwiceWhileWorkingOnceASecondInABreakAndNeverWhenOff) {

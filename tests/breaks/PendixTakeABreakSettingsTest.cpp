@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "breaks/PendixTakeABreakSettings.h"
 
-#include "core/KeyedArchiver.h"
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/MemoryDefaults.h"
 
@@ -82,17 +81,6 @@ TEST_F(BreakSettingsTest, WrittenSettingsReachTheDiskByThemselvesAndComeBack) {
     m_settings.setSoundPath({});
     m_settings.writePrefs();
     EXPECT_EQ(loaded({}).toStdString(), "5 3 60 4 0 1  /out");
-}
-
-TEST_F(BreakSettingsTest, AnArchiveBringsBackNoLengthOfABreak) {
-    loaded({{duration, 3}, {frequency, 60}, {repeat, 4}, {status, 1}, {sound, u"/in"_qs}});
-    const KeyedUnarchiver archive(KeyedArchiver::archivedList(
-        {{.identity = &m_settings,
-          .classes = {u"PendixTakeABreakSettings"_qs},
-          .encode = [this](KeyedArchiver& coder) { m_settings.encodeWithCoder(coder); }}}));
-    PendixTakeABreakSettings read(m_defaults, m_user, loop, notifications);
-    read.initWithCoder(archive.decodeList(u"PendixTakeABreakSettings"_qs).objects.front());
-    EXPECT_EQ(text(read).toStdString(), "1 0 60 4 1 1 /in Basso.aiff");
 }
 
 } // namespace

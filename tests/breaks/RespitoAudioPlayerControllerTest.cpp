@@ -91,15 +91,4 @@ TEST_F(RespitoAudioPlayerTest, playsPausesSeeksAndStops) {
                             "Respito.mp3 dropped", ::testing::EndsWith(" closed")));
 }
 
-TEST_F(RespitoAudioPlayerTest, trackThatCannotBePlayedLeavesItIdle) {
-    player.hasServer = false;
-    m_controller.playVideo();
-    EXPECT_EQ(shown(), "play 00:00 00:00 at 0");
-    player.hasServer = true;
-    player.setFile(track, {.isPlayable = false});
-    m_controller.playVideo();
-    loop.advance(1s);
-    EXPECT_EQ(shown(), "play 00:00 00:00 at 0");
-}
-
 } // namespace

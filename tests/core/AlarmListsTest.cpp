@@ -52,35 +52,6 @@ protected:
     };
 };
 
-TEST_F(AlarmListsTest, runningAlarmsComeBackInReverseAndOnlyThoseThatStillCount) {
-    Run first(at("2026-11-23 06:00"));
-    first.start({.title = "timer", .minutes = 30});
-    first.start({.title = "weekly",
-                 .kind = Alarm::Weekly,
-                 .time = "2026-11-23 07:00",
-                 .days = {Weekday::Monday, Weekday::Thursday}});
-    first.start({.title = "passes", .kind = Alarm::Dated, .time = "2026-11-23 09:00"});
-    first.start({.title = "ahead", .kind = Alarm::Dated, .time = "2026-11-25 07:00"});
-    first.active.storeActiveAlarms();
-
-    Run second(at("2026-11-24 10:00"), first.defaults.written());
-    second.active.restoreActiveAlarms(second.delegate);
-    // A pending timer counts its minutes anew; a past one is gone, and so is the past date.
-    EXPECT_EQ(second.running(), "weekly 11-26 07:00+01\n"
-                                "ahead 11-25 07:00+01\n");
-
-    Run soon(at("2026-11-23 06:10"), first.defaults.written());
-    soon.active.restoreActiveAlarms(soon.delegate);
-    EXPECT_EQ(soon.running(), "timer 11-23 06:40+01\n"
-                              "weekly 11-23 07:00+01\n"
-                              "passes 11-23 09:00+01\n"
-                              "ahead 11-25 07:00+01\n");
-    for (const AlarmPtr& alarm : soon.clock.allAlarms()) {
-        EXPECT_EQ(alarm->delegate(), &soon.delegate);
-        EXPECT_TRUE(alarm->isActive());
-    }
-}
-
 TEST_F(AlarmListsTest, theNewerOfTheStoredListAndWhatAnEndWithoutAWordLeftComesBack) {
     const auto stored = [](const char* title) {
         Run run(at("2026-11-23 06:00"));

@@ -69,17 +69,6 @@ TEST(AlarmTest, hoursKeepTheirTimeOfDay) {
     }
 }
 
-TEST(AlarmTest, anotherZoneMovesNothing) {
-    for (const AlarmOf& values : {AlarmOf{.kind = dated, .time = "03-29 07:00:30"},
-                                  AlarmOf{.hours = 9, .runTime = "03-28 22:00"}}) {
-        const AlarmPtr alarm = values.alarm();
-        for (const char* name : {"Asia/Kathmandu", "America/St_Johns", "UTC"}) {
-            const ZoneScope other(name);
-            EXPECT_EQ(alarm->time(eight()), at("2026-03-29T05:00:00Z")) << name;
-        }
-    }
-}
-
 TEST(AlarmTest, copyTakesTheDueTimeAndForgetsTheSnoozes) {
     const AlarmPtr alarm = AlarmOf{.kind = dated, .time = "11-21 07:00", .snoozed = 9}.alarm();
     alarm->snooze(9); // they add up

@@ -82,12 +82,6 @@ const Start starts[] = {
      .dropped = "past timer ",
      .told = "back: ahead this week long timer moved: rhythm this week ",
      .resumes = true},
-    {.name = "YearsBehindAfterACrash",
-     .clock = "2000-01-01 00:00",
-     .running = resumed,
-     .dropped = "past timer ",
-     .told = "dropped: past timer moved: rhythm this week ",
-     .resumes = true},
     // It rings and is snoozed by the wrong clock, from which it counts.
     {.name = "RhythmThatRang",
      .clock = "2027-11-23 08:59",

@@ -1,9 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""When something around the program is broken, the alarm still shows, and the log says why."""
+"""When something around the program is broken or ends, the alarm still shows or is kept, and the log
+says why."""
 
 from __future__ import annotations
 
 import plistlib
+import signal
 import time
 from datetime import datetime
 from pathlib import Path
@@ -14,6 +16,7 @@ from virtual_desktop.archive import Alarm, archive
 from virtual_desktop.bus import Bus, NotificationDaemon
 from virtual_desktop.picture import changed_pixels
 from virtual_desktop.program import BUS_NAME, ping_path
+from virtual_desktop.screen import Screen
 from virtual_desktop.sound import SoundServer, read_aiff, write_chirp
 
 
@@ -52,7 +55,7 @@ class FaultsTest(DesktopTest):
         wait_for("the window", lambda: self.desktop.windows_of(program, "Dorvane alarm"))
         self.assertEqual(self.start(DBUS_SESSION_BUS_ADDRESS="").wait_for_exit(), 0)  # only one
         self.assertEqual(program.quit(), 0)
-        self.assertIn("Later", [alarm["title"] for alarm in self.user.running_alarms()])
+        self.assertIn("Later", self.running_titles())
 
     def test_a_notification_daemon_that_refuses(self) -> None:
         """What it does not show is heard."""
@@ -68,6 +71,37 @@ class FaultsTest(DesktopTest):
         wait_for("three plays", lambda: len(recording.starts_of(read_aiff(ping_path()))) == 3)
         self.assertEqual(program.wait_for_exit(), 1)
         self.assertIn("was refused", program.log())
+
+
+    def test_every_end_of_session_is_an_orderly_quit(self) -> None:
+        due = time.time() + 3600
+        self.user.set_running_alarms(Alarm("Tea", due), Alarm("Train", due + 1))
+        # Restoring puts each alarm at the front, so the order turns round with every run.
+        expected = ["Tea", "Train"]
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(signal=number.name):
+                program, _ = self.start_in_panel()
+                program.send(number)
+                self.assertEqual(program.wait_for_exit(), 0)
+                expected.reverse()
+                self.assertEqual(self.running_titles(), expected)
+
+    def test_no_display_is_a_message_and_one_that_goes_is_an_orderly_end(self) -> None:
+        program = self.start(DISPLAY=":99", WAYLAND_DISPLAY="gone")
+        self.assertEqual(program.wait_for_exit(), 1)
+        self.assertIn("dorvane: there is no display to be shown on: DISPLAY is :99", program.log())
+        server = Screen(self.desktop.processes, self.user.home, self.desktop.env)
+        program = self.start(DISPLAY=server.display)
+        wait_for("the name", lambda: self.desktop.session_bus.connection.owner(BUS_NAME), 5.0)
+        self.run_command("timer", "45", "Egg")
+        server.kill()
+        self.assertEqual(program.wait_for_exit(), 1)
+        self.assertEqual(self.running_titles(), ["Egg"])
+        self.assertFalse(list(self.user.home.glob(".local/state/Dorvane/crash*")))
+
+    def running_titles(self) -> list[object]:
+        """What the last end has stored."""
+        return [alarm["title"] for alarm in self.user.running_alarms()]
 
 
 if __name__ == "__main__":

@@ -92,23 +92,6 @@ class MissedTest(DesktopTest):
         self.assertIn("Train", self.window(program, "Missed alarms - Dorvane"))
         wait_for("what was left to go", lambda: list(self.state.iterdir()) == [self.journal])
 
-    def test_alarms_that_passed_are_told_of_once(self) -> None:
-        self.user.set_running_alarms(Alarm("Train", time.time() - HOUR, kind=DATED))
-        program, _ = self.start_in_panel()
-        window = self.window(program, "Missed alarms - Dorvane")
-        self.assertIn("Train", window)
-        self.assertNotIn("Start again", [name for name, part in window.items()
-                                         if part.role == "push button" and part.rect.width > 0])
-        self.click(window["Close"])
-        self.wait_for_journal()
-        self.assertEqual(program.quit(), 0)
-        self.assertTrue(plistlib.loads(self.journal.read_bytes())["isOrderly"])
-        self.assertIn("Train: passed while Dorvane was not running", self.run_command("missed"))
-
-        program, _ = self.start_in_panel()
-        time.sleep(2.5)
-        self.assertEqual(self.desktop.windows_of(program, "Missed"), [])
-
     def test_a_damaged_journal_costs_nothing_else(self) -> None:
         self.state.mkdir()
         self.journal.write_bytes(b"bplist00 and no more")

@@ -41,7 +41,7 @@ class RelocateTest(DesktopTest):
     def setUp(self) -> None:
         super().setUp()
         run("mount", "-t", "tmpfs", "tmpfs", "/opt")
-        self.addCleanup(run, "umount", "/opt")
+        self.addCleanup(run, "umount", "--lazy", "/opt")  # what has ended a moment ago may hold it
         self.image = self.user.home / "image"
         self.volume = self.user.home / "Dorvane volume's"
         bundle = self.user.home / "content/Dorvane.app"
@@ -88,25 +88,6 @@ class RelocateTest(DesktopTest):
         os.kill(moved, signal.SIGTERM)
         wait_for("its end", lambda: not bus.owner(BUS_NAME), 5.0)
         self.assertEqual(self.titles(), ["Tea"])
-
-    def test_everything_works_beside_the_question_which_comes_once(self) -> None:
-        self.user.set_running_alarms(Alarm.overdue("Tea", seconds=5))
-        program = self.start("dorvane:create-alarm")
-        self.question(program)
-        self.desktop.panel.wait_for_icon()
-        self.window(program, "Set")
-        self.run_command("timer", "45", "Egg")
-        self.click(self.wait_for_ringing(program)[0]["Clear"])
-        self.click(self.question(program)["Do Not Move"])
-        self.assertEqual(program.quit(), 0)
-        self.assertEqual(self.titles(), ["Egg"])
-        self.assertFalse(_PLACE.exists())
-
-        program = self.start()
-        self.desktop.panel.wait_for_icon()
-        time.sleep(1.5)
-        self.assertEqual(self.desktop.windows_with(program, "Do Not Move"), [])
-        self.assertEqual(program.quit(), 0)
 
 
 if __name__ == "__main__":

@@ -3,6 +3,8 @@
 
 from __future__ import annotations
 
+import math
+import signal
 import time
 from pathlib import Path
 
@@ -76,6 +78,31 @@ class RoadTest(DesktopTest):
         self.assertEqual(self.desktop.open_menu(icon).rows()[:2], EMPTY_MENU[:2])
         self.assertEqual(program.quit(), 0)
         self.assertEqual(self.user.running_alarms(), [])
+
+    def test_an_alarm_that_fell_due_asleep_rings_once_after_waking(self) -> None:
+        self.user.fill_rings()
+        recording = self.record()
+        due = math.ceil(time.time() + 3)
+        self.user.set_running_alarms(Alarm("Tea", due, str(self.user.ping)))
+        program, _ = self.start_in_panel()
+        program.send(signal.SIGSTOP)
+        self.sleep_until(due + 2)
+        program.send(signal.SIGCONT)
+        self.wait_for_plays(recording, read_aiff(ping_path()), 3)
+        self.wait_for_ringing(program, count=1)
+
+    def test_a_hundred_alarms_of_one_second_leave_the_program_alive(self) -> None:
+        due = math.ceil(time.time() + 3)
+        titles = {f"Alarm {n}" for n in range(100)}
+        self.user.set_running_alarms(*(Alarm(title, due, str(ping_path())) for title in titles))
+        program, _ = self.start_in_panel()
+        self.sleep_until(due + 4)
+        windows = self.ringing(program)  # the others wait for a place
+        self.assertIn(len(windows), range(4, 100))
+        self.assertLess({text for window in windows for text in window if text[:6] == "Alarm "}, titles)
+        self.click(windows[0]["Clear all"])
+        self.wait_until_quiet(program)
+        self.assertEqual(program.quit(), 0)
 
     def assert_preset_is_stored(self, minutes: int) -> None:
         """The library on the disk holds the timer, with the sound that it is to ring with."""

@@ -70,18 +70,6 @@ protected:
     [[nodiscard]] std::string due() const { return brief(accepted.back()->time(instantNow(loop))); }
 };
 
-TEST_F(AlarmSetControllerTest, makesADatedAlarmWhoseTimeIsTypedBeforeItsDay) {
-    open();
-    press({"=Bus", "Alt+D", "Tab", "Tab", "=0630", "Tab"});
-    EXPECT_EQ(atTime(), "20:06"); // 06:30 is past today
-    press({"Shift+Tab", "Shift+Tab", "=tomorrow"});
-    EXPECT_EQ(atTime(), "06:30");
-    EXPECT_EQ(sentence(), "On Nov 19 at 06:30 alarm 'Bus' will be activated.");
-    press({"Return"});
-    ASSERT_EQ(accepted.size(), 1U);
-    EXPECT_EQ(due(), "11-19 06:30+01");
-}
-
 // How a date is read is tested in WrittenDateTest.
 TEST_F(AlarmSetControllerTest, setsTheDateThatWasTypedAndNoOther) {
     const struct {
@@ -176,7 +164,9 @@ TEST_F(AlarmSetControllerTest, keepsEverySettingThroughControlsFormAlarmLibraryA
         {.minutes = 7},
         {.hours = 7},
         {.kind = Alarm::Dated, .minutes = 1},
-        {.kind = Alarm::Weekly, .minutes = 1, .days = {Weekday::Tuesday, Weekday::Saturday}}};
+        {.kind = Alarm::Weekly,
+         .minutes = 1,
+         .days = {Weekday::Monday, Weekday::Wednesday, Weekday::Friday, Weekday::Saturday}}};
     for (const AlarmOf& values : cases) {
         const AlarmPtr all = everything(values);
         SCOPED_TRACE(all->selRowNo());
@@ -191,30 +181,6 @@ TEST_F(AlarmSetControllerTest, keepsEverySettingThroughControlsFormAlarmLibraryA
         press({"Down", "Down"});
         click("setButton");
         EXPECT_EQ(settingsOf(accepted.back()), settingsOf(stored));
-    }
-}
-
-TEST_F(AlarmSetControllerTest, knowsEachWeekdayByItself) {
-    const char* const boxes[] = {"monCheck", "tueCheck", "wedCheck", "thuCheck",
-                                 "friCheck", "satCheck", "sunCheck"};
-    const char* const names[] = {"Monday", "Tuesday",  "Wednesday", "Thursday",
-                                 "Friday", "Saturday", "Sunday"};
-    for (int i = 0; i < 7; ++i) {
-        open();
-        press({"=Run"});
-        click("atAlarmTimeRadio");
-        click(boxes[i]);
-        EXPECT_EQ(sentence(),
-                  std::string("On ") + names[i] + " At 20:06 PM alarm 'Run' will be activated.");
-        EXPECT_EQ(find<QAbstractButton>(boxes[i])->accessibleName(), QLatin1String(names[i]));
-        click("setButton");
-        const WeekdaySet day{Weekday(int(Weekday::Monday) + i)};
-        EXPECT_EQ(accepted.back()->weekdays(), day) << names[i];
-        EXPECT_EQ(library.alarms()->at(0)->weekdays(), day) << names[i];
-        open(accepted.back());
-        for (int box = 0; box < 7; ++box)
-            EXPECT_EQ(find<QAbstractButton>(boxes[box])->isChecked(), box == i) << names[i];
-        editor.reject();
     }
 }
 
@@ -324,19 +290,6 @@ TEST_F(AlarmSetControllerTest, tellsWhatIsMissingAndStaysOpen) {
     EXPECT_FALSE(editor.isVisible());
 }
 
-TEST_F(AlarmSetControllerTest, keepsARefusedIntervalInEditing) {
-    open();
-    auto* field = find<IntervalField>("inTimeField");
-    field->setFocus();
-    field->clear();
-    press({"=0", "Tab"});
-    EXPECT_EQ(focused(), "inTimeField");
-    find<QRadioButton>("atTimeRadio")->setFocus(Qt::MouseFocusReason);
-    click("atTimeRadio");
-    QCoreApplication::processEvents();
-    EXPECT_EQ(focused(), "atTimeRadio"); // another kind of alarm ends the matter
-}
-
 TEST_F(AlarmSetControllerTest, reusesAndRemovesStoredAlarms) {
     store({.title = "Tea", .minutes = 3});
     store({.title = "Run", .minutes = 5});
@@ -361,18 +314,6 @@ TEST_F(AlarmSetControllerTest, reusesAndRemovesStoredAlarms) {
     click("removeAlarmButton");
     EXPECT_EQ(shown(), " 1");
     EXPECT_TRUE(storedTitles().isEmpty());
-}
-
-TEST_F(AlarmSetControllerTest, keepsTheTimeOfAStoredAlarmOfThePast) {
-    store(
-        {.title = "Run", .kind = Alarm::Weekly, .time = "11-16 07:30", .days = {Weekday::Monday}});
-    store({.title = "Bus", .kind = Alarm::Dated, .time = "10-01 21:00"});
-    open();
-    press({"Down"});
-    EXPECT_EQ(sentence(), "On Monday At 07:30 AM alarm 'Run' will be activated.");
-    EXPECT_TRUE(isEnabled("atDatePicker")); // to no effect, and meant
-    press({"Down"});
-    EXPECT_EQ(sentence(), "On Nov 18 at 21:00 alarm 'Bus' will be activated.");
 }
 
 TEST_F(AlarmSetControllerTest, leavesWhatIsBeingTypedAloneWhenTheLibraryChanges) {

@@ -42,32 +42,6 @@ AlarmForm formOf(const AlarmOf& alarm) {
     return formFilledFrom(*alarm.alarm(), newAlarmForm(wednesday, 1), instantOf(wednesday));
 }
 
-TEST(FormTest, sentenceSaysWhatTheFormSays) {
-    const std::pair<const char*, AlarmOf> cases[] = {
-        {"In 5 minute(s) alarm '' will be played with sound 'a.b' fading in.",
-         {.minutes = 5, .sound = "/x.y/a.b.ogg", .fades = true}},
-        {"Every 2 hour(s) alarm '' will be spoken by voice 'Alex' and sound 'Ping' will be played.",
-         {.hours = 2, .repeats = true, .sound = "/Ping.aiff", .voice = "Alex"}},
-        {"On every Monday Friday At 19:05 PM alarm 'Tea' will be activated.",
-         {.title = "Tea",
-          .kind = Alarm::Weekly,
-          .time = "11-23 19:05",
-          .days = {Weekday::Monday, Weekday::Friday},
-          .forever = true}},
-        {"At 00:00 AM alarm '' will be spoken by voice 'Alex'.",
-         {.kind = Alarm::Weekly, .time = "11-23 00:00", .forever = true, .voice = "Alex"}},
-        {"On Nov 23 at 18:30 alarm '%1 \"<b>' %n'' will be activated.",
-         {.title = "%1 \"<b>' %n'", .kind = Alarm::Dated, .time = "11-23 18:30"}},
-        {"On Nov 18 2027 at 02:30 alarm '' will be activated.", // not today
-         {.kind = Alarm::Dated, .time = "2027-11-18 02:30"}},
-        {"In 0 minute(s) alarm '' will be activated.", {.sound = "", .voice = "", .fades = true}},
-    };
-    for (const auto& [sentence, alarm] : cases)
-        EXPECT_EQ(
-            manageDescriptionLabel(formOf(alarm), wednesday.date(), QLocale::English).toStdString(),
-            sentence);
-}
-
 TEST(FormTest, goesToTheLastFieldThatIsWrong) {
     const struct {
         AlarmOf alarm;

@@ -115,19 +115,6 @@ private:
     };
 };
 
-TEST_F(RingingTest, alertSoundPlaysThreeTimesWhateverTheUserDoes) {
-    const AlarmPtr tea = ring({.title = "tea", .sound = "ping"});
-    EXPECT_TRUE(tea->isTriggered()) << "before anything else can tick it again";
-    loop.advance(500ms);
-    EXPECT_EQ(windows().size(), 1);
-    m_ringer.deactivateAlarm(tea);
-    loop.advance(10s);
-    EXPECT_THAT(trace.events(),
-                ElementsAre("0 flash", "0 ping play", "500 no flash", "1000 ping finished",
-                            "1000 ping play", "2000 ping finished", "2000 ping play",
-                            "3000 ping finished"));
-}
-
 TEST_F(RingingTest, aWindowThatOthersMayHideHasANotificationThatAnswersIt) {
     m_isHidden = true;
     ring({.title = "tea", .sound = nullptr});
@@ -138,29 +125,6 @@ TEST_F(RingingTest, aWindowThatOthersMayHideHasANotificationThatAnswersIt) {
     loop.runPending();
     EXPECT_THAT(trace.events(), ElementsAre("0 notice: tea, Tue, 7:30, Snooze, Clear", "0 flash",
                                             "0 tea cleared", "0 no notice"));
-}
-
-TEST_F(RingingTest, otherSoundPlaysOnceAndStopsWithItsAlarmOrFades) {
-    for (const char* path : {"a", "b"})
-        player.setFile(QString::fromLatin1(path), {.duration = 60s});
-    const AlarmPtr first = ring({.title = "first", .sound = "a"});
-    loop.advance(1s);
-    m_ringer.deactivateAlarm(alarm({.title = "rings not", .sound = "a"}));
-    loop.advance(1s);
-    m_ringer.deactivateAlarm(first);
-    loop.advance(1s);
-    ring({.title = "second", .sound = "b", .fades = true});
-    loop.advance(60s);
-    std::vector<std::string> heard;
-    bool isFading = false;
-    for (const std::string& event : trace.events())
-        if (const auto step = event.find(" 0."); step == event.npos)
-            heard.push_back(event);
-        else if (!std::exchange(isFading, true))
-            heard.push_back(event.substr(0, step));
-    EXPECT_THAT(heard, ElementsAre("0 a play", "0 flash", "2000 a stop", "2000 no flash",
-                                   "3000 b play", "3000 flash", "13200 b volume", "23000 b stop"));
-    EXPECT_TRUE(player.sounds().empty());
 }
 
 // Quieter than full scale, however many: the newest in front, the others far behind.
@@ -359,34 +323,6 @@ TEST_F(RingingTest, alarmThatTheServerLeftUnheardSoundsAgainWhenItIsBackUnlessAn
         << "muting is the user's own doing";
     becomes(Obstacle::None);
     EXPECT_EQ(notes().back(), "said: ");
-}
-
-TEST_F(RingingTest, whateverCannotBeHeardStillGetsItsWindowAndTheFlashing) {
-    const LogCapture log;
-    ring({.title = "silent"});
-    m_ringer.deactivateAlarm(ring({.title = "answered elsewhere before its turn"}));
-    const AlarmPtr mute = ring({.title = "no such voice", .sound = "ping", .voice = "Gone"});
-    player.hasServer = false;
-    ring({.title = "no server", .sound = "ping"});
-    loop.advance(1s);
-    EXPECT_EQ(windows().size(), 3);
-    EXPECT_EQ(std::count(trace.events().begin(), trace.events().end(), "0 flash"), 3);
-    EXPECT_TRUE(mute->isTriggered());
-    EXPECT_TRUE(log.messages().contains(
-        u"dorvane.firing: cannot speak: the voice Gone is not installed"_qs));
-}
-
-TEST_F(RingingTest, eachWindowAnswersForItsOwnAlarmAndAnUnansweredOneClearsIt) {
-    for (const char* title : {"a", "b", "c"})
-        ring({.title = title})
-            ->setSnoozeTime(*title == 'c' ? 0 : 5); // must not vanish before it was seen
-    loop.advance(1s);
-    trace.clear();
-    click("a", "snoozeButton");
-    loop.advance(10min);
-    EXPECT_THAT(trace.events(),
-                ElementsAre("1000 a snoozed", "60000 c cleared", "300000 b cleared"));
-    EXPECT_EQ(windows(), QList<QWidget*>{windowOf("a")}) << "until its delegate closes it";
 }
 
 TEST_F(RingingTest, windowShowsATitleOfAnyLengthInTwoLines) {

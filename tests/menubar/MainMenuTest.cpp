@@ -118,18 +118,6 @@ TEST_F(MainMenuTest, openMenuHoldsUpTimersAndStaysAsItIs) {
     EXPECT_EQ(alarm->menuItem(), nullptr);
 }
 
-TEST_F(MainMenuTest, commandMayRebuildTheMenuThatItCameFrom) {
-    m_clock.insertAlarm(dated("Tea"));
-    open();
-    QMenu* submenu = item(m_menu, "Tue, 11:00 Tea")->menu();
-    m_menu.setActiveAction(item(m_menu, "Tue, 11:00 Tea"));
-    QTest::keyClick(&m_menu, Qt::Key_Right);
-    click(*submenu, item(*submenu, "Clear"));
-    m_clock.removeAlarm(m_clock.allAlarms().front());
-    m_constructor.constructMenu();
-    EXPECT_EQ(done(), QStringList{u"clearFromMenu Tea"_qs});
-}
-
 // A line for each entry: its title, what makes it itself, whether it is disabled.
 QStringList outline(const std::vector<PanelMenuEntry>& entries, const QString& indent = {}) {
     QStringList lines;

@@ -45,17 +45,6 @@ TEST(StatusViewDaysTest, lookAtAnyTimeFindsNothingNew) {
     EXPECT_GT(sent, 2000) << "or nothing was seen";
 }
 
-TEST_F(StatusViewTest, showsWhatIsLeftAfterWakingWhateverTheTimersSay) {
-    StatusView view(m_loop, m_clock, m_notifications, m_item);
-    m_loop.setWoken([this] { m_notifications.post(wakeNotification); });
-    m_clock.insertAlarm(AlarmOf{.kind = Alarm::Dated, .time = "11-24 11:00"}.alarm());
-    m_loop.advance(1s);
-    m_loop.forgetMoments();
-    m_loop.sleepMachine(50min);
-    m_loop.advance(100ms);
-    EXPECT_TRUE(shows(0, 10));
-}
-
 TEST_F(StatusViewTest, tellsOfTheNextBreakAndCallsForOneThatIsUnseen) {
     StatusView view(m_loop, m_clock, m_notifications, m_item);
     BreakOutlook outlook{BreakOutlook::Phase::Working, m_loop.now().addSecs(1500)};
@@ -130,19 +119,6 @@ TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {
 
     m_item.press();
     EXPECT_EQ(performed, 1) << "the target went with the flashing";
-}
-
-TEST_F(StatusViewTest, pressBringsTheMenuUpToDateBeforeItOpens) {
-    QMenu menu;
-    QList<int> popUps;
-    const auto observation = m_notifications.addObserver(
-        mainMenuWillAppearNotification, [&](const void*) { popUps << m_item.popUps; });
-    StatusView view(m_loop, m_clock, m_notifications, m_item);
-    m_item.press(); // before there is a menu
-    view.setAlarmMenu(&menu);
-    m_item.press();
-    EXPECT_EQ(popUps, (QList<int>{0, 0}));
-    EXPECT_EQ(m_item.popUps, 1);
 }
 
 } // namespace

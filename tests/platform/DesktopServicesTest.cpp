@@ -6,14 +6,11 @@
 #include "platform/linux/session/LogindPowerMonitor.h"
 #include "platform/linux/session/LogindSleepInhibitor.h"
 #include "tests/support/BusTest.h"
-#include "tests/support/Files.h"
 #include "tests/support/Windows.h"
 
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
-#include <QDesktopServices>
 #include <QToolTip>
-#include <QUrl>
 
 #include <array>
 #include <fcntl.h>
@@ -162,46 +159,13 @@ TEST_F(AppearanceTest, followsThePortalAndWithoutAPreferenceThePalette) {
     EXPECT_TRUE(becomes(true, 1));
 }
 
-// What opens addresses without a file manager.
-class Opener : public QObject {
-    Q_OBJECT
-
-public:
-    QStringList opened;
-    Q_INVOKABLE void open(const QUrl& url) { opened << url.toString(); }
-};
-
-TEST_F(WorkspaceTest, revealsInTheFileManagerOrElseOpensTheFolder) {
-    Opener opener;
-    QDesktopServices::setUrlHandler(u"file"_qs, &opener, "open");
-    std::optional<FakeService> manager;
-    manager.emplace(m_theirs, "org.freedesktop.FileManager1",
-                    [](const QDBusMessage&) { return QVariant(); });
-    DesktopWorkspace workspace(m_ours);
-    workspace.reveal(u"/some place/100% ü.mp3"_qs);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !manager->asked.isEmpty(); }));
-    EXPECT_EQ(manager->asked,
+TEST_F(WorkspaceTest, revealsInTheFileManager) {
+    const FakeService manager(m_theirs, "org.freedesktop.FileManager1",
+                              [](const QDBusMessage&) { return QVariant(); });
+    DesktopWorkspace(m_ours).reveal(u"/some place/100% ü.mp3"_qs);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !manager.asked.isEmpty(); }));
+    EXPECT_EQ(manager.asked,
               QStringList{u"ShowItems|file:///some%20place/100%25%20%C3%BC.mp3|"_qs});
-    settle();
-    EXPECT_EQ(opener.opened, QStringList());
-
-    manager.reset();
-    workspace.reveal(u"/some place/song.mp3"_qs);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !opener.opened.isEmpty(); }));
-    DesktopWorkspace(QDBusConnection(u"none"_qs)).reveal(u"/other/song"_qs);
-    EXPECT_EQ(opener.opened, (QStringList{u"file:///some place"_qs, u"file:///other"_qs}));
-    QDesktopServices::unsetUrlHandler(u"file"_qs);
-}
-
-TEST_F(WorkspaceTest, goesByContentWhereTheNameDoesNotTell) {
-    const QTemporaryDir folder;
-    const QString file = folder.filePath(u"sound"_qs);
-    writeFile(file, QByteArray("RIFF\x24\0\0\0WAVEfmt ", 16));
-    const DesktopWorkspace workspace(m_ours);
-    EXPECT_EQ(workspace.typeOfFile(file), u"audio/x-wav"_qs);
-    EXPECT_EQ(workspace.typeOfFile(folder.filePath(u"gone.wav"_qs)), QString());
 }
 
 } // namespace
-
-#include "DesktopServicesTest.moc"

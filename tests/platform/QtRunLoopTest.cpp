@@ -82,14 +82,6 @@ TEST_F(QtRunLoopTest, clockThatIsSetIsToldOfBeforeWhatThatMakesDue) {
     EXPECT_EQ(trace, (QStringList{u"set"_qs, u"due"_qs}));
 }
 
-TEST_F(QtRunLoopTest, handleMayOutliveTheLoop) {
-    auto loop = std::make_unique<QtRunLoop>();
-    auto timer = loop->whenClockIsSet([] {});
-    loop.reset();
-    timer.cancel();
-    EXPECT_FALSE(timer);
-}
-
 // timedatectl and the settings of desktops put a new link in the place of the old one.
 TEST_F(QtRunLoopTest, zoneThatIsLinkedAnewCountsAsAClockThatWasSet) {
     const QTemporaryDir folder;

@@ -11,7 +11,6 @@
 
 #include <cmath>
 #include <sndfile.hh>
-#include <sys/mount.h>
 
 using namespace dorvane::testing;
 
@@ -107,24 +106,6 @@ TEST_F(RecordingTest, recordingHoldsEveryFrameAtItsLevel) {
     EXPECT_NEAR(std::sqrt(2 * energy / 72000), 0.5, 0.01);
 }
 
-TEST_F(RecordingTest, compressedRecordingIsStereoAacAt11025Hz) {
-    QLibrary library(QStringLiteral(DORVANE_RECORDING_MODULE));
-    const auto entry =
-        reinterpret_cast<RecordingModuleEntry>(library.resolve(recordingModuleEntryName));
-    ASSERT_TRUE(entry) << qPrintable(library.errorString());
-    const std::unique_ptr<RecordingModule> module(entry());
-    const QString file = path("voice: take 1.m4a");
-    const auto recorder =
-        module->recorder(RecordingFormat::Aac, file, std::make_shared<RecordingMonitor>());
-    for (const auto& error : {recorder->prepare(), recorder->start()})
-        ASSERT_FALSE(error) << qPrintable(error->domain);
-    speak(1);
-    EXPECT_FALSE(recorder->stop());
-    EXPECT_EQ(run(u"ffprobe -v error -of csv=p=0 -show_entries "
-                  "stream=codec_name,profile,sample_rate,channels \"file:%1\""_qs.arg(file)),
-              u"aac,LC,11025,2"_qs);
-}
-
 TEST_F(RecordingTest, onlyWhatStopCompletesIsKeptAtTheEndOfTheProgramToo) {
     begin("early.aiff");
     m_recorder.cancel(); // before it has begun
@@ -182,18 +163,6 @@ TEST_F(RecordingTest, silenceIsNoRecordingAndLeavesTheOlderOne) {
     EXPECT_EQ(reason(), "");
     EXPECT_NE(contentsOf(path("a.aiff")), "older");
     run(u"pactl set-default-source mic"_qs);
-}
-
-TEST_F(RecordingTest, fullDiskEndsTheRecordingWithoutAFile) {
-    const QByteArray disk = QFile::encodeName(m_folder.path());
-    if (::mount("tmpfs", disk.constData(), "tmpfs", 0, "size=64k") < 0)
-        GTEST_SKIP() << "only root can make a small disk";
-    begin("a.aiff");
-    EXPECT_TRUE(ends());
-    EXPECT_EQ(domain(), "ExtAudioFileWriteAsync failed: -28");
-    EXPECT_EQ(reason(), "The disk is full.");
-    EXPECT_EQ(files(), QString());
-    ::umount(disk.constData());
 }
 
 } // namespace

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/sound/ModuleSoundOutput.h"
-#include "platform/linux/sound/SoundLikeness.h"
 #include "tests/platform/SoundEngineFixture.h"
 
-#include <cmath>
 #include <optional>
-#include <random>
 
 using namespace dorvane::testing;
 using Obstacle = SoundOutputState::Obstacle;
@@ -93,30 +90,6 @@ TEST_F(SoundOutputTest, findsTheServerThatComesLater) {
     });
     EXPECT_TRUE(until([&] { return told.size() == 1; }));
     EXPECT_EQ(told.front(), Obstacle::NoModule);
-}
-
-// A ring of half a second at a moment of two seconds in which something else is heard, too.
-std::vector<float> heardWith(double ring, double noise, std::size_t at = 4321) {
-    std::mt19937 random(7);
-    std::normal_distribution<double> draw(0, 1);
-    std::vector<float> heard(12000);
-    for (std::size_t i = 0; i < heard.size(); ++i) {
-        const double since = (double(i) - double(at)) / 6000;
-        const bool rings = since >= 0 && since < 0.5;
-        const double tone = rings ? std::sin(4400 * since) * std::exp(-4 * since) : 0;
-        heard[i] = static_cast<float>(ring * tone + noise * draw(random));
-    }
-    return heard;
-}
-
-TEST(SoundLikenessTest, findsASoundHoweverQuietAmongOthersAndNotWhereItIsNot) {
-    std::vector<float> expected = heardWith(1, 0, 0);
-    expected.resize(3000);
-    EXPECT_GT(*likeness(heardWith(1, 0), expected), 0.99);
-    EXPECT_GT(*likeness(heardWith(0.5, 0.1), expected), 0.6);
-    EXPECT_LT(*likeness(heardWith(0, 0.1), expected), 0.2);
-    EXPECT_EQ(likeness(heardWith(0, 0), expected), std::nullopt);
-    EXPECT_EQ(likeness({0.1F}, expected), std::nullopt) << "too short to tell";
 }
 
 TEST_F(SoundOutputTest, provesThatASoundComesOutOrSaysWhatBecameOfIt) {

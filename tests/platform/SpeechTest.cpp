@@ -85,28 +85,4 @@ TEST_F(SpeechTest, whatIsBrokenOffFallsSilentAndKeepsNobodyWaiting) {
     EXPECT_FALSE(hasEnded);
 }
 
-TEST_F(SpeechTest, anyTextInAnyVoiceComesToAnEnd) {
-    int ended = 0;
-    const QString odd =
-        QString::fromUtf8("<a> [[x]] & \xF0\x9F\x98\x80 ") + QChar(0) + QChar(0xD800);
-    std::vector<std::unique_ptr<SpeechService::Utterance>> spoken;
-    for (const int number : {1, 40, 80, 120})
-        spoken.push_back(m_speech.speak(
-            odd, number, [] {}, [&](bool) { ++ended; }));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ended == 4; }));
-    m_speech.prepare(u"and so on "_qs.repeated(100'000), 1); // for which nobody waits at the end
-}
-
-TEST_F(SpeechTest, withoutASynthesiserThereAreNoVoicesAndTheLogSaysWhy) {
-    const LogCapture log;
-    ModuleSpeechService speech(m_loop, m_player, u"/nowhere/speech.so"_qs);
-    int answers = 0;
-    for (int i = 0; i < 2; ++i)
-        speech.whenVoicesKnown([&] { ++answers; });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return answers == 2; }));
-    EXPECT_TRUE(speech.voiceNames().isEmpty());
-    ASSERT_EQ(log.messages().size(), 1);
-    EXPECT_TRUE(log.messages()[0].contains(u"/nowhere/speech.so"_qs));
-}
-
 } // namespace

@@ -62,31 +62,6 @@ protected:
     }
 };
 
-TEST_F(TrayTest, hostsAreNoticedAsTheyComeAndGo) {
-    QList<Host> seen;
-    std::optional<NotifierHostWatcher> watcher;
-    watcher.emplace(m_ours, [&] { seen << watcher->host(); });
-    const auto becomes = [&](Host host) {
-        return QTest::qWaitFor([&] { return watcher->host() == host; });
-    };
-    EXPECT_EQ(watcher->host(), Host::Unknown);
-    EXPECT_TRUE(becomes(Host::Absent));
-    {
-        Watcher panel(m_theirs, false);
-        QTest::qWait(50);
-        for (const bool isHosted : {true, false, true}) {
-            panel.isHosted = isHosted;
-            panel.tell("/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
-                       isHosted ? "StatusNotifierHostRegistered"
-                                : "StatusNotifierHostUnregistered");
-            EXPECT_TRUE(becomes(isHosted ? Host::Present : Host::Absent));
-        }
-    }
-    EXPECT_TRUE(becomes(Host::Absent));
-    EXPECT_EQ(seen, (QList<Host>{Host::Absent, Host::Present, Host::Absent, Host::Present,
-                                 Host::Absent}));
-}
-
 FloatingClock* floatingClock() {
     for (QWidget* window : QApplication::topLevelWidgets())
         if (auto* clock = qobject_cast<FloatingClock*>(window))

@@ -153,17 +153,6 @@ TEST_F(MoveToApplicationsTest, asksOnceForEachPlaceAndNeverAgainAfterATickedNo) 
     EXPECT_EQ(m_relocator.done(), "");
 }
 
-TEST_F(MoveToApplicationsTest, isNotAnsweredByWhatIsTypedAsItComesUp) {
-    offer();
-    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter})
-        press(key);
-    ASSERT_TRUE(alert());
-    m_loop.advance(1s);
-    press(Qt::Key_Space);
-    EXPECT_EQ(alert(), nullptr);
-    EXPECT_EQ(m_relocator.done(), "");
-}
-
 // Each row: what is out of the ordinary, "!" before what fails; all that is done.
 TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
     const char* const rows[][2] = {

@@ -77,16 +77,5 @@ TEST_F(AlarmSoundMenuContructorTest, ShowsTheGroupsOfTheLibrary) {
     EXPECT_LT(menu.actions().at(7)->menu()->sizeHint().width(), 800) << "the least screen's";
 }
 
-TEST_F(AlarmSoundMenuContructorTest, CanBeRebuiltFromItsOwnItemAndLeavesNothingBehind) {
-    fill(folders.rings, {u"Ping.aiff=x"_qs});
-    constructor.constructMenu();
-    auto* ping = menu.actions().at(3)->menu()->actions().first();
-    QObject::connect(ping, &QAction::triggered, &menu, [this] { constructor.constructMenu(); });
-    ping->trigger();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_EQ(menu.findChildren<QMenu*>().size(), 4);
-    EXPECT_EQ(menu.actions().size(), 8);
-}
-
 } // namespace
 } // namespace dorvane::testing

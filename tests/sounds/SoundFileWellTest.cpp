@@ -73,25 +73,5 @@ TEST_F(SoundFileWellTest, TakesTheFirstFileOrTrack) {
     EXPECT_FALSE(drag(data, Qt::MoveAction)) << "the source would delete its file";
 }
 
-TEST_F(SoundFileWellTest, WorksWithMouseAndKeyboard) {
-    SoundFileWell other(library, notifications, format, QIcon());
-    std::vector<NotificationCenter::Sender> senders;
-    const auto observation = notifications.addObserver(
-        u"SoundFileWellClicked"_qs,
-        [&](NotificationCenter::Sender sender) { senders.push_back(sender); });
-    QTest::mouseClick(&well, Qt::LeftButton);
-    QTest::mouseClick(&well, Qt::RightButton);
-    QTest::keyClick(&other, Qt::Key_Return);
-    QTest::keyClick(&well, Qt::Key_Space);
-    EXPECT_THAT(senders, ::testing::ElementsAre(&well, &other, &well));
-
-    fill(home.path(), {u"a.mp3=a"_qs});
-    auto* copied = new QMimeData;
-    copied->setUrls({file("a.mp3")});
-    QGuiApplication::clipboard()->setMimeData(copied);
-    QTest::keyClick(&well, Qt::Key_V, Qt::ControlModifier);
-    waitUntilHeld(folders.sounds, {u"a.mp3=a"_qs});
-}
-
 } // namespace
 } // namespace dorvane::testing

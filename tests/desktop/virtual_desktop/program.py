@@ -82,15 +82,6 @@ class Program:
                                         {**env, **user.environment()}, log_name)
         self.pid = self._process.pid
 
-    def is_running(self) -> bool:
-        return self._process.poll() is None
-
-    def peak_memory(self) -> int:
-        """The most that it has held so far, in bytes."""
-        status = Path(f"/proc/{self.pid}/status").read_text(encoding="utf-8")
-        return next(int(line.split()[1]) * 1024 for line in status.splitlines()
-                    if line.startswith("VmHWM"))
-
     def log(self) -> str:
         return self._log.read_text(encoding="utf-8", errors="replace")
 

@@ -86,12 +86,6 @@ class Recording:
         data = self._path.read_bytes()
         return np.frombuffer(data[: len(data) // 4 * 4], np.float32)
 
-    def is_silent(self, since: float = 0.0) -> bool:
-        return bool(np.abs(self.samples()[int(since * RATE) :]).max(initial=0) < 1e-4)
-
-    def length(self) -> float:
-        return self.samples().size / RATE
-
     def starts_of(self, sound: Samples) -> list[float]:
         """Where plays of the sound begin in the recording, to a fraction of a millisecond."""
         samples, pattern = self.samples(), sound[: RATE // 5]
