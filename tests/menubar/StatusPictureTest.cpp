@@ -3,8 +3,6 @@
 
 #include "tests/support/Testing.h"
 
-#include <QPainter>
-
 #include <cmath>
 #include <numbers>
 
@@ -50,11 +48,6 @@ TEST(StatusPicture, wedgeCoversTheMinutesBeforeTheAlarmAndTwoDegreesMoreAtEither
                 EXPECT_EQ(at(image, angle, 5.8).alpha(), 0) << c.what << " at " << angle;
         }
     }
-}
-
-// How far apart two colours look, from 0 to 255.
-int contrast(QColor a, QColor b) {
-    return std::abs(qGray(a.rgb()) - qGray(b.rgb()));
 }
 
 } // namespace

@@ -121,4 +121,17 @@ TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {
     EXPECT_EQ(performed, 1) << "the target went with the flashing";
 }
 
+TEST_F(StatusViewTest, pressBringsTheMenuUpToDateBeforeItOpens) {
+    QMenu menu;
+    QList<int> popUps;
+    const auto observation = m_notifications.addObserver(
+        mainMenuWillAppearNotification, [&](const void*) { popUps << m_item.popUps; });
+    StatusView view(m_loop, m_clock, m_notifications, m_item);
+    m_item.press(); // before there is a menu
+    view.setAlarmMenu(&menu);
+    m_item.press();
+    EXPECT_EQ(popUps, (QList<int>{0, 0}));
+    EXPECT_EQ(m_item.popUps, 1);
+}
+
 } // namespace

@@ -60,7 +60,7 @@ TEST_P(SingleInstanceTest, aHangingInstanceIsGivenUpAfterTwoSeconds) {
     waited.start();
     EXPECT_EQ(launch(plain, false), Standing::Unanswered);
     EXPECT_GE(waited.elapsed(), 1900);
-    EXPECT_LT(waited.elapsed(), 3000);
+    EXPECT_LT(waited.elapsed(), 10'000);
 }
 
 // One that ends while it is asked has done nothing; whoever asked is the next.

@@ -83,13 +83,6 @@ TEST_F(SoundOutputTest, findsTheServerThatComesLater) {
     qputenv("PULSE_SERVER", rig);
     EXPECT_TRUE(until([&] { return told.size() >= 2; }));
     EXPECT_EQ(told, (std::vector{Obstacle::NoServer, Obstacle::None}));
-
-    ModuleSoundPlayer none(m_loop, u"/nowhere/module.so"_qs);
-    const auto blind = ModuleSoundOutput(m_loop, none).watch([&](const SoundOutputState& state) {
-        told = {state.obstacle};
-    });
-    EXPECT_TRUE(until([&] { return told.size() == 1; }));
-    EXPECT_EQ(told.front(), Obstacle::NoModule);
 }
 
 TEST_F(SoundOutputTest, provesThatASoundComesOutOrSaysWhatBecameOfIt) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/tray/TrayStatusItem.h"
 
-#include "platform/linux/tray/NotifierHostWatcher.h"
 #include "platform/linux/tray/NumberedMenu.h"
 #include "platform/linux/tray/PlatformChoice.h"
 #include "tests/support/BusTest.h"
@@ -16,7 +15,6 @@
 #include <sys/stat.h>
 
 using namespace dorvane::testing;
-using Host = NotifierHostWatcher::Host;
 
 namespace {
 
@@ -115,9 +113,10 @@ public:
         EXPECT_TRUE(QTest::qWaitFor([&] { return pending.isFinished(); })) << name;
         return pending.value().variant();
     }
-    // What was told since the last time.
+    // What was told since the last time: it comes before the answer to a question.
     QString told() {
-        QTest::qWait(50);
+        (void)property("Status");
+        QCoreApplication::processEvents();
         return std::exchange(m_told, {}).join(u' ');
     }
 

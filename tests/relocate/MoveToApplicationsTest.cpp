@@ -199,4 +199,15 @@ TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
     }
 }
 
+TEST_F(MoveToApplicationsTest, isNotAnsweredByWhatIsTypedAsItComesUp) {
+    offer();
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter})
+        press(key);
+    ASSERT_TRUE(alert());
+    m_loop.advance(1s);
+    press(Qt::Key_Space);
+    EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(m_relocator.done(), "");
+}
+
 } // namespace

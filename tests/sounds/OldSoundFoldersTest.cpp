@@ -2,6 +2,7 @@
 #include "sounds/OldSoundFolders.h"
 
 #include "tests/sounds/SoundLibraryFixture.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/Testing.h"
 
 namespace dorvane::testing {
@@ -66,6 +67,26 @@ TEST_F(OldSoundFoldersTest, eachStoredPathLeadsToItsFileWheneverTheProgramEnds) 
     const QString bell = old(u"Dorvane/Sounds/Bell.mp3"_qs);
     EXPECT_EQ(movedSoundPath(user, bell), expected[bell]);
     EXPECT_EQ(movedSoundPath(user, folders.rings + u"/Ping.aiff"_qs), QString());
+}
+
+// Another file system is like this one with a link in the file's place: the contents are copied.
+TEST_F(OldSoundFoldersTest, whatDoesNotFitStaysWhereItIsUnderItsPath) {
+    const QString large = old(u"Dorvane/Sounds/Large.mp3"_qs);
+    fill(path("else"), {u"Large.mp3="_qs + QString(300'000, u'x'), u"Small.mp3=x"_qs});
+    ASSERT_TRUE(QFile::link(path("else/Large.mp3"), large));
+    ASSERT_TRUE(QFile::link(path("else/Small.mp3"), old(u"Dorvane/Sounds/Small.mp3"_qs)));
+    const LogCapture log;
+    {
+        const FullDisk full;
+        start(End::None);
+    }
+    EXPECT_EQ(log.messages().size(), 2) << "what could not be copied, and that it stays";
+    EXPECT_FALSE(m_paths.contains(large));
+    EXPECT_EQ(contentsOf(large).size(), 300'000);
+    EXPECT_EQ(contentsOf(folders.sounds + u"/Small.mp3"_qs), "x");
+    EXPECT_FALSE(QFileInfo::exists(folders.sounds + u"/Large.mp3"_qs));
+    start(End::None);
+    EXPECT_EQ(m_paths.value(large), folders.sounds + u"/Large.mp3"_qs);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "tests/sounds/SoundLibraryFixture.h"
 #include "tests/support/Windows.h"
 
-#include <QClipboard>
 #include <QDragEnterEvent>
 #include <QMimeData>
 

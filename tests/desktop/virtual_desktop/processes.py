@@ -25,8 +25,9 @@ class Missing(Exception):
 
 def wait_for(what: str, probe: Callable[[], T | None], seconds: float = 10.0,
              step: float = 0.02) -> T:
-    """Polls until the probe answers something true, and returns that."""
-    deadline = time.monotonic() + seconds
+    """Polls until the probe answers something true, and returns that; for longer where many others
+    share the machine."""
+    deadline = time.monotonic() + seconds * max(1.0, 2 * os.getloadavg()[0] / (os.cpu_count() or 1))
     while not (answer := probe()):
         if time.monotonic() > deadline:
             raise AssertionError(f"waited {seconds:g} s in vain for {what}")

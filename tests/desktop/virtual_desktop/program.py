@@ -93,7 +93,8 @@ class Program:
 
     def wait_for_exit(self) -> int:
         """Its exit status; negative for the signal that killed it."""
-        return self._process.wait(5.0)
+        wait_for("the end of the program", lambda: self._process.poll() is not None, 5.0)
+        return self._process.returncode
 
     def quit(self) -> int:
         """An orderly quit, as at the end of a session."""
