@@ -13,13 +13,12 @@
 #include "core/NotificationNames.h"
 #include "core/UsersNotificationManager.h"
 #include "menubar/AlarmMenuController.h"
-#include "platform/EscapedText.h"
 #include "platform/linux/session/LaunchRequest.h"
 #include "platform/linux/session/ZoneData.h"
 #include "platform/Log.h"
 #include "relocate/MoveToApplications.h"
+#include "widgets/Message.h"
 
-#include <QMessageBox>
 #include <QPixmapCache>
 #include <QPushButton>
 #include <QSessionManager>
@@ -195,30 +194,21 @@ void bfApp::showGoogleHelp() {
 
 // A full disk, mostly. What is typed elsewhere goes on.
 void bfApp::showUnsaved(const QString& problem) {
-    const auto alert = new QMessageBox(QMessageBox::Warning, QStringLiteral("Dorvane"),
-                                       QStringLiteral("Your alarms cannot be saved at the moment."),
-                                       QMessageBox::Ok);
-    alert->setModal(false); // or no ring window could be answered meanwhile
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setAttribute(Qt::WA_ShowWithoutActivating);
-    alert->setTextFormat(Qt::PlainText);
-    alert->setInformativeText(escapedText(
+    QMessageBox* const alert = newMessage(
+        QMessageBox::Warning, QStringLiteral("Your alarms cannot be saved at the moment."),
         QStringLiteral("What runs will ring, and Dorvane goes on trying to save it. What was "
                        "changed is lost if the computer is switched off before that succeeds.\n\n"
                        "The reason: %1")
-            .arg(problem)));
+            .arg(problem));
     alert->show();
     alert->raise();
 }
 
 // On a desktop without a browser, the manual above all.
 void bfApp::showWhereItLies(const QUrl& url) {
-    const auto alert = new QMessageBox(QMessageBox::Information, QStringLiteral("Dorvane"),
-                                       QStringLiteral("No program here opens this:"));
-    alert->setModal(false); // or no ring window could be answered meanwhile
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setTextFormat(Qt::PlainText);
-    alert->setInformativeText(escapedText(url.toDisplayString(QUrl::PreferLocalFile)));
+    QMessageBox* const alert =
+        newMessage(QMessageBox::Information, QStringLiteral("No program here opens this:"),
+                   url.toDisplayString(QUrl::PreferLocalFile));
     alert->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     alert->show();
     alert->raise();
@@ -226,16 +216,10 @@ void bfApp::showWhereItLies(const QUrl& url) {
 }
 
 void bfApp::showUpdate(const Release& release) {
-    const auto alert =
-        new QMessageBox(QMessageBox::Information, QStringLiteral("Dorvane"),
-                        QStringLiteral("Dorvane %1 is available.").arg(release.version));
-    alert->setModal(false); // or no ring window could be answered meanwhile
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setAttribute(Qt::WA_ShowWithoutActivating);
-    alert->setTextFormat(Qt::PlainText);
-    alert->setInformativeText(escapedText(
+    QMessageBox* const alert = newMessage(
+        QMessageBox::Information, QStringLiteral("Dorvane %1 is available.").arg(release.version),
         QStringLiteral("It is described at %1.\nNothing is downloaded until you do so there.")
-            .arg(release.link.host())));
+            .arg(release.link.host()));
     const auto open = alert->addButton(QStringLiteral("&Open Page"), QMessageBox::AcceptRole);
     alert->addButton(QMessageBox::Close);
     connect(open, &QPushButton::clicked, alert,

@@ -29,7 +29,7 @@ ARROWS = {
     "breaks": {"core", "sounds", "firing"},
     "menubar": {"core", "firing", "editor", "breaks"},
     "relocate": {"platform"},
-    "widgets": set(),
+    "widgets": {"platform"},
     "platform/linux": {"platform"},
 }
 FOLDERS = [*ARROWS, "app"]
