@@ -42,9 +42,9 @@ void takeOverTime(const Alarm& old, Alarm& alarm) {
     alarm.setSnoozedMinutes(old.snoozedMinutes());
 }
 
-// An alarm rings up to a second before it is due.
+// An alarm rings up to a second before it is due, and that occurrence is over.
 QDateTime behindTheRingOf(const Alarm& alarm, const QDateTime& now) {
-    return alarm.isTriggered() ? std::max(now, alarm.time(instantOf(now))) : now;
+    return alarm.isTriggered() ? std::max(now, alarm.time(instantOf(now)).addMSecs(1)) : now;
 }
 
 // The moment that an edited timer counts from.
@@ -96,8 +96,10 @@ bool keepsItsTime(const EditedAlarm& edited, Instant now) {
 AlarmPtr alarmBuiltFrom(const AlarmForm& form, const QDateTime& now, const QString& todaysName,
                         const std::optional<EditedAlarm>& edited) {
     AlarmPtr alarm = alarmWithSettingsOf(form);
-    if (edited)
+    if (edited) {
         alarm->setIsExisInActiveAlarmList(edited->alarm.isExisInActiveAlarmList());
+        alarm->setOtherValues(edited->alarm.otherValues());
+    }
     if (edited && keepsItsTime(*edited, instantOf(now))) {
         takeOverTime(edited->alarm, *alarm);
         return alarm;

@@ -36,9 +36,9 @@ struct EditedAlarm {
 // does not: what has rung counts anew.
 [[nodiscard]] bool keepsItsTime(const EditedAlarm& edited, Instant now);
 
-// A new alarm as the form says, set at `now`. An edited one hands on that the menu lists it, and
-// its time if it keeps that; a timer hands on the moment that it counts from unless it would have
-// passed by now.
+// A new alarm as the form says, set at `now`. An edited one hands on that the menu lists it, what
+// only other versions know of it, and its time if it keeps that; a timer hands on the moment that
+// it counts from unless it would have passed by now.
 [[nodiscard]] AlarmPtr alarmBuiltFrom(const AlarmForm& form, const QDateTime& now,
                                       const QString& todaysName,
                                       const std::optional<EditedAlarm>& edited = {});

@@ -168,8 +168,10 @@ qint64 snoozeMinutes(const Alarm& alarm, Instant now) {
     constexpr qint64 most = 200LL * 366 * 24 * 60;
     const minutes wanted(std::clamp<qint64>(alarm.snoozeTime(), 1, most));
     const Instant due = alarm.due(now).value_or(now);
-    // An alarm reports up to a second before it is due.
-    if (due + wanted > now + seconds(1))
+    // An alarm reports up to a second before it is due; one that is due later by now began to ring
+    // before the clock was set back.
+    const bool isClockSetBack = due > now + seconds(1);
+    if (due + wanted > now + seconds(1) && !isClockSetBack)
         return wanted.count();
     return ceil<minutes>(now + wanted - due).count();
 }

@@ -52,7 +52,8 @@ struct RearmDecision {
                                          const QString& todaysName);
 
 // The minutes by which Snooze puts off an alarm that rings: its own snooze time, at least one; or
-// as many as take it that far from `now` when its due time would have passed already.
+// as many as take it that far from `now` when its due time would have passed already. Fewer than
+// none where the clock was set back since it began to ring.
 [[nodiscard]] qint64 snoozeMinutes(const Alarm& alarm, Instant now);
 
 // Changes the alarm's dates and days as decided; Remove and Unchanged change nothing.

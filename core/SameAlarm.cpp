@@ -7,13 +7,17 @@ namespace dorvane {
 
 namespace {
 
+// What was asked for, which one night may have no moment for.
+QTime timeOfDay(const Alarm& alarm) {
+    return alarm.wishedTime().isValid() ? alarm.wishedTime() : alarm.storedTime().time();
+}
+
 // A relative alarm has none, and the date of one that repeats moves on.
 bool isAtTheSameTime(const Alarm& one, const Alarm& other) {
     if (one.isRelative())
         return true;
     const bool movesOn = one.selRowNo() >= Alarm::Weekly || one.shouldUseEveryDay();
-    return movesOn ? one.storedTime().time() == other.storedTime().time()
-                   : one.storedTime() == other.storedTime();
+    return movesOn ? timeOfDay(one) == timeOfDay(other) : one.storedTime() == other.storedTime();
 }
 
 // A weekday alarm that is not kept for every week uses its days up.

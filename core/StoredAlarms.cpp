@@ -3,6 +3,7 @@
 
 #include "core/JoinedAlarms.h"
 #include "core/NotificationNames.h"
+#include "core/SameAlarm.h"
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 
@@ -19,8 +20,19 @@ auto firstTitled(std::vector<AlarmPtr>& alarms, const QString& title) {
                         [&](const AlarmPtr& alarm) { return alarm->title() == title; });
 }
 
-// As much of it as the menu listed before is listed still.
+// The entry that was stored of the alarm, and not one of another that has its title: what other
+// programs make is not stored.
+auto entryOf(std::vector<AlarmPtr>& alarms, const Alarm& alarm) {
+    const auto titled = firstTitled(alarms, alarm.title());
+    return titled != alarms.end() && isSameAlarm(**titled, alarm) ? titled : alarms.end();
+}
+
+// As much of it as the menu listed before is listed still, and what only others know stays.
 void replace(AlarmPtr& entry, Alarm& alarm, const AlarmPtr& by) {
+    if (alarm.otherValues().isEmpty()) {
+        alarm.setOtherValues(entry->otherValues());
+        by->setOtherValues(entry->otherValues());
+    }
     if (entry->isExisInActiveAlarmList() && !alarm.isDefaultAlarm()) {
         alarm.setIsExisInActiveAlarmList(true);
         by->setIsExisInActiveAlarmList(true);
@@ -30,25 +42,13 @@ void replace(AlarmPtr& entry, Alarm& alarm, const AlarmPtr& by) {
 
 AlarmPtr templateOf(const Alarm& alarm, Instant now) {
     AlarmPtr copy = alarm.copy(now);
-    if (alarm.snoozedMinutes() > 0)
+    if (alarm.snoozedMinutes() != 0)
         copy->setTimeWishedAt(copy->storedTime().addSecs(-60 * qint64(alarm.snoozedMinutes())),
                               alarm.wishedTime());
     return copy;
 }
 
-void putInto(std::vector<AlarmPtr>& stored, Alarm& alarm, Instant now,
-             const QString& formerTitle = {}) {
-    if (!formerTitle.isEmpty() && formerTitle != alarm.title()) {
-        if (const auto former = firstTitled(stored, formerTitle); former != stored.end()) {
-            if (const auto same = firstTitled(stored, alarm.title()); same != stored.end()) {
-                alarm.setIsExisInActiveAlarmList(alarm.isExisInActiveAlarmList() ||
-                                                 (*former)->isExisInActiveAlarmList());
-                stored.erase(former);
-            } else {
-                (*former)->setTitle(alarm.title());
-            }
-        }
-    }
+void putInto(std::vector<AlarmPtr>& stored, Alarm& alarm, Instant now) {
     const AlarmPtr copy = templateOf(alarm, now);
     if (const auto found = firstTitled(stored, alarm.title()); found != stored.end())
         replace(*found, alarm, copy);
@@ -75,9 +75,27 @@ bool StoredAlarms::hasRoomFor(const QString& title, std::size_t others) {
     return stored.size() + others < most || firstTitled(stored, title) != stored.end();
 }
 
-void StoredAlarms::put(Alarm& alarm, Instant now, const QString& formerTitle) {
+bool StoredAlarms::hasRoomFor(const Alarm& edited, const QString& title) {
     std::vector<AlarmPtr> stored = load();
-    putInto(stored, alarm, now, formerTitle);
+    return edited.isActive() || hasRoomFor(title) || entryOf(stored, edited) != stored.end();
+}
+
+void StoredAlarms::put(Alarm& alarm, Instant now) {
+    put(std::vector{alarm.shared_from_this()}, now);
+}
+
+void StoredAlarms::putEdited(Alarm& alarm, const Alarm& former, Instant now) {
+    std::vector<AlarmPtr> stored = load();
+    const auto entry = entryOf(stored, former);
+    const bool hasEntry = entry != stored.end();
+    const bool isTitleFree = firstTitled(stored, alarm.title()) == stored.end();
+    const bool isAnothers = !isTitleFree && former.title() == alarm.title();
+    const bool isFull = isTitleFree && stored.size() >= most;
+    if (!hasEntry && former.isActive() && (isAnothers || isFull))
+        return; // it runs, which is enough
+    if (hasEntry && isTitleFree)
+        (*entry)->setTitle(alarm.title());
+    putInto(stored, alarm, now);
     saveDefaultAlarms(stored);
 }
 
@@ -90,21 +108,19 @@ void StoredAlarms::put(const std::vector<AlarmPtr>& alarms, Instant now) {
 
 void StoredAlarms::updateAlarmList(const AlarmPtr& alarm) {
     std::vector<AlarmPtr> stored = load();
-    const auto found = firstTitled(stored, alarm->title());
+    const auto found = entryOf(stored, *alarm);
     if (found == stored.end())
         return;
     replace(*found, *alarm, alarm);
     saveDefaultAlarms(stored);
 }
 
-void StoredAlarms::updateInactiveAlarmList(const AlarmPtr& alarm) {
-    std::vector<AlarmPtr> stored = load();
-    alarm->setIsExisInActiveAlarmList(true);
-    if (const auto found = firstTitled(stored, alarm->title()); found != stored.end())
-        *found = alarm;
-    else
-        stored.push_back(alarm);
-    saveDefaultAlarms(stored);
+bool StoredAlarms::updateInactiveAlarmList(Alarm& alarm, Instant now) {
+    if (!hasRoomFor(alarm.title()))
+        return false;
+    alarm.setIsExisInActiveAlarmList(true);
+    put(alarm, now);
+    return true;
 }
 
 bool StoredAlarms::isListed(const QString& title) {
@@ -135,6 +151,12 @@ std::vector<AlarmPtr> StoredAlarms::load() {
 void StoredAlarms::saveDefaultAlarms(const std::vector<AlarmPtr>& alarms) {
     m_list.save(alarms);
     m_notifications.post(storedAlarmsDidChangeNotification, this);
+}
+
+QString noRoomText() {
+    return QStringLiteral("%1 alarms are stored, which is the most. Delete one of them first, or "
+                          "use its title.")
+        .arg(StoredAlarms::most);
 }
 
 QStringList alarmTitles(const std::vector<AlarmPtr>& alarms) {

@@ -29,23 +29,29 @@ public:
     static constexpr std::size_t most = 1000;
     // Whether an alarm of this title can be stored, with as many others still to come.
     [[nodiscard]] bool hasRoomFor(const QString& title, std::size_t others = 0);
+    // Whether the alarm can be edited to have the title: a running one needs no room here.
+    [[nodiscard]] bool hasRoomFor(const Alarm& edited, const QString& title);
 
     // Stores a copy of the alarm, snoozes aside: in the place of the first one with its title, else
-    // at the end. An alarm that had another title before takes the entry of that along. What the
-    // menu lists stays listed, and the alarm is flagged as it is. One for which there is no room is
-    // not stored, of which the log tells.
-    void put(Alarm& alarm, Instant now, const QString& formerTitle = {});
+    // at the end. What the menu lists stays listed, and the alarm is flagged as it is. One for
+    // which there is no room is not stored, of which the log tells.
+    void put(Alarm& alarm, Instant now);
+
+    // The same for an alarm that was edited, with what it was before: its entry goes along where
+    // the new title is free, and stays beside that of the new title where it is not. What runs
+    // under the title of another's entry leaves that alone, unless it was given the title now.
+    void putEdited(Alarm& alarm, const Alarm& former, Instant now);
 
     // The same for several alarms, which are written together.
     void put(const std::vector<AlarmPtr>& alarms, Instant now);
 
-    // Stores the alarm as it is in the place of the first one with its title; when the title is
-    // not stored, nothing happens.
+    // Stores the alarm as it is, having moved on, in the place of its entry; when that is not
+    // stored, or the entry of its title is of another alarm, nothing happens.
     void updateAlarmList(const AlarmPtr& alarm);
 
-    // Flags the alarm as one that the menu lists while it does not run, and does the same; an alarm
-    // that is not stored is added.
-    void updateInactiveAlarmList(const AlarmPtr& alarm);
+    // Flags the alarm as one that the menu lists while it does not run, and stores a copy of it.
+    // False, and nothing happens, when there is no room: see noRoomText().
+    [[nodiscard]] bool updateInactiveAlarmList(Alarm& alarm, Instant now);
 
     // Whether an alarm of the title is stored and listed by the menu while it does not run.
     [[nodiscard]] bool isListed(const QString& title);
@@ -63,6 +69,9 @@ private:
     ArchivedList m_list;
     NotificationCenter& m_notifications;
 };
+
+// What a user is told who would store more than there is room for.
+[[nodiscard]] QString noRoomText();
 
 // The titles of the alarms, in order.
 [[nodiscard]] QStringList alarmTitles(const std::vector<AlarmPtr>& alarms);

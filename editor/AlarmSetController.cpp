@@ -164,17 +164,28 @@ void AlarmSetController::manageDescriptionLabel() {
     m_form.voiceName = m_voice->voiceName();
     const QString sentence =
         dorvane::manageDescriptionLabel(m_form, m_services.runLoop.now().date());
-    m_controls->descriptionLabel->setText(
-        m_isGone ? QStringLiteral("This alarm is no longer there. Set makes it anew.\n") + sentence
-                 : sentence);
+    const QString remark =
+        m_isGone     ? QStringLiteral("This alarm is no longer there. Set makes it anew.\n")
+        : m_starting ? QStringLiteral("Its date has passed. Set starts it for this one:\n")
+                     : QString();
+    m_controls->descriptionLabel->setText(remark + sentence);
     m_times->showRemarks();
     m_setButton->setEnabled(m_times->isReadable(m_form.row));
 }
 
 // -- Opening and filling ------------------------------------------------------------------------
 
+void AlarmSetController::showToStart(const AlarmPtr& stored) {
+    showWithAlarm(nullptr);
+    m_starting = stored;
+    setAlarm(stored.get());
+    selectTitle(stored->title());
+    setWindowTitle(QStringLiteral("Start Alarm"));
+}
+
 void AlarmSetController::showWithAlarm(const AlarmPtr& alarm) {
     m_editingOne = alarm;
+    m_starting.reset();
     m_isGone = false;
     m_voice->askForVoices();
     reloadTitles();
@@ -292,10 +303,10 @@ void AlarmSetController::setButtonPushed() {
         m_controls->inTimeField->setFocus();
     if (!faults.message.isEmpty())
         return showFaults(faults.message);
-    if (!m_services.storedAlarms.hasRoomFor(m_form.title))
-        return showFaults(QStringLiteral("%1 alarms are stored, which is the most. Delete one of "
-                                         "them first, or use its title.")
-                              .arg(StoredAlarms::most));
+    StoredAlarms& library = m_services.storedAlarms;
+    if (!(m_editingOne ? library.hasRoomFor(*m_editingOne, m_form.title)
+                       : library.hasRoomFor(m_form.title)))
+        return showFaults(noRoomText());
     const QDateTime now = m_services.runLoop.now();
     if (mustBeAhead(now) && m_times->renewBounds(m_form.row, now))
         return manageDescriptionLabel(); // as above
@@ -330,8 +341,10 @@ bool AlarmSetController::mustBeAhead(const QDateTime& now) const {
 AlarmPtr AlarmSetController::saveCurrentAlarm() {
     const QDateTime now = m_services.runLoop.now();
     AlarmPtr alarm = alarmBuiltFrom(m_form, now, weekdayName(now.date()), edited());
-    m_services.storedAlarms.put(*alarm, instantOf(now),
-                                m_editingOne ? m_editingOne->title() : QString());
+    if (m_editingOne)
+        m_services.storedAlarms.putEdited(*alarm, *m_editingOne, instantOf(now));
+    else
+        m_services.storedAlarms.put(*alarm, instantOf(now));
     return alarm;
 }
 

@@ -41,8 +41,13 @@ public:
     // Opens the window for the alarm, or for a new one when there is none, in front of all others.
     void showWithAlarm(const AlarmPtr& alarm);
 
+    // The same for a new alarm that is like a stored one of which the date has passed.
+    void showToStart(const AlarmPtr& stored);
+
     // The alarm that the window was opened for; null for a new one.
     [[nodiscard]] const AlarmPtr& editingOne() const { return m_editingOne; }
+    // The stored one that it was opened to start; null for any other.
+    [[nodiscard]] const AlarmPtr& starting() const { return m_starting; }
 
 private:
     void setUpControls();
@@ -86,7 +91,8 @@ private:
     NotificationCenter::Observation m_storedAlarmsObservation;
     NotificationCenter::Observation m_alarmsObservation;
     AlarmPtr m_editingOne;
-    AlarmForm m_opened; // the form of that alarm
+    AlarmPtr m_starting;
+    AlarmForm m_opened; // the form of the alarm that is edited
     bool m_isGone = false;
     AlarmEditorDelegate* m_delegate = nullptr;
 };

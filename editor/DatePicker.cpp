@@ -29,7 +29,7 @@ void DatePicker::setTimeOfDay(QTime time) {
     m_time = time;
     if (m_written.isEmpty())
         return;
-    const auto date = dateRead(m_written, m_territory, m_now(), time).date;
+    const auto date = dateRead(m_written, m_territory, m_writtenAt, time).date;
     if (!date || date == m_wanted)
         return;
     m_wanted = *date;
@@ -44,7 +44,8 @@ void DatePicker::setEarliest(std::optional<QDate> earliest) {
 }
 
 TypedField::Reading DatePicker::read(const QString& text) {
-    const DateReading reading = dateRead(text, m_territory, m_now(), m_time);
+    m_writtenAt = m_now();
+    const DateReading reading = dateRead(text, m_territory, m_writtenAt, m_time);
     m_written.clear();
     if (!reading.date)
         return reading.canBecomeDate ? Reading::Beginning : Reading::Unreadable;

@@ -49,7 +49,8 @@ private:
     QTime m_time{0, 0};
     QDate m_wanted;
     QDate m_shown;
-    QString m_written; // what the wanted date was read from
+    QString m_written;     // what the wanted date was read from
+    QDateTime m_writtenAt; // which a night may be past
     std::optional<QDate> m_earliest;
 };
 

@@ -15,6 +15,7 @@
 #include "platform/Bundle.h"
 #include "platform/StatusItem.h"
 #include "widgets/BringToFront.h"
+#include "widgets/Message.h"
 
 #include <algorithm>
 
@@ -124,16 +125,16 @@ void AlarmMenuController::darkModeChanged() {
 }
 
 void AlarmMenuController::createAlarm() {
-    showEditor(nullptr);
+    showEditor(nullptr, EditorPurpose::Edit);
 }
 
 void AlarmMenuController::editAlarm(const AlarmPtr& alarm) {
-    showEditor(alarm);
+    showEditor(alarm, EditorPurpose::Edit);
 }
 
 // One alarm has one editor at a time, or the last to be set would undo what the others changed. New
 // alarms have not more editors than anybody uses: other programs may ask for them.
-void AlarmMenuController::showEditor(const AlarmPtr& alarm) {
+void AlarmMenuController::showEditor(const AlarmPtr& alarm, EditorPurpose purpose) {
     constexpr std::size_t most = 20;
     AlarmSetController* open = alarm ? editorOf(*alarm) : nullptr;
     if (!alarm && m_editors.size() >= most)
@@ -145,13 +146,17 @@ void AlarmMenuController::showEditor(const AlarmPtr& alarm) {
     AlarmSetController* const editor = m_editors.emplace_back(m_surroundings.makeEditor()).get();
     editor->setDelegate(this);
     QObject::connect(editor, &QDialog::finished, editor, [this, editor] { editorClosed(editor); });
-    editor->showWithAlarm(alarm);
+    if (purpose == EditorPurpose::Start)
+        editor->showToStart(alarm);
+    else
+        editor->showWithAlarm(alarm);
 }
 
 // Each building of the menu has records of its own for what is stored, where the title is the key.
 AlarmSetController* AlarmMenuController::editorOf(const Alarm& alarm) const {
     const auto isEdited = [&alarm](const auto& editor) {
-        const Alarm* const editing = editor->editingOne().get();
+        const Alarm* const editing =
+            (editor->starting() ? editor->starting() : editor->editingOne()).get();
         return editing == &alarm || (editing && !editing->isActive() && !alarm.isActive() &&
                                      editing->title() == alarm.title());
     };
@@ -199,7 +204,7 @@ void AlarmMenuController::acceptedPreAlarm(AlarmSetPreController&, const AlarmPt
 
 void AlarmMenuController::setAlarm(const AlarmPtr& alarm) {
     if (!startStored(*alarm))
-        editAlarm(alarm);
+        showEditor(alarm, EditorPurpose::Start);
 }
 
 AlarmPtr AlarmMenuController::startStored(const Alarm& stored) {
@@ -252,7 +257,11 @@ void AlarmMenuController::saveFromMenu(const AlarmPtr& alarm) {
     // Its flag is not enough: the stored one may have been deleted since.
     if (alarm->isExisInActiveAlarmList() && m_surroundings.storedAlarms.isListed(alarm->title()))
         return;
-    m_surroundings.storedAlarms.updateInactiveAlarmList(alarm);
+    if (!m_surroundings.storedAlarms.updateInactiveAlarmList(*alarm,
+                                                             instantNow(m_surroundings.runLoop)))
+        return newMessage(QMessageBox::Warning, QStringLiteral("The alarm is not saved."),
+                          noRoomText())
+            ->show();
     m_surroundings.notifications.post(mainMenuWillAppearNotification, this);
 }
 

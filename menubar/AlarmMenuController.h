@@ -150,7 +150,8 @@ private:
     void menuWillAppear();
     void darkModeChanged();
     void showBreaks();
-    void showEditor(const AlarmPtr& alarm);
+    enum class EditorPurpose { Edit, Start };
+    void showEditor(const AlarmPtr& alarm, EditorPurpose purpose);
     [[nodiscard]] AlarmSetController* editorOf(const Alarm& alarm) const;
     void editorClosed(const AlarmSetController* editor);
     void silence(const AlarmPtr& alarm, RingEvent event);

@@ -116,10 +116,10 @@ TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
     run.library.updateAlarmList(egg);
     run.library.put(*egg, {});
     tea->setRingWithinUnits(7);
-    tea->setSnoozeTime(1LL << 40); // more than the record holds
-    run.library.updateAlarmList(tea);
-    run.library.updateInactiveAlarmList(tea);
-    EXPECT_EQ(trace, "tea3 egg5 pie9 | tea4 egg5 pie9 | tea4 pie9 | tea4 | tea4 egg5 | tea7 egg5 | "
+    tea->setSnoozeTime(1LL << 40);    // more than the record holds
+    run.library.updateAlarmList(tea); // not any more
+    EXPECT_TRUE(run.library.updateInactiveAlarmList(*tea, {}));
+    EXPECT_EQ(trace, "tea3 egg5 pie9 | tea4 egg5 pie9 | tea4 pie9 | tea4 | tea4 egg5 | "
                      "tea7! egg5 | ");
 
     run.defaults.setValue(u"StoredAlarmsKey"_qs, run.archive.archivedData({tea, tea}));

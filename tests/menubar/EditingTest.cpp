@@ -4,6 +4,8 @@
 #include "editor/DescriptionLabel.h"
 #include "tests/menubar/MenuFixture.h"
 
+#include <QMessageBox>
+
 using namespace dorvane::testing;
 
 namespace {
@@ -13,6 +15,7 @@ protected:
     // What happens at some moment of a scene.
     enum class Event {
         None,
+        BeginsToRing, // half a second before it is due
         RingsHalfAMinute,
         IsPutOff,   // after ringing, for five minutes
         IsAnswered, // after ringing, with Clear
@@ -29,7 +32,7 @@ protected:
             return loop.advance(10min);
         const QDateTime due = alarm->time(instantNow(loop));
         loop.sleepMachine(std::chrono::milliseconds(loop.now().msecsTo(due)) - 1min);
-        loop.advance(90s);
+        loop.advance(event == Event::BeginsToRing ? 59500ms : 90s);
         ASSERT_TRUE(alarm->isTriggered());
         if (event == Event::IsPutOff)
             m_controller.snoozeAlarm(alarm);
@@ -38,13 +41,14 @@ protected:
     }
 
     // "Tea!30 | Tea 11-23 08:30+01": what is stored, with a mark if the menu lists it, and what
-    // runs.
+    // runs; "+" stands for values that only others know.
     std::string state() {
         std::string all;
         const auto stored = library.alarms().value_or(std::vector<AlarmPtr>());
         for (const AlarmPtr& alarm : stored)
             all += alarm->title().toStdString() + (alarm->isExisInActiveAlarmList() ? "!" : " ") +
-                   std::to_string(alarm->ringWithinUnits()) + " ";
+                   std::to_string(alarm->ringWithinUnits()) +
+                   (alarm->otherValues().isEmpty() ? " " : "+ ");
         all += "|";
         for (const AlarmPtr& alarm : m_clock.allAlarms())
             all += " " + alarm->title().toStdString() + " " + brief(alarm->time(instantNow(loop))) +
@@ -100,6 +104,8 @@ TEST_F(EditingTest, changesWhatWasChangedAndNothingElse) {
          "Bus 0 | Bus 11-23 09:00+01 rings"},
         {"weekly, rings", monday, true, Event::RingsHalfAMinute, never, "",
          "Run 1 | Run 11-27 09:00+01"},
+        {"weekly, begins to ring", monday, true, Event::BeginsToRing, never, "",
+         "Run 1 | Run 11-27 09:00+01"},
         {"weekly, put off", monday, true, Event::IsPutOff, never, "titleBox=Walk",
          "Walk 1 | Walk 11-23 09:05+01"},
     };
@@ -146,6 +152,58 @@ TEST_F(EditingTest, saysThatAnAlarmIsGoneAndMakesItAnew) {
     for (AlarmSetController* window : editors)
         set(*window);
     EXPECT_EQ(state(), "tea 1 | tea 11-23 08:11+01");
+}
+
+TEST_F(EditingTest, leavesWhatIsAnothersAsItIs) {
+    const auto editAndType = [this](const AlarmPtr& alarm, const char* typed) {
+        m_controller.editAlarm(alarm);
+        AlarmSetController& window = *openEditors().front();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        use(window, QString::fromLatin1(typed));
+        set(window);
+    };
+    const AlarmPtr gym = AlarmOf{.title = "Gym", .minutes = 30, .isListed = true}.alarm();
+    gym->setOtherValues({{u"later"_qs, 1}});
+    library.put(*gym, instantNow(loop));
+    store({.title = "Egg", .minutes = 7});
+    const AlarmPtr script = AlarmOf{.title = "Gym", // whose title is the same by chance
+                                    .kind = Alarm::Weekly,
+                                    .time = "11-23 09:00",
+                                    .days = {Weekday::Monday, Weekday::Friday},
+                                    .snoozeTime = 5}
+                                .alarm();
+    m_controller.scheduleAlarm(script);
+    happen(Event::IsAnswered, script);
+    EXPECT_EQ(state(), "Gym!30+ Egg 7 | Gym 11-27 09:00+01") << "moved on";
+    editAndType(script, "titleBox=Gym");
+    EXPECT_EQ(state(), "Gym!30+ Egg 7 | Gym 11-27 09:00+01");
+    editAndType(m_clock.allAlarms().front(), "titleBox=Run");
+    EXPECT_EQ(state(), "Gym!30+ Egg 7 Run 1 | Run 11-27 09:00+01");
+    m_controller.deleteAlarm(m_clock.allAlarms().front());
+    editAndType(library.alarms()->front(), "titleBox=Egg"); // which is there already
+    EXPECT_EQ(state(), "Gym!30+ Egg!30+ Run 1 |");
+}
+
+TEST_F(EditingTest, aFullLibraryTakesChangesOfWhatItHolds) {
+    std::vector<AlarmPtr> many;
+    for (int i = 0; i < int(StoredAlarms::most); ++i)
+        many.push_back(AlarmOf{.title = std::to_string(i).c_str(), .minutes = 3}.alarm());
+    library.put(many, instantNow(loop));
+    const AlarmPtr script = AlarmOf{.title = "Gym", .minutes = 9}.alarm();
+    m_controller.scheduleAlarm(script);
+    m_controller.saveFromMenu(script);
+    EXPECT_EQ(windowsNamed<QMessageBox>("").size(), 1);
+    for (QMessageBox* message : windowsNamed<QMessageBox>(""))
+        message->close();
+    m_controller.editAlarm(many.front());
+    m_controller.editAlarm(script);
+    for (AlarmSetController* window : openEditors()) {
+        window->findChild<TitleBox*>()->lineEdit()->setText(u"Renamed"_qs);
+        set(*window);
+    }
+    EXPECT_TRUE(openEditors().isEmpty());
+    EXPECT_EQ(library.alarms()->front()->title(), u"Renamed"_qs);
+    EXPECT_EQ(library.alarms()->size(), StoredAlarms::most);
 }
 
 TEST_F(EditingTest, savesWhatIsNotStoredAndListsWhatWasListed) {
@@ -207,7 +265,9 @@ TEST_F(EditingTest, keepsTheTimeOfDayThatANightSkips) {
             EXPECT_EQ(tea->timeOfDay(instantNow(loop)), QTime(2, 30));
             happen(Event::IsAnswered, tea);
         }
-        m_controller.deleteAlarm(tea);
+        const AlarmPtr again = m_controller.startStored(*library.alarms()->front());
+        EXPECT_EQ(m_clock.allAlarms(), std::vector{again}) << "it is one";
+        m_controller.deleteAlarm(again);
         loop.runPending();
     }
     const AlarmPtr stored = AlarmOf{.kind = Alarm::Dated, .time = "03-29 03:30"}.alarm();

@@ -128,9 +128,22 @@ const Scene scenes[] = {
      .told = "A cleared"},
     {.name = "StoredAlarmOfADateThatHasPassedIsOfferedInTheEditor",
      .set = {{.title = "A", .kind = Alarm::Dated, .time = "11-23 08:30"}},
-     .steps = {{"end A", "", ""}, {"sleep 2h", "", ""}, {"start A", "", "editor"}},
-     .kept = "",
+     .steps = {{"end A", "", ""},
+               {"sleep 2h", "", ""},
+               {"start A", "", "editor"},
+               {"start A", "", "editor"},
+               {"set", "", ""}},
+     .kept = "A 11-24 08:30",
      .told = ""},
+    {.name = "SnoozeAfterTheClockWasSetBackCountsFromThePress",
+     .set = {{.title = "A", .minutes = 10}},
+     .steps = {{"wait 10m", "A+", "A!"},
+               {"set back 1h", "", "A!"},
+               {"snooze A", "A-", ""},
+               {"wait 4m", "", ""},
+               {"wait 1m", "A+", "A!"}},
+     .kept = "A 11-23 07:15",
+     .told = "A snoozed"},
     {.name = "ClearInTheMenuTakesTheWindow",
      .set = {{.title = "A", .minutes = 1, .repeats = true}},
      .steps = {{"wait 1m", "A+", "A!"}, {"end A", "A-", ""}, {"wait 1h", "", ""}},
@@ -157,7 +170,8 @@ protected:
 
     // "wait 5s", "sleep 75h": time passes. "clear A", "snooze A", "clear all": buttons of a window.
     // "end A", "delete A", "start A": Clear and Delete in the menu, and the stored alarm there.
-    // "press", "close": the icon is pressed, its menu closed. "start again": the program is.
+    // "set": what the editor shows. "press", "close": the icon is pressed, its menu closed. "start
+    // again": the program is. "set back 1h": the clock is.
     void perform(const QString& what) {
         const QString verb = what.section(u' ', 0, 0);
         const QString object = what.section(u' ', 1);
@@ -166,6 +180,10 @@ protected:
             loop.advance(duration(object));
         else if (verb == u"sleep")
             loop.sleepMachine(duration(object));
+        else if (what.startsWith(u"set back"))
+            loop.setWall(loop.now().addMSecs(-duration(object.section(u' ', 1)).count()));
+        else if (verb == u"set")
+            set(*openEditors().front());
         else if (what == u"clear all")
             windowOf(m_clock.allAlarms().back()).clearAllButtonPressed();
         else if (what == u"start again")
