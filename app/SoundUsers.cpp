@@ -2,6 +2,7 @@
 #include "app/SoundUsers.h"
 
 #include "breaks/PendixTakeABreakSettings.h"
+#include "core/Isolated.h"
 #include "sounds/SoundName.h"
 
 namespace dorvane {
@@ -17,7 +18,7 @@ QStringList usersOfSound(const QString& path, const std::vector<AlarmPtr>& alarm
     QStringList users;
     for (const AlarmPtr& alarm : alarms)
         if (alarm->soundPath() == path)
-            users << QStringLiteral("the alarm “%1”").arg(shortened(alarm->title()));
+            users << QStringLiteral("the alarm “%1”").arg(isolated(shortened(alarm->title())));
     users.removeDuplicates();
     if (const qsizetype more = users.size() - mostNamed; more > 0)
         users = users.mid(0, mostNamed) << QStringLiteral("%1 more").arg(more);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "checks/Check.h"
 
+#include "core/Isolated.h"
+
 #include <QFileInfo>
 
 #include <algorithm>
@@ -117,8 +119,8 @@ Check checkProof(SoundProof proof) {
 }
 
 Check checkSoundOf(const AlarmFacts& alarm) {
-    const QString line =
-        text("“%1”: the sound %2 ").arg(alarm.title, QFileInfo(alarm.soundPath).fileName());
+    const QString line = text("“%1”: the sound %2 ")
+                             .arg(isolated(alarm.title), QFileInfo(alarm.soundPath).fileName());
     constexpr auto advice = "Choose another sound for it; until then Ping rings.";
     if (!alarm.isReadInTime)
         return warning("alarm-sound", line + text("is not read in time."),
@@ -156,10 +158,11 @@ Checks checkAlarms(const std::vector<AlarmFacts>& alarms, bool isOutputFine) {
         if (!alarm.voice.isEmpty() && !alarm.hasVoice)
             checks.push_back(failure("alarm-voice",
                                      text("“%1” will be silent: its voice %2 is not installed.")
-                                         .arg(alarm.title, alarm.voice),
+                                         .arg(isolated(alarm.title), alarm.voice),
                                      "Choose another voice for it."));
         if (alarm.soundPath.isEmpty() && alarm.voice.isEmpty())
-            checks.push_back(warning("alarm-silent", text("“%1” plays no sound.").arg(alarm.title),
+            checks.push_back(warning("alarm-silent",
+                                     text("“%1” plays no sound.").arg(isolated(alarm.title)),
                                      "Choose a sound for it, if it is to be heard."));
     }
     if (alarms.empty())

@@ -2,6 +2,7 @@
 #include "cli/Console.h"
 #include "cli/RemoteCommands.h"
 #include "core/AlarmKeys.h"
+#include "core/Isolated.h"
 
 #include <QCommandLineParser>
 
@@ -60,14 +61,15 @@ std::variant<QVariantList, ExitStatus> find(RemoteProgram& program, const Which&
         identities << alarm.toMap().value(key::identity).toString();
     return tellFault(
         {Fault::Kind::Refused, QStringLiteral("%1 alarms are called \"%2\"; say which: %3")
-                                   .arg(QString::number(found.size()), which.name,
+                                   .arg(QString::number(found.size()), isolated(which.name),
                                         identities.join(QStringLiteral(", ")))});
 }
 
 ExitStatus tellNone(const Which& which) {
     return tellFault({Fault::Kind::Refused,
-                      which.isRinging ? QStringLiteral("nothing rings")
-                                      : QStringLiteral("no alarm runs as \"%1\"").arg(which.name)});
+                      which.isRinging
+                          ? QStringLiteral("nothing rings")
+                          : QStringLiteral("no alarm runs as \"%1\"").arg(isolated(which.name))});
 }
 
 // Does it to each of the alarms; the first that is refused ends it.
@@ -78,7 +80,7 @@ ExitStatus onEach(const CommandServices& services, const QVariantList& alarms,
         const auto answer = services.program().call(method, {alarm.value(key::identity)});
         if (const auto* const fault = std::get_if<Fault>(&answer))
             return tellFault(*fault);
-        writeLine(alarm.value(key::title).toString() + u' ' + done);
+        writeLine(isolated(alarm.value(key::title).toString()) + u' ' + done);
     }
     return ExitStatus::Done;
 }
@@ -152,7 +154,7 @@ ExitStatus runDelete(const CommandServices& services, const QStringList& argumen
     const auto removed = services.program().call(QStringLiteral("DeleteStored"), {which.name});
     if (const auto* const fault = std::get_if<Fault>(&removed))
         return tellFault(*fault);
-    writeLine(which.name + QStringLiteral(" is no longer stored"));
+    writeLine(isolated(which.name) + QStringLiteral(" is no longer stored"));
     return ExitStatus::Done;
 }
 

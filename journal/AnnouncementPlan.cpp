@@ -2,6 +2,7 @@
 #include "journal/AnnouncementPlan.h"
 
 #include "core/DateHelpers.h"
+#include "core/Isolated.h"
 #include "core/Rearm.h"
 
 #include <algorithm>
@@ -62,7 +63,7 @@ UserNotification notificationOf(const std::vector<RunningAlarm>& passed, Instant
     QStringList lines;
     for (std::size_t i = 0; i < std::min(passed.size(), mostLines); ++i)
         lines << dayTimeString(localDateTimeOf(passed[i].due), localDateTimeOf(now)) +
-                     QStringLiteral("  ") + eventText(passed[i].alarm->title());
+                     QStringLiteral("  ") + isolated(eventText(passed[i].alarm->title()));
     if (passed.size() > mostLines)
         lines << QStringLiteral("and %1 more").arg(passed.size() - mostLines);
     return {.title = QStringLiteral("Dorvane"),

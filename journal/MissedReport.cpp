@@ -2,6 +2,7 @@
 #include "journal/MissedReport.h"
 
 #include "core/DateHelpers.h"
+#include "core/Isolated.h"
 
 #include <algorithm>
 
@@ -16,8 +17,9 @@ QString textOf(Instant moment, const QDateTime& now) {
     return dayTimeString(localDateTimeOf(moment), now);
 }
 
+// It stands beside other text.
 QString titleOrDefault(const QString& title) {
-    return title.isEmpty() ? QStringLiteral("(no title)") : title;
+    return title.isEmpty() ? QStringLiteral("(no title)") : isolated(title);
 }
 
 QString lineOf(const JournalEvent& event) {
