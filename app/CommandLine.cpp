@@ -25,6 +25,14 @@ Options:
 An address such as dorvane:create-alarm opens the alarm editor.
 )";
 
+constexpr const char* exitStatuses = R"(
+A command ends with the status
+  0  when it is done
+  1  when it was understood and refused, or check found a failure
+  2  when it was not understood
+  3  when Dorvane does not run, or does not answer
+)";
+
 int showVersion() {
     std::puts("Dorvane " DORVANE_VERSION);
     return 0;
@@ -36,6 +44,8 @@ int showHelp() {
         std::fputs("\nCommands:\n", stdout);
     for (const Command& command : commands())
         std::printf("  %-14s %s\n", qPrintable(command.name), qPrintable(command.help));
+    if (!commands().empty())
+        std::fputs(exitStatuses, stdout);
     return 0;
 }
 

@@ -178,8 +178,9 @@ void AlarmControl::build(const MakingPtr& making) {
             "TooMany", QStringLiteral("%1 alarms are stored already").arg(StoredAlarms::most)));
     const AlarmAnswer taken = take(alarm);
     if (std::holds_alternative<QString>(taken)) {
-        if (form.row == Alarm::Relative && making->asked < m_surroundings.runLoop.now()) {
-            alarm->setRunTime(making->asked);
+        const QDateTime start = making->asked.addSecs(-making->request.counted.count());
+        if (form.row == Alarm::Relative && start < m_surroundings.runLoop.now()) {
+            alarm->setRunTime(start);
             m_surroundings.clock.alarmDidChange();
         }
         if (making->request.isStored) {
@@ -250,7 +251,7 @@ AlarmListing AlarmControl::storedAlarms() {
     m_store.finish();
     const auto alarms = m_surroundings.storedAlarms.alarms().value_or(std::vector<AlarmPtr>());
     return {alarms.size(), [alarms, now = instantNow(m_surroundings.runLoop)](std::size_t index) {
-                return reportOf(*alarms[index], now);
+                return storedReportOf(*alarms[index], now);
             }};
 }
 

@@ -2,18 +2,12 @@
 #include "control/AlarmReport.h"
 
 #include "core/AlarmKeys.h"
+#include "core/Rearm.h"
+#include "core/WrittenWeekdays.h"
 
 namespace dorvane {
 
 namespace {
-
-QStringList dayNames(WeekdaySet days) {
-    QStringList names;
-    for (const Weekday day : everyWeekday)
-        if (days.contains(day))
-            names << englishName(day).left(3).toLower();
-    return names;
-}
 
 // The alarm's own time of day, snoozes aside.
 QString timeOfDay(const Alarm& alarm) {
@@ -29,7 +23,7 @@ void reportWhen(QVariantMap& report, const Alarm& alarm) {
         report.insert(key::everyDay, alarm.shouldUseEveryDay());
     } else if (alarm.selRowNo() >= Alarm::Weekly) {
         report.insert(key::time, timeOfDay(alarm));
-        report.insert(key::weekdays, dayNames(alarm.weekdays()));
+        report.insert(key::weekdays, weekdayKeys(alarm.weekdays()));
         report.insert(key::everyWeek, alarm.shouldUseForever());
     } else {
         report.insert(alarm.isMinuteUnits() ? key::minutes : key::hours, alarm.ringWithinUnits());
@@ -49,6 +43,15 @@ QVariantMap reportOf(const Alarm& alarm, Instant now) {
     if (const auto due = alarm.due(now); due && !alarm.countsFromNow())
         report.insert(key::due, localDateTimeOf(*due).toSecsSinceEpoch());
     return report;
+}
+
+QVariantMap storedReportOf(const Alarm& alarm, Instant now) {
+    const QDateTime moment = localDateTimeOf(now);
+    const AlarmPtr started = alarm.storedCopy();
+    applyRearm(rearmAtStart(alarm, moment, weekdayName(moment.date())), *started);
+    if (started->isRelative())
+        started->setRunTime({});
+    return reportOf(*started, now);
 }
 
 QVariantMap runningReportOf(const Alarm& alarm, Instant now) {

@@ -11,6 +11,9 @@ namespace dorvane {
 // can be made again, and when it is due.
 [[nodiscard]] QVariantMap reportOf(const Alarm& alarm, Instant now);
 
+// The same for a stored alarm, as it would run if it were started now.
+[[nodiscard]] QVariantMap storedReportOf(const Alarm& alarm, Instant now);
+
 // The same for a running alarm, with what there is of it only while it runs.
 [[nodiscard]] QVariantMap runningReportOf(const Alarm& alarm, Instant now);
 

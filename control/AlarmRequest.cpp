@@ -4,10 +4,12 @@
 #include "core/AlarmBuilding.h"
 #include "core/AlarmKeys.h"
 #include "core/IntervalRule.h"
+#include "core/WrittenDate.h"
+#include "core/WrittenTime.h"
+#include "core/WrittenWeekdays.h"
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <limits>
 
 namespace dorvane {
@@ -17,9 +19,9 @@ namespace {
 // What was said, and nothing that was not.
 struct Draft {
     std::optional<QString> title, sound, voice;
-    std::optional<qint64> minutes, hours, snooze;
+    std::optional<qint64> seconds, minutes, hours, snooze;
     std::optional<QTime> time;
-    std::optional<QDate> date;
+    std::optional<QString> date; // which day it means depends on the time
     std::optional<WeekdaySet> weekdays;
     std::optional<bool> repeat, everyDay, everyWeek, fade, store;
 };
@@ -94,38 +96,18 @@ Outcome readText(const QString& key, const QVariant& value, Draft& draft) {
 Outcome readTime(const QString& key, const QVariant& value, Draft& draft) {
     if (value.typeId() != QMetaType::QString)
         return wrongType(key, "a text such as 07:30");
-    const QTime time = QTime::fromString(value.toString(), QStringLiteral("H:mm"));
-    if (!time.isValid())
+    draft.time = timeRead(value.toString(), {}, false).time;
+    if (!draft.time)
         return invalid(key, QStringLiteral("must be a time of day from 00:00 to 23:59"));
-    draft.time = time;
-    return std::nullopt;
-}
-
-Outcome readDate(const QString& key, const QVariant& value, Draft& draft) {
-    if (value.typeId() != QMetaType::QString)
-        return wrongType(key, "a text such as 2026-12-01");
-    const QDate date = QDate::fromString(value.toString(), QStringLiteral("yyyy-MM-dd"));
-    if (!date.isValid())
-        return invalid(key, QStringLiteral("must be a date such as 2026-12-01"));
-    draft.date = date;
     return std::nullopt;
 }
 
 Outcome readWeekdays(const QString& key, const QVariant& value, Draft& draft) {
     if (value.typeId() != QMetaType::QStringList)
         return wrongType(key, "a list of texts such as mon");
-    WeekdaySet days;
-    for (const QString& name : value.toStringList()) {
-        const auto day = std::find_if(everyWeekday.begin(), everyWeekday.end(), [&](Weekday each) {
-            return englishName(each).left(3).toLower() == name;
-        });
-        if (day == everyWeekday.end())
-            return invalid(key, QStringLiteral("must be of mon, tue, wed, thu, fri, sat and sun"));
-        days.set(*day, true);
-    }
-    if (days.isEmpty())
-        return invalid(key, QStringLiteral("must name a day"));
-    draft.weekdays = days;
+    draft.weekdays = weekdaysRead(value.toStringList().join(u','), QLocale::system());
+    if (!draft.weekdays)
+        return invalid(key, QStringLiteral("must name days, such as mon and thu, or mon-fri"));
     return std::nullopt;
 }
 
@@ -136,11 +118,12 @@ struct Key {
 
 const std::array keys{
     Key{key::title, readText<&Draft::title, longestTitle>},
+    Key{key::seconds, readNumber<&Draft::seconds>},
     Key{key::minutes, readNumber<&Draft::minutes>},
     Key{key::hours, readNumber<&Draft::hours>},
     Key{key::repeat, readFlag<&Draft::repeat>},
     Key{key::time, readTime},
-    Key{key::date, readDate},
+    Key{key::date, readText<&Draft::date, longestName>},
     Key{key::everyDay, readFlag<&Draft::everyDay>},
     Key{key::weekdays, readWeekdays},
     Key{key::everyWeek, readFlag<&Draft::everyWeek>},
@@ -166,8 +149,9 @@ Outcome readInto(Draft& draft, const QVariantMap& description) {
 
 // What was said that says nothing of an alarm of this kind.
 Outcome conflictIn(const Draft& draft) {
-    const bool isRelative = draft.minutes || draft.hours;
+    const bool isRelative = draft.seconds || draft.minutes || draft.hours;
     const bool isWeekly = draft.weekdays.has_value();
+    const QString unit = draft.hours ? key::hours : draft.minutes ? key::minutes : key::seconds;
     struct Rule {
         bool isBroken;
         QString key;
@@ -175,10 +159,13 @@ Outcome conflictIn(const Draft& draft) {
     };
     const std::array rules{
         Rule{draft.minutes && draft.hours, key::hours, key::minutes},
-        Rule{isRelative && draft.time, key::time, draft.hours ? key::hours : key::minutes},
-        Rule{isRelative && draft.date, key::date, draft.hours ? key::hours : key::minutes},
-        Rule{isRelative && draft.everyDay, key::everyDay, key::minutes},
-        Rule{isRelative && isWeekly, key::weekdays, key::minutes},
+        Rule{draft.seconds && (draft.minutes || draft.hours), key::seconds, unit},
+        Rule{isRelative && draft.time, key::time, unit},
+        Rule{isRelative && draft.date, key::date, unit},
+        Rule{isRelative && draft.everyDay, key::everyDay, unit},
+        Rule{isRelative && isWeekly, key::weekdays, unit},
+        Rule{draft.seconds.value_or(0) % 60 != 0 && draft.repeat.value_or(false), key::repeat,
+             unit},
         Rule{!isRelative && draft.repeat, key::repeat, key::time},
         Rule{isWeekly && draft.date, key::date, key::weekdays},
         Rule{isWeekly && draft.everyDay, key::everyDay, key::weekdays},
@@ -197,9 +184,23 @@ Outcome missingIn(const Draft& draft) {
         return refusal("MissingKey", key::title, QStringLiteral("is needed"));
     if (draft.title->trimmed().isEmpty())
         return invalid(key::title, QStringLiteral("must not be empty"));
-    if (!draft.minutes && !draft.hours && !draft.time)
+    if (!draft.seconds && !draft.minutes && !draft.hours && !draft.time)
         return refusal("MissingKey", key::time,
                        QStringLiteral("or \"minutes\" or \"hours\" is needed"));
+    return std::nullopt;
+}
+
+// An alarm counts whole minutes: it began to before it was set.
+Outcome takeSeconds(qint64 seconds, AlarmRequest& request) {
+    constexpr qint64 minute = 60;
+    if (seconds < 1 || seconds > longestInterval(true) * minute)
+        return invalid(
+            key::seconds,
+            QStringLiteral("must be from 1 to %1 (a year)").arg(longestInterval(true) * minute));
+    const qint64 minutes = (seconds + minute - 1) / minute;
+    request.form.row = Alarm::Relative;
+    request.form.interval = QString::number(minutes);
+    request.counted = std::chrono::seconds(minutes * minute - seconds);
     return std::nullopt;
 }
 
@@ -212,7 +213,6 @@ Outcome takeInterval(const Draft& draft, AlarmForm& form) {
         return invalid(form.isMinuteUnits ? key::minutes : key::hours,
                        QStringLiteral("must be from 1 to %1 (a year)").arg(longest));
     form.interval = QString::number(units);
-    form.shouldRepeat = draft.repeat.value_or(false);
     return std::nullopt;
 }
 
@@ -222,7 +222,13 @@ Outcome takeMoment(const Draft& draft, const QDateTime& now, AlarmForm& form) {
     form.atTimePicker = *draft.time;
     form.shouldUseEveryDay = draft.everyDay.value_or(false);
     const bool isAhead = fullDateWithTimeFrom(*draft.time, now.date()) > now;
-    form.atDatePicker = draft.date.value_or(now.date().addDays(isAhead ? 0 : 1));
+    form.atDatePicker = now.date().addDays(isAhead ? 0 : 1);
+    if (draft.date) {
+        const auto date = dateRead(*draft.date, QLocale::system(), now, *draft.time).date;
+        if (!date)
+            return invalid(key::date, QStringLiteral("must be a date such as 2026-12-01"));
+        form.atDatePicker = *date;
+    }
     if (fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker) <= now)
         return refusal("PastDate", key::date,
                        form.atDatePicker.toString(Qt::ISODate) +
@@ -255,12 +261,15 @@ Outcome takeSnooze(const Draft& draft, AlarmForm& form) {
     return std::nullopt;
 }
 
-Outcome takeWhen(const Draft& draft, const QDateTime& now, AlarmForm& form) {
+Outcome takeWhen(const Draft& draft, const QDateTime& now, AlarmRequest& request) {
+    request.form.shouldRepeat = draft.repeat.value_or(false);
+    if (draft.seconds)
+        return takeSeconds(*draft.seconds, request);
     if (!draft.time)
-        return takeInterval(draft, form);
+        return takeInterval(draft, request.form);
     if (!draft.weekdays)
-        return takeMoment(draft, now, form);
-    takeWeekdays(draft, form);
+        return takeMoment(draft, now, request.form);
+    takeWeekdays(draft, request.form);
     return std::nullopt;
 }
 
@@ -277,7 +286,7 @@ std::variant<AlarmRequest, Refusal> readRequest(const QVariantMap& description,
     if (!outcome)
         outcome = missingIn(draft);
     if (!outcome)
-        outcome = takeWhen(draft, now, request.form);
+        outcome = takeWhen(draft, now, request);
     if (!outcome)
         outcome = takeSnooze(draft, request.form);
     if (outcome)

@@ -13,9 +13,10 @@ namespace dorvane {
 // form of a new alarm; the sound and the voice are still names that have to be found.
 struct AlarmRequest {
     AlarmForm form;
-    std::optional<QString> sound; // a name or a full path; empty for silence, nothing for Ping
-    QString voice;                // empty for none
-    bool isStored = false;        // a copy goes to the library
+    std::optional<QString> sound;    // a name or a full path; empty for silence, nothing for Ping
+    QString voice;                   // empty for none
+    bool isStored = false;           // a copy goes to the library
+    std::chrono::seconds counted{0}; // of a relative alarm, how long before it was set
 };
 
 // Reads a description (see docs/bus.md) at the moment `now`: what is unknown, of another type, past

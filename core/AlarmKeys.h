@@ -8,6 +8,7 @@ namespace dorvane::key {
 
 inline const QString title = QStringLiteral("title");
 inline const QString minutes = QStringLiteral("minutes");
+inline const QString seconds = QStringLiteral("seconds");
 inline const QString hours = QStringLiteral("hours");
 inline const QString repeat = QStringLiteral("repeat");
 inline const QString time = QStringLiteral("time");

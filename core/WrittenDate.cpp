@@ -82,7 +82,7 @@ std::optional<int> monthNamed(const QString& word, const QLocale& territory) {
         .only();
 }
 
-std::optional<int> weekdayNamed(const QString& word, const QLocale& territory) {
+std::optional<int> weekdayNumber(const QString& word, const QLocale& territory) {
     return meaningOf(word, daysOfAWeek, territory, {&QLocale::dayName, &QLocale::standaloneDayName})
         .only();
 }
@@ -194,7 +194,7 @@ std::optional<Said> saidBy(const Words& words, const QLocale& territory) {
         const auto asMonth = words.numbers.empty() ? std::nullopt : monthNamed(name, territory);
         if (asMonth && !month)
             month = asMonth;
-        else if (const auto asWeekday = weekdayNamed(name, territory); asWeekday && !weekday)
+        else if (const auto asWeekday = weekdayNumber(name, territory); asWeekday && !weekday)
             weekday = asWeekday;
         else
             return std::nullopt;
@@ -261,6 +261,11 @@ QString dateOrder(const QLocale& territory) {
         if (QStringLiteral("dMy").contains(character) && !order.contains(character))
             order += character;
     return order;
+}
+
+std::optional<Weekday> weekdayRead(const QString& word, const QLocale& territory) {
+    const auto number = weekdayNumber(folded(word), territory);
+    return number ? std::optional(Weekday(int(Weekday::Monday) + *number - 1)) : std::nullopt;
 }
 
 DateReading dateRead(const QString& text, const QLocale& territory, const QDateTime& now,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Weekday.h"
+
 #include <QDateTime>
 #include <QLocale>
 #include <QString>
@@ -25,6 +27,10 @@ struct DateReading {
     std::optional<QDate> date;
     bool canBecomeDate = false; // by typing on
 };
+
+// The day of the week that a word names, by its name or by how that begins, in English and in the
+// language of the territory.
+[[nodiscard]] std::optional<Weekday> weekdayRead(const QString& word, const QLocale& territory);
 
 // The date that a text names, for an alarm that is set at `now` for the `time` of day. Read are:
 //

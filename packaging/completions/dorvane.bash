@@ -24,14 +24,22 @@ _dorvane() {
         mapfile -t COMPREPLY < <(compgen -f -- "$cur")
         return
         ;;
-      --on) words="mon tue wed thu fri sat sun" ;;
+      --on)
+        # Each day after a comma, with those before it.
+        local before=""
+        [[ $cur == *,* ]] && before=${cur%,*},
+        mapfile -t COMPREPLY < <(compgen -P "$before" \
+          -W "mon tue wed thu fri sat sun weekdays weekend" -- "${cur##*,}")
+        return
+        ;;
+      --date) words="today tomorrow mon tue wed thu fri sat sun" ;;
       --snooze) words="1 2 3 5 7 9 10 15 20 30 45 60" ;;
-      --in | --at | --date | --voice) return ;;
+      --in | --at | --voice) return ;;
       *)
         case ${COMP_WORDS[1]} in
           timer) ((COMP_CWORD > 2)) || words="1 2 3 4 5 10 15 20 30 45" ;;
           add) words="--in --repeat --at --date --every-day --on --every-week --sound --fade
-            --voice --snooze" ;;
+            --voice --snooze --store" ;;
           list) words="--stored --json" ;;
           start) _dorvane_titles --stored ;;
           snooze | clear)

@@ -27,15 +27,16 @@ complete -c dorvane -n "not __dorvane_in $commands" -s v -l version -d 'Show the
 complete -c dorvane -s h -l help -d 'Show the options'
 
 complete -c dorvane -n '__dorvane_in timer' -a '1 2 3 4 5 10 15 20 30 45' -d minutes
-complete -c dorvane -n '__dorvane_in add' -l in -x -d 'After so many minutes or hours: 90m, 2h'
+complete -c dorvane -n '__dorvane_in add' -l in -x -d 'After so long: 25, 2h, 1h30, 30s'
 complete -c dorvane -n '__dorvane_in add' -l repeat -d 'Again each time that much has passed'
 complete -c dorvane -n '__dorvane_in add' -l at -x -d 'When the clock shows this time: 07:30'
-complete -c dorvane -n '__dorvane_in add' -l date -x -d 'On this date: 2026-12-01'
+complete -c dorvane -n '__dorvane_in add' -l date -x -a 'today tomorrow mon tue wed thu fri sat sun' -d 'On this date: 2026-12-24'
 complete -c dorvane -n '__dorvane_in add' -l every-day -d 'And every day after'
-complete -c dorvane -n '__dorvane_in add' -l on -x -a 'mon tue wed thu fri sat sun' -d 'On these days'
+complete -c dorvane -n '__dorvane_in add' -l on -x -a '(__fish_append , mon tue wed thu fri sat sun weekdays weekend)' -d 'On these days'
 complete -c dorvane -n '__dorvane_in add' -l every-week -d 'And every week after'
 complete -c dorvane -n '__dorvane_in add' -l sound -r -F -d 'Name or file'
 complete -c dorvane -n '__dorvane_in add' -l fade -d 'Play a long sound for 20 seconds'
+complete -c dorvane -n '__dorvane_in add' -l store -d 'Keep a copy in the library'
 complete -c dorvane -n '__dorvane_in add' -l voice -x -d 'Speak the title first'
 complete -c dorvane -n '__dorvane_in add' -l snooze -x -a '1 2 3 5 7 9 10 15 20 30 45 60' -d minutes
 complete -c dorvane -n '__dorvane_in list delete' -l stored -d 'The stored alarms'

@@ -132,6 +132,11 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
          "30. 07:30:00 T /Ping  5 daily"},
         {{{u"time"_qs, u"09:00"_qs}, {u"weekdays"_qs, QStringList{u"tue"_qs, u"thu"_qs}}},
          "26. 09:00:00 T /Ping  5"},
+        {{{u"time"_qs, u"7p"_qs}, {u"date"_qs, u"fri"_qs}}, "27. 19:00:00 T /Ping  5"},
+        {{{u"time"_qs, u"9"_qs}, {u"weekdays"_qs, QStringList{u"thu-fri"_qs, u"Sunday"_qs}}},
+         "26. 09:00:00 T /Ping  5"},
+        {{{u"seconds"_qs, 30}}, "24. 10:00:30 T /Ping  5"},
+        {{{u"seconds"_qs, 90}}, "24. 10:01:30 T /Ping  5"},
         {{{u"minutes"_qs, 1}, {u"sound"_qs, u"Brook"_qs}, {u"voice"_qs, u"Ann"_qs}},
          "24. 10:01:00 T /Brook Ann 5"},
         {{{u"minutes"_qs, 1}, {u"sound"_qs, u""_qs}}, "24. 10:01:00 T silent  5"},
@@ -146,6 +151,7 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
         {{{u"minutes"_qs, ~quint64(0)}}, "InvalidValue \"minutes\""},
         {{{u"hours"_qs, 8761}}, "InvalidValue \"hours\""},
         {{{u"hours"_qs, 1}, {u"minutes"_qs, 1}}, "Conflict \"hours\""},
+        {{{u"seconds"_qs, 90}, {u"repeat"_qs, true}}, "Conflict \"repeat\""},
         {{{u"minutes"_qs, 1}, {u"snooze"_qs, 4}}, "InvalidValue \"snooze\""},
         {{{u"minutes"_qs, 1}, {u"sound"_qs, u"Nope"_qs}}, "NoSuchSound Nope"},
         {{{u"time"_qs, u"24:00"_qs}}, "InvalidValue \"time\""},
@@ -160,7 +166,7 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
         description.insert(row.description);
         EXPECT_EQ(answerTo(description), row.answer);
     }
-    EXPECT_EQ(clock.allAlarms().size(), 8U) << "what is refused leaves nothing behind";
+    EXPECT_EQ(clock.allAlarms().size(), 12U) << "what is refused leaves nothing behind";
     control.addTimer(5, {}, made());
     EXPECT_EQ(told, u"24. 10:05:00 default /Ping  5"_qs);
 }

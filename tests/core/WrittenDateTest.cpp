@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/WrittenDate.h"
 
+#include "core/WrittenInterval.h"
+#include "core/WrittenWeekdays.h"
 #include "tests/support/Testing.h"
 
 using namespace dorvane::testing;
@@ -91,6 +93,46 @@ TEST(WrittenDateTest, isTheNextOneAtWhichTheTimeIsAhead) {
                                      {"today", "2026-11-18"},
                                      {"18.11.2026", "2026-11-18"}})
         EXPECT_EQ(read(text, german, QTime(7, 0)), date) << text;
+}
+
+TEST(WrittenWeekdaysTest, areReadAsPeopleWriteThem) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"mon,thu", "mon thu"},
+        {"Mon, Wed and Fri", "mon wed fri"},
+        {"mon-fri", "mon tue wed thu fri"},
+        {"fri \xe2\x80\x93 mon", "mon fri sat sun"},
+        {"weekdays", "mon tue wed thu fri"},
+        {"Weekend", "sat sun"},
+        {"daily", "mon tue wed thu fri sat sun"},
+        {"Mo-Mi,so", "mon tue wed sun"},
+        {"", ""},
+        {"mon-", ""},
+        {"mon-wed-fri", ""},
+        {"tomorrow", ""},
+        {"m", ""},
+    };
+    for (const auto& [text, days] : cases) {
+        const auto read = weekdaysRead(QString::fromUtf8(text), german);
+        EXPECT_EQ(weekdayKeys(read.value_or(WeekdaySet())).join(u' ').toStdString(), days) << text;
+    }
+}
+
+TEST(WrittenIntervalTest, isReadAsPeopleWriteIt) {
+    constexpr int no = 0;
+    const std::pair<const char*, int> cases[] = {
+        {"25", 1500},        {"5m", 300},        {" 90 min ", 5400},
+        {"2h", 7200},        {"1h30", 5400},     {"1 h 30 minutes", 5400},
+        {"30s", 30},         {"1m30s", 90},      {"1h 5s", 3605},
+        {"8760H", 31536000}, {"0", no},          {"", no},
+        {"8761h", no},       {"999999999h", no}, {"-5", no},
+        {"5 30s", no},       {"1.5h", no},       {"soon", no},
+        {"5mm", no},
+    };
+    for (const auto& [text, seconds] : cases) {
+        const auto read = intervalRead(QString::fromLatin1(text)).value_or(WrittenInterval());
+        EXPECT_EQ(read.length.count(), seconds) << text;
+        EXPECT_EQ(read.isInHours, seconds % 3600 == 0 && seconds > 0) << text;
+    }
 }
 
 TEST(WrittenDateTest, isReadAsItIsShownAnywhere) {
