@@ -3,6 +3,7 @@
 
 #include <QDateTime>
 #include <QLatin1String>
+#include <QTimeZone>
 
 namespace dorvane::archive {
 
@@ -24,7 +25,7 @@ inline constexpr QLatin1String text("NS.string");
 
 // Dates are seconds from this moment.
 inline QDateTime epoch() {
-    return QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC);
+    return QDateTime(QDate(2001, 1, 1), QTime(0, 0), QTimeZone::utc());
 }
 
 } // namespace dorvane::archive

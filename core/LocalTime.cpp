@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/LocalTime.h"
 
+#include <QTimeZone>
+
 #include <utility>
 
 namespace dorvane {
@@ -23,7 +25,7 @@ int localOffsetAt(const QDateTime& wallAsUtc, milliseconds shift) {
 // The first and the last moment at which local clocks show the time; the same one twice where they
 // show it once, or where they skip it.
 std::pair<QDateTime, QDateTime> readingsOf(QDate date, QTime time) {
-    const QDateTime wallAsUtc(date, time, Qt::UTC);
+    const QDateTime wallAsUtc(date, time, QTimeZone::utc());
     if (!wallAsUtc.isValid())
         return {};
     // Local clocks are between 12 hours behind and 14 hours ahead of UTC, so these two moments lie
@@ -53,7 +55,7 @@ QDateTime addingHours(const QDateTime& moment, qint64 hours) {
     if (hours <= 0)
         return moment.addSecs(hours * secondsOfAnHour);
     const QDateTime face =
-        QDateTime(moment.date(), moment.time(), Qt::UTC).addSecs(hours * secondsOfAnHour);
+        QDateTime(moment.date(), moment.time(), QTimeZone::utc()).addSecs(hours * secondsOfAnHour);
     const auto [first, last] = readingsOf(face.date(), face.time());
     return first > moment ? first : last;
 }

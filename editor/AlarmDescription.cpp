@@ -6,6 +6,8 @@
 #include "core/Isolated.h"
 #include "sounds/SoundName.h"
 
+#include <QTimeZone>
+
 namespace dorvane {
 
 namespace {
@@ -18,7 +20,7 @@ QString intervalPiece(const AlarmForm& form) {
 
 QString datedPiece(const AlarmForm& form, QDate today, const QLocale& locale) {
     const bool isFar = form.atDatePicker < today || form.atDatePicker >= today.addYears(1);
-    return locale.toString(QDateTime(form.atDatePicker, form.atTimePicker, Qt::UTC),
+    return locale.toString(QDateTime(form.atDatePicker, form.atTimePicker, QTimeZone::utc()),
                            isFar ? QStringLiteral("'On' MMM dd yyyy 'at' HH:mm")
                                  : QStringLiteral("'On' MMM dd 'at' HH:mm"));
 }

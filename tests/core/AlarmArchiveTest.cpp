@@ -5,6 +5,8 @@
 #include "tests/support/Files.h"
 #include "tests/support/Testing.h"
 
+#include <QTimeZone>
+
 using namespace dorvane::testing;
 
 namespace {
@@ -95,12 +97,12 @@ TEST_F(AlarmArchiveTest, writesTheLayoutOfTheFormatsOwnArchiver) {
     const AlarmPtr first = Alarm::create();
     first->setTitle(u"Tee"_qs);
     first->setVoiceName(u"Tee"_qs);
-    first->setTime(QDateTime(QDate(2001, 1, 1), QTime(0, 1, 0, 250), Qt::UTC));
+    first->setTime(QDateTime(QDate(2001, 1, 1), QTime(0, 1, 0, 250), QTimeZone::utc()));
     first->setSnoozeTime((qint64(1) << 32) + 9); // archived in 32 bits
     const AlarmPtr second = Alarm::create();
     second->setTitle(u"$null"_qs); // in the table, this text means nil
     second->setSoundPath(u""_qs);
-    second->setRunTime(QDateTime(QDate(2000, 12, 31), QTime(23, 59), Qt::UTC));
+    second->setRunTime(QDateTime(QDate(2000, 12, 31), QTime(23, 59), QTimeZone::utc()));
     first->setIsTriggered(true);
     first->setIsActive(true);
     first->snooze(5);
@@ -157,15 +159,15 @@ TEST_F(AlarmArchiveTest, readsWhatOtherProgramsWrite) {
         contentsOf(QStringLiteral(DORVANE_SEEDS "/fuzz_archive/foreign-binary.plist")));
     EXPECT_FALSE(read.isComplete);
     ASSERT_EQ(read.alarms.size(), 2U);
-    const AlarmPtr expected =
-        Alarm::initWithTime(QDateTime({2001, 1, 1}, QTime(0, 0, 0, 500), Qt::UTC), u"Wecker"_qs);
+    const AlarmPtr expected = Alarm::initWithTime(
+        QDateTime({2001, 1, 1}, QTime(0, 0, 0, 500), QTimeZone::utc()), u"Wecker"_qs);
     expected->setVoiceName(u"Anna"_qs);
-    expected->setRunTime(QDateTime({2026, 11, 21}, {6, 30}, Qt::UTC));
+    expected->setRunTime(QDateTime({2026, 11, 21}, {6, 30}, QTimeZone::utc()));
     expected->setSelRowNo(Alarm::Weekly);
     expected->setSnoozeTime(9);
     expected->setWeekdays({Weekday::Tuesday, Weekday::Sunday});
     expectSame(archived({read.alarms[0]}), archived({expected}), QString());
-    EXPECT_EQ(read.alarms[1]->storedTime(), QDateTime({2001, 1, 1}, {0, 1}, Qt::UTC));
+    EXPECT_EQ(read.alarms[1]->storedTime(), QDateTime({2001, 1, 1}, {0, 1}, QTimeZone::utc()));
 }
 
 // The good alarm at index 2 is always there, titled "good"; what is wrong with the one at 3 must

@@ -5,6 +5,8 @@
 #include "tests/support/RandomDays.h"
 #include "tests/support/Testing.h"
 
+#include <QTimeZone>
+
 using namespace dorvane::testing;
 
 namespace {
@@ -29,7 +31,7 @@ private:
     void sleep() {
         const Instant next = nextWholeSecond(now() - 1ms) + 1ms;
         m_timer = m_loop.scheduleAt(
-            QDateTime::fromMSecsSinceEpoch(next.time_since_epoch().count(), Qt::UTC),
+            QDateTime::fromMSecsSinceEpoch(next.time_since_epoch().count(), QTimeZone::utc()),
             [this] { tick(); }, RunLoopMode::Common);
     }
     void tick() {
