@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Build options, and the one interface target with the flags that everything links.
 
-option(DORVANE_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
+option(DORVANE_WARNINGS_AS_ERRORS "Treat warnings as errors, as the presets for developers and CI do" OFF)
 option(DORVANE_TIDY "Run clang-tidy with the build" OFF)
 option(DORVANE_FUZZ "Build the fuzz targets instead of the tests" OFF)
 option(DORVANE_COVERAGE "Instrument for gcov" OFF)
