@@ -21,8 +21,9 @@ click, alarms after an interval, on a date or on weekdays, and a reminder to
 take breaks. What rings opens a window with Snooze and Clear; running alarms
 survive a restart and ring on time after the machine has slept.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Loaded by name, so that no library tells of them: voices, and the reader of the icons.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "espeak-ng-data, libqt6svg6")
+# Loaded by name, so that no library tells of them: voices, and the reader of the icons, which has a
+# package of its own in Debian 13.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "espeak-ng-data, qt6-svg-plugins | libqt6svg6 (<< 6.7.2-5~)")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
   "pipewire-pulse | pulseaudio, qt6-wayland, sound-theme-freedesktop, tzdata, xdg-utils")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "pkexec, systemd")
