@@ -121,7 +121,7 @@ void AlarmMenuController::menuWillAppear() {
 void AlarmMenuController::darkModeChanged() {
     m_statusView.setBackgroundImage(m_surroundings.bundle.resourcePath(
         m_surroundings.appearance.isPanelDark() ? QStringLiteral("images/ClockIconWhite.svg")
-                                           : QStringLiteral("images/ClockIcon.svg")));
+                                                : QStringLiteral("images/ClockIcon.svg")));
 }
 
 void AlarmMenuController::createAlarm() {

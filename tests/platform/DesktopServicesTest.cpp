@@ -157,6 +157,9 @@ TEST_F(AppearanceTest, followsThePortalAndWithoutAPreferenceThePalette) {
     EXPECT_TRUE(becomes(false, 0)) << "the user prefers light";
     change("color-scheme", 0);
     EXPECT_TRUE(becomes(true, 1));
+    change("color-scheme", 2);
+    EXPECT_TRUE(becomes(false, 1));
+    EXPECT_FALSE(windowsAreDark()) << "though the theme stays dark";
 }
 
 TEST_F(WorkspaceTest, revealsInTheFileManager) {

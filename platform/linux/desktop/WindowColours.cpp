@@ -51,6 +51,17 @@ QPalette darkPalette() {
     return palette;
 }
 
+// For themes that read the desktop's colours once, and stay dark when it turns light.
+QPalette lightPalette() {
+    const QColor grey(0xefefef);
+    QPalette palette(grey, grey);
+    palette.setColor(QPalette::ToolTipBase, QColor(0xffffdc));
+    palette.setColor(QPalette::ToolTipText, Qt::black);
+    palette.setColor(QPalette::Highlight, QColor(0x2f6fc4));
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0xb0b0b0));
+    return palette;
+}
+
 } // namespace
 
 bool windowsAreDark() {
@@ -60,17 +71,18 @@ bool windowsAreDark() {
 }
 
 void WindowColours::follow(std::optional<bool> dark) {
-    if (dark == true && windowsAreDark())
+    if (m_ours && m_ours == dark)
         return;
-    if (dark == true) {
-        m_areOurs = true;
-        const QPalette palette = darkPalette();
-        QApplication::setPalette(palette);
-        QToolTip::setPalette(palette);
-    } else if (std::exchange(m_areOurs, false)) {
+    if (std::exchange(m_ours, std::nullopt)) {
         QApplication::setPalette(QPalette()); // the theme's
         QToolTip::setPalette(QApplication::palette("QTipLabel"));
     }
+    if (!dark || *dark == windowsAreDark())
+        return;
+    m_ours = dark;
+    const QPalette palette = *dark ? darkPalette() : lightPalette();
+    QApplication::setPalette(palette);
+    QToolTip::setPalette(palette);
 }
 
 } // namespace dorvane
