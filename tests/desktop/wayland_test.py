@@ -3,8 +3,6 @@
 
 from __future__ import annotations
 
-import os
-import pwd
 import time
 import unittest
 
@@ -52,15 +50,5 @@ class WaybarTest(unittest.TestCase):
         return sizes[-1]
 
 
-def become_ordinary_user() -> None:
-    """Goes on as nobody when it is root who runs this."""
-    if os.geteuid() == 0:
-        user = pwd.getpwnam("nobody")
-        os.setgroups([])
-        os.setgid(user.pw_gid)
-        os.setuid(user.pw_uid)
-
-
 if __name__ == "__main__":
-    become_ordinary_user()
     main()

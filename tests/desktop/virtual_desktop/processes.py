@@ -56,13 +56,19 @@ class Processes:
         self._running: list[subprocess.Popen[bytes]] = []
 
     def start(self, command: Sequence[str], env: Mapping[str, str], log_name: str,
-              stdout: Path | None = None, pass_fds: Sequence[int] = ()) -> subprocess.Popen[bytes]:
-        """Starts a program; what it says goes to the log `log_name`, unless `stdout` takes it."""
+              stdout: Path | None = None, pass_fds: Sequence[int] = (),
+              user: str | None = None) -> subprocess.Popen[bytes]:
+        """Starts a program; what it says goes to the log `log_name`, unless `stdout` takes it.
+
+        Root can have it run as another user, who sees nothing of the desktop's folder.
+        """
         log_path = self.log_path(log_name)
         with open(log_path, "ab") as log, open(stdout or log_path, "ab") as output:
             process = subprocess.Popen(
                 command, env=dict(env), stdin=subprocess.DEVNULL, stdout=output, stderr=log,
-                start_new_session=True, preexec_fn=_follow_parent, pass_fds=pass_fds)
+                start_new_session=True, preexec_fn=_follow_parent, pass_fds=pass_fds, user=user,
+                group="nogroup" if user else None, extra_groups=[] if user else None,
+                cwd="/" if user else None)
         self._running.append(process)
         return process
 

@@ -4,6 +4,9 @@
 from __future__ import annotations
 
 import json
+import os
+import shutil
+import tempfile
 from pathlib import Path
 from typing import Mapping
 
@@ -35,24 +38,36 @@ class Waybar(XfcePanel):
 
 
 class WaylandDesktop(VirtualDesktop):
-    """sway with waybar. Not for root, whom sway refuses."""
+    """sway with waybar.
+
+    sway refuses root. Of root's desktop it is the one part that somebody else runs: who that is can
+    enter neither the desktop's folder nor, maybe, the one that the program was built in.
+    """
 
     def __init__(self) -> None:
+        self._run = Path(tempfile.mkdtemp(prefix="dorvane-sway-"))
         super().__init__(accessible=False)
 
     def _start_shell(self) -> None:
         self.env.update(XDG_CURRENT_DESKTOP="sway", GTK_A11Y="none", NO_AT_BRIDGE="1")
-        configuration = self.folder / "sway.conf"
+        configuration = self._run / "sway.conf"
         configuration.write_text(_SWAY, encoding="utf-8")
-        env = {**self.env, "WLR_BACKENDS": "x11", "WLR_RENDERER": "pixman"}
+        env = {**self.env, "WLR_BACKENDS": "x11", "WLR_RENDERER": "pixman",
+               "XDG_RUNTIME_DIR": str(self._run)}
+        user = None if os.geteuid() else "nobody"
+        if user:
+            shutil.chown(self._run, user)
         command = [find_program("sway"), "--config", str(configuration)]
-        self.processes.start(command, env, "compositor")
-        run = Path(self.env["XDG_RUNTIME_DIR"])
-        sockets = lambda: [path for path in run.glob("wayland-*") if path.suffix != ".lock"]
-        self.env["WAYLAND_DISPLAY"] = wait_for("the compositor", sockets)[0].name
+        self.processes.start(command, env, "compositor", user=user)
+        sockets = lambda: [path for path in self._run.glob("wayland-*") if path.suffix != ".lock"]
+        self.env["WAYLAND_DISPLAY"] = str(wait_for("the compositor", sockets)[0])
         wait_for("its window", lambda: len(self.screen.windows()) > 1)  # one is the root
         del self.env["DISPLAY"]
         self.panel = Waybar(self.processes, self.env, self.session_bus)
         empty, area = self.screen.picture(), self.panel.AREA
         self.panel.start()
         wait_for("the panel", lambda: changed_rect(empty, self.screen.picture(), area) == area)
+
+    def close(self) -> None:
+        super().close()
+        shutil.rmtree(self._run, ignore_errors=True)
