@@ -107,6 +107,7 @@ std::unique_ptr<BreakCycle> makeBreakCycle() {
         .runLoop = sharedDesktop().runLoop,
         .settings = PendixTakeABreakSettings::sharedInstance(),
         .player = sharedDesktop().soundPlayer,
+        .output = sharedDesktop().soundOutput,
         .notifications = sharedDesktop().notifications,
         .presence = sharedDesktop().presence,
         .track = sharedDesktop().bundle.resourcePath(QStringLiteral("Respito.mp3")),

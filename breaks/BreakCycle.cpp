@@ -16,14 +16,17 @@ constexpr RunLoop::Milliseconds nearTime = 30s;
 constexpr RunLoop::Milliseconds fadeTime = 10s;
 constexpr RunLoop::Milliseconds putOffTime = 5min;
 constexpr int mostTimesPutOff = 2;
+// Whoever is called back to work later than that is at work.
+constexpr RunLoop::Milliseconds latestCallToWork = 1min;
 
 } // namespace
 
 BreakCycle::BreakCycle(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
-    , m_startSounds(m_surroundings.runLoop, m_surroundings.player)
-    , m_stopSounds(m_surroundings.runLoop, m_surroundings.player)
-    , m_track(m_surroundings.runLoop, m_surroundings.player)
+    , m_startSound(m_surroundings.runLoop, m_surroundings.player, m_surroundings.output, 24h)
+    , m_stopSound(m_surroundings.runLoop, m_surroundings.player, m_surroundings.output,
+                  latestCallToWork)
+    , m_track(m_surroundings.runLoop, m_surroundings.player, m_surroundings.output)
     , m_absence(m_surroundings.runLoop, m_surroundings.presence, m_surroundings.notifications,
                 [this](Milliseconds length) { returned(length); }) {
     m_clockSet = m_surroundings.runLoop.whenClockIsSet([this] {
@@ -121,8 +124,8 @@ void BreakCycle::playStartSound() {
     const QString& sound = m_surroundings.settings.soundPath();
     if (sound == builtInTrack)
         m_track.play(m_surroundings.track);
-    else if (!sound.isEmpty())
-        m_startSounds.playFaded(sound);
+    else
+        m_startSound.play(sound);
 }
 
 // Once a second while a sheet is up, also while our menu is open. What has passed is read from the
@@ -183,13 +186,12 @@ void BreakCycle::endSheet(SheetCode code) {
 
 void BreakCycle::sheetEnded(SheetCode code) {
     dropSheet();
-    m_startSounds.stop();
+    m_startSound.stop();
     m_track.stop();
     if (code == SheetCode::Done) {
         m_counter = 0;
         m_surroundings.settings.loadPrefs();
-        if (const QString& sound = m_surroundings.settings.durationSoundPath(); !sound.isEmpty())
-            m_stopSounds.playFaded(fileOf(sound));
+        m_stopSound.play(fileOf(m_surroundings.settings.durationSoundPath()));
         if (!m_isStop)
             startBreakTimer(m_surroundings.settings.takeABreakFrequency());
     } else if (code == SheetCode::PutOff) {
@@ -224,7 +226,7 @@ void BreakCycle::disableRespito() {
     m_isStop = true;
     stopBreakTimer();
     endSheet(SheetCode::Replaced);
-    m_stopSounds.stop();
+    m_stopSound.stop();
     m_surroundings.settings.setRespitoStatus(0);
     m_surroundings.settings.writePrefsAndSync();
     tellChange();

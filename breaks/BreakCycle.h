@@ -2,9 +2,9 @@
 #pragma once
 
 #include "breaks/Absence.h"
+#include "breaks/BreakCall.h"
 #include "breaks/BreakOutlook.h"
 #include "breaks/BreakSheet.h"
-#include "breaks/BreakSounds.h"
 #include "breaks/BreakTrack.h"
 #include "platform/RunLoop.h"
 
@@ -30,6 +30,7 @@ public:
         RunLoop& runLoop;
         PendixTakeABreakSettings& settings;
         SoundPlayer& player;
+        SoundOutput& output;
         NotificationCenter& notifications;
         Presence& presence;
         // The file of the track that comes with the program.
@@ -76,8 +77,8 @@ private:
     void tellChange();
 
     Surroundings m_surroundings;
-    BreakSounds m_startSounds;
-    BreakSounds m_stopSounds;
+    BreakCall m_startSound;
+    BreakCall m_stopSound;
     BreakTrack m_track;
     RunLoopTimer m_takeABreakTimer;
     RunLoopTimer m_near;

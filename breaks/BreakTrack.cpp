@@ -7,22 +7,40 @@ namespace dorvane {
 
 using namespace std::chrono_literals;
 
-BreakTrack::BreakTrack(RunLoop& runLoop, SoundPlayer& player)
-    : m_runLoop(runLoop), m_player(player) {}
+namespace {
+
+constexpr auto patience = 24h; // the break ends it sooner
+
+} // namespace
+
+BreakTrack::BreakTrack(RunLoop& runLoop, SoundPlayer& player, SoundOutput& output)
+    : m_runLoop(runLoop)
+    , m_player(player)
+    , m_hearing(runLoop, output, patience, [this] { startOver(); }) {}
 
 void BreakTrack::play(const QString& path) {
     stop();
     m_sound = m_player.soundWithContentsOfFile(path);
-    m_sound->setFinished([this](bool completed) {
-        if (completed)
-            m_runLoop.defer(m_lifeline.guard([](BreakTrack& self) { self.startOver(); }));
+    m_sound->setFinished([this](bool isComplete) {
+        m_runLoop.defer(
+            m_lifeline.guard([isComplete](BreakTrack& self) { self.ended(isComplete); }));
     });
     startOver();
 }
 
 void BreakTrack::startOver() {
-    if (m_sound)
-        m_sound->play();
+    m_hearing.begins();
+    if (!m_sound->play())
+        ended(false);
+}
+
+void BreakTrack::ended(bool isComplete) {
+    if (!m_sound)
+        return; // it was stopped
+    if (m_sound->fault() != SoundFault::None)
+        m_hearing.cancel();
+    else if (m_hearing.ended(isComplete))
+        startOver();
 }
 
 void BreakTrack::fadeFor(RunLoop::Milliseconds time) {
@@ -43,6 +61,7 @@ void BreakTrack::fade() {
 
 void BreakTrack::stop() {
     m_fading.cancel();
+    m_hearing.cancel();
     m_sound.reset();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "breaks/Hearing.h"
 #include "platform/Lifeline.h"
 #include "platform/RunLoop.h"
 #include "platform/Sound.h"
@@ -9,12 +10,13 @@
 
 namespace dorvane {
 
-// A track that accompanies a break: over again for as long as the break lasts, and quieter towards
-// its end. Main thread only; destroying it ends the track.
+// A track that accompanies a break: over again for as long as the break lasts, also where the sound
+// server or the output had gone, and quieter towards its end. Main thread only; destroying it ends
+// the track.
 class BreakTrack {
 public:
-    // Both must outlive this.
-    BreakTrack(RunLoop& runLoop, SoundPlayer& player);
+    // All must outlive this.
+    BreakTrack(RunLoop& runLoop, SoundPlayer& player, SoundOutput& output);
 
     // A file that cannot be played leaves the break silent; the player's log tells why.
     void play(const QString& path);
@@ -26,10 +28,12 @@ public:
 
 private:
     void startOver();
+    void ended(bool isComplete);
     void fade();
 
     RunLoop& m_runLoop;
     SoundPlayer& m_player;
+    Hearing m_hearing;
     std::unique_ptr<Sound> m_sound;
     RunLoop::Milliseconds m_fadeTime{0};
     RunLoop::Milliseconds m_silentAt{0}; // uptime

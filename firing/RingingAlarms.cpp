@@ -35,13 +35,6 @@ QString lineOf(SoundOutputState::Obstacle obstacle) {
     return {};
 }
 
-// Not what the user wants so: muted sounds are not made up for.
-bool isLoss(SoundOutputState::Obstacle obstacle) {
-    using Obstacle = SoundOutputState::Obstacle;
-    return obstacle != Obstacle::None && obstacle != Obstacle::Muted &&
-           obstacle != Obstacle::VolumeZero;
-}
-
 bool isToBeHeard(const Alarm& alarm) {
     return alarm.isPlaySound() || (alarm.isSpeakAlarmName() && !alarm.voiceName().isEmpty());
 }
@@ -142,7 +135,7 @@ void RingingAlarms::setFault(const AlarmPtr& alarm, const SnoozeWindowController
 }
 
 void RingingAlarms::outputChanged(const SoundOutputState& state) {
-    const bool wasLost = std::exchange(m_isOutputLost, isLoss(state.obstacle));
+    const bool wasLost = std::exchange(m_isOutputLost, state.isLoss());
     m_outputFault = lineOf(state.obstacle);
     for (Ringing& ringing : m_ringing) {
         ringing.isLost = ringing.isLost || m_isOutputLost;

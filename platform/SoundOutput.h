@@ -22,6 +22,12 @@ struct SoundOutputState {
     Obstacle obstacle = Obstacle::None;
     QString detail; // the output's name; of NoModule and NoServer the reason
     int volume = 0; // of the output, in percent; boosted ones have more than 100
+
+    // Whether nothing can be heard that the user did not want so, as with a muted output.
+    [[nodiscard]] bool isLoss() const {
+        return obstacle != Obstacle::None && obstacle != Obstacle::Muted &&
+               obstacle != Obstacle::VolumeZero;
+    }
     friend bool operator==(const SoundOutputState&, const SoundOutputState&) = default;
 };
 

@@ -222,12 +222,13 @@ TEST(BreakCycleTest, CountsTimeNotTicks) {
 }
 
 // The start sound ends with the break, a long one as well as the track, which plays over and fades.
-TEST(BreakCycleTest, EachSoundEndsWithItsBreak) {
+TEST(BreakCycleTest, EachSoundIsHeardAndEndsWithItsBreak) {
     const auto run = [](const QString& startSound, const QString& stopSound, const Act& act) {
         Rig rig;
         rig.setSounds(startSound, stopSound);
         for (const QString& name : {u"long"_qs, u"track"_qs})
             rig.player.setFile(name, {.duration = 200s});
+        rig.player.setFile(u"gone"_qs, {.isPlayable = false});
         rig.start();
         rig.loop.advance(25min + 5s);
         act(rig);
@@ -243,6 +244,37 @@ TEST(BreakCycleTest, EachSoundEndsWithItsBreak) {
                             "1506000 out finished"));
     EXPECT_THAT(run(u"long"_qs, u"out"_qs, stop),
                 ElementsAre("1500000 long play", "1505000 long stop"));
+    // Where the server or the output had gone, a sound is heard when they are back, unless its time
+    // is over: that of the one at the end after a minute.
+    const auto lost = [](const Act& meanwhile) {
+        return [meanwhile](Rig& rig) {
+            rig.output.setState({.obstacle = SoundOutputState::Obstacle::NoServer, .detail = {}});
+            rig.player.hasServer = false;
+            rig.player.breakAll();
+            meanwhile(rig);
+            rig.player.hasServer = true;
+            rig.output.setState({});
+        };
+    };
+    const Act broken = [](Rig& rig) { rig.player.breakAll(); };
+    EXPECT_THAT(run(u"long"_qs, u"out"_qs, lost(wait(40s))),
+                ElementsAre("1500000 long play", "1505000 long broken", "1545000 long play",
+                            "1565000 long stop", "1800000 out play", "1801000 out finished"));
+    EXPECT_THAT(run(u"long"_qs, u""_qs, broken),
+                ElementsAre("1500000 long play", "1505000 long broken", "1507000 long play",
+                            "1527000 long stop"));
+    EXPECT_THAT(run(u"Respito"_qs, u""_qs, lost(wait(40s))),
+                ElementsAre("1500000 track play", "1505000 track broken", "1545000 track play",
+                            "1745000 track finished", "1745000 track play",
+                            "1800000 track dropped"));
+    EXPECT_THAT(run(u"gone"_qs, u"out"_qs, lost([](Rig& rig) { rig.sheet->clickSkipBreak(); })),
+                ElementsAre("1500000 gone play", "1500000 gone failed", "1505000 out refused",
+                            "1507000 out play", "1508000 out finished"));
+    EXPECT_THAT(run({}, u"out"_qs, lost([](Rig& rig) {
+                        rig.sheet->clickSkipBreak();
+                        rig.loop.advance(61s);
+                    })),
+                ElementsAre("1505000 out refused"));
     EXPECT_THAT(run(u"Respito"_qs, u"Respito"_qs, putOff),
                 ElementsAre("1500000 track play", "1505000 track dropped", "1805000 track play"));
     EXPECT_THAT(run(u"Respito"_qs, u"Respito"_qs, wait(0ms)),

@@ -12,6 +12,7 @@
 #include "sounds/AudioStorageController.h"
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/FakePresence.h"
+#include "tests/support/FakeSoundOutput.h"
 #include "tests/support/MemoryDefaults.h"
 
 namespace dorvane::testing {
@@ -46,11 +47,13 @@ struct BreakRig : FakeDesktop {
     AudioStorageController library{loop, user, {}, player, workspace};
     RespitoAudioPlayerController track{loop, player, bundle};
     FakePresence presence{loop};
+    FakeSoundOutput output{loop};
     PendixTakeABreakSettings settings{defaults, user, loop, notifications};
     ClockBreaks clock{loop, settings, defaults, player};
     BreakCycle cycle{{.runLoop = loop,
                       .settings = settings,
                       .player = player,
+                      .output = output,
                       .notifications = notifications,
                       .presence = presence,
                       .track = u"track"_qs,
