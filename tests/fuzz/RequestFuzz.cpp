@@ -63,7 +63,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     const AlarmForm& form = std::get<AlarmRequest>(request).form;
     require(faultsOf(form).message.isEmpty());
-    const AlarmPtr alarm = alarmBuiltFrom(form, now, weekdayName(now.date()), nullptr);
+    const AlarmPtr alarm = alarmBuiltFrom(form, now, weekdayName(now.date()));
     const auto due = alarm->due(instantOf(now));
     require(due && *due >= instantOf(now) - std::chrono::seconds(1));
     return 0;

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/IntervalRule.h"
+#include "core/WrittenDate.h"
+#include "core/WrittenTime.h"
+#include "editor/TypedText.h"
+#include "tests/fuzz/FuzzSupport.h"
+
+#include <fuzzer/FuzzedDataProvider.h>
+
+using namespace dorvane;
+using dorvane::testing::require;
+
+namespace {
+
+void typeInterval(const QString& text) {
+    require(!isValidInterval(text) || (canBecomeInterval(text) && intervalValue(text) > 0));
+    require(intervalValue(text) >= 0);
+}
+
+// What is typed key by key always leaves a field whose parts lie inside it; a time that was read is
+// shown, and read again as the same.
+void typeTime(const QString& text, QTime before, bool isTwelveHours) {
+    TypedText field{timeShown(before, isTwelveHours), {}};
+    field.selection = partAt(field.text, 0);
+    for (const QChar character : text) {
+        field = timeTyped(field, character);
+        require(field.selection.start >= 0 && field.selection.length >= 0 &&
+                field.selection.start + field.selection.length <= field.text.size());
+        const TextPart part = partAt(field.text, field.selection.start);
+        require(part.start >= 0 && part.start + part.length <= field.text.size());
+    }
+    for (const QString& typed : {text, field.text})
+        if (const auto time = timeRead(typed, before, isTwelveHours).time)
+            require(time->isValid() &&
+                    timeRead(timeShown(*time, isTwelveHours), before, isTwelveHours).time == time);
+}
+
+// A date that was read is shown, and read again as the same.
+void typeDate(const QString& text, const QLocale& territory, QTime time) {
+    const QDateTime now({2026, 11, 24}, {10, 0});
+    const QString order = dateOrder(territory);
+    TypedText field{dateShown(now.date(), territory), {}};
+    field.selection = partAt(field.text, 0);
+    for (const QChar character : text) {
+        field = dateTyped(field, character, order);
+        require(field.selection.start >= 0 && field.selection.length >= 0 &&
+                field.selection.start + field.selection.length <= field.text.size());
+    }
+    for (const QString& typed : {text, field.text})
+        if (const auto date = dateRead(typed, territory, now, time).date)
+            require(date->isValid() &&
+                    dateRead(dateShown(*date, territory), territory, now, time).date == date);
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzedDataProvider bytes(data, size);
+    const bool isTwelveHours = bytes.ConsumeBool();
+    const char* const territory =
+        bytes.PickValueInArray({"en_US", "en_GB", "de_DE", "ja_JP", "hu_HU", "C"});
+    const QTime before =
+        QTime(0, 0).addSecs(60 * bytes.ConsumeIntegralInRange<int>(0, 24 * 60 - 1));
+    const QString text = QString::fromStdString(bytes.ConsumeRemainingBytesAsString()).left(200);
+    typeInterval(text);
+    typeTime(text, before, isTwelveHours);
+    typeDate(text, QLocale(QLatin1String(territory)), before);
+    return 0;
+}
