@@ -38,7 +38,7 @@ AlarmRinger::AlarmRinger(Surroundings surroundings)
     , m_windows(m_surroundings.runLoop, m_surroundings.place, m_surroundings.makeNotice)
     , m_prepared(m_surroundings.runLoop, m_surroundings.player)
     , m_ringing(m_surroundings.runLoop, m_surroundings.output, m_surroundings.inhibitor,
-                [this](const AlarmPtr& alarm) { soundAgain(alarm); }) {
+                [this](const AlarmPtr& alarm, auto which) { soundAgain(alarm, which); }) {
     m_surroundings.textSpeaker.setDelegate(this);
     // In a turn of its own: whatever sounds next may begin in this one.
     m_mix.setFallenSilent([this] {
@@ -119,9 +119,14 @@ void AlarmRinger::textSpeakerBeganSpeakingText(TextSpeaker& speaker) {
 }
 
 // Of an alarm that was not heard the title is spoken again only where it is all that there is.
-void AlarmRinger::soundAgain(const AlarmPtr& alarm) {
-    if (alarm->isPlaySound())
+void AlarmRinger::soundAgain(const AlarmPtr& alarm, RingingAlarms::Again which) {
+    const bool isOwn = which == RingingAlarms::Again::Own;
+    if (alarm->isPlaySound() && (isOwn || alarm->soundPath() == m_surroundings.standInPath()))
         soundAlarm(alarm);
+    else if (alarm->isPlaySound())
+        ringStandInForFile(alarm, QStringLiteral("%1 broke off: Ping rings."));
+    else if (!isOwn)
+        cannotSpeak(alarm, titleFault());
     else
         speakTitle(alarm);
 }

@@ -94,7 +94,7 @@ private:
     void cannotSpeak(const AlarmPtr& alarm, SnoozeWindowController::Note why);
     void playFile(const AlarmPtr& alarm, std::unique_ptr<Sound> sound, RingingAlarms::Ended ended);
     [[nodiscard]] std::list<Playing>::iterator playing(const AlarmPtr& alarm);
-    void soundAgain(const AlarmPtr& alarm);
+    void soundAgain(const AlarmPtr& alarm, RingingAlarms::Again which);
     void goOn();
     void watchLoading(const AlarmPtr& alarm, Sound& sound);
     void ringStandIn(const AlarmPtr& alarm, const SnoozeWindowController::Note& note);

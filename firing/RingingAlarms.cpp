@@ -14,6 +14,8 @@ namespace {
 
 // After a sound that was not heard though nothing is known to be wrong with the output.
 constexpr auto pauseBeforeRetry = 2s;
+// By then it is the sound's own fault.
+constexpr int mostBrokenOff = 2;
 
 QString lineOf(SoundOutputState::Obstacle obstacle) {
     using Obstacle = SoundOutputState::Obstacle;
@@ -107,6 +109,7 @@ void RingingAlarms::soundEnded(std::uint64_t sound, bool isHeard) {
         return;
     ringing->sound = 0;
     ringing->isWaiting = !isHeard || ringing->isLost;
+    ringing->brokenOff = isHeard || ringing->isLost ? 0 : ringing->brokenOff + 1;
     if (!ringing->isWaiting)
         ringing->unheard.clear();
     else if (ringing->unheard.isEmpty())
@@ -119,12 +122,13 @@ void RingingAlarms::soundEnded(std::uint64_t sound, bool isHeard) {
 }
 
 void RingingAlarms::soundWaitingAgain() {
-    std::vector<AlarmPtr> waiting;
+    std::vector<std::pair<AlarmPtr, Again>> waiting;
     for (const Ringing& ringing : m_ringing)
         if (ringing.isWaiting && !m_isOutputLost)
-            waiting.push_back(ringing.alarm);
-    for (const AlarmPtr& alarm : waiting)
-        m_soundAgain(alarm);
+            waiting.emplace_back(ringing.alarm,
+                                 ringing.brokenOff < mostBrokenOff ? Again::Own : Again::StandIn);
+    for (const auto& [alarm, which] : waiting)
+        m_soundAgain(alarm, which);
 }
 
 void RingingAlarms::setFault(const AlarmPtr& alarm, const SnoozeWindowController::Note& fault) {

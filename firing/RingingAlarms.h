@@ -22,7 +22,9 @@ class SleepInhibitor;
 // stays until it did. Main thread only.
 class RingingAlarms {
 public:
-    using SoundAgain = std::function<void(const AlarmPtr& alarm)>;
+    // In place of a sound that breaks off whatever the output does, another one is to be heard.
+    enum class Again { Own, StandIn };
+    using SoundAgain = std::function<void(const AlarmPtr& alarm, Again which)>;
     using Ended = std::function<void(bool isHeard)>;
 
     // All must outlive it. `soundAgain` is called for each alarm that was not heard.
@@ -59,6 +61,7 @@ private:
         std::uint64_t sound = 0; // its number; none when zero
         bool isLost = false;     // that sound cannot have been heard whole
         bool isWaiting = false;  // to sound again
+        int brokenOff = 0;       // sounds in a row, though the output was well
         QString unheard;         // why, until it was heard
     };
 

@@ -10,6 +10,9 @@ namespace {
 // More at once would be heard as nothing but noise.
 constexpr std::size_t mostAtOnce = 16;
 
+// Loudspeakers on a network may be seconds behind; what is later than that has met a fault.
+constexpr RunLoop::Milliseconds latestEnd{5000};
+
 } // namespace
 
 SoundRepeat::SoundRepeat(RunLoop& runLoop, SoundPlayer& player)
@@ -43,7 +46,7 @@ void SoundRepeat::play(std::unique_ptr<Sound> sound, int times, Ended ended) {
 // The starts lie on a grid from the first one, so that small delays do not add up; and they go on
 // while a menu is open.
 void SoundRepeat::playAgain(Plays::iterator play) {
-    if (!settle(play))
+    if (!settle(play) || isStillHeard(play))
         return;
     play->isHeard = wasHeard(*play);
     play->isOver = false;
@@ -75,6 +78,22 @@ bool SoundRepeat::settle(Plays::iterator play) {
     play->timer = m_runLoop.scheduleOnce(
         late, [this, play] { playAgain(play); }, RunLoopMode::Common);
     return false;
+}
+
+// On an output that is behind, every play is heard as much later and no pause is another; only
+// whether the last one was heard whole is not known until it has ended by itself.
+bool SoundRepeat::isStillHeard(Plays::iterator play) {
+    const Sound& sound = *play->sound;
+    const auto left =
+        std::chrono::round<RunLoop::Milliseconds>(sound.duration() - sound.currentTime());
+    const auto end =
+        play->firstStart + std::chrono::round<RunLoop::Milliseconds>(sound.duration() * play->done);
+    if (play->done < play->count || !sound.isPlaying() || left <= Sound::latestStart ||
+        m_runLoop.uptime() >= end + latestEnd)
+        return false;
+    play->timer = m_runLoop.scheduleOnce(
+        left, [this, play] { playAgain(play); }, RunLoopMode::Common);
+    return true;
 }
 
 // Each play is stopped when its duration is over. What the server never began to play, or dropped,

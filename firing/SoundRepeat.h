@@ -44,6 +44,7 @@ private:
 
     void playAgain(Plays::iterator play);
     [[nodiscard]] bool settle(Plays::iterator play);
+    [[nodiscard]] bool isStillHeard(Plays::iterator play);
     [[nodiscard]] static bool wasHeard(const Play& play);
     void drop(Plays::iterator play);
 

@@ -311,6 +311,19 @@ TEST_F(RingingTest, alarmThatTheServerLeftUnheardSoundsAgainWhenItIsBackUnlessAn
     loop.advance(5s);
     EXPECT_EQ(notes().back(), "ping: ");
 
+    trace.clear();
+    ring({.title = "torn", .sound = "song"}); // at some place in the file, each time
+    for (const char* plays : {"23000 song", "26000 song", "30000 ping"}) {
+        loop.advance(1s);
+        EXPECT_EQ(trace.plays().back(), plays);
+        player.breakAll();
+        loop.advance(2s);
+    }
+    loop.advance(10s);
+    EXPECT_EQ(notes().back(), "torn: song broke off: Ping rings.");
+    EXPECT_EQ(trace.plays().back(), "31000 ping") << "heard whole once";
+    m_ringer.deactivateAlarm(m_alarms.back());
+
     becomes(Obstacle::DummyOutput);
     const AlarmPtr answered = ring({.title = "answered", .sound = "ping"});
     const AlarmPtr said = ring({.title = "said", .voice = "Zoe"});
@@ -319,7 +332,7 @@ TEST_F(RingingTest, alarmThatTheServerLeftUnheardSoundsAgainWhenItIsBackUnlessAn
     trace.clear();
     becomes(Obstacle::Muted);
     loop.advance(5s);
-    EXPECT_THAT(trace.events(), ElementsAre("28000 Zoe says said", "29000 Zoe said said"))
+    EXPECT_THAT(trace.events(), ElementsAre("47000 Zoe says said", "48000 Zoe said said"))
         << "muting is the user's own doing";
     becomes(Obstacle::None);
     EXPECT_EQ(notes().back(), "said: ");

@@ -51,6 +51,13 @@ TEST_F(SoundRepeatTest, whoAsksIsToldWhetherTheLastPlayWasHeardTheSeventeenthAtO
     player.breakAll();
     loop.advance(5s);
     EXPECT_FALSE(ends.back());
+    // A loudspeaker on the network, and one that never plays.
+    for (const auto& [delay, isHeard] : {std::pair{400ms, true}, {4s, true}, {1h, false}}) {
+        player.setFile(file, {.startDelay = delay, .isDelayedEachTime = true});
+        m_repeat.playSoundAtPath(file, 3, ended);
+        loop.advance(10s);
+        EXPECT_EQ(ends.back(), isHeard) << delay.count();
+    }
 }
 
 // Fades in steps of 0.2 s from the tenth second on, and is cut in the twentieth; by the real engine

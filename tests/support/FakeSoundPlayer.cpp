@@ -116,7 +116,9 @@ private:
             callback(); // may destroy this sound: nothing of it is used afterwards
     }
     void run() {
-        const RunLoop::Milliseconds delay = std::exchange(m_startDelay, {});
+        const RunLoop::Milliseconds delay = m_startDelay;
+        if (!m_file.isDelayedEachTime)
+            m_startDelay = {};
         m_runningSince = m_player.m_loop.uptime() + delay;
         const auto left = std::chrono::ceil<RunLoop::Milliseconds>(m_file.duration - m_position);
         m_running = m_player.m_loop.scheduleOnce(

@@ -41,6 +41,7 @@ public:
         bool isPlayable = true;              // otherwise it is not there
         RunLoop::Milliseconds startDelay{0}; // before the first play is heard
         bool isSilent = false;
+        bool isDelayedEachTime = false; // not only the first play
     };
 
     FakeSoundPlayer(RunLoop& loop, Trace& trace) : m_loop(loop), m_trace(trace) {}
