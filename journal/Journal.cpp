@@ -46,16 +46,10 @@ void keepTheLast(std::vector<JournalEvent>& events) {
 
 // With records that nobody changes while another thread reads them.
 JournalContents asTheyAre(JournalContents contents) {
-    const auto keep = [](AlarmPtr& alarm) {
-        const AlarmPtr kept = alarm->copy({});
-        kept->setTime(alarm->storedTime());
-        kept->setRunTime(alarm->storedRunTime());
-        alarm = kept;
-    };
     for (RunningAlarm& running : contents.running)
-        keep(running.alarm);
+        running.alarm = running.alarm->storedCopy();
     for (MissedAlarm& missed : contents.missed)
-        keep(missed.alarm);
+        missed.alarm = missed.alarm->storedCopy();
     return contents;
 }
 
