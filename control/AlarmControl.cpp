@@ -53,13 +53,13 @@ RemoteListener::Event eventOf(RingEvent event) {
 struct AlarmControl::Making {
     AlarmRequest request;
     QDateTime asked;
-    Made made; // none once it was answered
+    std::optional<Asker> asker; // none once it was answered, or has gone
     RunLoopTimer patience;
 
     void answer(const AlarmAnswer& answer) {
         patience.cancel();
-        if (const Made answering = std::exchange(made, {}))
-            answering(answer);
+        if (const auto answering = std::exchange(asker, std::nullopt))
+            answering->made(answer);
     }
 };
 
@@ -95,30 +95,36 @@ AlarmControl::AlarmControl(Surroundings surroundings)
 // -- Making alarms --------------------------------------------------------------------------------
 
 // One with a title is an alarm as the editor makes it.
-void AlarmControl::addTimer(quint32 minutes, const QString& title, const Made& made) {
+void AlarmControl::addTimer(quint32 minutes, const QString& title, const Asker& asker) {
     const QString wanted = title.isEmpty() ? QStringLiteral("default") : title;
     const auto request =
         readRequest({{key::title, wanted}, {key::minutes, minutes}}, m_surroundings.runLoop.now());
     if (const Refusal* const refused = std::get_if<Refusal>(&request))
-        return made(*refused);
+        return asker.made(*refused);
     if (!title.isEmpty())
-        return make(std::get<AlarmRequest>(request), made);
-    made(take(quickAlarm(int(minutes), m_surroundings.pingPath(), m_surroundings.runLoop.now())));
+        return make(std::get<AlarmRequest>(request), asker);
+    asker.stillAsked([weak = m_lifeline.weak(), minutes, made = asker.made](bool isAsked) {
+        AlarmControl* const self = weak.get();
+        if (!self || !isAsked)
+            return;
+        const Surroundings& around = self->m_surroundings;
+        made(self->take(quickAlarm(int(minutes), around.pingPath(), around.runLoop.now())));
+    });
 }
 
-void AlarmControl::addAlarm(const QVariantMap& description, const Made& made) {
+void AlarmControl::addAlarm(const QVariantMap& description, const Asker& asker) {
     const auto request = readRequest(description, m_surroundings.runLoop.now());
     if (const Refusal* const refused = std::get_if<Refusal>(&request))
-        return made(*refused);
-    make(std::get<AlarmRequest>(request), made);
+        return asker.made(*refused);
+    make(std::get<AlarmRequest>(request), asker);
 }
 
-void AlarmControl::make(const AlarmRequest& request, const Made& made) {
+void AlarmControl::make(const AlarmRequest& request, const Asker& asker) {
     std::erase_if(m_makings, [](const auto& making) { return making.expired(); });
     if (m_makings.size() >= mostMakings)
-        return made(refusal("Busy", QStringLiteral("too many requests are waiting")));
+        return asker.made(refusal("Busy", QStringLiteral("too many requests are waiting")));
     const auto making =
-        std::make_shared<Making>(Making{request, m_surroundings.runLoop.now(), made, {}});
+        std::make_shared<Making>(Making{request, m_surroundings.runLoop.now(), asker, {}});
     making->patience = m_surroundings.runLoop.scheduleOnce(
         patience,
         [weak = std::weak_ptr(making)] {
@@ -135,7 +141,7 @@ void AlarmControl::make(const AlarmRequest& request, const Made& made) {
 void AlarmControl::findSound(const MakingPtr& making) {
     const Found withSound = [this, weak = m_lifeline.weak(),
                              making](const std::variant<QString, Refusal>& found) {
-        if (weak.isCut() || !making->made)
+        if (weak.isCut() || !making->asker)
             return;
         if (const Refusal* const refused = std::get_if<Refusal>(&found))
             return making->answer(*refused);
@@ -157,7 +163,7 @@ void AlarmControl::findVoice(const MakingPtr& making) {
     m_surroundings.findVoice(
         making->request.voice,
         [this, weak = m_lifeline.weak(), making](const std::variant<QString, Refusal>& found) {
-            if (weak.isCut() || !making->made)
+            if (weak.isCut() || !making->asker)
                 return;
             if (const Refusal* const refused = std::get_if<Refusal>(&found))
                 return making->answer(*refused);
@@ -166,29 +172,40 @@ void AlarmControl::findVoice(const MakingPtr& making) {
         });
 }
 
-// What is to ring after so long counts from the request, however long the sound was looked for.
 void AlarmControl::build(const MakingPtr& making) {
     const AlarmForm& form = making->request.form;
     if (const FormFaults faults = faultsOf(form); !faults.message.isEmpty())
         return making->answer(refusal("InvalidValue", faults.message.trimmed()));
     const AlarmPtr alarm = alarmBuiltFrom(form, making->asked, weekdayName(making->asked.date()));
-    if (making->request.isStored &&
+    const StillAsked stillAsked = making->asker->stillAsked; // the asker may go meanwhile
+    stillAsked([weak = m_lifeline.weak(), making, alarm](bool isAsked) {
+        if (!isAsked)
+            making->asker.reset();
+        if (AlarmControl* const self = weak.get(); self && making->asker)
+            self->finishMaking(*making, alarm);
+    });
+}
+
+// What is to ring after so long counts from the request, however long the sound was looked for.
+void AlarmControl::finishMaking(Making& making, const AlarmPtr& alarm) {
+    const AlarmForm& form = making.request.form;
+    if (making.request.isStored &&
         !m_surroundings.storedAlarms.hasRoomFor(form.title, m_toStore.size()))
-        return making->answer(refusal(
+        return making.answer(refusal(
             "TooMany", QStringLiteral("%1 alarms are stored already").arg(StoredAlarms::most)));
     const AlarmAnswer taken = take(alarm);
     if (std::holds_alternative<QString>(taken)) {
-        const QDateTime start = making->asked.addSecs(-making->request.counted.count());
+        const QDateTime start = making.asked.addSecs(-making.request.counted.count());
         if (form.row == Alarm::Relative && start < m_surroundings.runLoop.now()) {
             alarm->setRunTime(start);
             m_surroundings.clock.alarmDidChange();
         }
-        if (making->request.isStored) {
+        if (making.request.isStored) {
             m_toStore.push_back(alarm);
             m_store.request();
         }
     }
-    making->answer(taken);
+    making.answer(taken);
 }
 
 bool AlarmControl::hasRoom() const {

@@ -60,8 +60,8 @@ public:
 
     explicit AlarmControl(Surroundings surroundings);
 
-    void addTimer(quint32 minutes, const QString& title, const Made& made) override;
-    void addAlarm(const QVariantMap& description, const Made& made) override;
+    void addTimer(quint32 minutes, const QString& title, const Asker& asker) override;
+    void addAlarm(const QVariantMap& description, const Asker& asker) override;
     [[nodiscard]] AlarmAnswer startStored(const QString& title) override;
     [[nodiscard]] AlarmListing runningAlarms() override;
     [[nodiscard]] AlarmListing storedAlarms() override;
@@ -91,10 +91,11 @@ private:
     struct Making;
     using MakingPtr = std::shared_ptr<Making>;
 
-    void make(const AlarmRequest& request, const Made& made);
+    void make(const AlarmRequest& request, const Asker& asker);
     void findSound(const MakingPtr& making);
     void findVoice(const MakingPtr& making);
     void build(const MakingPtr& making);
+    void finishMaking(Making& making, const AlarmPtr& alarm);
     [[nodiscard]] AlarmAnswer take(const AlarmPtr& alarm);
     [[nodiscard]] RemoteState lookedUpState() const;
     void changed();

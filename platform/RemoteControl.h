@@ -60,11 +60,18 @@ public:
     // Called once, at once or within some eight seconds: sounds are copied and voices asked for on
     // other threads, and who asks does not wait for ever. What is refused is never made later.
     using Made = std::function<void(const AlarmAnswer& answer)>;
+    // Calls back, later or at once, with whether whoever asked still waits for an answer.
+    using StillAsked = std::function<void(std::function<void(bool isAsked)> then)>;
+    // Who has given up is not answered any more, and believes that nothing was made: so it is.
+    struct Asker {
+        Made made;
+        StillAsked stillAsked;
+    };
 
     // A timer of 1 minute or more; without a title it is one of the menu's.
-    virtual void addTimer(quint32 minutes, const QString& title, const Made& made) = 0;
+    virtual void addTimer(quint32 minutes, const QString& title, const Asker& asker) = 0;
     // See docs/bus.md for what may stand in a description.
-    virtual void addAlarm(const QVariantMap& description, const Made& made) = 0;
+    virtual void addAlarm(const QVariantMap& description, const Asker& asker) = 0;
     [[nodiscard]] virtual AlarmAnswer startStored(const QString& title) = 0;
 
     [[nodiscard]] virtual AlarmListing runningAlarms() = 0;

@@ -65,12 +65,14 @@ protected:
             .skipBreak = [this] { trace.add(u"skip"_qs); }};
     }
 
-    AlarmControl::Made made() {
-        return [this](const AlarmAnswer& answer) {
-            const Refusal* const refusal = std::get_if<Refusal>(&answer);
-            told =
-                refusal ? refusal->name + u' ' + refusal->reason.section(u':', 0, 0) : lastAdded();
-        };
+    AlarmControl::Asker asker() {
+        return {.made =
+                    [this](const AlarmAnswer& answer) {
+                        const Refusal* const refusal = std::get_if<Refusal>(&answer);
+                        told = refusal ? refusal->name + u' ' + refusal->reason.section(u':', 0, 0)
+                                       : lastAdded();
+                    },
+                .stillAsked = [this](const auto& then) { then(!hasGivenUp); }};
     }
 
     QString lastAdded() const {
@@ -96,7 +98,7 @@ protected:
 
     std::string answerTo(const QVariantMap& description) {
         told = u"no answer"_qs;
-        control.addAlarm(description, made());
+        control.addAlarm(description, asker());
         loop.runPending();
         return told.toStdString();
     }
@@ -112,6 +114,7 @@ protected:
     bool breaksRun = false;
     std::vector<AlarmControl::Found> slowSounds;
     QString told;
+    bool hasGivenUp = false;
     std::optional<QString> problem;
     int savings = 0;
     AlarmControl control{surroundings()};
@@ -167,7 +170,7 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
         EXPECT_EQ(answerTo(description), row.answer);
     }
     EXPECT_EQ(clock.allAlarms().size(), 12U) << "what is refused leaves nothing behind";
-    control.addTimer(5, {}, made());
+    control.addTimer(5, {}, asker());
     EXPECT_EQ(told, u"24. 10:05:00 default /Ping  5"_qs);
 }
 
@@ -202,7 +205,7 @@ TEST_F(AlarmControlTest, manyChangesAreWrittenAndToldTogether) {
         control.addAlarm({{u"title"_qs, QString::number(i)},
                           {u"minutes"_qs, 110 - i},
                           {u"store"_qs, i % 2 == 1}},
-                         made());
+                         asker());
         loop.advance(2ms); // 0.2 s in all
     }
     loop.advance(1s);
@@ -228,7 +231,7 @@ TEST_F(AlarmControlTest, whoWaitsForASoundIsAnsweredInTimeAndTheAlarmCountsFromT
         told = u"no answer"_qs;
         control.addAlarm(
             {{u"title"_qs, u"T"_qs}, {u"minutes"_qs, 1}, {u"sound"_qs, QString::fromLatin1(sound)}},
-            made());
+            asker());
         loop.advance(after);
         for (const auto& found : std::exchange(slowSounds, {}))
             found(u"/Slow"_qs);
@@ -237,6 +240,9 @@ TEST_F(AlarmControlTest, whoWaitsForASoundIsAnsweredInTimeAndTheAlarmCountsFromT
     EXPECT_EQ(answerTo("Slow", 7s), "24. 10:01:00 T /Slow  5");
     EXPECT_EQ(answerTo("Slow", 9s),
               "TooSlow the sound or the voice could not be looked up within 8 seconds");
+    hasGivenUp = true;
+    EXPECT_EQ(answerTo("Slow", 7s), "no answer");
+    control.addTimer(5, {}, asker());
     EXPECT_EQ(clock.allAlarms().size(), 1U) << "what was given up is not made later";
 }
 
@@ -246,7 +252,7 @@ TEST_F(AlarmControlTest, theLibraryAndTheQueueAreBoundedAndSaySo) {
             {u"title"_qs, QString::number(number)}, {u"minutes"_qs, 1}, {u"store"_qs, true}};
     };
     for (int i = 0; i < 1000; ++i)
-        control.addAlarm(numbered(i), made());
+        control.addAlarm(numbered(i), asker());
     EXPECT_EQ(answerTo(numbered(1000)), "TooMany 1000 alarms are stored already");
     loop.advance(1s);
     EXPECT_EQ(answerTo(numbered(1000)), "TooMany 1000 alarms are stored already");

@@ -5,6 +5,7 @@ from __future__ import annotations
 
 import json
 import re
+import signal
 import time
 
 from desktop_case import DesktopTest, main
@@ -38,6 +39,12 @@ class CommandsTest(DesktopTest):
         wait_for("the follower's line", lambda: "Egg" in follower.log())  # not joined with the next
         self.assertEqual([alarm["id"] for alarm in json.loads(self.run_command("list", "--json"))],
                          [identity])
+        program.send(signal.SIGSTOP)
+        caller = self.start("timer", "5", "Given up")
+        time.sleep(0.5)  # until it has asked
+        caller.kill()
+        program.send(signal.SIGCONT)
+        self.assertNotIn("Given up", self.run_command("list"))
         self.run_command("add", "Late", "--at", "10:00", "--date", "2020-01-01", status=1)
         self.run_command("add", "Late", "--in", "soon", status=2)
         self.run_command("delete", identity)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/control/ControlObject.h"
 
+#include "platform/linux/bus/BusPresence.h"
 #include "platform/linux/control/AlarmMessage.h"
 #include "platform/linux/control/ControlNames.h"
 
@@ -17,6 +18,7 @@ namespace {
 constexpr auto path = "/com/brackenfold/Dorvane";
 constexpr auto interfaceName = "com.brackenfold.Dorvane1";
 constexpr quint32 mostNext = 100;
+constexpr int mostUnanswered = 1000; // the disk may not answer either
 
 constexpr auto unprivileged = SD_BUS_VTABLE_UNPRIVILEGED; // whoever is on the bus may call
 constexpr auto changes = SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE;
@@ -99,7 +101,7 @@ const sd_bus_vtable ControlObject::interface[] = {
 };
 
 ControlObject::ControlObject(ServedBus& bus, RunLoop& runLoop, RemoteControl& control)
-    : m_bus(bus), m_control(control), m_lists(bus, runLoop) {
+    : m_bus(bus), m_runLoop(runLoop), m_control(control), m_lists(bus, runLoop) {
     m_bus.addObject(path, interfaceName, interface, this);
     m_control.setListener(
         {.befell = [this](auto event, const QString& id,
@@ -138,57 +140,108 @@ int ControlObject::get(sd_bus* /*bus*/, const char* /*path*/, const char* /*inte
     return reply.result();
 }
 
-// A caller that has gone meanwhile is answered all the same: the bus drops that.
-RemoteControl::Made ControlObject::answerLater(sd_bus_message* call) {
-    const std::shared_ptr<sd_bus_message> kept(sd_bus_message_ref(call), BusMessageRelease());
-    return [weak = m_lifeline.weak(), kept](const AlarmAnswer& made) {
-        if (ControlObject* const self = weak.get()) {
-            (void)self->answerWhenSaved(kept.get(), made);
-            self->m_bus.flush();
-        }
-    };
+// One that changes something, from when it comes in until it was answered or its caller has gone.
+class ControlObject::Call {
+public:
+    Call(ControlObject& object, sd_bus_message* call)
+        : m_object(object.m_lifeline.weak()), m_call(sd_bus_message_ref(call)) {
+        ++object.m_unanswered;
+    }
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
+    ~Call() {
+        if (ControlObject* const object = m_object.get())
+            --object->m_unanswered;
+    }
+
+    [[nodiscard]] ControlObject* object() const { return m_object.get(); }
+    [[nodiscard]] sd_bus_message* message() const { return m_call.get(); }
+
+private:
+    const Lifeline<ControlObject>::Weak m_object;
+    const BusMessagePtr m_call;
+};
+
+// Null, and nothing is to be done, when too many wait for an answer.
+ControlObject::CallPtr ControlObject::admit(sd_bus_message* call) {
+    if (m_unanswered < mostUnanswered)
+        return std::make_shared<Call>(*this, call);
+    (void)refuse(call, busy());
+    return nullptr;
 }
 
-// Whoever is told that an alarm is set may switch the machine off.
+// A call may have waited in the socket for longer than its caller did.
+void ControlObject::whenStillAsked(const CallPtr& call, std::function<void(bool isAsked)> then) {
+    askWhetherOnBus(m_bus, m_runLoop, sd_bus_message_get_sender(call->message()),
+                    [call, then = std::move(then)](bool isThere) {
+                        if (call->object())
+                            then(isThere);
+                    });
+}
+
+RemoteControl::Asker ControlObject::askerOf(const CallPtr& call) {
+    return {.made =
+                [call](const AlarmAnswer& made) {
+                    if (ControlObject* const self = call->object())
+                        self->answerWhenSaved(call, made);
+                },
+            .stillAsked =
+                [call](std::function<void(bool)> then) {
+                    if (ControlObject* const self = call->object())
+                        self->whenStillAsked(call, std::move(then));
+                }};
+}
+
+// Whoever is told that an alarm is set may switch the machine off. A caller that has gone meanwhile
+// is answered all the same: the bus drops that.
 template<typename Result>
-int ControlObject::answerWhenSaved(sd_bus_message* call, const Result& result) {
+void ControlObject::answerWhenSaved(const CallPtr& call, const Result& result) {
+    const auto told = [call, result](const std::optional<QString>& problem) {
+        ControlObject* const self = call->object();
+        if (!self)
+            return;
+        (void)(problem ? refuse(call->message(), notSaved(*problem))
+                       : answer(call->message(), result));
+        self->m_bus.flush();
+    };
     if (isRefused(result))
-        return answer(call, result);
-    const std::shared_ptr<sd_bus_message> kept(sd_bus_message_ref(call), BusMessageRelease());
-    m_control.whenSaved([weak = m_lifeline.weak(), kept,
-                         result](const std::optional<QString>& problem) {
-        if (ControlObject* const self = weak.get()) {
-            (void)(problem ? refuse(kept.get(), notSaved(*problem)) : answer(kept.get(), result));
-            self->m_bus.flush();
-        }
-    });
-    return 1;
+        told(std::nullopt);
+    else
+        m_control.whenSaved(told);
 }
 
-int ControlObject::make(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
+int ControlObject::make(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
     auto& self = *static_cast<ControlObject*>(data);
-    if (memberOf(call) == "AddAlarm") {
-        const auto description = readDescription(call);
+    const CallPtr call = self.admit(message);
+    if (!call)
+        return 1;
+    if (memberOf(message) == "AddAlarm") {
+        const auto description = readDescription(message);
         if (const auto* const refusal = std::get_if<Refusal>(&description))
-            return refuse(call, *refusal);
-        self.m_control.addAlarm(std::get<QVariantMap>(description), self.answerLater(call));
+            return refuse(message, *refusal);
+        self.m_control.addAlarm(std::get<QVariantMap>(description), self.askerOf(call));
         return 1;
     }
     quint32 minutes = 0;
-    sd_bus_message_read_basic(call, 'u', &minutes);
-    const auto title = readText(call);
+    sd_bus_message_read_basic(message, 'u', &minutes);
+    const auto title = readText(message);
     if (const auto* const refusal = std::get_if<Refusal>(&title))
-        return refuse(call, *refusal);
-    self.m_control.addTimer(minutes, std::get<QString>(title), self.answerLater(call));
+        return refuse(message, *refusal);
+    self.m_control.addTimer(minutes, std::get<QString>(title), self.askerOf(call));
     return 1;
 }
 
-int ControlObject::startStored(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
-    const auto title = readText(call);
-    if (const auto* const refusal = std::get_if<Refusal>(&title))
-        return refuse(call, *refusal);
+int ControlObject::startStored(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
     auto& self = *static_cast<ControlObject*>(data);
-    return self.answerWhenSaved(call, self.m_control.startStored(std::get<QString>(title)));
+    const auto title = readText(message);
+    if (const auto* const refusal = std::get_if<Refusal>(&title))
+        return refuse(message, *refusal);
+    if (const CallPtr call = self.admit(message))
+        self.whenStillAsked(call, [&self, call, title](bool isAsked) {
+            if (isAsked)
+                self.answerWhenSaved(call, self.m_control.startStored(std::get<QString>(title)));
+        });
+    return 1;
 }
 
 int ControlObject::list(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
@@ -226,10 +279,11 @@ int ControlObject::onOne(sd_bus_message* call, void* data, sd_bus_error* /*error
     if (const auto* const refusal = std::get_if<Refusal>(&named))
         return refuse(call, *refusal);
     auto& self = *static_cast<ControlObject*>(data);
+    const CallPtr admitted = self.admit(call);
     for (const auto& [member, method] : methods)
-        if (memberOf(call) == member)
-            return self.answerWhenSaved(call, (self.m_control.*method)(std::get<QString>(named)));
-    return 0;
+        if (admitted && memberOf(call) == member)
+            self.answerWhenSaved(admitted, (self.m_control.*method)(std::get<QString>(named)));
+    return 1;
 }
 
 int ControlObject::onBreaks(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {

@@ -6,6 +6,8 @@
 #include "platform/linux/control/ListAnswers.h"
 #include "platform/RemoteControl.h"
 
+#include <functional>
+#include <memory>
 #include <systemd/sd-bus.h>
 
 namespace dorvane {
@@ -33,16 +35,23 @@ private:
     static int onOne(sd_bus_message* call, void* data, sd_bus_error* error);
     static int onBreaks(sd_bus_message* call, void* data, sd_bus_error* error);
 
-    [[nodiscard]] RemoteControl::Made answerLater(sd_bus_message* call);
+    class Call;
+    using CallPtr = std::shared_ptr<Call>;
+
+    [[nodiscard]] CallPtr admit(sd_bus_message* call);
+    void whenStillAsked(const CallPtr& call, std::function<void(bool isAsked)> then);
+    [[nodiscard]] RemoteControl::Asker askerOf(const CallPtr& call);
     template<typename Result>
-    [[nodiscard]] int answerWhenSaved(sd_bus_message* call, const Result& result);
+    void answerWhenSaved(const CallPtr& call, const Result& result);
     void tellState(const RemoteState& before, const RemoteState& now);
     void tellEvent(RemoteListener::Event event, const QString& id, const QString& title);
     void tell(const char* signal);
 
     ServedBus& m_bus;
+    RunLoop& m_runLoop;
     RemoteControl& m_control;
     ListAnswers m_lists;
+    int m_unanswered = 0; // calls that change something
     Lifeline<ControlObject> m_lifeline{*this};
 };
 
