@@ -7,6 +7,7 @@
 #include "firing/SoundRepeat.h"
 #include "platform/Bundle.h"
 #include "platform/EscapedText.h"
+#include "platform/Sound.h"
 #include "platform/Workspace.h"
 #include "sounds/AddingFiles.h"
 #include "sounds/AudioStorageController.h"
@@ -14,7 +15,6 @@
 #include "sounds/SoundName.h"
 #include "ui_PendixRespitoWindowsController.h"
 
-#include <QFileInfo>
 #include <QMenu>
 
 namespace dorvane {
@@ -129,11 +129,20 @@ void BreakSoundChoice::setSoundPath(const QString& path) {
 }
 
 void BreakSoundChoice::showFace(const QString& path) {
-    const bool isMissing = !path.isNull() && path != builtInTrack && !QFileInfo::exists(path);
+    m_shown = path;
     const QString name = path.isNull() ? QStringLiteral("Select Sound") : soundName(path);
-    m_controls.selectSoundButton->setFace(name, isMissing);
-    m_controls.selectSoundButton->setToolTip(
-        escapedText(isMissing ? name + QStringLiteral(" (missing)") : QString()));
+    PullDownPopUp* const button = m_controls.selectSoundButton;
+    button->setFace(name, false);
+    button->setToolTip(escapedText(QString()));
+    if (path.isNull() || path == builtInTrack)
+        return;
+    m_services.player.lookFor(path, [weak = m_lifeline.weak(), button, path, name](bool isThere) {
+        const BreakSoundChoice* const self = weak.get();
+        if (!self || isThere || self->m_shown != path)
+            return;
+        button->setFace(name, true);
+        button->setToolTip(escapedText(name + QStringLiteral(" (missing)")));
+    });
 }
 
 // A start sound that is the track decides for both.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "breaks/BreakSounds.h"
+#include "platform/Lifeline.h"
 #include "platform/NotificationCenter.h"
 #include "sounds/AlarmSoundMenuContructor.h"
 #include "sounds/SoundMenuTarget.h"
@@ -61,11 +62,13 @@ private:
     QWidget* m_window;
     QString m_soundPath;
     QString m_durationSoundPath;
+    QString m_shown; // the path whose name the button shows
     AlarmSoundMenuContructor m_asmc;
     BreakSounds m_sound;
     std::unique_ptr<SoundRepeat> m_trial; // of a system sound that was chosen
     RespitoAudioPlayerController* m_respitoAudioPlayer = nullptr;
     NotificationCenter::Observation m_wellClicks;
+    Lifeline<BreakSoundChoice> m_lifeline{*this};
 };
 
 } // namespace dorvane

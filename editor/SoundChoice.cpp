@@ -3,6 +3,7 @@
 
 #include "platform/Bundle.h"
 #include "platform/EscapedText.h"
+#include "platform/Sound.h"
 #include "platform/Workspace.h"
 #include "sounds/AddingFiles.h"
 #include "sounds/AudioStorageController.h"
@@ -11,7 +12,6 @@
 #include "sounds/SoundName.h"
 #include "ui_AlarmSetController.h"
 
-#include <QFileInfo>
 #include <QPointer>
 
 namespace dorvane {
@@ -75,10 +75,20 @@ void SoundChoice::setSoundPath(const QString& path) {
     m_preview.stop();
     m_soundPath = path;
     const QString name = path.isEmpty() ? QStringLiteral("Select Sound") : soundName(path);
-    const bool isMissing = !path.isEmpty() && !QFileInfo::exists(path);
-    m_controls.selectSoundButton->setFace(name, isMissing);
+    m_controls.selectSoundButton->setFace(name, false);
+    m_controls.selectSoundButton->setToolTip(escapedText(QString()));
+    if (path.isEmpty())
+        return;
+    m_services.soundPlayer.lookFor(path, [self = QPointer(this), path, name](bool isThere) {
+        if (self && !isThere && self->m_soundPath == path)
+            self->showFault(name, QStringLiteral("missing"));
+    });
+}
+
+void SoundChoice::showFault(const QString& name, const QString& fault) {
+    m_controls.selectSoundButton->setFace(name, true);
     m_controls.selectSoundButton->setToolTip(
-        escapedText(isMissing ? name + QStringLiteral(" (missing)") : QString()));
+        escapedText(QStringLiteral("%1 (%2)").arg(name, fault)));
 }
 
 void SoundChoice::rebuildMenu() {
@@ -121,9 +131,7 @@ void SoundChoice::previewChanged(SoundPreview::State state) {
     if (state != SoundPreview::State::Failed)
         return;
     const QString name = soundName(m_soundPath);
-    m_controls.selectSoundButton->setFace(name, true);
-    m_controls.selectSoundButton->setToolTip(
-        escapedText(name + QStringLiteral(" (cannot be played)")));
+    showFault(name, QStringLiteral("cannot be played"));
     m_controls.wellHint->setText(
         QStringLiteral("“%1” cannot be played. Choose another sound.").arg(shortened(name)));
 }

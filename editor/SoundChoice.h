@@ -33,7 +33,8 @@ public:
 
     // Full path; empty for none.
     [[nodiscard]] const QString& soundPath() const { return m_soundPath; }
-    // Shows the sound's name, greyed when the file is gone. Does not emit soundPathChanged().
+    // Shows the sound's name, greyed as soon as it is known that the file is gone. Does not emit
+    // soundPathChanged().
     void setSoundPath(const QString& path);
 
     // To be called before a menu of the window opens: lists the sounds that are there.
@@ -51,6 +52,7 @@ private:
     void playButtonPushed();
     void setSoundVolume();
     void previewChanged(SoundPreview::State state);
+    void showFault(const QString& name, const QString& fault);
     void chooseAudioFile();
     void soundWellClicked();
     void reminderAccepted(const QString& path);

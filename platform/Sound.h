@@ -90,6 +90,10 @@ public:
     // main one; any.
     [[nodiscard]] virtual bool canPlay(const QString& path) const = 0;
 
+    // Calls back once, later, with whether there is such a file: for windows that say so. Never,
+    // when its disk does not answer.
+    virtual void lookFor(const QString& path, std::function<void(bool isThere)> found) = 0;
+
     // Has the file read and decoded now, and kept: from when that is done, a sound made of it leans
     // on no disk and on no thread that might be busy. For a short file that stands in for others.
     virtual void keepInMemory(const QString& path) { (void)path; }

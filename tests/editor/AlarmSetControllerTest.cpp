@@ -369,12 +369,17 @@ TEST_F(AlarmSetControllerTest, setsTheNextTimeThatClocksShow) {
 
 TEST_F(AlarmSetControllerTest, playsTheDefaultSoundAndOffersWhatIsStored) {
     defaultSound = u"/Ping.aiff"_qs;
-    store({.title = "Tea", .minutes = 3, .snoozeTime = 8, .voice = "Nobody"});
+    store({.title = "Tea",
+           .minutes = 3,
+           .snoozeTime = 8,
+           .sound = "/nowhere/Gong.wav",
+           .voice = "Nobody"});
     open();
     EXPECT_EQ(sentence(), "In 1 minute(s) alarm '' will be played with sound 'Ping'.");
     press({"Down"});
     loop.runPending();
     EXPECT_EQ(find<QWidget>("voiceNamePopUp")->toolTip(), escapedText(u"Nobody (missing)"_qs));
+    EXPECT_EQ(find<QWidget>("selectSoundButton")->toolTip(), escapedText(u"Gong (missing)"_qs));
     press({"Return"});
     EXPECT_EQ(accepted.back()->snoozeTime(), 8);
     open();

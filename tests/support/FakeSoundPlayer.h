@@ -4,6 +4,7 @@
 #include "platform/Sound.h"
 #include "tests/support/Trace.h"
 
+#include <QFileInfo>
 #include <QMap>
 
 #include <vector>
@@ -48,6 +49,10 @@ public:
 
     [[nodiscard]] std::unique_ptr<Sound> soundWithContentsOfFile(const QString& path) override;
     [[nodiscard]] QStringList soundUnfilteredTypes() const override { return types; }
+
+    void lookFor(const QString& path, std::function<void(bool isThere)> found) override {
+        m_loop.defer([isThere = QFileInfo::exists(path), found] { found(isThere); });
+    }
 
     [[nodiscard]] bool canPlay(const QString& path) const override {
         return m_files.value(path).isPlayable;

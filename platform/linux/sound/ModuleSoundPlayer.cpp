@@ -8,6 +8,10 @@
 #include "platform/linux/sound/SoundModule.h"
 #include "platform/linux/sound/SoundTypes.h"
 
+#include <QFileInfo>
+
+#include <utility>
+
 namespace dorvane {
 
 namespace {
@@ -76,6 +80,19 @@ std::unique_ptr<Sound> ModuleSoundPlayer::ringWithContentsOfFile(const QString& 
 bool ModuleSoundPlayer::canPlay(const QString& path) const {
     const auto file = opened(path);
     return file && decoderOf(*m_loader->source(), file);
+}
+
+void ModuleSoundPlayer::lookFor(const QString& path, std::function<void(bool isThere)> found) {
+    m_loader->run(SoundUse::Other, path,
+                  [path, found = std::move(found), &loop = m_loop, self = m_lifeline.weak()] {
+                      const bool isThere = QFileInfo::exists(path);
+                      if (self.isCut())
+                          return;
+                      loop.post([self, found, isThere] {
+                          if (!self.isCut())
+                              found(isThere);
+                      });
+                  });
 }
 
 void ModuleSoundPlayer::keepInMemory(const QString& path) {

@@ -32,6 +32,8 @@ public:
 
     [[nodiscard]] bool canPlay(const QString& path) const override;
 
+    void lookFor(const QString& path, std::function<void(bool isThere)> found) override;
+
     // Where it cannot be read, or is longer than some seconds, nothing is kept; the next call tries
     // again.
     void keepInMemory(const QString& path) override;
