@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sounds/ReminderController.h"
 
-#include "platform/AudioRecorder.h"
 #include "platform/Bundle.h"
 #include "platform/EscapedText.h"
 #include "platform/Log.h"
 #include "platform/Sound.h"
 #include "platform/Workspace.h"
-#include "sounds/LevelMeter.h"
 #include "sounds/ReminderComboBox.h"
 #include "sounds/ReminderControls.h"
 #include "sounds/ReminderFileName.h"
@@ -21,20 +19,13 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QShortcut>
-#include <QSignalBlocker>
 #include <QWindow>
 
-#include <algorithm>
 #include <utility>
 
 namespace dorvane {
 
-using namespace std::chrono_literals;
-
 namespace {
-
-constexpr RunLoop::Milliseconds longestRecording = 10s;
-constexpr RunLoop::Milliseconds tickInterval = 50ms;
 
 class ReminderWindow final : public QWidget {
 public:
@@ -95,17 +86,20 @@ void ReminderController::awakeFromNib() {
         showFocusRound(*round);
     for (QAbstractButton* button : m_window->findChildren<QAbstractButton*>())
         button->installEventFilter(m_window.get());
+    m_recording = std::make_unique<ReminderRecording>(
+        m_surroundings.runLoop, m_surroundings.recorder, m_surroundings.bundle, *m_form,
+        ReminderRecording::Callbacks{
+            [this] { updatePlayButton(); },
+            [this](const ReminderRecording::Take& take) { recordingAdded(take); }});
     connectControls();
-    exitRecording();
-    updateRecordButton();
-    updatePlayButton();
+    m_recording->exitRecording();
 }
 
 void ReminderController::connectControls() {
     QWidget* const window = m_window.get();
     const ReminderControls& form = *m_form;
     QObject::connect(form.reminderTitle, &QLineEdit::textChanged, window,
-                     [this] { updateRecordButton(); });
+                     [this] { m_recording->updateRecordButton(); });
     QObject::connect(form.reminderTitle, &QLineEdit::returnPressed, form.recordButton,
                      &QAbstractButton::click);
     QObject::connect(form.recordButton, &QAbstractButton::toggled, window,
@@ -125,8 +119,8 @@ void ReminderController::connectControls() {
     }
     const auto escape = new QShortcut(Qt::Key_Escape, window);
     QObject::connect(escape, &QShortcut::activated, window, [this] {
-        if (m_recordTimer)
-            cancelRecording();
+        if (m_recording->isRunning())
+            m_recording->cancel();
         else
             m_window->close();
     });
@@ -173,7 +167,7 @@ void ReminderController::startRecording(bool on) {
                   reminderFileName(title) + QStringLiteral(".aiff");
     m_take.toReclaim = m_reminderStrings->pathToReclaim(m_take.path);
     if (const QString loss = lossOf(m_take); !loss.isEmpty()) {
-        exitRecording(); // until that is answered
+        m_recording->exitRecording(); // until that is answered
         ask(QStringLiteral("Record “%1”?").arg(shortened(soundName(m_take.path))), loss,
             QStringLiteral("&Record"), &ReminderController::beginRecording);
         return;
@@ -182,7 +176,7 @@ void ReminderController::startRecording(bool on) {
 }
 
 // What is lost by the take, in words; empty for nothing that anybody would miss.
-QString ReminderController::lossOf(const Take& take) const {
+QString ReminderController::lossOf(const ReminderRecording::Take& take) const {
     const QStringList users = m_surroundings.usersOf(take.path);
     if (QFileInfo::exists(take.path) && !users.isEmpty())
         return QStringLiteral("The recording of that name is replaced. It is played by %1.")
@@ -210,120 +204,18 @@ void ReminderController::ask(const QString& question, const QString& what, const
 }
 
 void ReminderController::beginRecording() {
-    const auto finished = [weak = weak_from_this(), take = m_take](const auto& error) {
-        if (const auto self = weak.lock())
-            self->recordingFinished(take, error);
-    };
-    if (!m_surroundings.recorder.record(m_take.path, finished)) {
-        qCWarning(logSounds) << "cannot record: another recording is running";
-        exitRecording();
-        m_form->messageLabel->setText(
-            QStringLiteral("Cannot record: another window is recording. Stop it there first."));
-        return;
-    }
-    m_recordingSince = m_surroundings.runLoop.uptime();
-    m_recordTimer = m_surroundings.runLoop.scheduleRepeating(
-        tickInterval, [this] { timerTick(); }, RunLoopMode::Common);
-    prepareForRecording();
-}
-
-void ReminderController::prepareForRecording() {
-    for (QWidget* idle :
-         std::initializer_list<QWidget*>{m_form->playButton, m_form->deleteButton, m_form->okButton,
-                                         m_form->comboBox, m_form->reminderTitle})
-        idle->setEnabled(false);
-    setRecordingEndsEnabled(true);
-    m_form->messageLabel->clear();
-    const QSignalBlocker silent(m_form->recordButton);
-    m_form->recordButton->setChecked(true); // by the answer to a question, too
-    setImage(*m_form->recordButton, "StopRedButton", QStringLiteral("Stop recording"));
-    m_form->recordButton->setFocus(); // the title, where Return may have been pressed, is disabled
-    showProgress(0ms);
-}
-
-void ReminderController::exitRecording() {
-    m_recordTimer.cancel();
-    for (QWidget* idle :
-         std::initializer_list<QWidget*>{m_form->okButton, m_form->comboBox, m_form->reminderTitle})
-        idle->setEnabled(true);
-    setRecordingEndsEnabled(false);
-    const QSignalBlocker silent(m_form->recordButton);
-    m_form->recordButton->setChecked(false);
-    setImage(*m_form->recordButton, "RecordButton", QStringLiteral("Record"));
-    m_form->levelMeter->reset();
-    showProgress(0ms);
-    if (std::exchange(m_isSaving, false))
-        m_form->messageLabel->clear();
-    updateRecordButton();
-    updatePlayButton();
-}
-
-void ReminderController::setRecordingEndsEnabled(bool enabled) {
-    for (QPushButton* end : {m_form->stopButton, m_form->cancelButton})
-        if (end)
-            end->setEnabled(enabled);
-}
-
-// The level and the time come from the same clock as the limit, so that a late tick is no longer
-// recording.
-void ReminderController::timerTick() {
-    const auto elapsed = m_surroundings.runLoop.uptime() - m_recordingSince;
-    m_form->levelMeter->setLevel(m_surroundings.recorder.takeLevel());
-    showProgress(elapsed);
-    if (elapsed >= longestRecording)
-        stopRecording();
-}
-
-void ReminderController::showProgress(RunLoop::Milliseconds elapsed) {
-    elapsed = std::min(elapsed, longestRecording);
-    m_form->progressIndicator->setValue(static_cast<int>(elapsed.count()));
-    m_form->timeLabel->setText(QStringLiteral("%1 s of %2 s")
-                                   .arg(static_cast<double>(elapsed.count()) / 1000, 0, 'f', 1)
-                                   .arg(longestRecording.count() / 1000));
+    m_recording->begin(m_take);
 }
 
 void ReminderController::stopRecording() {
-    stopRecordingAndSave(true);
+    m_recording->stop();
 }
 
 void ReminderController::cancelRecording() {
-    stopRecordingAndSave(false);
+    m_recording->cancel();
 }
 
-void ReminderController::stopRecordingAndSave(bool save) {
-    if (!m_recordTimer)
-        return;
-    m_recordTimer.cancel();
-    if (save) {
-        m_surroundings.recorder.stop(); // recordingFinished() follows
-        showSaving();
-        return;
-    }
-    m_surroundings.recorder.cancel();
-    exitRecording();
-}
-
-// A slow disk or server may take seconds; nothing can be pressed meanwhile.
-void ReminderController::showSaving() {
-    m_isSaving = true;
-    setRecordingEndsEnabled(false);
-    setImage(*m_form->recordButton, "StopRedButton", QStringLiteral("Saving the recording"));
-    m_form->recordButton->setEnabled(false);
-    m_form->levelMeter->reset();
-    m_form->messageLabel->setText(QStringLiteral("Saving…"));
-}
-
-void ReminderController::recordingFinished(const Take& take,
-                                           const std::optional<AudioError>& error) {
-    exitRecording();
-    if (error) {
-        qCWarning(logSounds).noquote() << "cannot record:" << error->domain << "-" << error->reason;
-        m_form->messageLabel->setText(
-            error->isKept ? QStringLiteral("%1 What was heard before is kept.").arg(error->reason)
-                          : error->reason);
-        if (!error->isKept)
-            return;
-    }
+void ReminderController::recordingAdded(const ReminderRecording::Take& take) {
     m_reminderStrings->addReminderString(soundName(take.path), take.path, take.toReclaim);
     updatePlayButton();
     // Where Return is pressed once more, it is to be heard, not recorded anew.
@@ -343,7 +235,8 @@ void ReminderController::playSound() {
     m_playingSound = m_surroundings.player.soundWithContentsOfFile(path);
     m_playingSound->setFinished([this](bool) { soundDidFinishPlaying(); });
     m_form->playFeedback->setText(QStringLiteral("Playing…"));
-    setImage(*m_form->playButton, "StopRedButton", QStringLiteral("Stop playing"));
+    showAction(*m_form->playButton, m_surroundings.bundle, "StopRedButton",
+               QStringLiteral("Stop playing"));
     if (!m_playingSound->play())
         stopPlaying();
 }
@@ -357,7 +250,8 @@ void ReminderController::soundDidFinishPlaying() {
 void ReminderController::stopPlaying() {
     m_playingSound.reset();
     m_form->playFeedback->clear();
-    setImage(*m_form->playButton, "PlayBlueButton", QStringLiteral("Play"));
+    showAction(*m_form->playButton, m_surroundings.bundle, "PlayBlueButton",
+               QStringLiteral("Play"));
 }
 
 void ReminderController::deleteSound() {
@@ -389,13 +283,9 @@ void ReminderController::acceptReminder() {
     m_window->close();
 }
 
-void ReminderController::updateRecordButton() {
-    m_form->recordButton->setEnabled(!m_form->reminderTitle->text().isEmpty() && !m_isSaving);
-}
-
 void ReminderController::updatePlayButton() {
     stopPlaying();
-    const bool canPlay = !soundPath().isEmpty() && !m_recordTimer;
+    const bool canPlay = !soundPath().isEmpty() && !m_recording->isRunning();
     m_form->playButton->setEnabled(canPlay);
     m_form->deleteButton->setEnabled(canPlay);
 }
@@ -409,18 +299,10 @@ void ReminderController::forgetVanished() {
 }
 
 void ReminderController::windowWillClose() {
-    stopRecordingAndSave(false);
+    m_recording->cancel();
     stopPlaying();
     // The window's own event is still running.
     m_surroundings.runLoop.defer([self = std::move(m_self)] {});
-}
-
-void ReminderController::setImage(QAbstractButton& button, const char* name,
-                                  const QString& action) const {
-    button.setIcon(QIcon(m_surroundings.bundle.resourcePath(
-        QStringLiteral("images/%1.svg").arg(QLatin1String(name)))));
-    button.setAccessibleName(action);
-    button.setToolTip(escapedText(action));
 }
 
 } // namespace dorvane

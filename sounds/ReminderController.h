@@ -2,10 +2,10 @@
 #pragma once
 
 #include "core/Alarm.h"
-#include "platform/AudioError.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
 #include "platform/UserFolders.h"
+#include "sounds/ReminderRecording.h"
 
 #include <QIcon>
 #include <QString>
@@ -13,9 +13,7 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 
-class QAbstractButton;
 class QWidget;
 
 namespace dorvane {
@@ -84,45 +82,28 @@ protected:
     ReminderController(Surroundings surroundings, ReminderControls (*loadForm)(QWidget& window));
 
 private:
-    // What a recording is for, from when it was asked for.
-    struct Take {
-        QString path;
-        QString toReclaim; // the recording that goes when this one is made
-    };
-
     void awakeFromNib();
     void connectControls();
     void ask(const QString& question, const QString& what, const QString& verb,
              void (ReminderController::*then)());
-    [[nodiscard]] QString lossOf(const Take& take) const;
+    [[nodiscard]] QString lossOf(const ReminderRecording::Take& take) const;
     void beginRecording();
     void removeSound();
-    void prepareForRecording();
-    void showSaving();
-    void exitRecording();
-    void setRecordingEndsEnabled(bool enabled);
     void cancelRecording();
-    void stopRecordingAndSave(bool save);
-    void recordingFinished(const Take& take, const std::optional<AudioError>& error);
-    void timerTick();
-    void showProgress(RunLoop::Milliseconds elapsed);
+    void recordingAdded(const ReminderRecording::Take& take);
     void soundDidFinishPlaying();
     void stopPlaying();
-    void updateRecordButton();
     void updatePlayButton();
     void forgetVanished();
     void windowWillClose();
-    void setImage(QAbstractButton& button, const char* name, const QString& action) const;
 
     const Surroundings m_surroundings;
     const std::unique_ptr<QWidget> m_window;
     const std::unique_ptr<const ReminderControls> m_form;
     std::unique_ptr<ReminderStrings> m_reminderStrings;
     NotificationCenter::Observation m_reminderChanged;
-    RunLoopTimer m_recordTimer; // set while recording
-    Take m_take;
-    bool m_isSaving = false;
-    RunLoop::Milliseconds m_recordingSince{0};
+    std::unique_ptr<ReminderRecording> m_recording;
+    ReminderRecording::Take m_take; // that is asked about, or recorded
     std::unique_ptr<Sound> m_playingSound;
     std::function<void(const QString& soundPath)> m_accepted;
     std::shared_ptr<ReminderController> m_self; // while the window is shown
