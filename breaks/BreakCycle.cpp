@@ -13,7 +13,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr RunLoop::Milliseconds nearTime = 30s;
-constexpr RunLoop::Milliseconds fadeTime = 10s;
 constexpr RunLoop::Milliseconds putOffTime = 5min;
 constexpr int mostTimesPutOff = 2;
 // Whoever is called back to work later than that is at work.
@@ -144,8 +143,7 @@ void BreakCycle::manageTakeABreakAlertAppearance() {
         return;
     }
     showTime(remaining);
-    if (total - passed <= fadeTime)
-        m_track.fadeFor(total - passed);
+    m_track.setTimeLeft(total - passed);
     m_tick = m_surroundings.runLoop.scheduleOnce(
         std::chrono::seconds(m_counter + 1) - passed, [this] { manageTakeABreakAlertAppearance(); },
         RunLoopMode::Common);

@@ -82,6 +82,7 @@ void BreakSoundChoice::constructMenu() {
     m_asmc.buildSystemSounds();
     m_asmc.buildiMovieSounds();
     m_asmc.buildAddedSounds();
+    m_asmc.insertSeparator();
     buildRespitoSound();
 }
 

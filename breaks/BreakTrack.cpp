@@ -10,6 +10,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto patience = 24h; // the break ends it sooner
+constexpr RunLoop::Milliseconds fadeTime = 10s;
 
 } // namespace
 
@@ -43,20 +44,23 @@ void BreakTrack::ended(bool isComplete) {
         startOver();
 }
 
-void BreakTrack::fadeFor(RunLoop::Milliseconds time) {
-    if (!m_sound || m_fading)
+void BreakTrack::setTimeLeft(RunLoop::Milliseconds time) {
+    m_silentAt = m_runLoop.uptime() + time;
+    const bool isEnding = time <= fadeTime;
+    if (!m_sound || isEnding == static_cast<bool>(m_fading))
         return;
-    m_fadeTime = std::max(time, RunLoop::Milliseconds(1));
-    m_silentAt = m_runLoop.uptime() + m_fadeTime;
-    m_fading = m_runLoop.scheduleRepeating(
-        100ms, [this] { fade(); }, RunLoopMode::Common);
+    if (isEnding) {
+        m_fading = m_runLoop.scheduleRepeating(
+            100ms, [this] { fade(); }, RunLoopMode::Common);
+    } else {
+        m_fading.cancel();
+        m_sound->setVolume(1);
+    }
 }
 
 void BreakTrack::fade() {
     const auto left = std::max(m_silentAt - m_runLoop.uptime(), RunLoop::Milliseconds(0));
-    m_sound->setVolume(float(left.count()) / float(m_fadeTime.count()));
-    if (left.count() == 0)
-        m_fading.cancel();
+    m_sound->setVolume(float(left.count()) / float(fadeTime.count()));
 }
 
 void BreakTrack::stop() {

@@ -21,8 +21,9 @@ public:
     // A file that cannot be played leaves the break silent; the player's log tells why.
     void play(const QString& path);
 
-    // Falls silent by and by, for so long; a second call changes nothing.
-    void fadeFor(RunLoop::Milliseconds time);
+    // The break is over in so long: the last ten seconds of it fall silent by and by. To be called
+    // again while time passes, and when the break is made longer or shorter.
+    void setTimeLeft(RunLoop::Milliseconds time);
 
     void stop();
 
@@ -35,7 +36,6 @@ private:
     SoundPlayer& m_player;
     Hearing m_hearing;
     std::unique_ptr<Sound> m_sound;
-    RunLoop::Milliseconds m_fadeTime{0};
     RunLoop::Milliseconds m_silentAt{0}; // uptime
     RunLoopTimer m_fading;
     Lifeline<BreakTrack> m_lifeline{*this};

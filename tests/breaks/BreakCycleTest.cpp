@@ -288,6 +288,9 @@ TEST(BreakCycleTest, EachSoundIsHeardAndEndsWithItsBreak) {
     EXPECT_EQ(rig.player.sounds().front()->volume(), 1.0f);
     rig.loop.advance(5s);
     EXPECT_NEAR(rig.player.sounds().front()->volume(), 0.5f, 0.02f);
+    rig.setDuration(6);
+    rig.loop.advance(1s);
+    EXPECT_EQ(rig.player.sounds().front()->volume(), 1.0f) << "the break was made longer";
 }
 
 } // namespace
