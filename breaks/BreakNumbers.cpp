@@ -13,6 +13,13 @@
 
 namespace dorvane {
 
+namespace {
+
+// One more than any range has: a number that is cut off is still seen to be too large.
+constexpr int mostDigits = 4;
+
+} // namespace
+
 struct BreakNumbers::Row {
     QSlider* slider;
     QLineEdit* field;
@@ -42,7 +49,11 @@ BreakNumbers::BreakNumbers(const BreakWindowServices& services,
 
 void BreakNumbers::wire(const Row& row) {
     row.field->setValidator(row.formatter);
+    row.field->setMaxLength(mostDigits);
     row.hint->setText(row.formatter->range());
+    // The window does not grow with what is typed.
+    const QString longest = row.formatter->objection(QString(mostDigits, u'9'));
+    row.hint->setMinimumWidth(row.hint->fontMetrics().horizontalAdvance(longest));
     QObject::connect(row.slider, &QSlider::valueChanged, row.slider, [this, row] {
         row.hint->setText(row.formatter->range());
         (this->*row.sliderChanged)();

@@ -82,7 +82,7 @@ TEST_F(BreakWindowsTest, ANumberHoldsWhenItIsFinishedAndSaysWhatItIsTakenAs) {
         {"4", "5", "not 4: at least 5", leave},
         {"40", "40", "5 to 300", [&] { respito.window()->close(); }},
         {"400", "300", "not 400: at most 300", leave},
-        {"99999999999", "300", "not 99999999999: at most 300", leave},
+        {"99999999999", "300", "not 9999: at most 300", leave},
         {"", "300", "5 to 300", leave},
         {"6a0", "60", "5 to 300", [&] { click("startRespito"); }}, // as by its letter
     };
