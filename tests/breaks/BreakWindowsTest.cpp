@@ -137,7 +137,10 @@ TEST_F(BreakWindowsTest, TheWindowSaysWhatIsNext) {
     EXPECT_EQ(stored("PauseBreaksWhileAway"), false);
     clickInSheet("putOffBreak");
     EXPECT_EQ(shown(), "Next break at: " + moment(5));
-    loop.advance(5min);
+    loop.advance(1min);
+    click("skipRespito");
+    EXPECT_EQ(shown(), "Next break at: " + moment(25));
+    loop.advance(25min);
     clickInSheet("preferences");
     loop.advance(25min);
     clickInSheet("stopBreak");

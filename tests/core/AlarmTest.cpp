@@ -69,17 +69,4 @@ TEST(AlarmTest, hoursKeepTheirTimeOfDay) {
     }
 }
 
-TEST(AlarmTest, copyTakesTheDueTimeAndForgetsTheSnoozes) {
-    const AlarmPtr alarm = AlarmOf{.kind = dated, .time = "11-21 07:00", .snoozed = 9}.alarm();
-    alarm->snooze(9); // they add up
-    alarm->setIsActive(true);
-    alarm->setIsTriggered(true);
-    const AlarmPtr copy = alarm->copy(eight());
-    EXPECT_EQ(copy->time(eight()), at("11-21 07:18"));
-    EXPECT_FALSE(copy->storedRunTime().isValid() || copy->isActive() || copy->isTriggered());
-    alarm->setRunTime({}); // and every new start forgets them
-    EXPECT_EQ(alarm->time(eight()), at("11-21 07:00"));
-    EXPECT_EQ(copy->snoozedMinutes(), 0U);
-}
-
 } // namespace

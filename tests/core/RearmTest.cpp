@@ -146,21 +146,6 @@ TEST(RearmTest, afterRinging) {
     check(cases, rearmAfterRinging);
 }
 
-TEST(RearmTest, atRestore) {
-    using enum RearmDecision::Outcome;
-    const std::vector<Rang> cases = {
-        {dated("11-25 07:00"), "11-25 07:00", Unchanged, "11-25 07:00+01"},
-        {daily("11-24 07:00"), "11-25 06:59", Remove, "11-24 07:00+01"},
-        {timer(true), "11-25 10:01", Remove, "11-25 10:00+01"},
-        {once({Mon, Thu}), "11-24 09:00", NextWeekday, "11-26 07:00+01", {Mon, Thu}},
-        {once({Mon, Tue}, "11-23 23:00"), "11-24 09:00", NextWeekday, "11-24 23:00+01", {Mon, Tue}},
-        {once({}), "11-24 09:00", Remove, "11-23 07:00+01"},
-        {once({Mon}), "11-23 09:00", NoDayLeft, "11-23 07:00+01"},
-        {once({Mon}), "11-24 09:00", Unchanged, "11-23 07:00+01", {Mon}, nullptr, "mardi"},
-    };
-    check(cases, rearmAtRestore);
-}
-
 TEST(RearmTest, atStart) {
     using enum RearmDecision::Outcome;
     const WeekdaySet both{Mon, Wed};

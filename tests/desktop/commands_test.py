@@ -45,8 +45,6 @@ class CommandsTest(DesktopTest):
         caller.kill()
         program.send(signal.SIGCONT)
         self.assertNotIn("Given up", self.run_command("list"))
-        self.run_command("add", "Late", "--at", "10:00", "--date", "2020-01-01", status=1)
-        self.run_command("add", "Late", "--in", "soon", status=2)
         self.run_command("delete", identity)
         self.assertEqual(self.state(), "idle")
         wait_for("the follower's line", lambda: "No alarms" in follower.log())

@@ -67,7 +67,7 @@ class RoadTest(DesktopTest):
         self.sleep_until(again - 2)
         self.assertEqual(self.ringing(program), [], "rings again too early")
         window = self.wait_for_ringing(program)[0]
-        self.assertGreater(time.time(), again - 0.5)
+        self.assertGreater(time.time(), again - 1.1)  # it rings in the last second
         self.assert_icon_flashes(icon)
         self.click(window["Clear"])
         self.wait_until_quiet(program)

@@ -105,6 +105,15 @@ TEST_F(TimePickerTest, takesAPartThatIsClickedAndTypedOver) {
         leave();
         EXPECT_EQ(shown(), c.shown) << c.typed;
     }
+    for (const auto& [over, up, down] : {std::tuple{Over::Hours, "3:20 PM", "2:20 PM"},
+                                         {Over::Minutes, "2:21 PM", "2:20 PM"},
+                                         {Over::Mark, "2:20 AM", "2:20 PM"}}) {
+        type("", true, over);
+        for (const auto& [key, expected] : {std::pair{Qt::Key_Up, up}, {Qt::Key_Down, down}}) {
+            QTest::keyClick(&field, key);
+            EXPECT_EQ(shown(), expected);
+        }
+    }
 }
 
 TEST_F(TimePickerTest, neverMakesAnotherTimeOfWhatItCannotRead) {

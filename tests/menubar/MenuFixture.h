@@ -3,11 +3,13 @@
 
 #include "core/AlarmContext.h"
 #include "core/Clock.h"
+#include "core/WakeUps.h"
 #include "editor/TitleBox.h"
 #include "firing/SnoozeWindowController.h"
 #include "firing/SoundRepeat.h"
 #include "menubar/AlarmMenuController.h"
 #include "platform/Appearance.h"
+#include "platform/WakeAlarm.h"
 #include "tests/editor/EditorFixture.h"
 #include "tests/support/FakeSoundOutput.h"
 #include "tests/support/FakeStatusItem.h"
@@ -19,6 +21,12 @@ class LightDesktop final : public Appearance {
 public:
     [[nodiscard]] bool isDark() const override { return false; }
     void setChanged(std::function<void()>) override {}
+};
+
+struct FakeWakeAlarm final : WakeAlarm {
+    [[nodiscard]] Ability ability() const override { return Ability::Able; }
+    void arm(const std::optional<QDateTime>& moment) override { armed = moment; }
+    std::optional<QDateTime> armed;
 };
 
 // The whole front end on virtual time; only the panel and the sound are fakes. Alarms play their
@@ -77,6 +85,8 @@ protected:
 
     QStringList m_told; // what befell alarms that rang: "tea snoozed", "tea missed 11-23 08:30"
     Clock m_clock{loop, notifications};
+    FakeWakeAlarm m_wakeAlarm;
+    WakeUps m_wakeUps{loop, notifications, m_clock, defaults, m_wakeAlarm};
     SoundRepeat m_repeat{loop, player};
     FakeStatusItem m_item;
     FakeSoundOutput m_output{loop};

@@ -159,6 +159,7 @@ class SceneTest : public MenuFixture, public ::testing::WithParamInterface<Scene
 protected:
     SceneTest() {
         loop.setWoken([this] { notifications.post(wakeNotification); });
+        m_wakeUps.setOn(true);
     }
 
     [[nodiscard]] AlarmPtr running(const QString& title) const {
@@ -253,6 +254,14 @@ protected:
         return join(titles) + (m_item.needsAttention ? "!" : "");
     }
 
+    [[nodiscard]] std::optional<QDateTime> next() const {
+        std::optional<QDateTime> nearest;
+        for (const AlarmPtr& alarm : m_clock.allAlarms())
+            if (const QDateTime due = alarm->time(instantNow(loop)); due > loop.now())
+                nearest = std::min(nearest.value_or(due), due);
+        return nearest;
+    }
+
     [[nodiscard]] std::string kept() const {
         QStringList alarms;
         for (const AlarmPtr& alarm : m_clock.allAlarms())
@@ -273,6 +282,7 @@ TEST_P(SceneTest, goesAsWritten) {
         perform(QString::fromLatin1(step.what));
         EXPECT_EQ(heard(), step.heard);
         EXPECT_EQ(seen(), step.seen);
+        EXPECT_EQ(m_wakeAlarm.armed, next()) << "for which the machine wakes";
     }
     EXPECT_EQ(kept(), scene.kept);
     EXPECT_EQ(join(m_told.filter(QRegularExpression(u"^(?!.* rings$)"_qs))), scene.told);

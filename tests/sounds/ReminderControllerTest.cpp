@@ -197,25 +197,6 @@ TEST_F(ReminderControllerTest, typingCompletesAndChooses) {
     }
 }
 
-TEST_F(ReminderControllerTest, deletedRecordingGivesWayToTheOneBefore) {
-    add(u"a.aiff"_qs);
-    add(u"b.aiff"_qs);
-    open();
-    comboBox().setCurrentIndex(1);
-    loop.runPending();
-    const QString before = comboBox().itemText(0);
-    button("deleteButton").click();
-    loop.runPending();
-    EXPECT_EQ(comboBox().currentText(), before);
-    EXPECT_EQ(files(), QStringList{before + u".aiff"_qs});
-
-    QFile::remove(m_folder + u'/' + files().first()); // by the file manager
-    QEvent activation(QEvent::WindowActivate);
-    QApplication::sendEvent(window(), &activation);
-    EXPECT_EQ(enabled(), "reminderTitle okButton comboBox");
-    EXPECT_EQ(comboBox().count(), 0);
-}
-
 TEST_F(ReminderControllerTest, whatSomethingPlaysIsReplacedAndDeletedOnlyWhenThatWasAsked) {
     add(u"Tea.aiff"_qs);
     const QString tea = m_folder + u"/Tea.aiff"_qs;

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/RemoteCommands.h"
+#include "tests/support/Testing.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+using namespace dorvane::testing;
+
+namespace {
+
+const QDateTime now = at("11-24 10:00");
+
+QVariantMap running(const char* identity, const char* title, const char* due, bool rings = false) {
+    return {{u"id"_qs, QLatin1String(identity)},
+            {u"title"_qs, QString::fromUtf8(title)},
+            {u"due"_qs, at(due).toSecsSinceEpoch()},
+            {u"minutes"_qs, 20},
+            {u"ringing"_qs, rings}};
+}
+
+// The program at the other end, which writes down what it is asked; "!" where it is started for it.
+class FakeProgram final : public RemoteProgram {
+public:
+    Answer call(const QString& method, const QVariantList& arguments, Start start) override {
+        const QJsonDocument json(QJsonArray::fromVariantList(arguments));
+        asked << method + (start == Start::WhereNeeded ? u"!"_qs : QString()) +
+                     QString::fromUtf8(json.toJson(QJsonDocument::Compact));
+        if (arguments.value(0) == u"Gone"_qs)
+            return Fault{Fault::Kind::Refused, u"there is none"_qs};
+        if (!method.startsWith(u"List"_qs))
+            return QVariantList{u"t1"_qs};
+        return QVariantList{QVariant(
+            QVariantList{running("e2", "Egg", "11-25 07:00"), running("e1", "Egg", "11-24 10:05"),
+                         running("t1", "Tea", "11-24 10:20"),
+                         running("b1", "Be\nll\x1b[2J\xd7\x90", "11-24 09:59", true)})};
+    }
+    Properties properties() override {
+        return QVariantMap{{u"BreaksRunning"_qs, true}, {u"Ringing"_qs, QStringList{u"b1"_qs}}};
+    }
+    void follow(std::function<bool()>) override {}
+
+    QStringList asked;
+};
+
+TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
+    const std::string tea = "t1  Tue, 10:20  in 20 min  Tea\n";
+    const struct {
+        const char* typed;
+        int status;
+        const char* asked;
+        std::string shown;
+    } rows[] = {
+        {"timer 25 Tea", 0, R"(AddTimer![25,"Tea"] ListRunning[])", tea},
+        {"timer soon", 2, "", "dorvane: soon is no number of minutes\n"},
+        {"add Tea --in 20m", 0, R"(AddAlarm![{"minutes":20,"title":"Tea"}] ListRunning[])", tea},
+        {"add Tea --in 2h --repeat --sound none --snooze 7", 0,
+         R"(AddAlarm![{"hours":2,"repeat":true,"snooze":7,"sound":"","title":"Tea"}] ListRunning[])",
+         tea},
+        {"add Tea --at 07:30 --on Mon,tue --every-week --fade --voice Ann --sound Ping", 0,
+         R"(AddAlarm![{"every-week":true,"fade":true,"sound":"Ping","time":"07:30","title":"Tea",)"
+         R"("voice":"Ann","weekdays":["mon","tue"]}] ListRunning[])",
+         tea},
+        {"add Tea --at 07:30 --date 2026-12-01 --every-day --store", 0,
+         R"(AddAlarm![{"date":"2026-12-01","every-day":true,"store":true,"time":"07:30",)"
+         R"("title":"Tea"}] ListRunning[])",
+         tea},
+        {"add Tea --in 20", 2, "",
+         "dorvane: --in takes minutes or hours, such as 90m or 2h, not 20\n"},
+        {"add Tea --in 2h --at 07:30", 2, "", "dorvane: one of --in and --at is needed\n"},
+        {"add Tea --in 2h --snooze x", 2, "", "dorvane: --snooze takes a number of minutes\n"},
+        {"list", 0, "ListRunning[]",
+         "b1  Tue, 9:59   rings      ⁨Be ll�[2Jא⁩\n"
+         "e1  Tue, 10:05  in 5 min   Egg\nt1  Tue, 10:20  in 20 min  Tea\n"
+         "e2  Wed, 7:00   in 21 h    Egg\n"},
+        {"start Tea", 0, R"(StartStored!["Tea"] ListRunning[])", tea},
+        {"start Gone", 1, R"(StartStored!["Gone"])", "dorvane: there is none\n"},
+        {"snooze --ringing", 0, R"(ListRunning[] Snooze["b1"])", "Be ll�[2Jא is snoozed\n"},
+        {"clear Tea", 0, R"(ListRunning[] Clear["t1"])", "Tea is cleared\n"},
+        {"clear Egg", 1, "ListRunning[]",
+         "dorvane: 2 alarms are called \"Egg\"; say which: e2, e1\n"},
+        {"clear e2", 0, R"(ListRunning[] Clear["e2"])", "Egg is cleared\n"},
+        {"clear", 2, "", "dorvane: either WHICH or --ringing is needed\n"},
+        {"delete Tea", 0, R"(ListRunning[] Delete["t1"])", "Tea is deleted\n"},
+        {"delete Tea --stored", 0, R"(DeleteStored["Tea"])", "Tea is no longer stored\n"},
+        {"delete Old", 0, R"(ListRunning[] DeleteStored["Old"])", "Old is no longer stored\n"},
+        {"breaks start", 0, "StartBreaks![]", ""},
+        {"breaks stop", 0, "StopBreaks[]", ""},
+        {"breaks skip", 0, "SkipBreak[]", ""},
+        {"breaks up", 2, "", "dorvane: Breaks cannot up. See: dorvane breaks --help\n"},
+        {"status", 0, "ListNext[20]", "⁨Be ll�[2Jא⁩ rings\n"},
+    };
+    FakeProgram program;
+    const auto commands =
+        remoteCommands({[&]() -> RemoteProgram& { return program; }, [] { return now; }});
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.typed);
+        const QStringList words = QString::fromLatin1(row.typed).split(u' ');
+        const auto command = std::ranges::find(commands, words[0], &Command::name);
+        ASSERT_NE(command, commands.end());
+        ::testing::internal::CaptureStdout();
+        ::testing::internal::CaptureStderr();
+        EXPECT_EQ(int(command->run(words.mid(1))), row.status);
+        EXPECT_EQ(::testing::internal::GetCapturedStdout() +
+                      ::testing::internal::GetCapturedStderr(),
+                  row.shown);
+        EXPECT_EQ(std::exchange(program.asked, {}).join(u' ').toStdString(), row.asked);
+    }
+}
+
+} // namespace
