@@ -282,8 +282,9 @@ TEST_P(SceneTest, goesAsWritten) {
         perform(QString::fromLatin1(step.what));
         EXPECT_EQ(heard(), step.heard);
         EXPECT_EQ(seen(), step.seen);
-        if (!QByteArray(step.what).startsWith("set back")) // what rings is ahead again then
+        if (!QByteArray(step.what).startsWith("set back")) { // what rings is ahead again then
             EXPECT_EQ(m_wakeAlarm.armed, next()) << "for which the machine wakes";
+        }
     }
     EXPECT_EQ(kept(), scene.kept);
     EXPECT_EQ(join(m_told.filter(QRegularExpression(u"^(?!.* rings$)"_qs))), scene.told);
