@@ -1,14 +1,32 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Completion of dorvane for bash.
 
-# Titles have blanks: one a line, each quoted as it has to be typed.
-_dorvane_titles() {
-  local titles title
-  mapfile -t titles < <(dorvane list ${1:+"$1"} --json 2>/dev/null |
-    grep -o '"title":"[^"\\]*"' | cut -d '"' -f 4)
-  for title in "${titles[@]}"; do
-    [[ $title == "$cur"* ]] && COMPREPLY+=("$(printf '%q' "$title")")
+# Names have blanks: one a line, each quoted as it has to be typed.
+_dorvane_offer() {
+  local name
+  while read -r name; do
+    [[ $name == "$cur"* ]] && COMPREPLY+=("$(printf '%q' "$name")")
   done
+}
+
+# Of several alarms that have one title, the identities.
+_dorvane_titles() {
+  _dorvane_offer < <(dorvane list ${1:+"$1"} --json 2>/dev/null |
+    grep -oE '"(id|title)":"[^"\\]*"' | awk -F '"' '
+      $2 == "id" { id = $4 }
+      $2 == "title" { count[$4]++; ids[$4] = ids[$4] id "\n" }
+      END { for (title in count) if (count[title] == 1 || id == "") print title
+                                 else printf "%s", ids[title] }')
+}
+
+# By the names of their files, or any file.
+_dorvane_sounds() {
+  local folder
+  for folder in "${XDG_DATA_HOME:-$HOME/.local/share}/Dorvane/Sounds" \
+    "${XDG_CACHE_HOME:-$HOME/.cache}/Dorvane/Rings"; do
+    [[ -d $folder ]] && find "$folder" -maxdepth 1 -type f -name '[^.]*' -printf '%f\n'
+  done | sed 's/\.[^.]*$//' | sort -u
+  echo none
 }
 
 _dorvane() {
@@ -20,8 +38,12 @@ _dorvane() {
   else
     case $previous in
       --sound)
-        compopt -o filenames
-        mapfile -t COMPREPLY < <(compgen -f -- "$cur")
+        if [[ $cur == */* ]]; then
+          compopt -o filenames
+          mapfile -t COMPREPLY < <(compgen -f -- "$cur")
+        else
+          _dorvane_offer < <(_dorvane_sounds)
+        fi
         return
         ;;
       --on)

@@ -1,9 +1,23 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Completion of dorvane for fish.
 
-# The titles of the running alarms, or with --stored of the others.
+# The titles of the running alarms, or with --stored of the others; of several that have one title,
+# the identities.
 function __dorvane_titles
-    dorvane list $argv --json 2>/dev/null | string match -ra '(?<="title":")[^"\\\\]*'
+    dorvane list $argv --json 2>/dev/null | grep -oE '"(id|title)":"[^"\\\\]*"' | awk -F '"' '
+        $2 == "id" { id = $4 }
+        $2 == "title" { count[$4]++; ids[$4] = ids[$4] id "\n" }
+        END { for (title in count) if (count[title] == 1 || id == "") print title
+                                   else printf "%s", ids[title] }'
+end
+
+function __dorvane_sounds
+    set -q XDG_DATA_HOME; or set -l XDG_DATA_HOME ~/.local/share
+    set -q XDG_CACHE_HOME; or set -l XDG_CACHE_HOME ~/.cache
+    for file in $XDG_DATA_HOME/Dorvane/Sounds/* $XDG_CACHE_HOME/Dorvane/Rings/*
+        string replace -r '\.[^.]*$' '' (string replace -r '.*/' '' $file)
+    end
+    echo none
 end
 
 function __dorvane_in
@@ -34,7 +48,7 @@ complete -c dorvane -n '__dorvane_in add' -l date -x -a 'today tomorrow mon tue 
 complete -c dorvane -n '__dorvane_in add' -l every-day -d 'And every day after'
 complete -c dorvane -n '__dorvane_in add' -l on -x -a '(__fish_append , mon tue wed thu fri sat sun weekdays weekend)' -d 'On these days'
 complete -c dorvane -n '__dorvane_in add' -l every-week -d 'And every week after'
-complete -c dorvane -n '__dorvane_in add' -l sound -r -F -d 'Name or file'
+complete -c dorvane -n '__dorvane_in add' -l sound -r -F -a '(__dorvane_sounds)' -d 'Name or file'
 complete -c dorvane -n '__dorvane_in add' -l fade -d 'Play a long sound for 20 seconds'
 complete -c dorvane -n '__dorvane_in add' -l store -d 'Keep a copy in the library'
 complete -c dorvane -n '__dorvane_in add' -l voice -x -d 'Speak the title first'
