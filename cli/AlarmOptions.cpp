@@ -14,6 +14,8 @@
 
 namespace dorvane {
 
+using namespace std::chrono_literals;
+
 namespace {
 
 QCommandLineOption option(const char* name, const char* help, const char* value = "") {
@@ -109,6 +111,9 @@ QString AlarmOptions::takeWhen(const QCommandLineParser& parser, const QLocale& 
         const auto interval = intervalRead(parser.value(m_in));
         if (!interval)
             return intervalFault(dashed(m_in), parser.value(m_in));
+        for (const QCommandLineOption& again : {m_repeat, m_store})
+            if (parser.isSet(again) && interval->length % std::chrono::minutes(1) != 0s)
+                return dashed(again) + QStringLiteral(" needs whole minutes, such as --in 2m");
         insertInterval(*interval, alarm);
         return {};
     }

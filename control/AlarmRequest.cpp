@@ -151,6 +151,7 @@ Outcome readInto(Draft& draft, const QVariantMap& description) {
 Outcome conflictIn(const Draft& draft) {
     const bool isRelative = draft.seconds || draft.minutes || draft.hours;
     const bool isWeekly = draft.weekdays.has_value();
+    const bool isOdd = draft.seconds.value_or(0) % 60 != 0; // which the next time would not be
     const QString unit = draft.hours ? key::hours : draft.minutes ? key::minutes : key::seconds;
     struct Rule {
         bool isBroken;
@@ -164,8 +165,8 @@ Outcome conflictIn(const Draft& draft) {
         Rule{isRelative && draft.date, key::date, unit},
         Rule{isRelative && draft.everyDay, key::everyDay, unit},
         Rule{isRelative && isWeekly, key::weekdays, unit},
-        Rule{draft.seconds.value_or(0) % 60 != 0 && draft.repeat.value_or(false), key::repeat,
-             unit},
+        Rule{isOdd && draft.repeat.value_or(false), key::repeat, unit},
+        Rule{isOdd && draft.store.value_or(false), key::store, unit},
         Rule{!isRelative && draft.repeat, key::repeat, key::time},
         Rule{isWeekly && draft.date, key::date, key::weekdays},
         Rule{isWeekly && draft.everyDay, key::everyDay, key::weekdays},

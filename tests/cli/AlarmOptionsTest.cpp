@@ -45,6 +45,7 @@ TEST(AlarmOptionsTest, areReadAsPeopleTypeThemOrSayWhatIsWrong) {
         {"--at 7 --every-week", "--every-week needs days, such as --on mon,thu"},
         {"--in soon", "--in takes a length of time such as 25, 90m, 2h, 1h30 or 30s, a year at "
                       "most, not \"soon\""},
+        {"--in 90s --store", "--store needs whole minutes, such as --in 2m"},
         {"--at 25", "--at takes a time of day such as 7, 07:30 or 7:30pm, not \"25\""},
         {"--at 7 --date 31.2.2027",
          "--date takes a date such as 2026-12-24, 24 Dec, tomorrow or fri, not \"31.2.2027\""},

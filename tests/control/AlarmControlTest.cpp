@@ -155,6 +155,7 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
         {{{u"hours"_qs, 8761}}, "InvalidValue \"hours\""},
         {{{u"hours"_qs, 1}, {u"minutes"_qs, 1}}, "Conflict \"hours\""},
         {{{u"seconds"_qs, 90}, {u"repeat"_qs, true}}, "Conflict \"repeat\""},
+        {{{u"seconds"_qs, 90}, {u"store"_qs, true}}, "Conflict \"store\""},
         {{{u"minutes"_qs, 1}, {u"snooze"_qs, 4}}, "InvalidValue \"snooze\""},
         {{{u"minutes"_qs, 1}, {u"sound"_qs, u"Nope"_qs}}, "NoSuchSound Nope"},
         {{{u"time"_qs, u"24:00"_qs}}, "InvalidValue \"time\""},
