@@ -117,7 +117,7 @@ RearmDecision rearmAfterRinging(const Alarm& alarm, const QDateTime& now,
         return weekdayNamed(todaysName) ? moveWeekdayOn(alarm, now) : RearmDecision{};
     if (alarm.isTimeWithDate())
         return alarm.shouldUseEveryDay() ? moveDayOn(alarm, now) : RearmDecision{};
-    return alarm.shouldRepeat() ? movePeriodOn(alarm, now) : RearmDecision{};
+    return alarm.isRelative() && alarm.shouldRepeat() ? movePeriodOn(alarm, now) : RearmDecision{};
 }
 
 RearmDecision rearmAtRestore(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {

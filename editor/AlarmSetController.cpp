@@ -162,15 +162,18 @@ void AlarmSetController::manageDescriptionLabel() {
     m_formControls.readInto(m_form);
     m_form.soundPath = m_sound->soundPath();
     m_form.voiceName = m_voice->voiceName();
+    const bool isReadable = m_times->isReadable(m_form.row);
     const QString sentence =
-        dorvane::manageDescriptionLabel(m_form, m_services.runLoop.now().date());
+        isReadable ? dorvane::manageDescriptionLabel(m_form, m_services.runLoop.now().date())
+                   : QStringLiteral("That is not a date or a time yet.");
     const QString remark =
-        m_isGone     ? QStringLiteral("This alarm is no longer there. Set makes it anew.\n")
-        : m_starting ? QStringLiteral("Its date has passed. Set starts it for this one:\n")
-                     : QString();
+        m_isGone ? QStringLiteral("This alarm is no longer there. Set makes it anew.\n")
+        : m_starting && m_form.row == Alarm::Dated
+            ? QStringLiteral("Its date has passed. Set starts it for this one:\n")
+            : QString();
     m_controls->descriptionLabel->setText(remark + sentence);
     m_times->showRemarks();
-    m_setButton->setEnabled(m_times->isReadable(m_form.row));
+    m_setButton->setEnabled(isReadable);
 }
 
 // -- Opening and filling ------------------------------------------------------------------------

@@ -32,6 +32,10 @@ TimeChoice::TimeChoice(const RunLoop& runLoop, Ui::AlarmSetController& controls,
     for (TypedField* field : std::initializer_list<TypedField*>{
              controls.atDatePicker, controls.atTimePicker, controls.atAlarmTimePicker})
         connect(field, &TypedField::remarkChanged, this, &TimeChoice::showRemarks);
+    // Room for what a twelve-hour clock says at its widest, which is not cut.
+    const QString widest = QStringLiteral("12:00 AM has passed");
+    controls.atTimeRemark->setMinimumWidth(
+        controls.atTimeRemark->fontMetrics().horizontalAdvance(widest));
     wireSheets();
 }
 
@@ -123,8 +127,10 @@ bool TimeChoice::takeUnseenJump(Alarm::Kind row) {
 }
 
 void TimeChoice::showRemarks() {
-    const QString date = m_isEveryDay ? QString() : m_controls.atDatePicker->remark();
-    m_controls.atTimeRemark->setText(date.isEmpty() ? m_controls.atTimePicker->remark() : date);
+    QString dated = m_isEveryDay ? QString() : m_controls.atDatePicker->remark();
+    if (dated.isEmpty())
+        dated = m_controls.atTimePicker->remark();
+    m_controls.atTimeRemark->setText(m_controls.atTimeRadio->isChecked() ? dated : QString());
     QString weekly = m_controls.atAlarmTimePicker->remark();
     if (weekly.isEmpty() && m_controls.atAlarmTimeRadio->isChecked() && !m_hasDays) {
         const QDateTime now = m_runLoop.now();

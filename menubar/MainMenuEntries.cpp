@@ -93,8 +93,14 @@ QString storedText(const Alarm& alarm, const MainMenuState& state) {
         return lengthText(alarm);
     const QDateTime now = localDateTimeOf(state.now);
     const RearmDecision start = rearmAtStart(alarm, now, weekdayName(now.date()));
-    return start.next.isValid() ? shortDayTimeString(start.next, state.locale)
-                                : dueText(alarm, state);
+    if (start.next.isValid())
+        return shortDayTimeString(start.next, state.locale);
+    // Its weekday alone would be taken for the next one.
+    const QDateTime due = alarm.time(state.now);
+    if (start.outcome == RearmDecision::Outcome::Remove && due.isValid())
+        return dateLanguage().toString(due, QStringLiteral("d MMM, ")) +
+               timeString(due, state.locale);
+    return dueText(alarm, state);
 }
 
 void buildPredefinedAlarms(Entries& entries) {

@@ -109,6 +109,10 @@ TEST(RearmTest, afterRinging) {
         {daily("03-28 02:30"), "03-30 01:00", NextDay, "03-30 02:30+02", {}, "03-29 03:30"},
         {daily("10-24 02:30"), "10-24 02:30", NextDay, "10-25 02:30+02"}, // the doubled one
         {daily(nullptr), "11-25 07:03", Remove, "none"},
+        {{.kind = 3, .minutes = 5, .time = "11-25 07:00", .repeats = true}, // of a damaged record
+         "11-25 07:03",
+         Remove,
+         "11-25 07:00+01"},
         {timer(false), "11-25 10:03", Remove, "11-25 10:00+01"},
         {timer(true), "11-25 10:03", NextPeriod, "11-25 10:15+01"}, // cleared late
         {timer(true, 5), "11-25 10:06", NextPeriod, "11-25 10:15+01"},

@@ -88,7 +88,7 @@ Respito... [break at 10:25]
 --
 --
 Inactive alarms:
-Tue, 7:30 [Up] = setAlarm Up
+24 Nov, 7:30 [Up] = setAlarm Up
   Edit... = editAlarm Up
   Delete = deleteAlarm Up
 Needs a look [Gone] = editAlarm Gone
