@@ -25,8 +25,9 @@ void LastRun::restore(AlarmDelegate& delegate) {
         1s, [this] { look(); }, RunLoopMode::Default);
 }
 
-void LastRun::end() {
-    m_surroundings.journal.close(m_surroundings.activeAlarms.mark());
+void LastRun::end(bool isStored, Journal::Ends ends) {
+    m_surroundings.journal.close(
+        isStored ? std::optional(m_surroundings.activeAlarms.mark()) : std::nullopt, ends);
 }
 
 void LastRun::look() {

@@ -36,9 +36,9 @@ public:
     // missed is told of a moment later, so that a start does not wait for it.
     void restore(AlarmDelegate& delegate);
 
-    // At an orderly quit, when the alarms are stored. It may be called off: what happens after it
-    // is written down as before.
-    void end();
+    // At an orderly quit, when the alarms are stored, or cannot be. It may be called off: what
+    // happens after it is written down as before.
+    void end(bool isStored, Journal::Ends ends);
 
 private:
     void look();

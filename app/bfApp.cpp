@@ -96,8 +96,8 @@ void bfApp::watchForTheEnd() {
     connect(this, &QCoreApplication::aboutToQuit, this, [this] { finish(); });
     // The session may end without another word, or be kept after all.
     connect(
-        this, &QGuiApplication::commitDataRequest, this, [this] { handOver(); },
-        Qt::DirectConnection);
+        this, &QGuiApplication::commitDataRequest, this,
+        [this] { handOver(Journal::Ends::Perhaps); }, Qt::DirectConnection);
     connect(
         this, &QGuiApplication::saveStateRequest, this,
         [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); },
@@ -139,7 +139,7 @@ void bfApp::finish() {
     m_hasEnded = true;
     if (m_ending)
         m_ending();
-    handOver();
+    handOver(Journal::Ends::Now);
     sharedDesktop().recorder.finish();
 }
 
@@ -163,12 +163,12 @@ void bfApp::open(const LaunchRequest& request) {
         controller.openMenu();
 }
 
-void bfApp::handOver() {
+void bfApp::handOver(Journal::Ends ends) {
     storeActiveAlarms();
     sharedUsersNotificationManager().finish();
     // Before the journal says that everything is stored.
-    sharedDesktop().defaults.finish();
-    sharedLastRun().end();
+    const bool isStored = sharedDesktop().defaults.finish();
+    sharedLastRun().end(isStored, ends);
 }
 
 void bfApp::storeActiveAlarms() {

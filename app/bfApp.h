@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "journal/Journal.h"
 #include "platform/linux/session/UnixSignals.h"
 #include "platform/RunLoop.h"
 
@@ -47,7 +48,7 @@ public:
     void open(const LaunchRequest& request);
 
     // Writes the running alarms down.
-    void handOver();
+    void handOver(Journal::Ends ends);
     void storeActiveAlarms();
     void restoreActiveAlarms();
 

@@ -25,27 +25,32 @@ ArchivedList ActiveAlarms::list() const {
     return {key, m_defaults, m_archive};
 }
 
-void ActiveAlarms::readMark() {
+QString ActiveAlarms::mark() const {
     const QByteArray data = m_defaults.value(key).toByteArray();
-    m_mark =
-        data.isEmpty()
-            ? QString()
-            : QString::fromLatin1(QCryptographicHash::hash(data, QCryptographicHash::Sha1).toHex());
+    return data.isEmpty() ? QString()
+                          : QString::fromLatin1(
+                                QCryptographicHash::hash(data, QCryptographicHash::Sha1).toHex());
 }
 
+// The preferences may have come into reach, and been read for another key, since the start.
 void ActiveAlarms::storeActiveAlarms() {
-    list().save(m_clock.allAlarms());
-    readMark();
+    const QByteArray stored = m_defaults.value(key).toByteArray();
+    const std::vector<AlarmPtr>& ours = m_clock.allAlarms();
+    list().save(stored == m_known
+                    ? ours
+                    : joinedAlarms(m_archive.unarchive(m_known).alarms, ours,
+                                   m_archive.unarchive(stored).alarms, haveSameValues));
+    m_known = m_archive.archivedData(ours);
 }
 
 void ActiveAlarms::restoreActiveAlarms(AlarmDelegate& delegate, const std::optional<Left>& left) {
     const auto stored = list().load();
     m_hadStored = stored.has_value();
-    readMark();
+    m_known = m_defaults.value(key).toByteArray();
     // Clocks cannot tell which is newer: they may have been set between.
-    m_areResumed = left && (!m_hadStored || left->mark == m_mark);
+    m_areResumed = left && (!m_hadStored || left->mark == mark());
     if (m_areResumed)
-        m_restored.resume(left->running, delegate);
+        m_restored.resume(left->running, left->undated, delegate);
     else
         m_restored.restore(stored.value_or(std::vector<AlarmPtr>()), delegate);
 }

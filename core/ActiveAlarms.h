@@ -18,12 +18,14 @@ public:
     ActiveAlarms(UserDefaults& defaults, const AlarmArchive& archive, RunLoop& runLoop,
                  Clock& clock);
 
+    // What was stored elsewhere since the start, or could not be read by then, is kept in the list.
     void storeActiveAlarms();
 
     // What ran when the program ended without storing it.
     struct Left {
-        std::vector<RunningAlarm> running; // as the clock listed them
-        QString mark;                      // of the list that was stored by then
+        std::vector<RunningAlarm> running;  // as the clock listed them
+        QString mark;                       // of the list that was stored by then
+        std::vector<AlarmPtr> undated = {}; // of which nobody can read when they are due
     };
 
     // Puts the alarms of the run before back and makes `delegate` theirs: what it left, as it was,
@@ -37,7 +39,7 @@ public:
     // False when nothing was ever stored, or it is lost.
     [[nodiscard]] bool hadStored() const { return m_hadStored; }
     // What tells the stored list from any other; empty for none.
-    [[nodiscard]] const QString& mark() const { return m_mark; }
+    [[nodiscard]] QString mark() const;
     // What became of the alarms.
     [[nodiscard]] RestoredAlarms& restored() { return m_restored; }
     [[nodiscard]] bool areResumed() const { return m_areResumed; }
@@ -45,13 +47,12 @@ public:
 private:
     // Read at the start, and written at the end: nothing of it is worth remembering between.
     [[nodiscard]] ArchivedList list() const;
-    void readMark();
 
     UserDefaults& m_defaults;
     const AlarmArchive& m_archive;
     Clock& m_clock;
     RestoredAlarms m_restored;
-    QString m_mark;
+    QByteArray m_known; // the list as it was last read or written here, without what others added
     bool m_hadStored = false;
     bool m_areResumed = false;
 };

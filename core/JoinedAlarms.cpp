@@ -15,7 +15,10 @@ AlarmPtr foundIn(const Alarms& list, const Alarm& alarm, IsSameAlarm isSame) {
     return found == list.end() ? nullptr : *found;
 }
 
-Alarms joined(const Alarms& base, const Alarms& ours, const Alarms& theirs, IsSameAlarm isSame) {
+} // namespace
+
+Alarms joinedAlarms(const Alarms& base, const Alarms& ours, const Alarms& theirs,
+                    IsSameAlarm isSame) {
     Alarms all;
     const auto isTaken = [&](const AlarmPtr& alarm) {
         return std::find(all.begin(), all.end(), alarm) != all.end();
@@ -33,8 +36,6 @@ Alarms joined(const Alarms& base, const Alarms& ours, const Alarms& theirs, IsSa
     return all;
 }
 
-} // namespace
-
 bool haveSameTitle(const Alarm& one, const Alarm& other) {
     return one.title() == other.title();
 }
@@ -51,7 +52,7 @@ UserDefaults::Join joinOfAlarms(const AlarmArchive& archive, IsSameAlarm isSame)
             return archive.unarchive(list.toByteArray()).alarms;
         };
         const QByteArray data =
-            archive.archivedData(joined(read(base), read(ours), read(theirs), isSame));
+            archive.archivedData(joinedAlarms(read(base), read(ours), read(theirs), isSame));
         return data.isEmpty() ? ours : QVariant(data);
     };
 }

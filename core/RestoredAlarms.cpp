@@ -50,9 +50,14 @@ void RestoredAlarms::restore(const std::vector<AlarmPtr>& stored, AlarmDelegate&
             m_decisions.dropped.push_back(left);
 }
 
-void RestoredAlarms::resume(const std::vector<RunningAlarm>& running, AlarmDelegate& delegate) {
+void RestoredAlarms::resume(const std::vector<RunningAlarm>& running,
+                            const std::vector<AlarmPtr>& undated, AlarmDelegate& delegate) {
     begin(delegate);
     m_resumes = true;
+    for (auto alarm = undated.rbegin(); alarm != undated.rend(); ++alarm) {
+        m_clock.insertAlarm(*alarm);
+        (*alarm)->setDelegate(m_delegate);
+    }
     for (auto left = running.rbegin(); left != running.rend(); ++left) {
         snoozeUntil(*left->alarm, left->due);
         if (!putBack(*left, m_decisions))

@@ -29,8 +29,10 @@ public:
     // which move on to their next day.
     void restore(const std::vector<AlarmPtr>& stored, AlarmDelegate& delegate);
     // After any other end the alarms go on as if there had been none: timers run on, snoozes hold.
-    // What has passed and repeats moves on, what does not is dropped.
-    void resume(const std::vector<RunningAlarm>& running, AlarmDelegate& delegate);
+    // What has passed and repeats moves on, what does not is dropped. What has no due time that
+    // could be read stands in the list as before.
+    void resume(const std::vector<RunningAlarm>& running, const std::vector<AlarmPtr>& undated,
+                AlarmDelegate& delegate);
 
     // What became of the alarms whose time has passed.
     struct Decisions {

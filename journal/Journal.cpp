@@ -21,12 +21,12 @@ using What = JournalEvent::What;
 
 constexpr RunLoop::Milliseconds pause = 1s;
 
-std::vector<RunningAlarm> runningOf(const std::vector<AlarmPtr>& alarms, Instant now) {
-    std::vector<RunningAlarm> list;
+void addRunning(JournalContents& contents, const std::vector<AlarmPtr>& alarms, Instant now) {
     for (const AlarmPtr& alarm : alarms)
         if (const auto due = alarm->due(now))
-            list.push_back({alarm, *due});
-    return list;
+            contents.running.push_back({alarm, *due});
+        else
+            contents.undated.push_back(alarm);
 }
 
 // The newest of them, in their order.
@@ -48,6 +48,8 @@ void keepTheLast(std::vector<JournalEvent>& events) {
 JournalContents asTheyAre(JournalContents contents) {
     for (RunningAlarm& running : contents.running)
         running.alarm = running.alarm->storedCopy();
+    for (AlarmPtr& undated : contents.undated)
+        undated = undated->storedCopy();
     for (MissedAlarm& missed : contents.missed)
         missed.alarm = missed.alarm->storedCopy();
     return contents;
@@ -172,11 +174,12 @@ void Journal::save(const StateFile::Written& written) {
         m_toSave.push_back(written);
 }
 
-void Journal::close(const QString& storedMark) {
+void Journal::close(const std::optional<QString>& storedMark, Ends ends) {
     if (!m_isOpen)
         return;
-    m_contents.storedMark = storedMark;
-    write(true);
+    if (storedMark)
+        m_contents.storedMark = *storedMark;
+    write(storedMark && ends == Ends::Now);
     m_surroundings.file.flush();
 }
 
@@ -218,7 +221,7 @@ void Journal::write(bool isOrderly, const StateFile::Written& written) {
     }
     JournalContents contents = m_contents;
     contents.isOrderly = isOrderly;
-    contents.running = runningOf(m_surroundings.clock.allAlarms(), now());
+    addRunning(contents, m_surroundings.clock.allAlarms(), now());
     m_surroundings.file.write(
         [format = m_format, contents = asTheyAre(std::move(contents))] {
             return format.encode(contents);

@@ -10,6 +10,7 @@
 #include "platform/StateFile.h"
 
 #include <functional>
+#include <optional>
 
 namespace dorvane {
 
@@ -69,9 +70,11 @@ public:
     // open(), which comes soon after a start, both wait for that.
     void save(const StateFile::Written& written);
 
-    // At an orderly quit, with the mark of the list that is stored by now. Whatever happens after
-    // it says that the program runs on. Waits for the disk.
-    void close(const QString& storedMark);
+    enum class Ends { Now, Perhaps }; // perhaps: the session may be kept after all
+    // When the program ends, with the mark of the list that is stored by now; with none where it
+    // could not be stored. That, an end that is none and whatever happens after it leave the
+    // journal the newer one. Waits for the disk.
+    void close(const std::optional<QString>& storedMark, Ends ends = Ends::Now);
 
     // How long what was missed is kept: all of it, within reason, but that what goes unanswered day
     // and night displaces itself. Of what rang only the last is kept.

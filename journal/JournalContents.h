@@ -29,6 +29,7 @@ struct JournalContents {
     bool isOrderly = true;             // the run that wrote it has quit in order
     QString storedMark;                // of the list that the preferences held, see ActiveAlarms
     std::vector<RunningAlarm> running; // as the clock lists them
+    std::vector<AlarmPtr> undated;     // they run, and nobody can read when they are due
     std::vector<MissedAlarm> missed;   // offered to the user, who has not answered yet
     std::vector<JournalEvent> events;  // the oldest first
 };

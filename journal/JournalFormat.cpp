@@ -15,6 +15,7 @@ using What = JournalEvent::What;
 const auto isOrderlyKey = QStringLiteral("isOrderly");
 const auto storedMarkKey = QStringLiteral("storedMark");
 const auto runningKey = QStringLiteral("running");
+const auto undatedKey = QStringLiteral("undated");
 const auto lostKey = QStringLiteral("lost");
 const auto passedKey = QStringLiteral("passed");
 const auto eventsKey = QStringLiteral("events");
@@ -86,6 +87,7 @@ QByteArray JournalFormat::encode(const JournalContents& contents) const {
         {isOrderlyKey, contents.isOrderly},
         {storedMarkKey, contents.storedMark},
         {runningKey, encoded(contents.running, m_archive)},
+        {undatedKey, m_archive.archivedData(contents.undated)},
         {lostKey, encoded(withReason(contents.missed, Reason::Lost), m_archive)},
         {passedKey, encoded(withReason(contents.missed, Reason::Passed), m_archive)},
         {eventsKey, events.join(QLatin1Char('\n'))}};
@@ -107,7 +109,7 @@ bool JournalFormat::decodeRunning(const QVariantMap& list,
 std::optional<ActiveAlarms::Left> JournalFormat::Decoded::left() const {
     if (contents.isOrderly || !isComplete)
         return std::nullopt;
-    return ActiveAlarms::Left{contents.running, contents.storedMark};
+    return ActiveAlarms::Left{contents.running, contents.storedMark, contents.undated};
 }
 
 JournalFormat::Decoded JournalFormat::decode(const QByteArray& data) const {
@@ -119,6 +121,9 @@ JournalFormat::Decoded JournalFormat::decode(const QByteArray& data) const {
     contents.isOrderly = root.value(isOrderlyKey, true).toBool();
     contents.storedMark = root.value(storedMarkKey).toString();
     decoded.isComplete = decodeRunning(root.value(runningKey).toMap(), contents.running);
+    // Journals of earlier versions have none.
+    if (const QByteArray undated = root.value(undatedKey).toByteArray(); !undated.isEmpty())
+        contents.undated = m_archive.unarchive(undated).alarms;
     using Reason = MissedAlarm::Reason;
     for (const auto& [key, reason] :
          {std::pair(lostKey, Reason::Lost), {passedKey, Reason::Passed}}) {

@@ -43,8 +43,8 @@ public:
     // write, else later. What could not be written stays in memory and is tried again.
     virtual void synchronize(Written written = {}) = 0;
 
-    // The same, and waits for the disk; for the end of the program.
-    virtual void finish() = 0;
+    // The same, and waits for the disk; for the end of the program. Whether all of it is there.
+    [[nodiscard]] virtual bool finish() = 0;
 };
 
 } // namespace dorvane

@@ -82,6 +82,22 @@ TEST_F(AlarmListsTest, theNewerOfTheStoredListAndWhatAnEndWithoutAWordLeftComesB
     }
 }
 
+TEST_F(AlarmListsTest, aListThatCameIntoReachAfterTheStartIsKept) {
+    Run earlier(at("2026-11-23 06:00"));
+    earlier.start({.title = "late", .minutes = 30});
+    earlier.active.storeActiveAlarms();
+    Run run(at("2026-11-23 06:10"));
+    run.active.restoreActiveAlarms(run.delegate);
+    run.start({.title = "new", .minutes = 45});
+    for (const auto& [key, value] : earlier.defaults.written().asKeyValueRange())
+        run.defaults.setValue(key, value); // as somebody reads another key
+    for (int i = 0; i < 2; ++i)            // a quit may be called off
+        run.active.storeActiveAlarms();
+    Run next(at("2026-11-23 06:20"), run.defaults.written());
+    next.active.restoreActiveAlarms(next.delegate);
+    EXPECT_EQ(next.running(), "new 11-23 07:05+01\nlate 11-23 06:50+01\n");
+}
+
 // Every change is on the disk and announced at once, and made on what another window stored. What a
 // library remembers is what the bytes say, whatever is done to the alarms that it hands out.
 TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {

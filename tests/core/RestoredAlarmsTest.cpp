@@ -136,7 +136,7 @@ TEST_P(RestoredAlarmsTest, aClockThatIsSetSoonAfterTheStartHasEverythingDecidedA
     if (GetParam().resumes)
         list.push_back(rhythm.alarm());
     if (GetParam().resumes)
-        m_restored.resume(left(list), *this);
+        m_restored.resume(left(list), {}, *this);
     else
         m_restored.restore(list, *this);
     m_loop.advance(1min);

@@ -85,6 +85,16 @@ class FaultsTest(DesktopTest):
                 self.assertEqual(program.wait_for_exit(), 0)
                 expected.reverse()
                 self.assertEqual(self.running_titles(), expected)
+        # One that cannot store them loses none.
+        program, _ = self.start_in_panel()
+        away = self.user.preferences_file.rename(self.user.home / "away")
+        self.user.preferences_file.mkdir()
+        self.run_command("timer", "45", "Egg")
+        self.assertEqual(program.quit(), 0)
+        self.user.preferences_file.rmdir()
+        away.rename(self.user.preferences_file)
+        self.start_in_panel()
+        self.assertIn("Egg", self.run_command("list"))
 
     def test_no_display_is_a_message_and_one_that_goes_is_an_orderly_end(self) -> None:
         program = self.start(DISPLAY=":99", WAYLAND_DISPLAY="gone")

@@ -56,7 +56,7 @@ struct OneRun {
     void resume() {
         const auto left = journal.read();
         ASSERT_TRUE(left);
-        restored.resume(left->running, nobody);
+        restored.resume(left->running, left->undated, nobody);
         journal.open({.areResumed = true, .decisions = restored.decisions()});
     }
     std::string missed() const {
@@ -117,6 +117,7 @@ Disk killedAtNine() {
     Disk disk;
     OneRun first(disk, "11-23 08:50");
     first.open();
+    first.insert(AlarmOf{.title = "undated", .kind = Alarm::Dated, .time = nullptr}.alarm());
     for (const AlarmOf& values : running)
         first.insert(values.alarm());
     const AlarmPtr tea = AlarmOf{.title = "tea\n", .minutes = 10}.alarm();
@@ -139,7 +140,8 @@ TEST(JournalTest, afterACrashTheAlarmsGoOnAndOnlyWhatPassedIsOffered) {
                                 "walk 11-24 09:05+01\n"
                                 "pills 11-23 10:00+01\n"
                                 "roast 11-23 10:20+01\n"
-                                "kept 11-25 07:00+01\n");
+                                "kept 11-25 07:00+01\n"
+                                "undated none\n");
     EXPECT_EQ(second.missed(), "egg, Mon, 9:05, in 5 minutes\n"
                                "train, Mon, 9:10, has had its day\n"
                                "once, Mon, 9:15, has had its day\n"
@@ -153,15 +155,24 @@ TEST(JournalTest, afterACrashTheAlarmsGoOnAndOnlyWhatPassedIsOffered) {
               "Mon, 9:15  once: passed while Dorvane was not running\n"
               "Mon, 9:15  school: passed while Dorvane was not running");
 
-    // A quit that is called off: what is set after it is not lost.
-    second.journal.close(u"mark"_qs);
-    EXPECT_TRUE(disk.isFlushed) << "the program may end after this";
-    EXPECT_FALSE(OneRun(disk, "11-23 09:31").journal.read());
+    // Timers count anew only where the list is stored and the program ends. A quit may be called
+    // off: what is set after it is not lost.
+    using Ends = Journal::Ends;
+    for (const auto& [stored, ends, mark] : {std::tuple(u""_qs, Ends::Now, u""_qs),
+                                             {u"first"_qs, Ends::Perhaps, u"first"_qs},
+                                             {u""_qs, Ends::Perhaps, u"first"_qs},
+                                             {u"second"_qs, Ends::Now, u"second"_qs}}) {
+        second.journal.close(stored.isEmpty() ? std::nullopt : std::optional(stored), ends);
+        EXPECT_TRUE(std::exchange(disk.isFlushed, false)) << "the program may end after this";
+        const auto left = OneRun(disk, "11-23 09:31").journal.read();
+        EXPECT_EQ(left.has_value(), mark != u"second"_qs);
+        EXPECT_EQ(left ? left->mark : u"second"_qs, mark);
+    }
     second.insert(running[1].alarm());
     second.loop.advance(2s);
     const auto left = OneRun(disk, "11-23 09:31").journal.read();
     ASSERT_TRUE(left);
-    EXPECT_EQ(left->mark, u"mark"_qs);
+    EXPECT_EQ(left->mark, u"second"_qs);
     EXPECT_EQ(left->running.size(), 6U);
 }
 
@@ -225,7 +236,7 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
         first.journal.note(RingEvent::Unanswered, tea);
         first.journal.noteCameRoundAgain(train, at("11-23 08:56"));
         first.clock.removeAlarm(tea);
-        first.journal.close({});
+        first.journal.close(u""_qs);
     }
     EXPECT_EQ(report(disk, "11-23 09:30", false),
               "Mon, 8:55  tea: rang and was not answered\n"
@@ -258,7 +269,7 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
         second.journal.note(RingEvent::Unanswered, walk);
     }
     second.journal.answered();
-    second.journal.close({});
+    second.journal.close(u""_qs);
     OneRun later(disk, "12-24 00:00");
     later.open();
     later.loop.advance(5s);
@@ -278,7 +289,7 @@ TEST(JournalTest, aListThatIsLostIsMadeUpFor) {
     OneRun first(disk, "11-23 08:50");
     first.open();
     first.insert(running[0].alarm());
-    first.journal.close({});
+    first.journal.close(u""_qs);
     OneRun second(disk, "11-23 09:00");
     second.open({.hadStored = false});
     EXPECT_EQ(second.missed(), "kept, Wed, 7:00, Wed, 7:00\n");
@@ -289,7 +300,7 @@ TEST(JournalTest, whatCannotBeReadNorPutAsideIsNotWrittenOver) {
         Disk disk{.journal = contents};
         OneRun run(disk, "11-23 08:50");
         run.open();
-        run.journal.close({});
+        run.journal.close(u""_qs);
         EXPECT_EQ(disk.journal, contents);
     }
 }

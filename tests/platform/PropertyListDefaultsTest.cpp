@@ -30,8 +30,8 @@ protected:
     [[nodiscard]] static bool isWritten(PropertyListDefaults& defaults) {
         std::vector<bool> told;
         defaults.synchronize([&](const auto& problem) { told.push_back(!problem); });
-        defaults.finish();
-        EXPECT_EQ(told.size(), 1U);
+        const bool isFinished = defaults.finish();
+        EXPECT_THAT(told, ElementsAre(isFinished));
         return told.back();
     }
     [[nodiscard]] QVariantMap onDisk() const {
@@ -186,7 +186,7 @@ TEST_F(PropertyListDefaultsTest, changesOutliveAFailedWriteAndAreTriedAgain) {
     defaults->removeValue(b);
     EXPECT_EQ(defaults->value(a), true);
     m_runLoop.advance(PropertyListDefaults::pause);
-    defaults->finish();
+    EXPECT_TRUE(defaults->finish());
     EXPECT_EQ(onDisk(), (QVariantMap{{a, true}}));
 }
 
@@ -206,7 +206,7 @@ TEST_F(PropertyListDefaultsTest, slowDiskHoldsNobodyUpAndGetsTheNewest) {
     EXPECT_EQ(onDisk(), (QVariantMap{{b, true}}));
     EXPECT_EQ(told, "");
     disk.release(100);
-    defaults->finish();
+    EXPECT_TRUE(defaults->finish());
     beforeSync = {};
     EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(19)}, {b, true}}));
     EXPECT_EQ(told, "0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 ");

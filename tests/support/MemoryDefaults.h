@@ -18,13 +18,14 @@ public:
     void registerDefaults(const QVariantMap&) override {}
     void setJoin(const QString&, Join) override {}
     void synchronize(Written written = {}) override {
-        finish();
+        (void)finish();
         if (written)
             written(std::nullopt);
     }
-    void finish() override {
+    [[nodiscard]] bool finish() override {
         m_written = m_values;
         ++m_writes;
+        return true;
     }
 
     [[nodiscard]] const QVariantMap& written() const { return m_written; }

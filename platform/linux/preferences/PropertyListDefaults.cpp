@@ -123,13 +123,14 @@ void PropertyListDefaults::tell(quint64 upTo, const Problem& problem) {
         each.written(problem);
 }
 
-void PropertyListDefaults::finish() {
+bool PropertyListDefaults::finish() {
     write();
     do {
         m_thread.finish();
         if (m_writing)
             takeOutcome(m_writing->number);
     } while (m_writing);
+    return m_changes.isEmpty();
 }
 
 } // namespace dorvane

@@ -27,7 +27,7 @@ public:
     void registerDefaults(const QVariantMap& defaults) override;
     void setJoin(const QString& key, Join join) override;
     void synchronize(Written written = {}) override;
-    void finish() override;
+    [[nodiscard]] bool finish() override;
 
     // Called when what changed cannot be written, once until it can be again; with what keeps it
     // from the disk, in words for the user.
