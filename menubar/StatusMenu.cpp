@@ -5,6 +5,7 @@
 #include "platform/RunLoop.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleOptionMenuItem>
@@ -57,15 +58,33 @@ void StatusMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* ac
         option->text = item->title() + StatusMenuStyle::titleSeparator + item->subtitlePart();
 }
 
+// Qt 6.8 takes the pointer to lie still until it has moved seven times or has come far from where
+// Qt saw it last, and a click of one that lies still closes the menu and does nothing. Over a panel
+// Qt has never seen it: a tap on a row, or a pointer that jumps there, would be lost.
+void StatusMenu::noticePointer(const QMouseEvent& event) {
+    constexpr int enoughMoves = 7;
+    const int distance = (event.globalPosition().toPoint() - m_pointerWhenShown).manhattanLength();
+    if (m_pointerCame || !rect().contains(event.position().toPoint()) ||
+        distance <= QApplication::startDragDistance())
+        return;
+    m_pointerCame = true;
+    QMouseEvent moved(QEvent::MouseMove, event.position(), event.globalPosition(), Qt::NoButton,
+                      Qt::NoButton, Qt::NoModifier);
+    for (int i = 0; i < enoughMoves; ++i)
+        QMenu::mouseMoveEvent(&moved);
+}
+
 // The button may have gone down on the icon, and the menu opened under the pointer: only a press or
 // a drag within the menu makes the release a choice.
 void StatusMenu::mousePressEvent(QMouseEvent* event) {
     m_mouseDown = true;
+    noticePointer(*event);
     QMenu::mousePressEvent(event);
 }
 
 void StatusMenu::mouseMoveEvent(QMouseEvent* event) {
     m_mouseDown = m_mouseDown || event->buttons() != Qt::NoButton;
+    noticePointer(*event);
     QMenu::mouseMoveEvent(event);
 }
 
@@ -102,6 +121,8 @@ bool StatusMenu::performIfParentItem(QAction* action) {
 }
 
 void StatusMenu::showEvent(QShowEvent* event) {
+    m_pointerWhenShown = QCursor::pos();
+    m_pointerCame = false;
     if (!m_parent)
         m_tracking = std::make_unique<EventTracking>(m_runLoop);
     QMenu::showEvent(event);

@@ -40,6 +40,7 @@ protected:
 private:
     class EventTracking;
 
+    void noticePointer(const QMouseEvent& event);
     [[nodiscard]] bool performIfParentItem(QAction* action);
 
     RunLoop& m_runLoop;
@@ -49,6 +50,8 @@ private:
     std::shared_ptr<StatusMenuStyle> m_style; // one for all levels
     std::unique_ptr<EventTracking> m_tracking;
     bool m_mouseDown = false;
+    QPoint m_pointerWhenShown;  // on the screen
+    bool m_pointerCame = false; // from there to a row
 };
 
 } // namespace dorvane
