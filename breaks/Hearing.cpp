@@ -11,6 +11,8 @@ namespace {
 
 // A sound that broke off though the output is there may do so at once again.
 constexpr auto pauseBeforeRetry = 2s;
+// By then it is the sound's own fault.
+constexpr int mostBrokenOff = 2;
 
 } // namespace
 
@@ -30,6 +32,10 @@ bool Hearing::ended(bool isComplete) {
         cancel();
         return true;
     }
+    if (!m_isLost && ++m_brokenOff == mostBrokenOff) {
+        cancel();
+        return false;
+    }
     m_isWaiting = true;
     m_retry = m_runLoop.scheduleOnce(
         pauseBeforeRetry, [this] { playAgain(); }, RunLoopMode::Common);
@@ -42,6 +48,7 @@ bool Hearing::ended(bool isComplete) {
 void Hearing::cancel() {
     m_isWaiting = false;
     m_isOutputLost = false;
+    m_brokenOff = 0;
     m_retry.cancel();
     m_end.cancel();
     m_watch.reset();
@@ -50,6 +57,7 @@ void Hearing::cancel() {
 void Hearing::outputChanged(const SoundOutputState& state) {
     const bool wasLost = std::exchange(m_isOutputLost, state.isLoss());
     m_isLost = m_isLost || m_isOutputLost;
+    m_brokenOff = m_isOutputLost ? 0 : m_brokenOff;
     if (wasLost && !m_isOutputLost && m_isWaiting) // later: the watch must not go inside its call
         m_retry = m_runLoop.scheduleOnce(
             0ms, [this] { playAgain(); }, RunLoopMode::Common);

@@ -9,8 +9,8 @@
 
 namespace dorvane {
 
-// Whether a sound was heard, and when to play it again: after a play that broke off, or that went
-// to no output, as soon as there is one. Main thread only.
+// Whether a sound was heard, and when to play it again: after a play that went to no output, as
+// soon as there is one; and once after a play that broke off though there was. Main thread only.
 class Hearing {
 public:
     // All must outlive it. `again` is to play the sound once more; it is asked for within the
@@ -37,6 +37,7 @@ private:
     bool m_isOutputLost = false;
     bool m_isLost = false; // the play cannot have been heard whole
     bool m_isWaiting = false;
+    int m_brokenOff = 0; // plays, though the output was well
     RunLoopTimer m_retry;
     RunLoopTimer m_end;
 };
