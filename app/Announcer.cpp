@@ -8,13 +8,15 @@
 #include "platform/linux/announcements/LivingInstance.h"
 #include "platform/linux/folders/MainBundle.h"
 #include "platform/linux/folders/XdgFolders.h"
+#include "platform/linux/preferences/PlainFile.h"
 #include "platform/linux/session/AutostartLoginItems.h"
 #include "platform/Log.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
+#include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace dorvane {
 
@@ -59,9 +61,8 @@ bool Announcer::startsAtLogin() {
 
 // What cannot be read of it is kept for the program, and put aside there.
 JournalContents Announcer::journal() const {
-    QFile file(journalPath(m_folders));
-    const QByteArray data = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    return JournalFormat(m_propertyLists).decode(data).contents;
+    const PlainFile file = PlainFile::read(journalPath(m_folders));
+    return JournalFormat(m_propertyLists).decode(file.contents).contents;
 }
 
 // It may not start after all.
@@ -122,7 +123,10 @@ void Announcer::shown(AnnouncementPresenter::Outcome outcome) {
 void Announcer::remember() {
     m_alone.cancel();
     m_giveUp.cancel();
-    m_told = m_plan.told;
+    const auto before = std::exchange(*m_told, m_plan.told);
+    for (ToldAlarm& told : *m_told)
+        if (m_isRefused && std::find(before.begin(), before.end(), told) == before.end())
+            told.wasShown = false;
     m_announced.write(encoded(*m_told));
     // What nobody can see is to be heard all the same.
     if (m_isToSound && !m_isHeard)
@@ -151,6 +155,10 @@ void Announcer::end() {
         return;
     m_scheduler.whenSettled(
         [this] { QCoreApplication::exit(m_isRefused ? EXIT_FAILURE : EXIT_SUCCESS); });
+}
+
+std::vector<ToldAlarm> announcedAlarms(const UserFolders& folders) {
+    return toldIn(AnnouncedFile(announcedPath(folders)).read());
 }
 
 int announce(int argc, char** argv, AnnounceAt moment) {

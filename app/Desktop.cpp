@@ -29,6 +29,12 @@ Desktop::Desktop()
     , presence([this] { return awaySources(runLoop); })
     , probe(QDBusConnection::sessionBus())
     , appearance(QDBusConnection::sessionBus())
-    , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {}
+    , statusItem(runLoop, defaults, QDBusConnection::sessionBus()) {
+    m_worker.setExpiryTimeout(0);
+}
+
+void Desktop::renewLoginItems() {
+    m_worker.start([folders = folders] { AutostartLoginItems::renew(folders); });
+}
 
 } // namespace dorvane

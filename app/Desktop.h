@@ -27,12 +27,17 @@
 #include "platform/NotificationCenter.h"
 #include "platform/UserFolders.h"
 
+#include <QThreadPool>
+
 namespace dorvane {
 
 // The desktop that the program runs on: the real thing behind each interface of platform/. Needs
 // the application object. Main thread only.
 struct Desktop {
     Desktop();
+
+    // Brings what earlier versions left for the login up to date.
+    void renewLoginItems();
 
     QtRunLoop runLoop;
     NotificationCenter notifications;
@@ -59,6 +64,9 @@ struct Desktop {
     BusDesktopProbe probe;
     PortalAppearance appearance;
     TrayStatusItem statusItem;
+
+private:
+    QThreadPool m_worker; // for what waits, and for which nobody waits
 };
 
 } // namespace dorvane

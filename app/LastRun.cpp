@@ -20,7 +20,8 @@ void LastRun::restore(AlarmDelegate& delegate) {
     m_surroundings.journal.open({.areResumed = alarms.areResumed(),
                                  .hadStored = alarms.hadStored(),
                                  .decisions = alarms.restored().decisions(),
-                                 .storedMark = alarms.mark()});
+                                 .storedMark = alarms.mark(),
+                                 .announced = m_surroundings.announced()});
     m_look = m_surroundings.runLoop.scheduleOnce(
         1s, [this] { look(); }, RunLoopMode::Default);
 }

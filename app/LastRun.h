@@ -22,6 +22,8 @@ public:
         ActiveAlarms& activeAlarms;
         Journal& journal;
         Workspace& workspace;
+        // What was announced since.
+        std::function<std::vector<ToldAlarm>()> announced;
         // The report of a crash that nobody was told of yet.
         std::function<std::optional<QString>()> takeCrashReport;
         std::function<void(const AlarmPtr& alarm)> schedule;

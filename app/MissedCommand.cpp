@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MissedCommand.h"
 
+#include "app/Announce.h"
 #include "app/StatePaths.h"
 #include "cli/Console.h"
 #include "journal/JournalFormat.h"
@@ -40,7 +41,8 @@ ExitStatus printMissed(const QStringList& arguments) {
     const auto [journal, isComplete] = JournalFormat(propertyLists).decode(file.contents);
     if (!isComplete)
         writeFault(QStringLiteral("%1 is damaged; some may be missing").arg(path));
-    const QStringList lines = missedReport(journal, isDorvaneRunning(), QtRunLoop().now());
+    const QStringList lines =
+        missedReport(journal, isDorvaneRunning(), announcedAlarms(xdgFolders()), QtRunLoop().now());
     for (const QString& line : lines)
         writeLine(line);
     if (lines.isEmpty())

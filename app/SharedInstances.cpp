@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/SharedInstances.h"
 
+#include "app/Announce.h"
 #include "app/bfApp.h"
 #include "app/CheckWindow.h"
 #include "app/Desktop.h"
@@ -222,6 +223,7 @@ LastRun& sharedLastRun() {
              .activeAlarms = sharedActiveAlarms(),
              .journal = sharedJournal(),
              .workspace = desktop.workspace,
+             .announced = [&desktop] { return announcedAlarms(desktop.folders); },
              .takeCrashReport = [&] { return takeCrashReport(stateFolder(desktop.folders)); },
              .schedule =
                  [](const AlarmPtr& alarm) {

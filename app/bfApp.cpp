@@ -79,7 +79,12 @@ void bfApp::launch() {
             << *zone + QStringLiteral(": every time is UTC, until tzdata is installed");
     // It starts programs of the desktop, which a start must not be slower for.
     m_schemeCheck = desktop.runLoop.scheduleOnce(
-        2s, [this, &desktop] { checkEditorAssignments(desktop.bundle); }, RunLoopMode::Default);
+        2s,
+        [this, &desktop] {
+            checkEditorAssignments(desktop.bundle);
+            desktop.renewLoginItems();
+        },
+        RunLoopMode::Default);
     m_updateCheck = desktop.runLoop.scheduleOnce(
         10s, [] { sharedUpdateChecker().checkForUpdatesInBackground(); }, RunLoopMode::Default);
     switchBreaksOff();

@@ -6,6 +6,7 @@
 #include "core/Rearm.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -19,6 +20,8 @@ namespace {
 constexpr auto punctual = 1min;
 // A list that is longer would not fit a screen.
 constexpr std::size_t mostLines = 10;
+// Before a line that tells of what nobody saw.
+constexpr char notShown = '!';
 
 using Told = std::pair<Instant, QString>;
 
@@ -79,9 +82,9 @@ AnnouncementPlan planAnnouncements(const JournalContents& journal,
     for (const JournalEvent& event : journal.events)
         if (event.what == JournalEvent::What::Rang)
             rang.emplace(event.due, eventText(event.text));
-    std::set<Told> known;
+    std::map<Told, bool> known;
     for (const ToldAlarm& each : told)
-        known.emplace(each.due, each.title);
+        known.emplace(Told(each.due, each.title), each.wasShown);
 
     AnnouncementPlan plan;
     plan.hasAlarms = !journal.running.empty();
@@ -97,8 +100,10 @@ AnnouncementPlan planAnnouncements(const JournalContents& journal,
         if (kept.insert(keyOf(last)).second && !known.contains(keyOf(last)))
             due.push_back(last);
     }
-    for (const Told& each : kept)
-        plan.told.push_back({each.first, each.second});
+    for (const Told& each : kept) {
+        const auto before = known.find(each);
+        plan.told.push_back({each.first, each.second, before == known.end() || before->second});
+    }
 
     std::stable_sort(due.begin(), due.end(), [](const RunningAlarm& one, const RunningAlarm& two) {
         return one.due < two.due;
@@ -113,11 +118,16 @@ AnnouncementPlan planAnnouncements(const JournalContents& journal,
     return plan;
 }
 
+bool wasShown(const std::vector<ToldAlarm>& told, Instant due, const QString& title) {
+    return std::find(told.begin(), told.end(), ToldAlarm{due, eventText(title)}) != told.end();
+}
+
 // A line each, as the journal's events are: the moment in milliseconds since the epoch, the title.
 QByteArray encoded(const std::vector<ToldAlarm>& told) {
     QByteArray data;
     for (const ToldAlarm& each : told)
-        data += QByteArray::number(qint64(each.due.time_since_epoch().count())) + ' ' +
+        data += QByteArray(each.wasShown ? 0 : 1, notShown) +
+                QByteArray::number(qint64(each.due.time_since_epoch().count())) + ' ' +
                 each.title.toUtf8() + '\n';
     return data;
 }
@@ -126,11 +136,13 @@ std::vector<ToldAlarm> toldIn(const QByteArray& data) {
     std::vector<ToldAlarm> told;
     for (const QByteArray& line : data.split('\n')) {
         bool isNumber = false;
+        const bool wasShown = !line.startsWith(notShown);
         const auto space = line.indexOf(' ');
-        const qint64 due = line.left(std::max<qsizetype>(space, 0)).toLongLong(&isNumber);
+        const qint64 due =
+            line.left(std::max<qsizetype>(space, 0)).mid(wasShown ? 0 : 1).toLongLong(&isNumber);
         if (isNumber)
-            told.push_back(
-                {Instant(std::chrono::milliseconds(due)), QString::fromUtf8(line.mid(space + 1))});
+            told.push_back({Instant(std::chrono::milliseconds(due)),
+                            QString::fromUtf8(line.mid(space + 1)), wasShown});
     }
     return told;
 }

@@ -18,6 +18,7 @@ namespace dorvane {
 struct ToldAlarm {
     Instant due;
     QString title;
+    bool wasShown = true; // false: nobody took the announcement, and it was heard at most
     friend bool operator==(const ToldAlarm&, const ToldAlarm&) = default;
 };
 
@@ -35,6 +36,9 @@ struct AnnouncementPlan {
 
 [[nodiscard]] AnnouncementPlan planAnnouncements(const JournalContents& journal,
                                                  const std::vector<ToldAlarm>& told, Instant now);
+
+// Whether the user has seen that an alarm of this title was due then.
+[[nodiscard]] bool wasShown(const std::vector<ToldAlarm>& told, Instant due, const QString& title);
 
 // As bytes for a file. What cannot be read is left out.
 [[nodiscard]] QByteArray encoded(const std::vector<ToldAlarm>& told);

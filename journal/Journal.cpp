@@ -77,6 +77,7 @@ std::optional<ActiveAlarms::Left> Journal::read() {
 
 void Journal::open(const Restored& restored) {
     m_isOpen = true;
+    m_announced = restored.announced;
     m_contents.storedMark = restored.storedMark;
     // After a crash the stored list is that of an earlier run: what was dropped may have rung.
     if (restored.areResumed || (m_before.isOrderly && restored.hadStored)) {
@@ -96,7 +97,8 @@ void Journal::open(const Restored& restored) {
 
 void Journal::miss(const std::vector<RunningAlarm>& missing, MissedAlarm::Reason reason) {
     for (const RunningAlarm& running : missing) {
-        m_contents.missed.push_back({running.alarm, running.due, reason});
+        if (reason != MissedAlarm::Reason::Passed || hasRung(running) || !wasAnnounced(running))
+            m_contents.missed.push_back({running.alarm, running.due, reason});
         if (reason == MissedAlarm::Reason::Lost)
             add(What::Lost, running.due, running.alarm->title());
     }
@@ -107,8 +109,14 @@ void Journal::miss(const std::vector<RunningAlarm>& missing, MissedAlarm::Reason
 // One that rang when the program ended has not passed unheard.
 void Journal::notePassed(const std::vector<RunningAlarm>& alarms) {
     for (const RunningAlarm& running : alarms)
-        add(hasRung(running) ? What::Unanswered : What::Passed, running.due,
-            running.alarm->title());
+        add(hasRung(running)        ? What::Unanswered
+            : wasAnnounced(running) ? What::Announced
+                                    : What::Passed,
+            running.due, running.alarm->title());
+}
+
+bool Journal::wasAnnounced(const RunningAlarm& running) const {
+    return wasShown(m_announced, running.due, running.alarm->title());
 }
 
 bool Journal::hasRung(const RunningAlarm& running) const {
@@ -156,7 +164,8 @@ void Journal::correct(const RestoredAlarms::Decisions& changes) {
     if (!m_isOpen)
         return; // open() is told what is so by then
     std::erase_if(m_contents.events, [this](const JournalEvent& event) {
-        return event.due > now() && (event.what == What::Passed || event.what == What::Lost);
+        return event.due > now() && (event.what == What::Passed || event.what == What::Lost ||
+                                     event.what == What::Announced);
     });
     for (const AlarmPtr& alarm : changes.back)
         unmiss(*alarm);

@@ -3,6 +3,7 @@
 
 #include "core/ActiveAlarms.h"
 #include "core/RingEvent.h"
+#include "journal/AnnouncementPlan.h"
 #include "journal/JournalContents.h"
 #include "journal/JournalFormat.h"
 #include "platform/NotificationCenter.h"
@@ -44,11 +45,12 @@ public:
         bool hadStored = true;   // if there was one that could be read
         RestoredAlarms::Decisions decisions = {};
         QString storedMark = {};
+        std::vector<ToldAlarm> announced = {}; // since the last run
     };
 
-    // From now on the journal is written. Adds what is missing now: what has passed meanwhile, and
-    // after an end that was none in order what ran then, where the stored list was put back. Once,
-    // after read(), when the clock has its alarms back.
+    // From now on the journal is written. Adds what is missing now: what has passed meanwhile, but
+    // for what the user has seen announced, and after an end that was none in order what ran then,
+    // where the stored list was put back. Once, after read(), when the clock has its alarms back.
     void open(const Restored& restored);
 
     void note(RingEvent event, const AlarmPtr& alarm);
@@ -90,6 +92,7 @@ private:
     [[nodiscard]] Instant now() const;
     void add(JournalEvent::What what, Instant due, const QString& text);
     [[nodiscard]] bool hasRung(const RunningAlarm& running) const;
+    [[nodiscard]] bool wasAnnounced(const RunningAlarm& running) const;
     void forgetOld();
     void changed();
     void write(bool isOrderly, const StateFile::Written& written = {});
@@ -97,7 +100,8 @@ private:
     Surroundings m_surroundings;
     JournalFormat m_format;
     JournalContents m_contents;
-    JournalContents m_before;            // what read() found, until open()
+    JournalContents m_before; // what read() found, until open()
+    std::vector<ToldAlarm> m_announced;
     const RunLoop::Milliseconds m_start; // of uptime, as m_nextWrite
     bool m_isOpen = false;
     std::vector<StateFile::Written> m_toSave; // waits for open()

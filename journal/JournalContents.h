@@ -11,7 +11,7 @@ namespace dorvane {
 
 // Something that happened to an alarm, or to the program.
 struct JournalEvent {
-    enum class What { Rang, Unanswered, Lost, Passed, Crashed, CameRoundAgain };
+    enum class What { Rang, Unanswered, Lost, Passed, Crashed, CameRoundAgain, Announced };
 
     What what = What::Rang;
     Instant when; // it was written down

@@ -22,8 +22,8 @@ const auto eventsKey = QStringLiteral("events");
 const auto alarmsKey = QStringLiteral("alarms");
 const auto dueKey = QStringLiteral("due");
 
-constexpr const char* words[] = {"rang",   "unanswered", "lost",
-                                 "passed", "crashed",    "cameRoundAgain"};
+constexpr const char* words[] = {"rang",    "unanswered",     "lost",     "passed",
+                                 "crashed", "cameRoundAgain", "announced"};
 
 QVariant dateOf(Instant instant) {
     return localDateTimeOf(instant).toUTC();

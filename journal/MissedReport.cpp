@@ -34,6 +34,9 @@ QString lineOf(const JournalEvent& event) {
     case What::Passed:
         return titleOrDefault(event.text) +
                QStringLiteral(": passed while Dorvane was not running");
+    case What::Announced:
+        return titleOrDefault(event.text) +
+               QStringLiteral(": was announced while Dorvane was not running");
     case What::CameRoundAgain:
         return titleOrDefault(event.text) +
                QStringLiteral(": was due again before it was answered");
@@ -61,13 +64,17 @@ QString inText(qint64 seconds) {
 
 } // namespace
 
-QStringList missedReport(const JournalContents& journal, bool isRunning, const QDateTime& now) {
+QStringList missedReport(const JournalContents& journal, bool isRunning,
+                         const std::vector<ToldAlarm>& announced, const QDateTime& now) {
     std::vector<JournalEvent> events = journal.events;
     std::erase_if(events, [](const JournalEvent& event) { return event.what == What::Rang; });
     if (!isRunning)
         for (const RunningAlarm& running : journal.running)
             if (running.due < instantOf(now))
-                events.push_back({What::Passed, running.due, running.due, running.alarm->title()});
+                events.push_back({wasShown(announced, running.due, running.alarm->title())
+                                      ? What::Announced
+                                      : What::Passed,
+                                  running.due, running.due, running.alarm->title()});
     std::stable_sort(events.begin(), events.end(),
                      [](const auto& a, const auto& b) { return a.due < b.due; });
     QStringList lines;

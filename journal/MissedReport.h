@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "journal/JournalContents.h"
+#include "journal/AnnouncementPlan.h"
 
 #include <QString>
 #include <QStringList>
@@ -12,8 +12,10 @@ namespace dorvane {
 // line. Functions on values.
 
 // One line each for what was lost, passed or went unanswered, and for crashes, the oldest first.
-// `isRunning` tells whether the program runs: if not, nothing that falls due rings.
+// `isRunning` tells whether the program runs: if not, nothing that falls due rings, and what was
+// announced instead is told as that.
 [[nodiscard]] QStringList missedReport(const JournalContents& journal, bool isRunning,
+                                       const std::vector<ToldAlarm>& announced,
                                        const QDateTime& now);
 
 // The alarm's title, also where it has none.

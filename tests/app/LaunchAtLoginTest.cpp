@@ -52,6 +52,19 @@ TEST_F(LaunchAtLoginTest, standsForThisCopyOnceAndInFront) {
     EXPECT_TRUE(m_controller.willLaunchAtLogin(m_there));
 }
 
+TEST_F(LaunchAtLoginTest, whatEarlierVersionsMadeTellsOfTheLoginFromNowOn) {
+    m_controller.setLaunchAtLogin(true);
+    const QString own = m_folder + u"/com.brackenfold.Dorvane.desktop"_qs;
+    const QByteArray now = contentsOf(own);
+    const QByteArray earlier = QByteArray(now).replace(" --login", "");
+    for (const auto& [found, left] : {std::pair(earlier, now), {earlier + "# mine\n", {}}}) {
+        writeFile(own, found);
+        AutostartLoginItems::renew(
+            {.home = {}, .caches = {}, .configuration = m_root.path(), .data = {}});
+        EXPECT_EQ(contentsOf(own), left.isEmpty() ? found : left);
+    }
+}
+
 TEST_F(LaunchAtLoginTest, takesASwitchedOffItemForNoneAndTakesItOver) {
     const QByteArray exec = "Exec=" + m_there.toUtf8() + "/dorvane\n";
     for (const char* off : {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n"}) {

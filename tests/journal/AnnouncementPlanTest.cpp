@@ -107,8 +107,11 @@ TEST(AnnouncementPlanTest, whatRangIsNotToldAndWhatPassedEarlierIsToldTogether) 
     EXPECT_EQ(announced(journal, told, "11-23 10:00:05"),
               "Mon, 9:59 egg; Mon, 10:00 tea; 11-24 09:00+01")
         << "what the eye cannot tell apart is told once";
+    told.at(1).wasShown = false;
     EXPECT_EQ(announced(journal, told, "11-23 10:00:06"), "11-24 09:00+01");
     EXPECT_EQ(told.size(), 2U) << "what it takes to know that";
+    EXPECT_TRUE(told[0].wasShown);
+    EXPECT_FALSE(told[1].wasShown) << "the next start tells of it";
     for (int i = 0; i < 9; ++i)
         journal.running.push_back(
             journalOf({{.title = "more", .minutes = i, .runTime = "11-24 08:00"}}).running[0]);

@@ -53,11 +53,12 @@ struct OneRun {
         (void)journal.read();
         journal.open(alarms);
     }
-    void resume() {
+    void resume(const std::vector<ToldAlarm>& announced) {
         const auto left = journal.read();
         ASSERT_TRUE(left);
         restored.resume(left->running, left->undated, nobody);
-        journal.open({.areResumed = true, .decisions = restored.decisions()});
+        journal.open(
+            {.areResumed = true, .decisions = restored.decisions(), .announced = announced});
     }
     std::string missed() const {
         std::string all;
@@ -88,7 +89,7 @@ std::string report(const Disk& disk, const char* now, bool isRunning) {
     const PropertyListCodec plist;
     const auto [contents, isComplete] = JournalFormat(plist).decode(disk.journal);
     EXPECT_TRUE(isComplete);
-    return missedReport(contents, isRunning, at(now)).join(u'\n').toStdString();
+    return missedReport(contents, isRunning, {}, at(now)).join(u'\n').toStdString();
 }
 
 // A Monday. The run ends at nine, without a word.
@@ -135,21 +136,21 @@ Disk killedAtNine() {
 TEST(JournalTest, afterACrashTheAlarmsGoOnAndOnlyWhatPassedIsOffered) {
     Disk disk = killedAtNine();
     OneRun second(disk, "11-23 09:30");
-    second.resume();
+    second.resume({{instantOf(at("11-23 09:05")), u"egg"_qs},
+                   {instantOf(at("11-23 09:10")), u"train"_qs, false}});
     EXPECT_EQ(second.running(), "school 11-26 09:15+01\n"
                                 "walk 11-24 09:05+01\n"
                                 "pills 11-23 10:00+01\n"
                                 "roast 11-23 10:20+01\n"
                                 "kept 11-25 07:00+01\n"
                                 "undated none\n");
-    EXPECT_EQ(second.missed(), "egg, Mon, 9:05, in 5 minutes\n"
-                               "train, Mon, 9:10, has had its day\n"
+    EXPECT_EQ(second.missed(), "train, Mon, 9:10, has had its day\n"
                                "once, Mon, 9:15, has had its day\n"
                                "tea\n, Mon, 9:00, in 10 minutes\n");
     second.loop.advance(2s);
     EXPECT_EQ(report(disk, "11-23 09:31", true),
               "Mon, 9:00  tea : rang and was not answered\n"
-              "Mon, 9:05  egg: passed while Dorvane was not running\n"
+              "Mon, 9:05  egg: was announced while Dorvane was not running\n"
               "Mon, 9:05  walk: passed while Dorvane was not running\n"
               "Mon, 9:10  train: passed while Dorvane was not running\n"
               "Mon, 9:15  once: passed while Dorvane was not running\n"

@@ -54,8 +54,7 @@ TEST_F(PresenceTest, LogindTellsThatTheSessionIsLockedOrIdles) {
                 return QVariant::fromValue(QDBusObjectPath(QString::fromLatin1(path)));
             return QVariantMap{{u"LockedHint"_qs, true}, {u"IdleHint"_qs, false}};
         });
-    qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_address.toUtf8());
-    watch<LogindSession>(m_loop);
+    watch<LogindSession>(m_loop, m_ours);
     EXPECT_TRUE(becomes({u"known"_qs, u"away"_qs}));
     const auto tell = [&](const char* hint, bool is) {
         logind.tell(path, "org.freedesktop.DBus.Properties", "PropertiesChanged",

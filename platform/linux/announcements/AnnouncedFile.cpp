@@ -2,6 +2,7 @@
 #include "platform/linux/announcements/AnnouncedFile.h"
 
 #include "platform/linux/preferences/AtomicFile.h"
+#include "platform/linux/preferences/PlainFile.h"
 #include "platform/Log.h"
 
 #include <QFile>
@@ -33,8 +34,7 @@ bool AnnouncedFile::acquire() {
 }
 
 QByteArray AnnouncedFile::read() const {
-    QFile file(m_path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return PlainFile::read(m_path).contents;
 }
 
 void AnnouncedFile::write(const QByteArray& contents) const {

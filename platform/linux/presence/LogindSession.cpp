@@ -2,7 +2,6 @@
 #include "platform/linux/presence/LogindSession.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
@@ -32,8 +31,7 @@ void LogindSession::watch(Told told) {
 
 void LogindSession::ask(const QDBusMessage& call,
                         const std::function<void(const QVariant& answer)>& then) {
-    const auto watcher =
-        new QDBusPendingCallWatcher(QDBusConnection::systemBus().asyncCall(call), this);
+    const auto watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, then] {
         watcher->deleteLater();
         const QDBusMessage reply = watcher->reply();
@@ -51,9 +49,8 @@ void LogindSession::findSession(const QString& id) {
 }
 
 void LogindSession::listen(const QString& path) {
-    QDBusConnection::systemBus().connect(
-        service, path, properties, QStringLiteral("PropertiesChanged"), this,
-        SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
+    m_bus.connect(service, path, properties, QStringLiteral("PropertiesChanged"), this,
+                  SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
     ask(QDBusMessage::createMethodCall(service, path, properties, QStringLiteral("GetAll"))
             << session,
         [this](const QVariant& answer) {

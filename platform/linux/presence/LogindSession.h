@@ -3,6 +3,7 @@
 
 #include "platform/linux/presence/AwaySource.h"
 
+#include <QDBusConnection>
 #include <QObject>
 #include <QVariantMap>
 
@@ -16,7 +17,8 @@ class LogindSession final : public QObject, public AwaySource {
 
 public:
     // The run loop must outlive it.
-    explicit LogindSession(RunLoop& runLoop) : m_runLoop(runLoop) {}
+    LogindSession(RunLoop& runLoop, QDBusConnection systemBus)
+        : m_runLoop(runLoop), m_bus(std::move(systemBus)) {}
 
     void watch(Told told) override;
 
@@ -31,6 +33,7 @@ private:
     void take(const QVariantMap& properties);
 
     RunLoop& m_runLoop;
+    QDBusConnection m_bus;
     Told m_told;
     bool m_isLocked = false;
     bool m_isIdle = false;

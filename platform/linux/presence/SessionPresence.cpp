@@ -43,7 +43,7 @@ std::optional<RunLoop::Milliseconds> SessionPresence::awaySince() const {
 // elsewhere is away.
 SessionPresence::Sources awaySources(RunLoop& runLoop) {
     SessionPresence::Sources sources;
-    sources.push_back(std::make_unique<LogindSession>(runLoop));
+    sources.push_back(std::make_unique<LogindSession>(runLoop, QDBusConnection::systemBus()));
     sources.push_back(std::make_unique<MutterIdleMonitor>(runLoop, QDBusConnection::sessionBus()));
     const bool isWayland =
         qEnvironmentVariableIsSet("WAYLAND_DISPLAY") || qgetenv("XDG_SESSION_TYPE") == "wayland";

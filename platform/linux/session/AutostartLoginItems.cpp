@@ -3,6 +3,7 @@
 
 #include "platform/linux/desktop/DesktopExec.h"
 #include "platform/linux/preferences/AtomicFile.h"
+#include "platform/linux/preferences/PlainFile.h"
 #include "platform/Log.h"
 
 #include <QDir>
@@ -21,11 +22,9 @@ const QString suffix = QStringLiteral(".desktop");
 // The keys of a desktop file's main group.
 std::map<QString, QString> desktopEntry(const QString& path) {
     std::map<QString, QString> entry;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return entry;
     bool inside = false;
-    for (const QString& text : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
+    const QString contents = QString::fromUtf8(PlainFile::read(path).contents);
+    for (const QString& text : contents.split(QLatin1Char('\n'))) {
         const QString line = text.trimmed();
         if (line.startsWith(QLatin1Char('[')))
             inside = line == QStringLiteral("[Desktop Entry]");
@@ -50,7 +49,9 @@ QString bundleStartedBy(const QString& exec) {
     return path.isEmpty() ? QString() : QFileInfo(path).path();
 }
 
-QByteArray desktopFile(const QString& program) {
+const QString atLogin = QStringLiteral(" --login");
+
+QByteArray desktopFile(const QString& program, const QString& options = atLogin) {
     return QStringLiteral("[Desktop Entry]\n"
                           "Type=Application\n"
                           "Name=Dorvane\n"
@@ -58,7 +59,7 @@ QByteArray desktopFile(const QString& program) {
                           "Icon=com.brackenfold.Dorvane\n"
                           "TryExec=%1\n"
                           "Exec=%2\n")
-        .arg(program, desktopExec(program) + QStringLiteral(" --login"))
+        .arg(program, desktopExec(program) + options)
         .toUtf8();
 }
 
@@ -66,6 +67,18 @@ QByteArray desktopFile(const QString& program) {
 
 AutostartLoginItems::AutostartLoginItems(const UserFolders& folders)
     : m_folder(folders.configuration + QStringLiteral("/autostart")) {}
+
+void AutostartLoginItems::renew(const UserFolders& folders) {
+    const QDir folder(folders.configuration + QStringLiteral("/autostart"));
+    for (const QString& name : folder.entryList({ownName + u'*' + suffix}, QDir::Files)) {
+        const QString path = folder.filePath(name);
+        const QString program = desktopEntry(path)[QStringLiteral("TryExec")];
+        if (PlainFile::read(path).contents != desktopFile(program, QString()))
+            continue;
+        if (const auto error = writeFileAtomically(path, desktopFile(program)))
+            qCWarning(logPlatform).noquote() << "cannot write" << path << *error;
+    }
+}
 
 std::vector<LoginItems::Item> AutostartLoginItems::snapshot() const {
     std::vector<Item> items;

@@ -14,6 +14,10 @@ class AutostartLoginItems final : public LoginItems {
 public:
     explicit AutostartLoginItems(const UserFolders& folders);
 
+    // Entries that earlier versions made here, and nobody changed since, become what is made here
+    // now. Waits for the disk; any thread.
+    static void renew(const UserFolders& folders);
+
     [[nodiscard]] std::vector<Item> snapshot() const override;
     [[nodiscard]] bool insertFirst(const QString& bundlePath) override;
     [[nodiscard]] bool remove(const QString& identity) override;
