@@ -80,9 +80,8 @@ void WindowColours::follow(std::optional<bool> dark) {
     if (!dark || *dark == windowsAreDark())
         return;
     m_ours = dark;
-    const QPalette palette = *dark ? darkPalette() : lightPalette();
-    QApplication::setPalette(palette);
-    QToolTip::setPalette(palette);
+    QApplication::setPalette(*dark ? darkPalette() : lightPalette());
+    QToolTip::setPalette(QApplication::palette()); // whole, with what newer Qt adds to it
 }
 
 } // namespace dorvane
