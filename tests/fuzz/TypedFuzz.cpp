@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/IntervalRule.h"
 #include "core/WrittenDate.h"
+#include "core/WrittenInterval.h"
 #include "core/WrittenTime.h"
+#include "core/WrittenWeekdays.h"
 #include "editor/TypedText.h"
 #include "tests/fuzz/FuzzSupport.h"
 
@@ -15,6 +17,8 @@ namespace {
 void typeInterval(const QString& text) {
     require(!isValidInterval(text) || (canBecomeInterval(text) && intervalValue(text) > 0));
     require(intervalValue(text) >= 0);
+    if (const auto interval = intervalRead(text))
+        require(interval->length.count() > 0 && interval->length <= std::chrono::hours(365 * 24));
 }
 
 // What is typed key by key always leaves a field whose parts lie inside it; a time that was read is
@@ -46,6 +50,8 @@ void typeDate(const QString& text, const QLocale& territory, QTime time) {
         require(field.selection.start >= 0 && field.selection.length >= 0 &&
                 field.selection.start + field.selection.length <= field.text.size());
     }
+    if (const auto days = weekdaysRead(text, territory))
+        require(!days->isEmpty());
     for (const QString& typed : {text, field.text})
         if (const auto date = dateRead(typed, territory, now, time).date)
             require(date->isValid() &&
