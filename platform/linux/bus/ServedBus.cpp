@@ -54,8 +54,8 @@ void ServedBus::flush() {
         watch();
 }
 
-// Time-outs need no timer: an answer that never comes is given up with a later message. But messages
-// that came while somebody waited for one count as a time-out that is over.
+// Time-outs need no timer: an answer that never comes is given up with a later message. But
+// messages that came while somebody waited for one count as a time-out that is over.
 void ServedBus::watch() {
     const int descriptor = sd_bus_get_fd(m_bus.get());
     const int events = sd_bus_get_events(m_bus.get());
