@@ -2,7 +2,6 @@
 #include "sounds/ReminderController.h"
 
 #include "platform/Bundle.h"
-#include "platform/EscapedText.h"
 #include "platform/Log.h"
 #include "platform/Sound.h"
 #include "platform/Workspace.h"
@@ -26,6 +25,11 @@
 namespace dorvane {
 
 namespace {
+
+QString inWords(QStringList list) {
+    const QString last = list.takeLast();
+    return list.isEmpty() ? last : list.join(QStringLiteral(", ")) + QStringLiteral(" and ") + last;
+}
 
 class ReminderWindow final : public QWidget {
 public:
@@ -180,7 +184,7 @@ QString ReminderController::lossOf(const ReminderRecording::Take& take) const {
     const QStringList users = m_surroundings.usersOf(take.path);
     if (QFileInfo::exists(take.path) && !users.isEmpty())
         return QStringLiteral("The recording of that name is replaced. It is played by %1.")
-            .arg(users.join(QStringLiteral(", ")));
+            .arg(inWords(users));
     if (!take.toReclaim.isEmpty())
         return QStringLiteral("Fifteen recordings are kept. The oldest that nothing plays, “%1”, "
                               "is deleted when this one is made.")
@@ -191,13 +195,14 @@ QString ReminderController::lossOf(const ReminderRecording::Take& take) const {
 // A sheet of the window's; nothing happens but by its button.
 void ReminderController::ask(const QString& question, const QString& what, const QString& verb,
                              void (ReminderController::*then)()) {
-    const auto sheet = new QMessageBox(QMessageBox::Question, QStringLiteral("Dorvane"), question,
+    // In one text: a second one is as narrow as a short question is.
+    const auto sheet = new QMessageBox(QMessageBox::Question, QStringLiteral("Dorvane"),
+                                       question + QStringLiteral("\n\n") + what,
                                        QMessageBox::NoButton, m_window.get());
     sheet->setAttribute(Qt::WA_DeleteOnClose);
     sheet->setTextFormat(Qt::PlainText);
-    sheet->setInformativeText(escapedText(what));
     const auto* const yes = sheet->addButton(verb, QMessageBox::AcceptRole);
-    sheet->setDefaultButton(sheet->addButton(QMessageBox::Cancel));
+    sheet->setDefaultButton(sheet->addButton(QStringLiteral("&Cancel"), QMessageBox::RejectRole));
     QObject::connect(yes, &QAbstractButton::clicked, m_window.get(),
                      [this, then] { (this->*then)(); });
     sheet->open();
@@ -260,7 +265,7 @@ void ReminderController::deleteSound() {
         return removeSound();
     ask(QStringLiteral("Delete “%1”?").arg(shortened(soundName(soundPath()))),
         QStringLiteral("It is played by %1, where Ping rings in its place then.")
-            .arg(users.join(QStringLiteral(", "))),
+            .arg(inWords(users)),
         QStringLiteral("&Delete"), &ReminderController::removeSound);
 }
 

@@ -131,6 +131,7 @@ void ReminderRecording::cancel() {
 // A slow disk or server may take seconds; nothing can be pressed meanwhile.
 void ReminderRecording::showSaving() {
     m_isSaving = true;
+    m_controls.recordButton->window()->setFocus(); // or the keyboard went on to the next button
     setEndsEnabled(false);
     showAction(*m_controls.recordButton, m_bundle, "StopRedButton",
                QStringLiteral("Saving the recording"));
@@ -141,6 +142,7 @@ void ReminderRecording::showSaving() {
 
 void ReminderRecording::finished(const Take& take, const std::optional<AudioError>& error) {
     exitRecording();
+    m_controls.recordButton->setFocus();
     if (error) {
         qCWarning(logSounds).noquote() << "cannot record:" << error->domain << "-" << error->reason;
         m_controls.messageLabel->setText(

@@ -8,7 +8,6 @@
 #include "tests/support/Windows.h"
 
 #include <QMessageBox>
-#include <QTextDocumentFragment>
 
 using namespace dorvane::testing;
 
@@ -51,8 +50,7 @@ protected:
         auto* const sheet = window()->findChild<QMessageBox*>();
         if (!sheet)
             return {};
-        QString text = sheet->text() + u' ' +
-                       QTextDocumentFragment::fromHtml(sheet->informativeText()).toPlainText();
+        QString text = sheet->text().replace(u"\n\n"_qs, u" "_qs);
         for (QAbstractButton* button : sheet->buttons())
             if (button->text().remove(u'&') == QLatin1String(answer))
                 button->click();
@@ -205,7 +203,7 @@ TEST_F(ReminderControllerTest, whatSomethingPlaysIsReplacedAndDeletedOnlyWhenTha
     record(u"Tea"_qs);
     EXPECT_FALSE(recorder.isRecording());
     EXPECT_EQ(asks("Cancel"), u"Record “Tea”? The recording of that name is replaced. It is played "
-                              "by the alarm “Breakfast”, the break reminder."_qs);
+                              "by the alarm “Breakfast” and the break reminder."_qs);
     EXPECT_FALSE(recorder.isRecording());
     record(u"Tea"_qs);
     asks("Record");
@@ -213,6 +211,8 @@ TEST_F(ReminderControllerTest, whatSomethingPlaysIsReplacedAndDeletedOnlyWhenTha
     EXPECT_EQ(enabled(), "recordButton stopButton cancelButton");
     button("stopButton").click();
     EXPECT_EQ(enabled(), "") << "while it is being saved";
+    EXPECT_NE(window()->focusWidget(), &button("folderButton"))
+        << "which another Return would open";
     EXPECT_EQ(control<QLabel>("messageLabel").text(), u"Saving…"_qs);
     loop.runPending();
     EXPECT_EQ(control<QLabel>("messageLabel").text(), QString());
