@@ -1,17 +1,23 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The terminal and the bus: from a timer to its ring, snooze and end."""
+"""The terminal and the bus: from a timer to its ring, snooze and end, and callers of all manners."""
 
 from __future__ import annotations
 
 import json
+import plistlib
 import re
-import signal
+import subprocess
 import time
+
+from gi.repository import GLib
 
 from desktop_case import DesktopTest, main
 from virtual_desktop import wait_for
 from virtual_desktop.archive import Alarm
+from virtual_desktop.flood import start_flood
 from virtual_desktop.program import BUS_NAME
+
+PATH, INTERFACE = "/com/brackenfold/Dorvane", "com.brackenfold.Dorvane1"
 
 
 class CommandsTest(DesktopTest):
@@ -39,12 +45,13 @@ class CommandsTest(DesktopTest):
         wait_for("the follower's line", lambda: "Egg" in follower.log())  # not joined with the next
         self.assertEqual([alarm["id"] for alarm in json.loads(self.run_command("list", "--json"))],
                          [identity])
-        program.send(signal.SIGSTOP)
-        caller = self.start("timer", "5", "Given up")
-        time.sleep(0.5)  # until it has asked
-        caller.kill()
-        program.send(signal.SIGCONT)
-        self.assertNotIn("Given up", self.run_command("list"))
+        subprocess.run(["dbus-send", f"--bus={self.desktop.session_bus.address}", "--type=method_call",
+                        f"--dest={BUS_NAME}", PATH, INTERFACE + ".AddTimer", "uint32:900", "string:Sent"],
+                       check=True)
+        wait_for("the timer of who does not wait for an answer", lambda: "Sent" in self.run_command("list"))
+        self.run_command("delete", "Sent")
+        self.run_command("add", "Late", "--at", "10:00", "--date", "2020-01-01", status=1)
+        self.run_command("add", "Late", "--in", "soon", status=2)
         self.run_command("delete", identity)
         self.assertEqual(self.state(), "idle")
         wait_for("the follower's line", lambda: "No alarms" in follower.log())
@@ -53,6 +60,46 @@ class CommandsTest(DesktopTest):
         lines = [re.sub(r"^(\w+, )?[0-9:]+ ", "", line) for line in follower.log().splitlines()]
         self.assertEqual(lines, ["Tea", "Tea rings", "Tea", "Egg & soup", "No alarms",
                                  "Dorvane does not run"])
+
+    def test_floods_keep_nothing_from_ringing_and_do_not_pile_up(self) -> None:
+        """Two callers who wait for no answer, with every kind of call; then the bus answers still."""
+        properties, checks = "org.freedesktop.DBus.Properties", INTERFACE + ".Checks"
+        alarm = {"title": GLib.Variant("s", "Flood"), "minutes": GLib.Variant("u", 900)}
+        calls = [(PATH, properties, "GetAll", GLib.Variant("(s)", (INTERFACE,))),
+                 (PATH, "org.freedesktop.DBus.Introspectable", "Introspect", None),
+                 (PATH + "/Checks", checks, "Run", GLib.Variant("(b)", (False,))),
+                 (PATH, INTERFACE, "ListRunning", None),
+                 (PATH, INTERFACE, "ListNext", GLib.Variant("(u)", (100,))),
+                 (PATH, INTERFACE, "StartStored", GLib.Variant("(s)", ("none",))),
+                 (PATH, INTERFACE, "StopBreaks", None),
+                 (PATH, "org.freedesktop.Application", "ActivateAction",
+                  GLib.Variant("(sava{sv})", ("create-alarm", [], {}))),
+                 (PATH, INTERFACE, "AddAlarm", GLib.Variant("(a{sv})", (alarm,)))]
+        first = int(time.time()) + 10
+        moments = [first + 4 * i for i in range(len(calls))]
+        later = [Alarm(f"Later\n\x1b[2J{i}\x9b\u05d0", first + 90_000 + i) for i in range(2000)]
+        self.user.set_running_alarms(*later, *(Alarm(call[2], due) for call, due in zip(calls, moments)))
+        program = self.start()
+        bus = self.desktop.session_bus
+        wait_for("the name on the bus", lambda: bus.connection.owner(BUS_NAME))
+        floods = [start_flood(bus.address, BUS_NAME, calls, [due + 1.5 for due in moments])
+                  for _ in range(2)]
+        for flood in floods:
+            flood.join(moments[-1] + 20 - time.time())
+        listed = self.run_command("list")
+        self.assertEqual(listed.count("\u2068"), 2000)  # each title turns its own letters round alone
+        for line in listed.split("\n")[:-1]:
+            self.assertRegex(line, r"^[a-z0-9]{4}  [^\x00-\x1f\x7f-\x9f]+$")  # nothing steers a terminal
+        peak = program.peak_memory()
+        self.assertLess(peak, 150 << 20)
+        self.assertEqual(program.quit(), 0)
+        journal = plistlib.loads((self.user.home / ".local/state/Dorvane/journal.plist").read_bytes())
+        late = {title: int(when) / 1000 - due for when, _, what, title in
+                (line.split(" ", 3) for line in journal["events"].splitlines()) if what == "rang"
+                for call, due in zip(calls, moments) if call[2] == title}
+        print("seconds late:", late, "peak MiB:", peak >> 20)
+        self.assertEqual(sorted(late), sorted(call[2] for call in calls))
+        self.assertLess(max(late.values()), 1.0)
 
 
 if __name__ == "__main__":

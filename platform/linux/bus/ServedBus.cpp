@@ -3,6 +3,7 @@
 
 #include "platform/Log.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <poll.h>
@@ -90,12 +91,20 @@ void ServedBus::process() {
         return;
     if (result < 0)
         return lose();
+    m_behind = hasMore() ? std::min(m_behind, mostBehind) + 1 : 0;
     if (!m_isReady && sd_bus_is_ready(m_bus.get()) > 0) {
         m_isReady = true;
         if (m_callbacks.ready)
             m_callbacks.ready();
     }
     watch();
+}
+
+bool ServedBus::hasMore() const {
+    std::uint64_t queued = 0;
+    pollfd socket{sd_bus_get_fd(m_bus.get()), POLLIN, 0};
+    return (sd_bus_get_n_queued_read(m_bus.get(), &queued) >= 0 && queued > 0) ||
+           ::poll(&socket, 1, 0) > 0;
 }
 
 // The notifiers stay, because one of them may be the caller; and a handler may have lost it

@@ -43,6 +43,10 @@ public:
     // To be called after messages that were not sent from within a handler.
     void flush();
 
+    // Whether messages are taken about as fast as they come. Else the one that is being handled may
+    // have waited for longer than whoever sent it.
+    [[nodiscard]] bool isUpToDate() const { return m_behind <= mostBehind; }
+
 private:
     struct Close {
         void operator()(sd_bus* bus) const;
@@ -51,7 +55,10 @@ private:
     void process();
     void watch();
     void lose();
+    [[nodiscard]] bool hasMore() const;
 
+    static constexpr int mostBehind = 500; // messages, which take a fraction of a second
+    int m_behind = mostBehind + 1;         // since none waited; at first nobody knows
     Callbacks m_callbacks;
     bool m_isReady = false;
     std::unique_ptr<sd_bus, Close> m_bus;

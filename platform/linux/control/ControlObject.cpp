@@ -144,7 +144,9 @@ int ControlObject::get(sd_bus* /*bus*/, const char* /*path*/, const char* /*inte
 class ControlObject::Call {
 public:
     Call(ControlObject& object, sd_bus_message* call)
-        : m_object(object.m_lifeline.weak()), m_call(sd_bus_message_ref(call)) {
+        : m_object(object.m_lifeline.weak())
+        , m_call(sd_bus_message_ref(call))
+        , m_isInTime(object.m_bus.isUpToDate()) {
         ++object.m_unanswered;
     }
     Call(const Call&) = delete;
@@ -156,10 +158,12 @@ public:
 
     [[nodiscard]] ControlObject* object() const { return m_object.get(); }
     [[nodiscard]] sd_bus_message* message() const { return m_call.get(); }
+    [[nodiscard]] bool isInTime() const { return m_isInTime; }
 
 private:
     const Lifeline<ControlObject>::Weak m_object;
     const BusMessagePtr m_call;
+    const bool m_isInTime;
 };
 
 // Null, and nothing is to be done, when too many wait for an answer.
@@ -170,8 +174,11 @@ ControlObject::CallPtr ControlObject::admit(sd_bus_message* call) {
     return nullptr;
 }
 
-// A call may have waited in the socket for longer than its caller did.
+// A call may have waited in the socket for longer than its caller did. One who leaves right after a
+// call that was taken in time did not wait for an answer.
 void ControlObject::whenStillAsked(const CallPtr& call, std::function<void(bool isAsked)> then) {
+    if (call->isInTime())
+        return then(true);
     askWhetherOnBus(m_bus, m_runLoop, sd_bus_message_get_sender(call->message()),
                     [call, then = std::move(then)](bool isThere) {
                         if (call->object())

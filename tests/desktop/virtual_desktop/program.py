@@ -101,6 +101,12 @@ class Program:
         self.send(signal.SIGTERM)
         return self.wait_for_exit()
 
+    def peak_memory(self) -> int:
+        """The most that it has held so far, in bytes."""
+        status = Path(f"/proc/{self.pid}/status").read_text(encoding="utf-8")
+        return next(int(line.split()[1]) * 1024 for line in status.splitlines()
+                    if line.startswith("VmHWM"))
+
     def kill(self) -> None:
         """A crash: nothing is stored."""
         self._process.kill()
