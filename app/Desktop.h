@@ -27,6 +27,7 @@
 #include "platform/NotificationCenter.h"
 #include "platform/UserFolders.h"
 
+#include <QDBusConnection>
 #include <QThreadPool>
 
 namespace dorvane {
@@ -36,10 +37,14 @@ namespace dorvane {
 struct Desktop {
     Desktop();
 
+    // The session bus is back, of which Qt's own connection does not learn: what asks there gets
+    // another one, a moment later.
+    void sessionBusIsBack();
     // Brings what earlier versions left for the login up to date.
     void renewLoginItems();
 
     QtRunLoop runLoop;
+    QDBusConnection sessionBus;
     NotificationCenter notifications;
     PropertyListCodec propertyLists;
     Bundle bundle;
@@ -66,7 +71,8 @@ struct Desktop {
     TrayStatusItem statusItem;
 
 private:
-    QThreadPool m_worker; // for what waits, and for which nobody waits
+    int m_connections = 0; // that were made since
+    QThreadPool m_worker;  // for what waits, and for which nobody waits
 };
 
 } // namespace dorvane

@@ -117,7 +117,7 @@ bool breaksRun() {
 MakeNotice makeNotice() {
     if (!bfApp::platformName().startsWith(QStringLiteral("wayland")))
         return {};
-    return [] { return std::make_unique<DesktopNotice>(QDBusConnection::sessionBus()); };
+    return [] { return std::make_unique<DesktopNotice>(sharedDesktop().sessionBus); };
 }
 
 // There is no cycle before the first start.

@@ -85,6 +85,7 @@ int main(int argc, char** argv) {
         control.emplace(sessionBus, sharedDesktop().runLoop, sharedAlarmControl());
         checks = offerChecks(sessionBus);
         instance.setRequested([&](const LaunchRequest& further) { application.open(further); });
+        instance.stayOnBus(sharedDesktop().runLoop, [] { sharedDesktop().sessionBusIsBack(); });
         if (!request.uris.isEmpty())
             application.open(request);
     });

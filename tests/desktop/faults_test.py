@@ -41,7 +41,7 @@ class FaultsTest(DesktopTest):
         self.assertEqual(program.quit(), 0)
 
     def test_the_session_bus_vanishes(self) -> None:
-        """The alarm rings all the same, there is one program only, and the end is in order."""
+        """The alarm rings all the same, and there is one program only, also on the bus after it."""
         bus = Bus(self.desktop.processes, self.user.home, self.desktop.env, "mortal-bus")
         self.user.fill_rings()
         self.user.set_running_alarms(Alarm("Later", time.time() + 3600),
@@ -54,6 +54,12 @@ class FaultsTest(DesktopTest):
         wait_for("the sound", lambda: recording.starts_of(ping), 12.0)
         wait_for("the window", lambda: self.desktop.windows_of(program, "Dorvane alarm"))
         self.assertEqual(self.start(DBUS_SESSION_BUS_ADDRESS="").wait_for_exit(), 0)  # only one
+        after = Bus(self.desktop.processes, self.user.home, self.desktop.env, "mortal-bus")
+        wait_for("the name", lambda: after.connection.owner(BUS_NAME), 20.0)
+        self.assertEqual(after.connection.process_of(BUS_NAME), program.pid)
+        self.assertEqual(self.start(DBUS_SESSION_BUS_ADDRESS=after.address).wait_for_exit(), 0)
+        self.assertIn("Later", [alarm["title"] for alarm in after.connection.call(
+            BUS_NAME, "/com/brackenfold/Dorvane", f"{BUS_NAME}1.ListRunning")])
         self.assertEqual(program.quit(), 0)
         self.assertIn("Later", self.running_titles())
 

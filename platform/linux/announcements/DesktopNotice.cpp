@@ -54,6 +54,12 @@ void DesktopNotice::show(const QString& title, const QString& text,
             });
 }
 
+void DesktopNotice::setBus(QDBusConnection bus) {
+    m_bus = std::move(bus);
+    m_isListening = false;
+    m_id = 0;
+}
+
 void DesktopNotice::withdraw() {
     m_chosen = {};
     if (const uint id = std::exchange(m_id, 0); id != 0)

@@ -16,6 +16,9 @@ public:
     explicit DesktopNotice(QDBusConnection bus) : m_bus(std::move(bus)) {}
     ~DesktopNotice() override { withdraw(); }
 
+    // Another connection, once the first has gone; what was shown on that is shown no more.
+    void setBus(QDBusConnection bus);
+
     void show(const QString& title, const QString& text, const std::vector<Action>& actions,
               std::function<void(const QString& key)> chosen) override;
     void withdraw() override;

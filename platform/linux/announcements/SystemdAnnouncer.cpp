@@ -103,6 +103,7 @@ SystemdAnnouncer::SystemdAnnouncer(RunLoop& runLoop, AnnouncerCommand command, Q
 }
 
 void SystemdAnnouncer::scheduleAnnouncer(const std::optional<QDateTime>& moment) {
+    m_moment = moment;
     m_made = std::max(m_runLoop.sinceBoot(), m_made + 1ms);
     const QString name = announcerName(m_made);
     if (!moment)
@@ -120,6 +121,11 @@ void SystemdAnnouncer::scheduleAnnouncer(const std::optional<QDateTime>& moment)
         if (!isFailing)
             stopBefore(name);
     });
+}
+
+void SystemdAnnouncer::setBus(QDBusConnection bus) {
+    m_bus = std::move(bus);
+    scheduleAnnouncer(m_moment);
 }
 
 void SystemdAnnouncer::startAtLogin(const UserFolders& folders) {

@@ -27,6 +27,9 @@ public:
     // leaves one too many. A moment that has passed, or is about to, is taken for one right ahead.
     void scheduleAnnouncer(const std::optional<QDateTime>& moment) override;
 
+    // Another connection, once the first has gone: schedules on it what was scheduled last.
+    void setBus(QDBusConnection bus);
+
     // Sees to it, by a thread of its own, that the announcer also starts at each login, for what
     // the manager holds in memory is gone by then; see settleLoginUnit().
     void startAtLogin(const UserFolders& folders);
@@ -44,6 +47,7 @@ private:
     RunLoop& m_runLoop;
     const AnnouncerCommand m_command;
     QDBusConnection m_bus;
+    std::optional<QDateTime> m_moment;   // that is scheduled
     std::chrono::milliseconds m_made{0}; // when the last timer was, since the machine's boot
     int m_unanswered = 0;
     bool m_isFailing = false;

@@ -40,14 +40,32 @@ void ServedBus::Close::operator()(sd_bus* bus) const {
 }
 
 ServedBus::ServedBus(Callbacks callbacks, const QString& address)
-    : m_callbacks(std::move(callbacks)), m_bus(openBus(address)) {}
+    : m_address(address), m_callbacks(std::move(callbacks)), m_bus(openBus(address)) {}
 
 ServedBus::~ServedBus() = default;
 
 void ServedBus::addObject(const char* path, const char* interface, const sd_bus_vtable* table,
-                          void* data) const {
+                          void* data) {
+    m_objects.push_back({path, interface, table, data});
+    put(m_objects.back());
+}
+
+void ServedBus::put(const Object& object) const {
     if (m_bus)
-        sd_bus_add_object_vtable(m_bus.get(), nullptr, path, interface, table, data);
+        sd_bus_add_object_vtable(m_bus.get(), nullptr, object.path, object.interface, object.table,
+                                 object.data);
+}
+
+// The socket may have the number of the one before.
+bool ServedBus::connectAgain() {
+    m_readable.reset();
+    m_writable.reset();
+    m_isReady = false;
+    m_bus.reset(openBus(m_address));
+    for (const Object& object : m_objects)
+        put(object);
+    flush();
+    return m_bus != nullptr;
 }
 
 void ServedBus::flush() {

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 struct sd_bus;
 struct sd_bus_vtable;
@@ -21,7 +22,7 @@ class ServedBus {
 public:
     struct Callbacks {
         std::function<void()> ready; // the connection has its name
-        std::function<void()> lost;  // it is gone, and will not come back; called once
+        std::function<void()> lost;  // it is gone until connectAgain()
     };
 
     // Connects to the bus of this address, or else to the one that the environment names; get() is
@@ -37,8 +38,12 @@ public:
     [[nodiscard]] sd_bus* get() const { return m_bus.get(); }
 
     // `data` is what the table's functions are called with.
-    void addObject(const char* path, const char* interface, const sd_bus_vtable* table,
-                   void* data) const;
+    void addObject(const char* path, const char* interface, const sd_bus_vtable* table, void* data);
+
+    // Once the connection is lost: makes another one to the same bus, with the objects that were
+    // added to the first. False while that cannot be had. Not from within a callback.
+    [[nodiscard]] bool connectAgain();
+    void setLost(std::function<void()> lost) { m_callbacks.lost = std::move(lost); }
 
     // To be called after messages that were not sent from within a handler.
     void flush();
@@ -52,14 +57,24 @@ private:
         void operator()(sd_bus* bus) const;
     };
 
+    struct Object {
+        const char* path;
+        const char* interface;
+        const sd_bus_vtable* table;
+        void* data;
+    };
+
     void process();
     void watch();
     void lose();
     [[nodiscard]] bool hasMore() const;
+    void put(const Object& object) const;
 
     static constexpr int mostBehind = 500; // messages, which take a fraction of a second
     int m_behind = mostBehind + 1;         // since none waited; at first nobody knows
+    const QString m_address;
     Callbacks m_callbacks;
+    std::vector<Object> m_objects;
     bool m_isReady = false;
     std::unique_ptr<sd_bus, Close> m_bus;
     std::unique_ptr<QSocketNotifier> m_readable;

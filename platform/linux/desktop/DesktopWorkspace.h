@@ -16,6 +16,9 @@ class DesktopWorkspace final : public QObject, public Workspace {
 public:
     explicit DesktopWorkspace(QDBusConnection sessionBus);
 
+    // Another connection, once the first has gone.
+    void setBus(QDBusConnection sessionBus) { m_bus = std::move(sessionBus); }
+
     void openUrl(const QUrl& url) override;
 
     // Told of addresses that nothing here opens, so that the user can be.

@@ -33,6 +33,15 @@ QVariant unwrapped(QVariant value) {
 PortalAppearance::PortalAppearance(QDBusConnection sessionBus)
     : m_bus(std::move(sessionBus)), m_dark(windowsAreDark()) {
     qGuiApp->installEventFilter(this);
+    listen();
+}
+
+void PortalAppearance::setBus(QDBusConnection sessionBus) {
+    m_bus = std::move(sessionBus);
+    listen();
+}
+
+void PortalAppearance::listen() {
     if (!m_bus.isConnected())
         return;
     // Qt looks the type of the slot's argument up by its name.

@@ -24,6 +24,9 @@ class PortalAppearance final : public QObject, public Appearance {
 public:
     explicit PortalAppearance(QDBusConnection sessionBus);
 
+    // Another connection, once the first has gone.
+    void setBus(QDBusConnection sessionBus);
+
     [[nodiscard]] bool isDark() const override { return m_dark; }
     [[nodiscard]] bool isPanelDark() const override;
     void setChanged(std::function<void()> changed) override;
@@ -34,6 +37,7 @@ private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
 private:
+    void listen();
     void ask();
     void take(const QVariant& colorScheme);
     void decide();

@@ -13,6 +13,9 @@ class BusDesktopProbe final : public DesktopProbe {
 public:
     explicit BusDesktopProbe(QDBusConnection sessionBus) : m_session(std::move(sessionBus)) {}
 
+    // Another connection, once the first has gone.
+    void setBus(QDBusConnection sessionBus) { m_session = std::move(sessionBus); }
+
     void ask(std::function<void(const DesktopAbilities&)> done) override;
 
 private:

@@ -2,10 +2,12 @@
 #include "platform/linux/session/DisplayLoss.h"
 
 #include <QCoreApplication>
+#include <QSemaphore>
 #include <QThread>
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <utility>
 
 namespace dorvane {
@@ -21,6 +23,8 @@ constexpr QLatin1String lastWords[] = {QLatin1String("The X11 connection broke")
 
 // And before it aborts, which is a crash to everybody else.
 constexpr QLatin1String noDisplay("This application failed to start because no Qt platform");
+
+constexpr int longestEnd = 20'000; // milliseconds, of an end that waits for the disk
 
 bool isLastWord(const QString& message) {
     for (const QLatin1String word : lastWords)
@@ -67,10 +71,35 @@ void DisplayLoss::handle(QtMsgType type, const QMessageLogContext& context,
         end();
     }
     instance->m_next(type, context, message);
-    if (instance->m_lost && isLastWord(message) && isMainThread()) {
-        std::exchange(instance->m_lost, {})();
-        end();
-    }
+    if (!isLastWord(message))
+        return;
+    if (isMainThread())
+        instance->lose();
+    else
+        instance->loseOnMainThread();
+}
+
+void DisplayLoss::lose() {
+    if (!m_lost)
+        return;
+    std::exchange(m_lost, {})();
+    end();
+}
+
+// A thread of Qt's reads what the compositor says, and would end the process at once.
+void DisplayLoss::loseOnMainThread() {
+    auto* const application = QCoreApplication::instance();
+    if (!application)
+        return;
+    const auto isAsked = std::make_shared<QSemaphore>();
+    QMetaObject::invokeMethod(
+        application,
+        [this, isAsked] {
+            lose();
+            isAsked->release();
+        },
+        Qt::QueuedConnection);
+    (void)isAsked->tryAcquire(1, longestEnd);
 }
 
 } // namespace dorvane

@@ -23,6 +23,9 @@ public:
     void setLost(std::function<void()> lost);
 
 private:
+    void lose();
+    void loseOnMainThread();
+
     static void handle(QtMsgType type, const QMessageLogContext& context, const QString& message);
 
     std::function<void()> m_lost;

@@ -7,6 +7,7 @@
 
 #include <QDir>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -20,6 +21,8 @@ using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds patience = 2s;
 constexpr std::chrono::milliseconds longestEnd = 20s; // of an instance that waits for the disk
+constexpr RunLoop::Milliseconds shortestPause = 1s;   // between looks for a bus that is gone
+constexpr RunLoop::Milliseconds longestPause = 1min;
 constexpr auto service = "com.brackenfold.Dorvane";
 constexpr auto path = "/com/brackenfold/Dorvane";
 constexpr auto applicationInterface = "org.freedesktop.Application";
@@ -91,7 +94,37 @@ void SingleInstance::setRequested(std::function<void(const LaunchRequest&)> requ
     m_bus.flush();
 }
 
+void SingleInstance::stayOnBus(RunLoop& runLoop, std::function<void()> joined) {
+    m_joined = std::move(joined);
+    m_pause = shortestPause;
+    const auto look = [this, &runLoop](const auto& again) -> void {
+        m_look = runLoop.scheduleOnce(
+            m_pause,
+            [this, again] {
+                m_pause = std::min(2 * m_pause, longestPause);
+                if (!m_bus.connectAgain())
+                    return again(again);
+                sd_bus_request_name_async(m_bus.get(), nullptr, service, 0, named, this);
+                m_bus.flush();
+            },
+            RunLoopMode::Common);
+    };
+    m_bus.setLost([look] { look(look); });
+}
+
+// The lock is ours: no other instance has the name.
+int SingleInstance::named(sd_bus_message* answer, void* data, sd_bus_error* /*error*/) {
+    auto& self = *static_cast<SingleInstance*>(data);
+    if (const int code = sd_bus_message_get_errno(answer); code != 0)
+        qCWarning(logPlatform, "The session bus gives out no name: %s", std::strerror(code));
+    self.m_pause = shortestPause;
+    self.m_joined();
+    return 0;
+}
+
 void SingleInstance::leave() {
+    m_bus.setLost({});
+    m_look.cancel();
     m_lock.stopListening();
     m_object.setRequested({});
     if (m_bus.get())

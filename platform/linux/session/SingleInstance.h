@@ -4,6 +4,7 @@
 #include "platform/linux/bus/ServedBus.h"
 #include "platform/linux/session/ApplicationObject.h"
 #include "platform/linux/session/InstanceLock.h"
+#include "platform/RunLoop.h"
 
 #include <QString>
 
@@ -36,6 +37,10 @@ public:
     // the bus is served; what was asked since the claim has waited.
     void setRequested(std::function<void(const LaunchRequest&)> requested);
 
+    // When the bus dies it is joined again, under the name, once it is back, which is looked for
+    // ever more seldom. `joined` is called each time. The run loop must outlive this.
+    void stayOnBus(RunLoop& runLoop, std::function<void()> joined);
+
     // When the program ends: requests are for whoever comes next, who waits until this process has
     // gone.
     void leave();
@@ -48,10 +53,14 @@ private:
 
     [[nodiscard]] Standing claimOnBus(const LaunchRequest& request);
     [[nodiscard]] Reply askOnBus(const LaunchRequest& request) const;
+    static int named(sd_bus_message* answer, void* data, sd_bus_error* error); // called by sd-bus
 
     ServedBus& m_bus;
     ApplicationObject m_object;
     InstanceLock m_lock;
+    std::function<void()> m_joined;
+    RunLoop::Milliseconds m_pause{0}; // until the next look for a bus that is gone
+    RunLoopTimer m_look;
 };
 
 } // namespace dorvane

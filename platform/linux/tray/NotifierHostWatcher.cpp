@@ -17,10 +17,18 @@ const auto watcherPath = QStringLiteral("/StatusNotifierWatcher");
 
 NotifierHostWatcher::NotifierHostWatcher(QDBusConnection bus, std::function<void()> changed)
     : m_bus(std::move(bus)), m_changed(std::move(changed)) {
-    if (!m_bus.isConnected()) {
+    if (m_bus.isConnected())
+        listen();
+    else
         m_host = Host::Absent;
-        return;
-    }
+}
+
+void NotifierHostWatcher::setBus(QDBusConnection bus) {
+    m_bus = std::move(bus);
+    listen();
+}
+
+void NotifierHostWatcher::listen() {
     m_bus.connect(QStringLiteral("org.freedesktop.DBus"), QString(),
                   QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"),
                   {watcherService}, QString(), this, SLOT(ownerChanged(QString, QString, QString)));

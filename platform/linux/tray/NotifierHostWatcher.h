@@ -27,12 +27,16 @@ public:
 
     [[nodiscard]] Host host() const { return m_host; }
 
+    // Another connection, once the first has gone.
+    void setBus(QDBusConnection bus);
+
 private Q_SLOTS:
     void ask();
     void ownerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
     void watcherGone();
 
 private:
+    void listen();
     void answered(const QDBusPendingCallWatcher& call);
     void setHost(Host host);
 

@@ -30,6 +30,9 @@ public:
     TrayStatusItem(RunLoop& runLoop, UserDefaults& defaults, QDBusConnection sessionBus);
     ~TrayStatusItem() override;
 
+    // Another connection to the session bus, once the first has gone.
+    void setBus(QDBusConnection bus) { m_notifierHost.setBus(std::move(bus)); }
+
     void setIcon(const DrawIcon& draw, IconSizes sizes) override;
     void setToolTip(const QString& text) override;
     void setNeedsAttention(bool needsAttention) override;
