@@ -24,12 +24,16 @@ void DesktopNotice::show(const QString& title, const QString& text,
                          const std::vector<Action>& actions,
                          std::function<void(const QString& key)> chosen) {
     if (!std::exchange(m_isListening, true))
-        m_bus.connect(service, path, service, QStringLiteral("ActionInvoked"), this,
-                      SLOT(actionInvoked(uint, QString)));
+        // By no name: Qt would wait for the bus to tell whose it is.
+        m_bus.connect(QString(), path, service, QStringLiteral("ActionInvoked"), this,
+                      SLOT(actionInvoked(uint, QString, QDBusMessage)));
     m_chosen = std::move(chosen);
+    m_keys.clear();
     QStringList keysAndLabels;
-    for (const Action& action : actions)
+    for (const Action& action : actions) {
+        m_keys << action.key;
         keysAndLabels << action.key << action.label;
+    }
     QDBusMessage call =
         QDBusMessage::createMethodCall(service, path, service, QStringLiteral("Notify"));
     call << QStringLiteral("Dorvane") << m_id << QStringLiteral("com.brackenfold.Dorvane") << title
@@ -48,10 +52,15 @@ void DesktopNotice::show(const QString& title, const QString& text,
                     qCWarning(logPlatform).noquote()
                         << "no notification is shown:" << reply.error().message();
                 else if (self && show == self->m_shows && self->m_chosen)
-                    self->m_id = reply.value();
+                    self->shown(reply.value(), reply.reply().service());
                 else
-                    close(bus, reply.value());
+                    close(bus, reply.reply().service(), reply.value());
             });
+}
+
+void DesktopNotice::shown(uint id, const QString& shower) {
+    m_id = id;
+    m_shower = shower;
 }
 
 void DesktopNotice::setBus(QDBusConnection bus) {
@@ -63,17 +72,18 @@ void DesktopNotice::setBus(QDBusConnection bus) {
 void DesktopNotice::withdraw() {
     m_chosen = {};
     if (const uint id = std::exchange(m_id, 0); id != 0)
-        close(m_bus, id);
+        close(m_bus, m_shower, id);
 }
 
-void DesktopNotice::close(const QDBusConnection& bus, uint id) {
+void DesktopNotice::close(const QDBusConnection& bus, const QString& shower, uint id) {
     bus.send(
-        QDBusMessage::createMethodCall(service, path, service, QStringLiteral("CloseNotification"))
+        QDBusMessage::createMethodCall(shower, path, service, QStringLiteral("CloseNotification"))
         << id);
 }
 
-void DesktopNotice::actionInvoked(uint id, const QString& key) {
-    if (id != m_id || id == 0)
+// Whoever shows notifications next counts them anew; and a click beside the buttons is no answer.
+void DesktopNotice::actionInvoked(uint id, const QString& key, const QDBusMessage& signal) {
+    if (id != m_id || id == 0 || signal.service() != m_shower || !m_keys.contains(key))
         return;
     m_id = 0; // it is gone with its answer
     if (const auto chosen = std::exchange(m_chosen, {}))

@@ -4,7 +4,9 @@
 #include "platform/Notice.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QObject>
+#include <QStringList>
 
 namespace dorvane {
 
@@ -24,14 +26,17 @@ public:
     void withdraw() override;
 
 private Q_SLOTS:
-    void actionInvoked(uint id, const QString& key);
+    void actionInvoked(uint id, const QString& key, const QDBusMessage& signal);
 
 private:
-    static void close(const QDBusConnection& bus, uint id);
+    void shown(uint id, const QString& shower);
+    static void close(const QDBusConnection& bus, const QString& shower, uint id);
 
     QDBusConnection m_bus;
     std::function<void(const QString& key)> m_chosen; // while one is shown
     uint m_id = 0;                                    // of the one that is shown; 0 for none
+    QString m_shower;                                 // the unique name of who shows it
+    QStringList m_keys;                               // that can be chosen
     int m_shows = 0;
     bool m_isListening = false;
 };

@@ -31,7 +31,9 @@ MutterIdleMonitor::MutterIdleMonitor(RunLoop& runLoop, QDBusConnection bus)
 
 void MutterIdleMonitor::watch(Told told) {
     m_told = std::move(told);
-    m_bus.connect(name, path, name, QStringLiteral("WatchFired"), this, SLOT(watchFired(uint)));
+    // By no name: Qt would wait for the bus to tell whose it is. The number tells ours apart.
+    m_bus.connect(QString(), path, name, QStringLiteral("WatchFired"), this,
+                  SLOT(watchFired(uint)));
     begin();
 }
 
