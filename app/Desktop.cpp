@@ -7,6 +7,8 @@
 
 namespace dorvane {
 
+using namespace std::chrono_literals;
+
 Desktop::Desktop()
     : sessionBus(QDBusConnection::sessionBus())
     , bundle(mainBundle(propertyLists))
@@ -41,8 +43,11 @@ void Desktop::sessionBusIsBack() {
     m_worker.start([this, name = QStringLiteral("session-%1").arg(++m_connections)] {
         const auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
         runLoop.post([this, bus] {
-            if (!bus.isConnected())
+            if (!bus.isConnected()) {
+                m_nextConnection = runLoop.scheduleOnce(
+                    10s, [this] { sessionBusIsBack(); }, RunLoopMode::Common);
                 return;
+            }
             sessionBus = bus;
             workspace.setBus(bus);
             announcer.setBus(bus);

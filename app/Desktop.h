@@ -72,7 +72,8 @@ struct Desktop {
 
 private:
     int m_connections = 0; // that were made since
-    QThreadPool m_worker;  // for what waits, and for which nobody waits
+    RunLoopTimer m_nextConnection;
+    QThreadPool m_worker; // for what waits, and for which nobody waits
 };
 
 } // namespace dorvane

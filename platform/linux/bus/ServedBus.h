@@ -71,7 +71,7 @@ private:
     void put(const Object& object) const;
 
     static constexpr int mostBehind = 500; // messages, which take a fraction of a second
-    int m_behind = mostBehind + 1;         // since none waited; at first nobody knows
+    int m_behind = 0;                      // since none waited
     const QString m_address;
     Callbacks m_callbacks;
     std::vector<Object> m_objects;

@@ -110,6 +110,8 @@ void SingleInstance::stayOnBus(RunLoop& runLoop, std::function<void()> joined) {
             RunLoopMode::Common);
     };
     m_bus.setLost([look] { look(look); });
+    if (!m_bus.get())
+        look(look);
 }
 
 // The lock is ours: no other instance has the name.
