@@ -30,7 +30,8 @@ public:
 
     // Puts the alarms of the run before back and makes `delegate` theirs: what it left, as it was,
     // unless a list was stored since, which is then the newer one; else the stored list, see
-    // RestoredAlarms. What is stored stays. Once.
+    // RestoredAlarms. What was left while no list was in reach comes back beside the stored one.
+    // What is stored stays. Once.
     void restoreActiveAlarms(AlarmDelegate& delegate, const std::optional<Left>& left = {});
 
     // Sounds have other paths now. The stored list stays, as its mark does.
@@ -38,7 +39,7 @@ public:
 
     // False when nothing was ever stored, or it is lost.
     [[nodiscard]] bool hadStored() const { return m_hadStored; }
-    // What tells the stored list from any other; empty for none.
+    // What tells the stored list from any other, also while it is out of reach; empty for none.
     [[nodiscard]] QString mark() const;
     // What became of the alarms.
     [[nodiscard]] RestoredAlarms& restored() { return m_restored; }
@@ -47,11 +48,14 @@ public:
 private:
     // Read at the start, and written at the end: nothing of it is worth remembering between.
     [[nodiscard]] ArchivedList list() const;
+    void goBeyond(const QString& mark);
 
     UserDefaults& m_defaults;
     const AlarmArchive& m_archive;
+    const RunLoop& m_runLoop;
     Clock& m_clock;
     RestoredAlarms m_restored;
+    QString m_beyond;   // the mark of a list out of reach that what was left goes beyond
     QByteArray m_known; // the list as it was last read or written here, without what others added
     bool m_hadStored = false;
     bool m_areResumed = false;

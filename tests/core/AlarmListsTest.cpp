@@ -67,9 +67,9 @@ TEST_F(AlarmListsTest, theNewerOfTheStoredListAndWhatAnEndWithoutAWordLeftComesB
         const char* running;
     } rows[] = {
         {list, mark, "left 11-23 06:25+01\n"},
-        {list, otherMark, "list 11-23 06:40+01\n"}, // written by whoever did it since
-        {list, {}, "list 11-23 06:40+01\n"},
-        {{}, {}, "left 11-23 06:25+01\n"}, // nothing was ever stored
+        {list, otherMark, "list 11-23 06:40+01\n"},               // written by whoever did it since
+        {list, {}, "left 11-23 06:25+01\nlist 11-23 06:30+01\n"}, // neither knew the other
+        {{}, {}, "left 11-23 06:25+01\n"},                        // nothing was ever stored
         {{}, mark, "left 11-23 06:25+01\n"},
     };
     for (const auto& [now, then, running] : rows) {
@@ -96,6 +96,20 @@ TEST_F(AlarmListsTest, aListThatCameIntoReachAfterTheStartIsKept) {
     Run next(at("2026-11-23 06:20"), run.defaults.written());
     next.active.restoreActiveAlarms(next.delegate);
     EXPECT_EQ(next.running(), "new 11-23 07:05+01\nlate 11-23 06:50+01\n");
+
+    // But what was left after it was stored knew it: "late" had been deleted by then.
+    Run resumed(at("2026-11-23 06:10"));
+    const AlarmPtr left = AlarmOf{.title = "left", .minutes = 45, .runTime = "11-23 06:00"}.alarm();
+    resumed.active.restoreActiveAlarms(
+        resumed.delegate,
+        ActiveAlarms::Left{{{left, instantOf(at("11-23 06:45"))}}, earlier.active.mark()});
+    EXPECT_EQ(resumed.active.mark(), earlier.active.mark()) << "for the end after this one";
+    for (const auto& [key, value] : earlier.defaults.written().asKeyValueRange())
+        resumed.defaults.setValue(key, value);
+    resumed.active.storeActiveAlarms();
+    Run last(at("2026-11-23 06:20"), resumed.defaults.written());
+    last.active.restoreActiveAlarms(last.delegate);
+    EXPECT_EQ(last.running(), "left 11-23 07:05+01\n");
 }
 
 // Every change is on the disk and announced at once, and made on what another window stored. What a
