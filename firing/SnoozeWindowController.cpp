@@ -143,10 +143,10 @@ void SnoozeWindowController::showNotice() {
     m_notice->show(
         m_windowAlarm->title(), m_form->timeLabel->text(),
         {{snooze, QStringLiteral("Snooze")}, {QStringLiteral("clear"), QStringLiteral("Clear")}},
-        [this, snooze, weak = std::weak_ptr(m_self)](const QString& key) {
-            m_runLoop.defer([weak, press = key == snooze
-                                               ? &SnoozeWindowController::snoozeButtonPressed
-                                               : &SnoozeWindowController::clearButtonPressed] {
+        [&runLoop = m_runLoop, snooze, weak = std::weak_ptr(m_self)](const QString& key) {
+            runLoop.defer([weak, press = key == snooze
+                                             ? &SnoozeWindowController::snoozeButtonPressed
+                                             : &SnoozeWindowController::clearButtonPressed] {
                 if (const auto self = weak.lock(); self && self->m_window)
                     (self.get()->*press)();
             });
