@@ -65,6 +65,8 @@ std::vector<float> SinkCapture::samples(double begin, double end) const {
     };
     const qsizetype first = index(begin);
     std::vector<float> heard(static_cast<std::size_t>(index(std::max(begin, end)) - first));
+    if (heard.empty())
+        return heard;
     std::memcpy(heard.data(), frames.data() + first * qsizetype(sizeof(float)),
                 heard.size() * sizeof(float));
     return heard;
