@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Console.h"
 
+#include <QStringList>
+
 #include <cstdio>
 
 namespace dorvane {

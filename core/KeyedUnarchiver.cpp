@@ -84,8 +84,7 @@ QDateTime dateOf(double secondsSinceEpoch) {
     constexpr double mostSeconds = 7990.0 * 365 * 86400; // about the year 9985
     if (!(std::abs(secondsSinceEpoch) < mostSeconds))
         return {};
-    const QDateTime date = archive::epoch().addMSecs(std::llround(secondsSinceEpoch * 1000));
-    return date.date().year() > 0 ? date : QDateTime();
+    return archive::epoch().addMSecs(std::llround(secondsSinceEpoch * 1000));
 }
 
 std::optional<qint64> integerOf(const QVariant& value) {
@@ -128,11 +127,13 @@ QString KeyedUnarchiver::Object::decodeString(const QString& key) {
 
 QDateTime KeyedUnarchiver::Object::decodeDate(const QString& key) {
     const QVariant found = value(m_record, key);
+    QDateTime date;
     if (found.typeId() == QMetaType::QDateTime)
-        return found.toDateTime();
-    const auto seconds = realOf(value(found.toMap(), archive::dateTime));
-    const QDateTime date = seconds ? dateOf(*seconds) : QDateTime();
-    return readOr(date.isValid() ? std::optional(date) : std::nullopt, found);
+        date = found.toDateTime();
+    else if (const auto seconds = realOf(value(found.toMap(), archive::dateTime)))
+        date = dateOf(*seconds);
+    const bool isOfOurEra = date.isValid() && date.date().year() > 0;
+    return readOr(isOfOurEra ? std::optional(date) : std::nullopt, found);
 }
 
 bool KeyedUnarchiver::Object::decodeBool(const QString& key) {
