@@ -81,10 +81,15 @@ std::optional<double> realOf(const QVariant& value) {
 }
 
 QDateTime dateOf(double secondsSinceEpoch) {
-    constexpr double mostSeconds = 7990.0 * 365 * 86400; // about the year 9985
+    constexpr double mostSeconds = 1.0e12; // so that milliseconds fit in any case
     if (!(std::abs(secondsSinceEpoch) < mostSeconds))
         return {};
     return archive::epoch().addMSecs(std::llround(secondsSinceEpoch * 1000));
+}
+
+// Judged as it will be stored, to the millisecond: what is read once is read again.
+bool hasYearOfFourDigits(const QDateTime& date) {
+    return date.isValid() && date.date().year() > 0 && date.date().year() < 9999;
 }
 
 std::optional<qint64> integerOf(const QVariant& value) {
@@ -132,8 +137,7 @@ QDateTime KeyedUnarchiver::Object::decodeDate(const QString& key) {
         date = found.toDateTime();
     else if (const auto seconds = realOf(value(found.toMap(), archive::dateTime)))
         date = dateOf(*seconds);
-    const bool isOfOurEra = date.isValid() && date.date().year() > 0;
-    return readOr(isOfOurEra ? std::optional(date) : std::nullopt, found);
+    return readOr(hasYearOfFourDigits(date) ? std::optional(date) : std::nullopt, found);
 }
 
 bool KeyedUnarchiver::Object::decodeBool(const QString& key) {
