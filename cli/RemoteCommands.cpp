@@ -23,6 +23,14 @@ QStringList rowsOf(const QVariantList& alarms, bool isStored, const QDateTime& n
     return aligned(rows);
 }
 
+// What is due together is listed by title, or a restart would change its order.
+bool isBefore(const QVariant& a, const QVariant& b) {
+    const auto place = [](const QVariantMap& alarm) {
+        return std::pair(alarm.value(key::due).toLongLong(), alarm.value(key::title).toString());
+    };
+    return place(a.toMap()) < place(b.toMap());
+}
+
 } // namespace
 
 std::vector<Command> remoteCommands(const CommandServices& services) {
@@ -84,9 +92,7 @@ ExitStatus runList(const CommandServices& services, const QStringList& arguments
         return tellFault(*fault);
     QVariantList alarms = std::get<QVariantList>(answer).value(0).toList();
     if (!isStored) // soonest first; what is stored keeps its order
-        std::stable_sort(alarms.begin(), alarms.end(), [](const QVariant& a, const QVariant& b) {
-            return a.toMap().value(key::due).toLongLong() < b.toMap().value(key::due).toLongLong();
-        });
+        std::stable_sort(alarms.begin(), alarms.end(), isBefore);
     if (parser.isSet(json)) {
         const QJsonDocument document(QJsonArray::fromVariantList(alarms));
         writeLine(QString::fromUtf8(document.toJson(QJsonDocument::Compact)));

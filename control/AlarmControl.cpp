@@ -279,7 +279,10 @@ AlarmListing AlarmControl::nextAlarms(std::size_t most) {
         soonest.emplace_back(alarm->due(now).value_or(Instant::max()), alarm);
     const auto count = std::min(most, soonest.size());
     std::partial_sort(soonest.begin(), soonest.begin() + std::ptrdiff_t(count), soonest.end(),
-                      [](const auto& a, const auto& b) { return a.first < b.first; });
+                      [](const auto& a, const auto& b) {
+                          return std::pair(a.first, a.second->title()) <
+                                 std::pair(b.first, b.second->title());
+                      });
     soonest.resize(count);
     return {count, [soonest, now](std::size_t index) {
                 return runningReportOf(*soonest[index].second, now);

@@ -27,9 +27,12 @@ QString dayTimeString(const QDateTime& date, const QDateTime& now, const QLocale
     constexpr int aWeekday = 6;
     if (qAbs(now.date().daysTo(date.date())) <= aWeekday)
         return shortDayTimeString(date, territory);
-    const QString day = date.date().year() == now.date().year()
-                            ? QStringLiteral("ddd, d MMM, ")
-                            : QStringLiteral("ddd, d MMM yyyy, ");
+    return dateTimeString(date, now, territory);
+}
+
+QString dateTimeString(const QDateTime& date, const QDateTime& now, const QLocale& territory) {
+    const QString day = date.date().year() == now.date().year() ? QStringLiteral("d MMM, ")
+                                                                : QStringLiteral("d MMM yyyy, ");
     return dateLanguage().toString(date, day) + timeString(date, territory);
 }
 

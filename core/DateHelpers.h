@@ -20,10 +20,14 @@ namespace dorvane {
 [[nodiscard]] QString shortDayTimeString(const QDateTime& date,
                                          const QLocale& territory = QLocale::system());
 
-// The same with the date where the weekday alone would be taken for a nearer one, more than six
-// days from now, and with the year where that is another: "Tue, 8 Dec, 7:30".
+// The same, or the date where the weekday would be taken for a nearer one, more than six days from
+// now.
 [[nodiscard]] QString dayTimeString(const QDateTime& date, const QDateTime& now,
                                     const QLocale& territory = QLocale::system());
+
+// The date and time of day, with the year where that is another: "24 Dec, 18:00".
+[[nodiscard]] QString dateTimeString(const QDateTime& date, const QDateTime& now,
+                                     const QLocale& territory = QLocale::system());
 
 // The moment `seconds` after `date`.
 [[nodiscard]] QDateTime calendarDateWithTimeInterval(double seconds, const QDateTime& date);

@@ -53,7 +53,8 @@ QString countdownText(const Alarm& alarm, const MainMenuState& state) {
 // An alarm without a due time comes of a damaged list.
 QString dueText(const Alarm& alarm, const MainMenuState& state) {
     const QDateTime due = alarm.time(state.now);
-    return due.isValid() ? shortDayTimeString(due, state.locale) : QStringLiteral("Needs a look");
+    return due.isValid() ? dayTimeString(due, localDateTimeOf(state.now), state.locale)
+                         : QStringLiteral("Needs a look");
 }
 
 void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
@@ -94,12 +95,11 @@ QString storedText(const Alarm& alarm, const MainMenuState& state) {
     const QDateTime now = localDateTimeOf(state.now);
     const RearmDecision start = rearmAtStart(alarm, now, weekdayName(now.date()));
     if (start.next.isValid())
-        return shortDayTimeString(start.next, state.locale);
+        return dayTimeString(start.next, now, state.locale);
     // Its weekday alone would be taken for the next one.
     const QDateTime due = alarm.time(state.now);
     if (start.outcome == RearmDecision::Outcome::Remove && due.isValid())
-        return dateLanguage().toString(due, QStringLiteral("d MMM, ")) +
-               timeString(due, state.locale);
+        return dateTimeString(due, now, state.locale);
     return dueText(alarm, state);
 }
 

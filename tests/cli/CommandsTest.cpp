@@ -31,8 +31,8 @@ public:
         if (!method.startsWith(u"List"_qs))
             return QVariantList{u"t1"_qs};
         return QVariantList{QVariant(
-            QVariantList{running("e2", "Egg", "11-25 07:00"), running("e1", "Egg", "11-24 10:05"),
-                         running("t1", "Tea", "11-24 10:20"),
+            QVariantList{running("e2", "Egg", "11-25 07:00"), running("t1", "Tea", "11-24 10:20"),
+                         running("e1", "Egg", "11-24 10:20"),
                          running("b1", "Be\nll\x1b[2J\xd7\x90", "11-24 09:59", true)})};
     }
     Properties properties() override {
@@ -60,7 +60,7 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
         {"add Tea", 2, "", "dorvane: when? Such as --in 25, or --at 7:30\n"},
         {"list", 0, "ListRunning[]",
          "b1  Tue, 9:59   rings      ⁨Be ll�[2Jא⁩\n"
-         "e1  Tue, 10:05  in 5 min   Egg\nt1  Tue, 10:20  in 20 min  Tea\n"
+         "e1  Tue, 10:20  in 20 min  Egg\nt1  Tue, 10:20  in 20 min  Tea\n"
          "e2  Wed, 7:00   in 21 h    Egg\n"},
         {"start Tea", 0, R"(StartStored!["Tea"] ListRunning[])", tea},
         {"start Gone", 1, R"(StartStored!["Gone"])", "dorvane: there is none\n"},

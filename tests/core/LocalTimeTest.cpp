@@ -48,9 +48,9 @@ TEST(DateHelpersTest, datesAreEnglishByTheClockOfTheTerritory) {
         int daysAhead;
         const char* expected;
     } cases[] = {
-        {"de_DE", 0, "Tue, 19:05"},           {"ko_KR", 0, "Tue, 7:05 PM"},
-        {"en_US", 0, "Tue, 7:05 PM"},         {"de_DE", 6, "Tue, 19:05"},
-        {"en_US", 7, "Tue, 24 Nov, 7:05 PM"}, {"de_DE", 365, "Tue, 24 Nov 2026, 19:05"},
+        {"de_DE", 0, "Tue, 19:05"},      {"ko_KR", 0, "Tue, 7:05 PM"},
+        {"en_US", 0, "Tue, 7:05 PM"},    {"de_DE", 6, "Tue, 19:05"},
+        {"en_US", 7, "24 Nov, 7:05 PM"}, {"de_DE", 365, "24 Nov 2026, 19:05"},
     };
     for (const auto& c : cases) {
         const QLocale territory(QString::fromLatin1(c.territory));

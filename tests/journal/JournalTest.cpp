@@ -250,10 +250,10 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
     second.journal.noteCrash(u"/crash"_qs);
     second.loop.advance(2s);
     EXPECT_EQ(report(disk, "12-01 09:31", true),
-              "Mon, 23 Nov, 8:55  tea: rang and was not answered\n"
-              "Mon, 23 Nov, 8:56  train: was due again before it was answered\n"
-              "Mon, 23 Nov, 9:10  train: passed while Dorvane was not running\n"
-              "Mon, 23 Nov, 9:31  Dorvane had crashed; the report is in /crash");
+              "23 Nov, 8:55  tea: rang and was not answered\n"
+              "23 Nov, 8:56  train: was due again before it was answered\n"
+              "23 Nov, 9:10  train: passed while Dorvane was not running\n"
+              "23 Nov, 9:31  Dorvane had crashed; the report is in /crash");
     second.loop.setWall(at("11-23 09:06")); // it had been ahead
     const AlarmPtr walk = running[5].alarm();
     second.journal.correct({.back = {train}, .dropped = {{walk, *walk->due({})}}});

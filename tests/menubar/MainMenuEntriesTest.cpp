@@ -45,7 +45,7 @@ QString outline(const std::vector<MenuEntry>& entries, const QString& indent = {
 
 TEST(MainMenuEntriesTest, runningAndStoredAlarms) {
     MainMenuState state = stateWith(
-        {AlarmOf{.title = "Tea & cake", .kind = Alarm::Dated, .time = "11-24 18:05"}.alarm(),
+        {AlarmOf{.title = "Tea & cake", .kind = Alarm::Dated, .time = "12-01 18:05"}.alarm(),
          AlarmOf{.title = "Lost", .kind = Alarm::Dated}.alarm(), timerDueIn(600)});
     const AlarmOf up{.title = "Up", .kind = Alarm::Dated, .time = "11-24 07:30", .isListed = true};
     const AlarmOf gone{.title = "Gone", .kind = Alarm::Dated, .isListed = true};
@@ -53,7 +53,7 @@ TEST(MainMenuEntriesTest, runningAndStoredAlarms) {
     state.breaksRun = true;
     state.nextBreak = u"break at 10:25"_qs;
     EXPECT_EQ(outline(mainMenuEntries(state)).toStdString(), R"(Active alarms:
-Tue, 18:05 [Tea & cake]
+1 Dec, 18:05 [Tea & cake]
   Edit... = editAlarm Tea & cake
   Clear = clearFromMenu Tea & cake
   Save = saveFromMenu Tea & cake
