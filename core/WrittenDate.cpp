@@ -116,6 +116,8 @@ struct Words {
 // year is left out: 24th, 1er, 12月24日.
 std::optional<Words> wordsOf(const QString& text) {
     constexpr qsizetype mostDigits = 8;
+    if (!text.isEmpty() && QStringLiteral("./,-").contains(text.front()))
+        return std::nullopt; // -1 is no day
     static const QRegularExpression next(
         QStringLiteral("\\G(?:([0-9]++)(?:st|nd|rd|th|er|[年月日년월일])?(?![\\p{L}\\p{M}])|"
                        "([0-9]++)(?=\\p{L})|([\\p{L}\\p{M}]+)|[\\s./,\\-\\p{Cf}]+)"),

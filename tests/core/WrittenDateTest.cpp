@@ -79,6 +79,7 @@ TEST(WrittenDateTest, isReadAlikeEverywhere) {
         {"Dec 2026", "..."},
         {"", "..."},
         {"noon", "no"},
+        {"-1", "no"},
         {"\xd9\xa3.1", "no"}, // three, in Arabic digits
     };
     for (const auto& [text, date] : cases)
