@@ -75,9 +75,10 @@ int main(int argc, char** argv) {
         return statusOf(standing);
 
     reportCrashes(stateFolder(xdgFolders()), DORVANE_VERSION);
-    choosePlatform();
     DisplayLoss displayLoss;
+    std::optional<PlatformChoice> platform(std::in_place);
     bfApp application(argc, argv);
+    platform.reset();
     std::optional<ControlObject> control;
     std::unique_ptr<CheckObject> checks;
     application.setEnding([&] { instance.leave(); });

@@ -316,8 +316,11 @@ TEST(PlatformChoiceTest, whereWindowsAreBuriedOnWaylandTheProgramGoesOverX11) {
         set("WAYLAND_DISPLAY", each.wayland);
         set("DISPLAY", each.x11);
         set("QT_QPA_PLATFORM", each.own);
-        choosePlatform();
-        EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), each.platform) << each.desktop;
+        {
+            const PlatformChoice choice;
+            EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), each.platform) << each.desktop;
+        }
+        EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), each.own) << "for what we start";
     }
     set("QT_QPA_PLATFORM", platform);
     for (const char* name : {"XDG_CURRENT_DESKTOP", "WAYLAND_DISPLAY", "DISPLAY"})

@@ -22,11 +22,17 @@ bool isGnomeOrPlasma() {
 
 } // namespace
 
-void choosePlatform() {
+PlatformChoice::PlatformChoice() {
     const bool hasBoth =
         qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && qEnvironmentVariableIsSet("DISPLAY");
-    if (hasBoth && isGnomeOrPlasma() && !qEnvironmentVariableIsSet(platformVariable))
+    m_isOurs = hasBoth && isGnomeOrPlasma() && !qEnvironmentVariableIsSet(platformVariable);
+    if (m_isOurs)
         qputenv(platformVariable, "xcb;wayland"); // an X server may refuse us
+}
+
+PlatformChoice::~PlatformChoice() {
+    if (m_isOurs)
+        qunsetenv(platformVariable);
 }
 
 } // namespace dorvane
