@@ -166,11 +166,14 @@ void AlarmSetController::manageDescriptionLabel() {
     const QString sentence =
         isReadable ? dorvane::manageDescriptionLabel(m_form, m_services.runLoop.now().date())
                    : QStringLiteral("That is not a date or a time yet.");
+    const QString toStart =
+        m_starting && !m_starting->storedTime().isValid()
+            ? QStringLiteral("Its time could not be read. Set starts it for this one:\n")
+            : QStringLiteral("Its date has passed. Set starts it for this one:\n");
     const QString remark =
         m_isGone ? QStringLiteral("This alarm is no longer there. Set makes it anew.\n")
-        : m_starting && m_form.row == Alarm::Dated
-            ? QStringLiteral("Its date has passed. Set starts it for this one:\n")
-            : QString();
+        : m_starting && m_form.row == Alarm::Dated ? toStart
+                                                   : QString();
     m_controls->descriptionLabel->setText(remark + sentence);
     m_times->showRemarks();
     m_setButton->setEnabled(isReadable);
