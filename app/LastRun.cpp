@@ -20,15 +20,14 @@ void LastRun::restore(AlarmDelegate& delegate) {
     m_surroundings.journal.open({.areResumed = alarms.areResumed(),
                                  .hadStored = alarms.hadStored(),
                                  .decisions = alarms.restored().decisions(),
-                                 .storedMark = alarms.mark(),
+                                 .storedMarks = alarms.marks(),
                                  .announced = m_surroundings.announced()});
     m_look = m_surroundings.runLoop.scheduleOnce(
         1s, [this] { look(); }, RunLoopMode::Default);
 }
 
 void LastRun::end(bool isStored, Journal::Ends ends) {
-    m_surroundings.journal.close(
-        isStored ? std::optional(m_surroundings.activeAlarms.mark()) : std::nullopt, ends);
+    m_surroundings.journal.close(m_surroundings.activeAlarms.marks(), isStored, ends);
 }
 
 void LastRun::look() {

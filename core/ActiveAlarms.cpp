@@ -22,22 +22,24 @@ QString markOf(const QByteArray& data) {
                                 QCryptographicHash::hash(data, QCryptographicHash::Sha1).toHex());
 }
 
+std::vector<AlarmPtr> alarmsOf(const ActiveAlarms::Left& left) {
+    std::vector<AlarmPtr> all;
+    for (const RunningAlarm& running : left.running)
+        all.push_back(running.alarm);
+    all.insert(all.end(), left.undated.begin(), left.undated.end());
+    return all;
+}
+
 // What was stored, and did not run when the rest was left.
 void addStored(ActiveAlarms::Left& left, const std::vector<AlarmPtr>& stored, Instant now) {
-    std::vector<AlarmPtr> then = left.undated;
-    for (const RunningAlarm& running : left.running)
-        then.push_back(running.alarm);
-    for (const AlarmPtr& alarm : stored) {
-        const auto same = std::find_if(then.begin(), then.end(), [&](const AlarmPtr& each) {
-            return isSameAlarm(*each, *alarm);
-        });
-        if (same != then.end())
-            then.erase(same);
-        else if (const auto due = alarm->due(now))
-            left.running.push_back({alarm, *due});
+    std::vector<RunningAlarm> all;
+    for (const AlarmPtr& alarm : stored)
+        all.push_back({alarm, alarm->due(now).value_or(now)});
+    for (const RunningAlarm& missing : missingFrom(alarmsOf(left), std::move(all)))
+        if (missing.alarm->due(now))
+            left.running.push_back(missing);
         else
-            left.undated.push_back(alarm);
-    }
+            left.undated.push_back(missing.alarm);
 }
 
 } // namespace
@@ -56,16 +58,16 @@ ArchivedList ActiveAlarms::list() const {
     return {key, m_defaults, m_archive};
 }
 
-QString ActiveAlarms::mark() const {
+QStringList ActiveAlarms::marks() const {
     const QString mark = markOf(m_defaults.value(key).toByteArray());
-    return mark.isEmpty() ? m_beyond : mark;
+    return mark.isEmpty() ? m_beyond : QStringList(mark);
 }
 
 // The preferences may have come into reach, and been read for another key, since the start.
 void ActiveAlarms::storeActiveAlarms() {
     const QByteArray stored = m_defaults.value(key).toByteArray();
     const std::vector<AlarmPtr>& ours = m_clock.allAlarms();
-    list().save(stored == m_known || (!m_beyond.isEmpty() && markOf(stored) == m_beyond)
+    list().save(stored == m_known || m_beyond.contains(markOf(stored))
                     ? ours
                     : joinedAlarms(m_archive.unarchive(m_known).alarms, ours,
                                    m_archive.unarchive(stored).alarms, haveSameValues));
@@ -77,28 +79,32 @@ void ActiveAlarms::restoreActiveAlarms(AlarmDelegate& delegate, const std::optio
     m_hadStored = stored.has_value();
     m_known = m_defaults.value(key).toByteArray();
     // Clocks cannot tell which is newer: they may have been set between.
-    m_areResumed = left && (!m_hadStored || left->mark.isEmpty() || left->mark == mark());
+    const bool isBeyond = left && !left->isStored && m_hadStored &&
+                          (left->marks.isEmpty() || left->marks.contains(marks().value(0)));
+    m_areResumed = left && (!m_hadStored || isBeyond);
     if (!m_areResumed)
         return m_restored.restore(stored.value_or(std::vector<AlarmPtr>()), delegate);
     Left all = *left;
     if (!m_hadStored)
-        goBeyond(left->mark);
-    else if (left->mark.isEmpty())
+        goBeyond(left->marks);
+    else if (left->marks.isEmpty())
         addStored(all, *stored, instantNow(m_runLoop));
-    m_restored.resume(all.running, all.undated, delegate);
+    if (left->isStored)
+        m_restored.restore(alarmsOf(all), delegate);
+    else
+        m_restored.resume(all.running, all.undated, delegate);
 }
 
-// What the list of this mark holds was there when the rest was left, or had been deleted by then.
-void ActiveAlarms::goBeyond(const QString& mark) {
-    m_beyond = mark;
-    if (!mark.isEmpty())
-        m_defaults.setJoin(key,
-                           [mark, join = joinOfAlarms(m_archive, haveSameValues)](
-                               const QVariant& base, const QVariant& ours, const QVariant& theirs) {
-                               return ours.isValid() && markOf(theirs.toByteArray()) == mark
-                                          ? ours
-                                          : join(base, ours, theirs);
-                           });
+// What a list of these marks holds was there when the rest was left, or had been deleted by then.
+void ActiveAlarms::goBeyond(const QStringList& marks) {
+    m_beyond = marks;
+    m_defaults.setJoin(key,
+                       [marks, join = joinOfAlarms(m_archive, haveSameValues)](
+                           const QVariant& base, const QVariant& ours, const QVariant& theirs) {
+                           return ours.isValid() && marks.contains(markOf(theirs.toByteArray()))
+                                      ? ours
+                                      : join(base, ours, theirs);
+                       });
 }
 
 void ActiveAlarms::replaceSounds(const QHash<QString, QString>& moved) {

@@ -4,6 +4,8 @@
 #include "core/ArchivedList.h"
 #include "core/RestoredAlarms.h"
 
+#include <QStringList>
+
 #include <optional>
 
 namespace dorvane {
@@ -21,26 +23,28 @@ public:
     // What was stored elsewhere since the start, or could not be read by then, is kept in the list.
     void storeActiveAlarms();
 
-    // What ran when the program ended without storing it.
+    // What ran when the program ended.
     struct Left {
         std::vector<RunningAlarm> running;  // as the clock listed them
-        QString mark;                       // of the list that was stored by then
+        QStringList marks;                  // of lists that were stored by then, or may have been
         std::vector<AlarmPtr> undated = {}; // of which nobody can read when they are due
+        bool isStored = false;              // the newest of those lists holds the same
     };
 
-    // Puts the alarms of the run before back and makes `delegate` theirs: what it left, as it was,
-    // unless a list was stored since, which is then the newer one; else the stored list, see
-    // RestoredAlarms. What was left while no list was in reach comes back beside the stored one.
-    // What is stored stays. Once.
+    // Puts the alarms of the run before back and makes `delegate` theirs: what it left without
+    // storing it, as it was, unless a list was stored since, which is then the newer one; else the
+    // stored list, see RestoredAlarms, and where that is out of reach what was left stands for it.
+    // What was left while no list was in reach comes back beside the stored one. What is stored
+    // stays. Once.
     void restoreActiveAlarms(AlarmDelegate& delegate, const std::optional<Left>& left = {});
 
     // Sounds have other paths now. The stored list stays, as its mark does.
     void replaceSounds(const QHash<QString, QString>& moved);
 
-    // False when nothing was ever stored, or it is lost.
+    // False when nothing was ever stored, or it is lost or out of reach.
     [[nodiscard]] bool hadStored() const { return m_hadStored; }
     // What tells the stored list from any other, also while it is out of reach; empty for none.
-    [[nodiscard]] QString mark() const;
+    [[nodiscard]] QStringList marks() const;
     // What became of the alarms.
     [[nodiscard]] RestoredAlarms& restored() { return m_restored; }
     [[nodiscard]] bool areResumed() const { return m_areResumed; }
@@ -48,15 +52,15 @@ public:
 private:
     // Read at the start, and written at the end: nothing of it is worth remembering between.
     [[nodiscard]] ArchivedList list() const;
-    void goBeyond(const QString& mark);
+    void goBeyond(const QStringList& marks);
 
     UserDefaults& m_defaults;
     const AlarmArchive& m_archive;
     const RunLoop& m_runLoop;
     Clock& m_clock;
     RestoredAlarms m_restored;
-    QString m_beyond;   // the mark of a list out of reach that what was left goes beyond
-    QByteArray m_known; // the list as it was last read or written here, without what others added
+    QStringList m_beyond; // of lists out of reach that what was left goes beyond
+    QByteArray m_known;   // the list as it was last read or written here, without what others added
     bool m_hadStored = false;
     bool m_areResumed = false;
 };

@@ -11,9 +11,10 @@ struct RunningAlarm {
     Instant due; // snoozes included, of which an archived alarm knows nothing
 };
 
-// Snoozes the alarm as it was when it was due then.
+// Snoozes the alarm as it was when it was due then: earlier than by itself, where the clock had
+// been set back.
 inline void snoozeUntil(Alarm& alarm, Instant due) {
-    if (const auto now = alarm.due(due); now && *now < due)
+    if (const auto now = alarm.due(due); now && !alarm.countsFromNow())
         alarm.setSnoozedMinutes(
             quint64(std::chrono::floor<std::chrono::minutes>(due - *now).count()));
 }

@@ -38,6 +38,18 @@ bool isSameAlarm(const Alarm& one, const Alarm& other) {
            isAtTheSameTime(one, other);
 }
 
+std::vector<RunningAlarm> missingFrom(const std::vector<AlarmPtr>& now,
+                                      std::vector<RunningAlarm> then) {
+    for (const AlarmPtr& alarm : now) {
+        const auto same = std::find_if(then.begin(), then.end(), [&](const RunningAlarm& running) {
+            return isSameAlarm(*running.alarm, *alarm);
+        });
+        if (same != then.end())
+            then.erase(same);
+    }
+    return then;
+}
+
 AlarmPtr runningAs(const Alarm& stored, const std::vector<AlarmPtr>& running) {
     const auto found = std::find_if(running.begin(), running.end(), [&](const AlarmPtr& alarm) {
         return !alarm->isDefaultAlarm() && isSameAlarm(*alarm, stored);

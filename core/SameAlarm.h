@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/Alarm.h"
+#include "core/RunningAlarm.h"
 
 #include <vector>
 
@@ -11,6 +11,10 @@ namespace dorvane {
 // other run, or each be of another run of the program: title, kind and times agree, but for what
 // moves on by itself.
 [[nodiscard]] bool isSameAlarm(const Alarm& one, const Alarm& other);
+
+// What is in `then` and not in `now`; each alarm of `now` stands for one of `then`.
+[[nodiscard]] std::vector<RunningAlarm> missingFrom(const std::vector<AlarmPtr>& now,
+                                                    std::vector<RunningAlarm> then);
 
 // The running alarm that was started from this one of the library; null when there is none. Quick
 // alarms are not counted: there may be several of the same minutes.

@@ -20,6 +20,7 @@ namespace {
 using What = JournalEvent::What;
 
 constexpr RunLoop::Milliseconds pause = 1s;
+constexpr RunLoop::Milliseconds retry = 30s; // where a disk is full, mostly
 
 void addRunning(JournalContents& contents, const std::vector<AlarmPtr>& alarms, Instant now) {
     for (const AlarmPtr& alarm : alarms)
@@ -78,7 +79,7 @@ std::optional<ActiveAlarms::Left> Journal::read() {
 void Journal::open(const Restored& restored) {
     m_isOpen = true;
     m_announced = restored.announced;
-    m_contents.storedMark = restored.storedMark;
+    m_contents.storedMarks = restored.storedMarks;
     // After a crash the stored list is that of an earlier run: what was dropped may have rung.
     if (restored.areResumed || (m_before.isOrderly && restored.hadStored)) {
         miss(restored.decisions.dropped, MissedAlarm::Reason::Passed);
@@ -183,12 +184,15 @@ void Journal::save(const StateFile::Written& written) {
         m_toSave.push_back(written);
 }
 
-void Journal::close(const std::optional<QString>& storedMark, Ends ends) {
+void Journal::close(const QStringList& marks, bool isStored, Ends ends) {
     if (!m_isOpen)
         return;
-    if (storedMark)
-        m_contents.storedMark = *storedMark;
-    write(storedMark && ends == Ends::Now);
+    // A list that cannot be stored now may be stored later, or never.
+    if (isStored)
+        m_contents.storedMarks.clear();
+    m_contents.storedMarks += marks;
+    m_contents.storedMarks.removeDuplicates();
+    write(isStored && ends == Ends::Now);
     m_surroundings.file.flush();
 }
 
@@ -211,12 +215,14 @@ void Journal::forgetOld() {
         keepTheLast(events);
 }
 
-void Journal::changed() {
-    if (!m_isOpen || m_writeTimer)
+// What waits to be tried again does not wait where there is more to write.
+void Journal::changed(RunLoop::Milliseconds notBefore) {
+    if (!m_isOpen || (m_writeTimer && (!m_isRetrying || notBefore > 0ms)))
         return;
+    m_isRetrying = notBefore > 0ms;
     m_writeTimer = m_surroundings.runLoop.scheduleOnce(
-        m_nextWrite - m_surroundings.runLoop.uptime(), [this] { write(false); },
-        RunLoopMode::Common);
+        std::max(m_nextWrite - m_surroundings.runLoop.uptime(), notBefore),
+        [this] { write(false); }, RunLoopMode::Common);
 }
 
 void Journal::write(bool isOrderly, const StateFile::Written& written) {
@@ -235,7 +241,12 @@ void Journal::write(bool isOrderly, const StateFile::Written& written) {
         [format = m_format, contents = asTheyAre(std::move(contents))] {
             return format.encode(contents);
         },
-        written);
+        [weak = m_lifeline.weak(), written](const std::optional<QString>& problem) {
+            if (Journal* const self = weak.get(); self && problem)
+                self->changed(retry);
+            if (written)
+                written(problem);
+        });
 }
 
 } // namespace dorvane

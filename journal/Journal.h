@@ -6,6 +6,7 @@
 #include "journal/AnnouncementPlan.h"
 #include "journal/JournalContents.h"
 #include "journal/JournalFormat.h"
+#include "platform/Lifeline.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
 #include "platform/StateFile.h"
@@ -34,9 +35,8 @@ public:
     // writes nothing before open().
     explicit Journal(Surroundings surroundings);
 
-    // Reads what earlier runs left, once. Waits for the disk. What ran at the end of the last one
-    // is answered where that end was none in order. A journal of which something cannot be read is
-    // put aside, and answers nothing.
+    // Reads what earlier runs left, once, and answers what ran at the end of the last one. Waits
+    // for the disk. A journal of which something cannot be read is put aside, and answers nothing.
     [[nodiscard]] std::optional<ActiveAlarms::Left> read();
 
     // What became of the alarms at this start.
@@ -44,7 +44,7 @@ public:
         bool areResumed = false; // false: they are those of the stored list,
         bool hadStored = true;   // if there was one that could be read
         RestoredAlarms::Decisions decisions = {};
-        QString storedMark = {};
+        QStringList storedMarks = {};
         std::vector<ToldAlarm> announced = {}; // since the last run
     };
 
@@ -73,10 +73,10 @@ public:
     void save(const StateFile::Written& written);
 
     enum class Ends { Now, Perhaps }; // perhaps: the session may be kept after all
-    // When the program ends, with the mark of the list that is stored by now; with none where it
-    // could not be stored. That, an end that is none and whatever happens after it leave the
-    // journal the newer one. Waits for the disk.
-    void close(const std::optional<QString>& storedMark, Ends ends = Ends::Now);
+    // When the program ends, with the marks of the list that is stored by now, or that could not be
+    // stored yet. That, an end that is none and whatever happens after it leave the journal the
+    // newer one. Waits for the disk.
+    void close(const QStringList& marks, bool isStored, Ends ends);
 
     // How long what was missed is kept: all of it, within reason, but that what goes unanswered day
     // and night displaces itself. Of what rang only the last is kept.
@@ -94,7 +94,7 @@ private:
     [[nodiscard]] bool hasRung(const RunningAlarm& running) const;
     [[nodiscard]] bool wasAnnounced(const RunningAlarm& running) const;
     void forgetOld();
-    void changed();
+    void changed(RunLoop::Milliseconds notBefore = {});
     void write(bool isOrderly, const StateFile::Written& written = {});
 
     Surroundings m_surroundings;
@@ -108,8 +108,10 @@ private:
     bool m_mayWrite = true;                   // false: what is there could not be put aside
     RunLoop::Milliseconds m_nextWrite{0};     // not before
     RunLoopTimer m_writeTimer;
+    bool m_isRetrying = false; // by that timer
     std::function<void()> m_missedChanged;
     NotificationCenter::Observation m_alarmsDidChange;
+    Lifeline<Journal> m_lifeline{*this};
 };
 
 } // namespace dorvane

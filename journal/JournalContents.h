@@ -3,7 +3,7 @@
 
 #include "journal/MissedAlarm.h"
 
-#include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -27,7 +27,7 @@ struct JournalEvent {
 // What the journal holds.
 struct JournalContents {
     bool isOrderly = true;             // the run that wrote it has quit in order
-    QString storedMark;                // of the list that the preferences held, see ActiveAlarms
+    QStringList storedMarks;           // of lists that the preferences may hold, see ActiveAlarms
     std::vector<RunningAlarm> running; // as the clock lists them
     std::vector<AlarmPtr> undated;     // they run, and nobody can read when they are due
     std::vector<MissedAlarm> missed;   // offered to the user, who has not answered yet

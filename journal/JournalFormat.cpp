@@ -85,7 +85,7 @@ QByteArray JournalFormat::encode(const JournalContents& contents) const {
     using Reason = MissedAlarm::Reason;
     const QVariantMap root{
         {isOrderlyKey, contents.isOrderly},
-        {storedMarkKey, contents.storedMark},
+        {storedMarkKey, contents.storedMarks.join(QLatin1Char(' '))},
         {runningKey, encoded(contents.running, m_archive)},
         {undatedKey, m_archive.archivedData(contents.undated)},
         {lostKey, encoded(withReason(contents.missed, Reason::Lost), m_archive)},
@@ -107,9 +107,10 @@ bool JournalFormat::decodeRunning(const QVariantMap& list,
 }
 
 std::optional<ActiveAlarms::Left> JournalFormat::Decoded::left() const {
-    if (contents.isOrderly || !isComplete)
+    if (!isComplete)
         return std::nullopt;
-    return ActiveAlarms::Left{contents.running, contents.storedMark, contents.undated};
+    return ActiveAlarms::Left{contents.running, contents.storedMarks, contents.undated,
+                              contents.isOrderly};
 }
 
 JournalFormat::Decoded JournalFormat::decode(const QByteArray& data) const {
@@ -119,7 +120,8 @@ JournalFormat::Decoded JournalFormat::decode(const QByteArray& data) const {
     JournalContents& contents = decoded.contents;
     const QVariantMap root = m_format.parse(data).value_or(QVariant()).toMap();
     contents.isOrderly = root.value(isOrderlyKey, true).toBool();
-    contents.storedMark = root.value(storedMarkKey).toString();
+    contents.storedMarks =
+        root.value(storedMarkKey).toString().split(QLatin1Char(' '), Qt::SkipEmptyParts);
     decoded.isComplete = decodeRunning(root.value(runningKey).toMap(), contents.running);
     // Journals of earlier versions have none.
     if (const QByteArray undated = root.value(undatedKey).toByteArray(); !undated.isEmpty())

@@ -24,7 +24,7 @@ public:
         // False when something in the data could not be read; the rest is in the contents.
         bool isComplete = true;
 
-        // What ran at the end of a run that did not end in order.
+        // What ran at the end of the run that wrote it; nothing where not all of it can be read.
         [[nodiscard]] std::optional<ActiveAlarms::Left> left() const;
     };
     // No data at all is an empty journal. Never fails.

@@ -4,8 +4,6 @@
 #include "core/LocalTime.h"
 #include "core/Rearm.h"
 
-#include <algorithm>
-
 namespace dorvane {
 
 namespace {
@@ -34,18 +32,6 @@ std::optional<QDateTime> nextDue(const Alarm& alarm, const QDateTime& now) {
 }
 
 } // namespace
-
-std::vector<RunningAlarm> missingFrom(const std::vector<AlarmPtr>& now,
-                                      std::vector<RunningAlarm> then) {
-    for (const AlarmPtr& alarm : now) {
-        const auto same = std::find_if(then.begin(), then.end(), [&](const RunningAlarm& running) {
-            return isSameAlarm(*running.alarm, *alarm);
-        });
-        if (same != then.end())
-            then.erase(same);
-    }
-    return then;
-}
 
 std::optional<QDateTime> dueAgain(const MissedAlarm& missed, const QDateTime& now) {
     const QDateTime due = localDateTimeOf(missed.due);

@@ -22,10 +22,6 @@ struct MissedAlarm {
     Reason reason = Reason::Lost;
 };
 
-// What is in `then` and not in `now`; each alarm of `now` stands for one of `then`.
-[[nodiscard]] std::vector<RunningAlarm> missingFrom(const std::vector<AlarmPtr>& now,
-                                                    std::vector<RunningAlarm> then);
-
 // When the alarm would ring if it were started at `now`. One that is still ahead keeps its time, a
 // timer that has run out counts anew, one that repeats goes on to its next day; nothing for one
 // that has had its day.

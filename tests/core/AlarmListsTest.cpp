@@ -57,27 +57,32 @@ TEST_F(AlarmListsTest, theNewerOfTheStoredListAndWhatAnEndWithoutAWordLeftComesB
         Run run(at("2026-11-23 06:00"));
         run.start({.title = title, .minutes = 30});
         run.active.storeActiveAlarms();
-        return std::pair(run.defaults.written(), run.active.mark());
+        return std::pair(run.defaults.written(), run.active.marks());
     };
     const auto [list, mark] = stored("list");
     const auto [other, otherMark] = stored("another list");
     const struct {
         QVariantMap now;
-        QString then;
+        QStringList then;
         const char* running;
+        bool isStored = false; // what was left was stored with it
     } rows[] = {
         {list, mark, "left 11-23 06:25+01\n"},
         {list, otherMark, "list 11-23 06:40+01\n"},               // written by whoever did it since
         {list, {}, "left 11-23 06:25+01\nlist 11-23 06:30+01\n"}, // neither knew the other
         {{}, {}, "left 11-23 06:25+01\n"},                        // nothing was ever stored
         {{}, mark, "left 11-23 06:25+01\n"},
+        {list, otherMark + mark, "left 11-23 06:25+01\n"}, // stored after all
+        {list, mark, "list 11-23 06:40+01\n", true},       // timers count anew
+        {{}, mark, "left 11-23 06:30+01\n", true},         // of a folder that comes late
     };
-    for (const auto& [now, then, running] : rows) {
+    for (const auto& [now, then, running, isStored] : rows) {
         const AlarmPtr left =
             AlarmOf{.title = "left", .minutes = 20, .runTime = "11-23 06:00"}.alarm();
         Run run(at("2026-11-23 06:10"), now);
         run.active.restoreActiveAlarms(
-            run.delegate, ActiveAlarms::Left{{{left, instantOf(at("11-23 06:25"))}}, then});
+            run.delegate,
+            ActiveAlarms::Left{{{left, instantOf(at("11-23 06:25"))}}, then, {}, isStored});
         EXPECT_EQ(run.running(), running);
     }
 }
@@ -102,8 +107,8 @@ TEST_F(AlarmListsTest, aListThatCameIntoReachAfterTheStartIsKept) {
     const AlarmPtr left = AlarmOf{.title = "left", .minutes = 45, .runTime = "11-23 06:00"}.alarm();
     resumed.active.restoreActiveAlarms(
         resumed.delegate,
-        ActiveAlarms::Left{{{left, instantOf(at("11-23 06:45"))}}, earlier.active.mark()});
-    EXPECT_EQ(resumed.active.mark(), earlier.active.mark()) << "for the end after this one";
+        ActiveAlarms::Left{{{left, instantOf(at("11-23 06:45"))}}, earlier.active.marks()});
+    EXPECT_EQ(resumed.active.marks(), earlier.active.marks()) << "for the end after this one";
     for (const auto& [key, value] : earlier.defaults.written().asKeyValueRange())
         resumed.defaults.setValue(key, value);
     resumed.active.storeActiveAlarms();
