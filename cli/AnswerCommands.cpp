@@ -3,6 +3,7 @@
 #include "cli/RemoteCommands.h"
 #include "core/AlarmKeys.h"
 #include "core/Isolated.h"
+#include "core/WrittenInterval.h"
 
 #include <QCommandLineParser>
 
@@ -72,46 +73,69 @@ ExitStatus tellNone(const Which& which) {
                           : QStringLiteral("no alarm runs as \"%1\"").arg(isolated(which.name))});
 }
 
+// What is asked of the program for an alarm, and what is said of it then.
+struct Deed {
+    QString method;
+    QString done;
+    QVariantList arguments = {}; // beside the alarm
+};
+
 // Does it to each of the alarms; the first that is refused ends it.
-ExitStatus onEach(const CommandServices& services, const QVariantList& alarms,
-                  const QString& method, const QString& done) {
+ExitStatus onEach(const CommandServices& services, const QVariantList& alarms, const Deed& deed) {
     for (const QVariant& entry : alarms) {
         const QVariantMap alarm = entry.toMap();
-        const auto answer = services.program().call(method, {alarm.value(key::identity)});
+        const auto answer = services.program().call(
+            deed.method, QVariantList{alarm.value(key::identity)} + deed.arguments);
         if (const auto* const fault = std::get_if<Fault>(&answer))
             return tellFault(*fault);
-        writeLine(isolated(alarm.value(key::title).toString()) + u' ' + done);
+        writeLine(isolated(alarm.value(key::title).toString()) + u' ' + deed.done);
     }
     return ExitStatus::Done;
 }
 
-ExitStatus answer(const CommandServices& services, const QStringList& arguments,
-                  const QString& description, const QString& method, const QString& done) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(description);
-    const auto which = readWhich(parser, arguments);
+ExitStatus answer(const CommandServices& services, const std::variant<Which, ExitStatus>& which,
+                  const Deed& deed) {
     if (const auto* const status = std::get_if<ExitStatus>(&which))
         return *status;
     const auto found = find(services.program(), std::get<Which>(which));
     if (const auto* const status = std::get_if<ExitStatus>(&found))
         return *status;
     const QVariantList& alarms = std::get<QVariantList>(found);
-    return alarms.isEmpty() ? tellNone(std::get<Which>(which))
-                            : onEach(services, alarms, method, done);
+    return alarms.isEmpty() ? tellNone(std::get<Which>(which)) : onEach(services, alarms, deed);
 }
 
 } // namespace
 
 ExitStatus runSnooze(const CommandServices& services, const QStringList& arguments) {
-    return answer(services, arguments, QStringLiteral("Puts an alarm that rings off."),
-                  QStringLiteral("Snooze"), QStringLiteral("is snoozed"));
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Puts an alarm that rings off."));
+    const QCommandLineOption length(QStringLiteral("for"),
+                                    QStringLiteral("For so long this once: 15, 1h or 1h30."),
+                                    QStringLiteral("TIME"));
+    parser.addOption(length);
+    const auto which = readWhich(parser, arguments);
+    Deed deed{QStringLiteral("Snooze"), QStringLiteral("is snoozed")};
+    if (parser.isSet(length)) {
+        const auto interval = intervalRead(parser.value(length));
+        if (!interval || interval->length % std::chrono::minutes(1) != std::chrono::seconds(0)) {
+            writeFault(
+                QStringLiteral("--for takes whole minutes such as 15, 1h or 1h30, not \"%1\"")
+                    .arg(parser.value(length)));
+            return ExitStatus::Usage;
+        }
+        deed.method = QStringLiteral("SnoozeFor");
+        deed.arguments << quint32(interval->length / std::chrono::minutes(1));
+    }
+    return answer(services, which, deed);
 }
 
 ExitStatus runClear(const CommandServices& services, const QStringList& arguments) {
-    return answer(services, arguments,
-                  QStringLiteral("Answers an alarm that rings, so that it comes again only if it "
-                                 "repeats; ends one that does not ring."),
-                  QStringLiteral("Clear"), QStringLiteral("is cleared"));
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Answers an alarm that rings, so that it comes again only if it repeats; "
+                       "ends one that does not ring."));
+    return answer(services, readWhich(parser, arguments),
+                  {QStringLiteral("Clear"), QStringLiteral("is cleared")});
 }
 
 ExitStatus runStart(const CommandServices& services, const QStringList& arguments) {
@@ -147,7 +171,8 @@ ExitStatus runDelete(const CommandServices& services, const QStringList& argumen
             return *status;
         const QVariantList& alarms = std::get<QVariantList>(found);
         if (!alarms.isEmpty())
-            return onEach(services, alarms, QStringLiteral("Delete"), QStringLiteral("is deleted"));
+            return onEach(services, alarms,
+                          {QStringLiteral("Delete"), QStringLiteral("is deleted")});
     }
     if (which.isRinging)
         return tellNone(which);

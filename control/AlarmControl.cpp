@@ -20,6 +20,8 @@ namespace {
 // More than anybody sets, and few enough for every look at them to be short.
 constexpr std::size_t mostAlarms = 10'000;
 
+constexpr quint32 longestSnooze = 24 * 60; // minutes
+
 // A sound may lie on a disk that does not answer, and callers wait for ten seconds.
 constexpr auto patience = 8s;
 constexpr std::size_t mostMakings = 200; // that wait for a sound or a voice, answered or not
@@ -302,12 +304,15 @@ Outcome AlarmControl::onRunning(const QString& identity,
     return action(AlarmPtr(*found)); // it may leave the list
 }
 
-Outcome AlarmControl::snooze(const QString& identity) {
-    return onRunning(identity, [this](const AlarmPtr& alarm) -> Outcome {
+Outcome AlarmControl::snooze(const QString& identity, std::optional<quint32> minutes) {
+    if (minutes && (*minutes < 1 || *minutes > longestSnooze))
+        return refusal("InvalidValue",
+                       QStringLiteral("it can be snoozed for 1 to %1 minutes").arg(longestSnooze));
+    return onRunning(identity, [this, minutes](const AlarmPtr& alarm) -> Outcome {
         if (!alarm->isTriggered())
             return refusal("NotRinging",
                            QStringLiteral("\"%1\" does not ring").arg(alarm->title()));
-        m_surroundings.snooze(alarm);
+        m_surroundings.snooze(alarm, minutes ? qint64(*minutes) : alarm->snoozeTime());
         return std::nullopt;
     });
 }

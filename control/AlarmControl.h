@@ -35,7 +35,7 @@ public:
         Command schedule;
         // Starts one of the library: the alarm that runs then, or null when its moment has passed.
         std::function<AlarmPtr(const Alarm& stored)> start;
-        Command snooze;
+        std::function<void(const AlarmPtr& alarm, qint64 minutes)> snooze;
         Command clear;
         Command end;
         Command remove;
@@ -66,7 +66,7 @@ public:
     [[nodiscard]] AlarmListing runningAlarms() override;
     [[nodiscard]] AlarmListing storedAlarms() override;
     [[nodiscard]] AlarmListing nextAlarms(std::size_t most) override;
-    [[nodiscard]] Outcome snooze(const QString& identity) override;
+    [[nodiscard]] Outcome snooze(const QString& identity, std::optional<quint32> minutes) override;
     [[nodiscard]] Outcome clear(const QString& identity) override;
     [[nodiscard]] Outcome remove(const QString& identity) override;
     [[nodiscard]] Outcome removeStored(const QString& title) override;

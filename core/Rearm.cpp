@@ -163,10 +163,10 @@ RearmDecision rearmAtStart(const Alarm& alarm, const QDateTime& now, const QStri
     return {Outcome::NextWeekday, firstDay(alarm, now, todaysName), alarm.weekdays(), {}};
 }
 
-qint64 snoozeMinutes(const Alarm& alarm, Instant now) {
+qint64 snoozeMinutes(const Alarm& alarm, qint64 wantedMinutes, Instant now) {
     using namespace std::chrono;
     constexpr qint64 most = 200LL * 366 * 24 * 60;
-    const minutes wanted(std::clamp<qint64>(alarm.snoozeTime(), 1, most));
+    const minutes wanted(std::clamp<qint64>(wantedMinutes, 1, most));
     const Instant due = alarm.due(now).value_or(now);
     // An alarm reports up to a second before it is due; one that is due later by now began to ring
     // before the clock was set back.

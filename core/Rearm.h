@@ -51,10 +51,10 @@ struct RearmDecision {
 [[nodiscard]] RearmDecision rearmAtStart(const Alarm& alarm, const QDateTime& now,
                                          const QString& todaysName);
 
-// The minutes by which Snooze puts off an alarm that rings: its own snooze time, at least one; or
+// The minutes by which Snooze puts off an alarm that rings: those that are wanted, at least one; or
 // as many as take it that far from `now` when its due time would have passed already. Fewer than
 // none where the clock was set back since it began to ring.
-[[nodiscard]] qint64 snoozeMinutes(const Alarm& alarm, Instant now);
+[[nodiscard]] qint64 snoozeMinutes(const Alarm& alarm, qint64 wanted, Instant now);
 
 // Changes the alarm's dates and days as decided; Remove and Unchanged change nothing.
 void applyRearm(const RearmDecision& decision, Alarm& alarm);

@@ -10,14 +10,19 @@
 #include "ui_SnoozeWindowController.h"
 
 #include <QAccessible>
+#include <QMenu>
 #include <QShortcut>
 #include <QWidget>
 
 #include <algorithm>
+#include <array>
 
 namespace dorvane {
 
 namespace {
+
+// What may be chosen for one snooze, in minutes.
+constexpr std::array<qint64, 6> onceSnoozed{1, 5, 10, 15, 30, 60};
 
 // The panel itself: closing it by the window manager is an answer too.
 class SnoozePanel final : public QWidget {
@@ -111,8 +116,9 @@ SnoozeWindowController::SnoozeWindowController(SnoozeWindowStack& stack, RunLoop
                      [this] { clearButtonPressed(); });
     QObject::connect(m_form->clearAllButton, &QPushButton::clicked, m_window.get(),
                      [this] { clearAllButtonPressed(); });
-    for (QPushButton* const button :
-         {m_form->snoozeButton, m_form->clearButton, m_form->clearAllButton}) {
+    offerSnoozeLengths();
+    for (QPushButton* const button : {m_form->snoozeButton, m_form->snoozeForButton,
+                                      m_form->clearButton, m_form->clearAllButton}) {
         new DefaultWhileFocused(*button);
         button->installEventFilter(m_typingGuard);
     }
@@ -128,10 +134,19 @@ void SnoozeWindowController::setAlarm(const AlarmPtr& alarm) {
     showTitle(alarm->title(), *m_form->titleLabel);
     m_window->setAccessibleName(alarm->title());
     m_windowAlarm = alarm;
+    m_snoozeLength = alarm->snoozeTime();
     // A record without a snooze time must not vanish before it was seen.
     const minutes unanswered(std::clamp<qint64>(alarm->snoozeTime(), 1, 24 * 60));
     m_nextAlarmTimer = m_runLoop.scheduleOnce(
         unanswered, [this] { setNextAlarm(); }, RunLoopMode::Common);
+}
+
+void SnoozeWindowController::offerSnoozeLengths() {
+    auto* const menu = new QMenu(m_form->snoozeForButton);
+    for (const qint64 minutes : onceSnoozed)
+        menu->addAction(QStringLiteral("&%1 min").arg(minutes), menu,
+                        [this, minutes] { snoozeForButtonChose(minutes); });
+    m_form->snoozeForButton->setMenu(menu);
 }
 
 // Its answer may end the notification: it is carried out in a turn of its own.
@@ -219,6 +234,11 @@ void SnoozeWindowController::snoozeButtonPressed() {
     answer(&SnoozeWindowControllerDelegate::snoozeWindowDidSnooze);
 }
 
+void SnoozeWindowController::snoozeForButtonChose(qint64 minutes) {
+    m_snoozeLength = minutes;
+    snoozeButtonPressed();
+}
+
 void SnoozeWindowController::clearButtonPressed() {
     answer(&SnoozeWindowControllerDelegate::snoozeWindowDidClear);
 }
@@ -240,6 +260,7 @@ void SnoozeWindowController::close() {
     m_stack.remove(*this, m_isAnswered ? SnoozeWindowStack::Left::Answered
                                        : SnoozeWindowStack::Left::Otherwise);
     m_notice.reset();
+    m_form->snoozeForButton->menu()->hide(); // which is a window of its own
     m_window->hide();
     // The alarm and its window hold each other: the alarm lets go here.
     if (m_windowAlarm->context().get() == this)

@@ -37,7 +37,11 @@ public:
 
     [[nodiscard]] const AlarmPtr& windowAlarm() const { return m_windowAlarm; }
 
+    // For how many minutes the alarm was snoozed: its own, or those chosen for this once.
+    [[nodiscard]] qint64 snoozeLength() const { return m_snoozeLength; }
+
     void snoozeButtonPressed();
+    void snoozeForButtonChose(qint64 minutes);
     void clearButtonPressed();
     void clearAllButtonPressed();
 
@@ -66,6 +70,7 @@ private:
 
     void setAlarm(const AlarmPtr& alarm);
     void setNextAlarm();
+    void offerSnoozeLengths();
     void showNotice();
     void answer(void (SnoozeWindowControllerDelegate::*choice)(SnoozeWindowController&));
 
@@ -73,6 +78,7 @@ private:
     RunLoop& m_runLoop;
     SnoozeWindowControllerDelegate& m_delegate;
     AlarmPtr m_windowAlarm;
+    qint64 m_snoozeLength = 0;
     RunLoopTimer m_nextAlarmTimer;
     std::unique_ptr<Ui::SnoozeWindowController> m_form;
     std::unique_ptr<QWidget> m_window;

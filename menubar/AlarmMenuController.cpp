@@ -324,7 +324,7 @@ void AlarmMenuController::alarmTriggered(const AlarmPtr& alarm) {
 }
 
 void AlarmMenuController::snoozeWindowDidSnooze(SnoozeWindowController& window) {
-    snoozeAlarm(window.windowAlarm());
+    snoozeAlarm(window.windowAlarm(), window.snoozeLength());
     window.close(); // whose alarm may have another one by now
 }
 
@@ -348,10 +348,11 @@ void AlarmMenuController::snoozeWindowWasNotAnswered(SnoozeWindowController& win
     window.close();
 }
 
-void AlarmMenuController::snoozeAlarm(const AlarmPtr& alarm) {
+void AlarmMenuController::snoozeAlarm(const AlarmPtr& alarm, qint64 minutes) {
     silence(alarm, RingEvent::Snoozed);
+    const Instant now = instantNow(m_surroundings.runLoop);
     alarm->setSnoozedMinutes(alarm->snoozedMinutes() +
-                             quint64(snoozeMinutes(*alarm, instantNow(m_surroundings.runLoop))));
+                             quint64(snoozeMinutes(*alarm, minutes, now)));
     m_surroundings.clock.alarmDidChange();
     closeWindow(alarm);
 }

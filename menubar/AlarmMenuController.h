@@ -108,7 +108,7 @@ public:
     // Puts a running alarm into the library, once.
     void saveFromMenu(const AlarmPtr& alarm);
     // Answers an alarm that rings, as the buttons of its window do.
-    void snoozeAlarm(const AlarmPtr& alarm);
+    void snoozeAlarm(const AlarmPtr& alarm, qint64 minutes);
     void clearAlarm(const AlarmPtr& alarm);
     // Clears every alarm that rings.
     void clearAll();

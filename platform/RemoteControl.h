@@ -79,7 +79,9 @@ public:
     // Running alarms, soonest first and so those that ring before all others.
     [[nodiscard]] virtual AlarmListing nextAlarms(std::size_t most) = 0;
 
-    [[nodiscard]] virtual Outcome snooze(const QString& identity) = 0;
+    // For the alarm's own minutes, or for others this once.
+    [[nodiscard]] virtual Outcome snooze(const QString& identity,
+                                         std::optional<quint32> minutes) = 0;
     // Answers an alarm that rings; ends any other.
     [[nodiscard]] virtual Outcome clear(const QString& identity) = 0;
     // Ends an alarm for good, whether it rings or repeats.

@@ -56,6 +56,7 @@ _dorvane() {
         ;;
       --date) words="today tomorrow mon tue wed thu fri sat sun" ;;
       --snooze) words="1 2 3 5 7 9 10 15 20 30 45 60" ;;
+      --for) words="1 5 10 15 30 60" ;;
       --in | --at | --voice) return ;;
       *)
         case ${COMP_WORDS[1]} in
@@ -66,6 +67,7 @@ _dorvane() {
           start) _dorvane_titles --stored ;;
           snooze | clear)
             words="--ringing"
+            [[ ${COMP_WORDS[1]} == snooze ]] && words+=" --for"
             _dorvane_titles
             ;;
           delete)

@@ -57,6 +57,7 @@ complete -c dorvane -n '__dorvane_in list delete' -l stored -d 'The stored alarm
 complete -c dorvane -n '__dorvane_in list status check' -l json -d 'For programs'
 complete -c dorvane -n '__dorvane_in check' -l quiet -d 'Without the test sound'
 complete -c dorvane -n '__dorvane_in status' -l follow -d 'A line at each change'
+complete -c dorvane -n '__dorvane_in snooze' -l for -x -a '1 5 10 15 30 60' -d 'Minutes this once'
 complete -c dorvane -n '__dorvane_in snooze clear delete' -l ringing -d 'Every alarm that rings'
 complete -c dorvane -n '__dorvane_in snooze clear delete' -a '(__dorvane_titles)'
 complete -c dorvane -n '__dorvane_in start delete' -a '(__dorvane_titles --stored)'

@@ -38,7 +38,10 @@ protected:
                 clock.insertAlarm(alarm);
                 return alarm;
             },
-            .snooze = noted("snooze "),
+            .snooze =
+                [this](const AlarmPtr& alarm, qint64 minutes) {
+                    trace.add(u"snooze %1 %2"_qs.arg(alarm->title()).arg(minutes));
+                },
             .clear = noted("clear "),
             .end = noted("end "),
             .remove = [this](const AlarmPtr& alarm) { clock.removeAlarm(alarm); },
@@ -270,14 +273,16 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
     answerTo({{u"title"_qs, u"T"_qs}, {u"minutes"_qs, 1}});
     const AlarmPtr alarm = clock.allAlarms().front();
     const QString id = alarm->identity();
-    EXPECT_EQ(control.snooze(id)->name, u"NotRinging"_qs);
+    EXPECT_EQ(control.snooze(id, {})->name, u"NotRinging"_qs);
     EXPECT_EQ(control.clear(u"none"_qs)->name, u"NoSuchAlarm"_qs);
     EXPECT_EQ(control.clear(id), std::nullopt);
     EXPECT_EQ(control.state().nextAlarm, id);
     alarm->setIsTriggered(true);
     loop.advance(100ms);
     EXPECT_EQ(control.state().ringing, QStringList{id});
-    EXPECT_EQ(control.snooze(id), std::nullopt);
+    EXPECT_EQ(control.snooze(id, {}), std::nullopt);
+    EXPECT_EQ(control.snooze(id, 1440), std::nullopt);
+    EXPECT_EQ(control.snooze(id, 1441)->name, u"InvalidValue"_qs);
     EXPECT_EQ(control.clear(id), std::nullopt);
     RemoteListener listener;
     listener.befell = [&](auto event, const auto&, const auto& title) {
@@ -288,8 +293,8 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
          {RingEvent::Rings, RingEvent::Snoozed, RingEvent::Cleared, RingEvent::Unanswered})
         control.befell(event, alarm);
     loop.runPending();
-    EXPECT_THAT(trace.events(), ElementsAre("0 end T", "100 snooze T", "100 clear T", "100 T0",
-                                            "100 T1", "100 T2", "100 T3"));
+    EXPECT_THAT(trace.events(), ElementsAre("0 end T", "100 snooze T 5", "100 snooze T 1440",
+                                            "100 clear T", "100 T0", "100 T1", "100 T2", "100 T3"));
     EXPECT_EQ(control.remove(id), std::nullopt);
     EXPECT_EQ(control.remove(id)->name, u"NoSuchAlarm"_qs);
     EXPECT_EQ(control.skipBreak()->name, u"NoBreaksRun"_qs);

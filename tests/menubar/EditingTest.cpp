@@ -35,7 +35,7 @@ protected:
         loop.advance(event == Event::BeginsToRing ? 59500ms : 90s);
         ASSERT_TRUE(alarm->isTriggered());
         if (event == Event::IsPutOff)
-            m_controller.snoozeAlarm(alarm);
+            m_controller.snoozeAlarm(alarm, alarm->snoozeTime());
         if (event == Event::IsAnswered)
             m_controller.clearAlarm(alarm);
     }

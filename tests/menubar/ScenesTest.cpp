@@ -68,10 +68,10 @@ const Scene scenes[] = {
              {.title = "D", .minutes = 9}},
      .steps = {{"wait 61s", "C+ B+ A+", "A B C!"},
                {"end D", "", "A B C!"},
-               {"snooze A", "A-", "B C!"},
+               {"snooze A 30", "A-", "B C!"},
                {"delete B", "B-", "C!"},
                {"clear C", "C-", ""}},
-     .kept = "A 11-23 08:06",
+     .kept = "A 11-23 08:31",
      .told = "A snoozed B cleared C cleared"},
     {.name = "WhatEndedUnheardBehindAnotherGoesOnAfterIt",
      .set = {{.title = "B", .minutes = 1}, {.title = "A", .minutes = 1, .fades = true}},
@@ -175,14 +175,14 @@ protected:
     // again": the program is. "set back 1h": the clock is.
     void perform(const QString& what) {
         const QString verb = what.section(u' ', 0, 0);
-        const QString object = what.section(u' ', 1);
+        const QString object = what.section(u' ', 1, 1);
         const AlarmPtr alarm = running(object);
         if (verb == u"wait")
             loop.advance(duration(object));
         else if (verb == u"sleep")
             loop.sleepMachine(duration(object));
         else if (what.startsWith(u"set back"))
-            loop.setWall(loop.now().addMSecs(-duration(object.section(u' ', 1)).count()));
+            loop.setWall(loop.now().addMSecs(-duration(what.section(u' ', 2)).count()));
         else if (verb == u"set")
             set(*openEditors().front());
         else if (what == u"clear all")
@@ -199,6 +199,8 @@ protected:
             m_controller.deleteAlarm(alarm);
         else if (verb == u"clear")
             windowOf(alarm).clearButtonPressed();
+        else if (what.endsWith(u" 30"))
+            chooseHalfAnHour(object);
         else if (verb == u"snooze")
             windowOf(alarm).snoozeButtonPressed();
         else if (verb == u"end")
@@ -213,6 +215,12 @@ protected:
             if (alarm->title() == title)
                 return alarm;
         return nullptr;
+    }
+
+    static void chooseHalfAnHour(const QString& title) {
+        for (const QWidget* window : windowsNamed("SnoozeWindowController"))
+            if (window->accessibleName() == title)
+                window->findChild<QMenu*>()->actions().at(4)->trigger();
     }
 
     static QMenu* menu() {

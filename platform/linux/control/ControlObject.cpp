@@ -83,7 +83,9 @@ const sd_bus_vtable ControlObject::interface[] = {
                             unprivileged),
     SD_BUS_METHOD_WITH_ARGS("ListNext", SD_BUS_ARGS("u", most), SD_BUS_RESULT("aa{sv}", alarms),
                             listNext, unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("Snooze", SD_BUS_ARGS("s", id), SD_BUS_NO_RESULT, onOne, unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("Snooze", SD_BUS_ARGS("s", id), SD_BUS_NO_RESULT, snooze, unprivileged),
+    SD_BUS_METHOD_WITH_ARGS("SnoozeFor", SD_BUS_ARGS("s", id, "u", minutes), SD_BUS_NO_RESULT,
+                            snooze, unprivileged),
     SD_BUS_METHOD_WITH_ARGS("Clear", SD_BUS_ARGS("s", id), SD_BUS_NO_RESULT, onOne, unprivileged),
     SD_BUS_METHOD_WITH_ARGS("Delete", SD_BUS_ARGS("s", id), SD_BUS_NO_RESULT, onOne, unprivileged),
     SD_BUS_METHOD_WITH_ARGS("DeleteStored", SD_BUS_ARGS("s", title), SD_BUS_NO_RESULT, onOne,
@@ -275,10 +277,22 @@ int ControlObject::listNext(sd_bus_message* call, void* data, sd_bus_error* /*er
     return writer.send();
 }
 
+int ControlObject::snooze(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
+    const auto named = readText(call);
+    if (const auto* const refusal = std::get_if<Refusal>(&named))
+        return refuse(call, *refusal);
+    std::optional<quint32> minutes;
+    if (memberOf(call) == "SnoozeFor")
+        sd_bus_message_read_basic(call, 'u', &minutes.emplace());
+    auto& self = *static_cast<ControlObject*>(data);
+    if (const CallPtr admitted = self.admit(call))
+        self.answerWhenSaved(admitted, self.m_control.snooze(std::get<QString>(named), minutes));
+    return 1;
+}
+
 int ControlObject::onOne(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
     using Method = Outcome (RemoteControl::*)(const QString&);
     static constexpr std::array methods{
-        std::pair<std::string_view, Method>{"Snooze", &RemoteControl::snooze},
         std::pair<std::string_view, Method>{"Clear", &RemoteControl::clear},
         std::pair<std::string_view, Method>{"Delete", &RemoteControl::remove},
         std::pair<std::string_view, Method>{"DeleteStored", &RemoteControl::removeStored}};

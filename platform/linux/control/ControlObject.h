@@ -32,6 +32,7 @@ private:
     static int startStored(sd_bus_message* call, void* data, sd_bus_error* error);
     static int list(sd_bus_message* call, void* data, sd_bus_error* error);
     static int listNext(sd_bus_message* call, void* data, sd_bus_error* error);
+    static int snooze(sd_bus_message* call, void* data, sd_bus_error* error);
     static int onOne(sd_bus_message* call, void* data, sd_bus_error* error);
     static int onBreaks(sd_bus_message* call, void* data, sd_bus_error* error);
 
