@@ -117,16 +117,10 @@ void print(const CheckRows& rows) {
     }
 }
 
-ExitStatus runCheck(const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Tells whether alarms will ring."));
-    const QCommandLineOption json(QStringLiteral("json"), QStringLiteral("Prints JSON."));
-    const QCommandLineOption quiet(QStringLiteral("quiet"), QStringLiteral("Plays no test sound."));
-    parser.addOptions({json, quiet});
-    if (const auto status = readArguments(parser, arguments))
-        return *status;
+} // namespace
 
-    const bool playsSound = !parser.isSet(quiet);
+ExitStatus runCheck(const QCommandLineParser& parser) {
+    const bool playsSound = !parser.isSet(QStringLiteral("quiet"));
     CheckAnswer answer = askInstance(QDBusConnection::sessionBus(), playsSound);
     if (answer.from == CheckAnswer::From::Silence) {
         writeFault(QStringLiteral("Dorvane cannot be asked: ") + answer.error);
@@ -138,11 +132,9 @@ ExitStatus runCheck(const QStringList& arguments) {
     const bool rings = std::none_of(answer.rows.begin(), answer.rows.end(), [](const auto& row) {
         return row.status == nameOf(CheckStatus::Failure);
     });
-    parser.isSet(json) ? printJson(answer.rows, rings) : print(answer.rows);
+    parser.isSet(QStringLiteral("json")) ? printJson(answer.rows, rings) : print(answer.rows);
     return rings ? ExitStatus::Done : ExitStatus::Refused;
 }
-
-} // namespace
 
 std::unique_ptr<CheckObject> offerChecks(ServedBus& bus) {
     return std::make_unique<CheckObject>(bus, [](bool playTestSound, const auto& done) {
@@ -150,10 +142,6 @@ std::unique_ptr<CheckObject> offerChecks(ServedBus& bus) {
                                          : WillItRing::TestSound::None,
                            [done](const std::vector<Check>& checks) { done(rowsOf(checks)); });
     });
-}
-
-Command checkCommand() {
-    return {QStringLiteral("check"), QStringLiteral("tells whether alarms will ring"), runCheck};
 }
 
 } // namespace dorvane

@@ -43,7 +43,7 @@ int showHelp() {
     if (!commands().empty())
         std::fputs("\nCommands:\n", stdout);
     for (const Command& command : commands())
-        std::printf("  %-14s %s\n", qPrintable(command.name), qPrintable(command.help));
+        std::printf("  %-14s %s\n", command.name, command.help);
     if (!commands().empty())
         std::fputs(exitStatuses, stdout);
     return 0;

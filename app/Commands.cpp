@@ -5,7 +5,12 @@
 #include "app/MissedCommand.h"
 #include "cli/RemoteCommands.h"
 #include "platform/linux/control/BusProgram.h"
+#include "platform/linux/folders/XdgFolders.h"
 #include "platform/linux/session/QtRunLoop.h"
+#include "sounds/SoundFolders.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 namespace dorvane {
 
@@ -22,15 +27,24 @@ QDateTime now() {
     return runLoop->now();
 }
 
+QStringList soundNames() {
+    const SoundFolders folders(xdgFolders());
+    QStringList names;
+    for (const QString& folder : {folders.sounds, folders.rings})
+        for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files))
+            names << file.completeBaseName();
+    names.removeDuplicates();
+    return names;
+}
+
 } // namespace
 
 const std::vector<Command>& commands() {
-    static const std::vector<Command> table = [] {
-        std::vector<Command> all = remoteCommands({.program = program, .now = now});
-        for (const Command& command : {checkCommand(), missedCommand()})
-            all.push_back(command);
-        return all;
-    }();
+    static const std::vector<Command> table = allCommands({.program = program,
+                                                           .now = now,
+                                                           .soundNames = soundNames,
+                                                           .check = runCheck,
+                                                           .missed = runMissed});
     return table;
 }
 

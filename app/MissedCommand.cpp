@@ -11,7 +11,6 @@
 #include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/linux/session/QtRunLoop.h"
 
-#include <QCommandLineParser>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 
@@ -25,12 +24,9 @@ bool isDorvaneRunning() {
            bus.interface()->isServiceRegistered(QStringLiteral("com.brackenfold.Dorvane"));
 }
 
-ExitStatus printMissed(const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Prints the alarms of the last thirty days that were missed."));
-    if (const auto status = readArguments(parser, arguments))
-        return *status;
+} // namespace
+
+ExitStatus runMissed(const QCommandLineParser& /*parser*/) {
     const QString path = journalPath(xdgFolders());
     const PlainFile file = PlainFile::read(path);
     if (!file.error.isEmpty()) {
@@ -48,13 +44,6 @@ ExitStatus printMissed(const QStringList& arguments) {
     if (lines.isEmpty())
         writeLine(QStringLiteral("Nothing was missed."));
     return ExitStatus::Done;
-}
-
-} // namespace
-
-Command missedCommand() {
-    return {QStringLiteral("missed"),
-            QStringLiteral("prints what was missed in the last thirty days"), printMissed};
 }
 
 } // namespace dorvane

@@ -5,7 +5,8 @@
 
 namespace dorvane {
 
-// Prints what was missed in the last month, from the journal: whether the program runs or not.
-[[nodiscard]] Command missedCommand();
+// `dorvane missed`: prints what was missed in the last month, from the journal, whether the program
+// runs or not.
+[[nodiscard]] ExitStatus runMissed(const QCommandLineParser& parser);
 
 } // namespace dorvane

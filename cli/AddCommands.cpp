@@ -3,6 +3,7 @@
 #include "cli/Console.h"
 #include "cli/RemoteCommands.h"
 #include "core/AlarmKeys.h"
+#include "platform/RemoteMethods.h"
 
 #include <QCommandLineParser>
 
@@ -25,21 +26,10 @@ ExitStatus add(const CommandServices& services, QVariantMap alarm, const QString
     if (title.trimmed().isEmpty())
         return misused(QStringLiteral("a title is needed, such as Tea"));
     alarm.insert(key::title, title);
-    return showMade(services, services.program().call(QStringLiteral("AddAlarm"), {alarm},
-                                                      RemoteProgram::Start::WhereNeeded));
+    return showMade(services, services.program().call(remote::addAlarm, {alarm}));
 }
 
-} // namespace
-
-ExitStatus runTimer(const CommandServices& services, const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Starts a timer, and shows it as list does."));
-    parser.addPositionalArgument(QStringLiteral("TIME"),
-                                 QStringLiteral("How long: 25, 5m, 2h, 1h30 or 30s."));
-    parser.addPositionalArgument(QStringLiteral("TITLE"), QStringLiteral("What for."),
-                                 QStringLiteral("[TITLE]"));
-    if (const auto status = readArguments(parser, arguments, {1, 2}))
-        return *status;
+ExitStatus runTimer(const CommandServices& services, const QCommandLineParser& parser) {
     const QStringList words = parser.positionalArguments();
     const auto interval = intervalRead(words[0]);
     if (!interval)
@@ -50,25 +40,50 @@ ExitStatus runTimer(const CommandServices& services, const QStringList& argument
         insertInterval(*interval, alarm);
         return add(services, alarm, words.value(1, words[0]));
     }
-    return showMade(services, services.program().call(
-                                  QStringLiteral("AddTimer"),
-                                  {quint32(duration_cast<minutes>(interval->length).count()),
-                                   words.value(1, QStringLiteral(""))},
-                                  RemoteProgram::Start::WhereNeeded));
+    return showMade(
+        services, services.program().call(
+                      remote::addTimer, {quint32(duration_cast<minutes>(interval->length).count()),
+                                         words.value(1, QStringLiteral(""))}));
 }
 
-ExitStatus runAdd(const CommandServices& services, const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Sets an alarm, and shows it as list does."));
-    const AlarmOptions options;
-    parser.addOptions(options.all());
-    parser.addPositionalArgument(QStringLiteral("TITLE"), QStringLiteral("What for."));
-    if (const auto status = readArguments(parser, arguments, {1, 1}))
-        return *status;
-    const auto alarm = options.read(parser, QLocale::system(), services.now());
+ExitStatus runAdd(const CommandServices& services, const QCommandLineParser& parser) {
+    const auto alarm = readAlarmOptions(parser, QLocale::system(), services.now());
     if (const QString* const fault = std::get_if<QString>(&alarm))
         return misused(*fault);
     return add(services, std::get<QVariantMap>(alarm), parser.positionalArguments().constFirst());
+}
+
+ExitStatus runStart(const CommandServices& services, const QCommandLineParser& parser) {
+    return showMade(
+        services, services.program().call(remote::startStored, {parser.positionalArguments()[0]}));
+}
+
+} // namespace
+
+std::vector<Command> addCommands(const CommandServices& services) {
+    return {
+        {.name = "timer",
+         .example = "25 Tea",
+         .help = "starts a timer",
+         .description = "Starts a timer, and shows it as list does.",
+         .words = {{"TIME", "How long: 25, 5m, 2h, 1h30 or 30s.", true,
+                    oneOf("1 2 3 4 5 10 15 20 30 45")},
+                   {"TITLE", "What for.", false}},
+         .run = with(services, runTimer)},
+        {.name = "add",
+         .example = "Train --at 16:05 --date fri",
+         .help = "sets an alarm",
+         .description = "Sets an alarm, and shows it as list does.",
+         .words = {{"TITLE", "What for."}},
+         .options = alarmOptions(services),
+         .run = with(services, runAdd)},
+        {.name = "start",
+         .example = "Tea",
+         .help = "starts a stored alarm",
+         .description = "Starts a stored alarm, and shows it as list does.",
+         .words = {{"TITLE", "Its title.", true, titles(services, remote::listStored)}},
+         .run = with(services, runStart)},
+    };
 }
 
 } // namespace dorvane

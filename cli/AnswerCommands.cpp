@@ -4,6 +4,7 @@
 #include "core/AlarmKeys.h"
 #include "core/Isolated.h"
 #include "core/WrittenInterval.h"
+#include "platform/RemoteMethods.h"
 
 #include <QCommandLineParser>
 
@@ -19,22 +20,16 @@ struct Which {
     bool isRinging = false;
 };
 
-std::variant<Which, ExitStatus> readWhich(QCommandLineParser& parser,
-                                          const QStringList& arguments) {
-    parser.addPositionalArgument(QStringLiteral("WHICH"),
-                                 QStringLiteral("Its identity or its title."),
-                                 QStringLiteral("WHICH"));
-    const QCommandLineOption ringing(QStringLiteral("ringing"),
-                                     QStringLiteral("Every alarm that rings, in place of WHICH."));
-    parser.addOption(ringing);
-    if (const auto status = readArguments(parser, arguments, {0, 1}))
-        return *status;
+const CommandOption ringingOption{"ringing", "Every alarm that rings, in place of WHICH."};
+
+std::variant<Which, ExitStatus> readWhich(const QCommandLineParser& parser) {
     const QString name = parser.positionalArguments().value(0);
-    if (name.isEmpty() != parser.isSet(ringing)) {
+    const bool isRinging = parser.isSet(QLatin1String(ringingOption.name));
+    if (name.isEmpty() != isRinging) {
         writeFault(QStringLiteral("either WHICH or --ringing is needed"));
         return ExitStatus::Usage;
     }
-    return Which{name, parser.isSet(ringing)};
+    return Which{name, isRinging};
 }
 
 QVariantList matching(const QVariantList& alarms, const Which& which) {
@@ -75,8 +70,8 @@ ExitStatus tellNone(const Which& which) {
 
 // What is asked of the program for an alarm, and what is said of it then.
 struct Deed {
-    QString method;
-    QString done;
+    const RemoteMethod& method;
+    const char* done;
     QVariantList arguments = {}; // beside the alarm
 };
 
@@ -88,13 +83,15 @@ ExitStatus onEach(const CommandServices& services, const QVariantList& alarms, c
             deed.method, QVariantList{alarm.value(key::identity)} + deed.arguments);
         if (const auto* const fault = std::get_if<Fault>(&answer))
             return tellFault(*fault);
-        writeLine(isolated(alarm.value(key::title).toString()) + u' ' + deed.done);
+        writeLine(isolated(alarm.value(key::title).toString()) + u' ' +
+                  QString::fromLatin1(deed.done));
     }
     return ExitStatus::Done;
 }
 
-ExitStatus answer(const CommandServices& services, const std::variant<Which, ExitStatus>& which,
+ExitStatus answer(const CommandServices& services, const QCommandLineParser& parser,
                   const Deed& deed) {
+    const auto which = readWhich(parser);
     if (const auto* const status = std::get_if<ExitStatus>(&which))
         return *status;
     const auto found = find(services.program(), std::get<Which>(which));
@@ -104,83 +101,84 @@ ExitStatus answer(const CommandServices& services, const std::variant<Which, Exi
     return alarms.isEmpty() ? tellNone(std::get<Which>(which)) : onEach(services, alarms, deed);
 }
 
-} // namespace
-
-ExitStatus runSnooze(const CommandServices& services, const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Puts an alarm that rings off."));
-    const QCommandLineOption length(QStringLiteral("for"),
-                                    QStringLiteral("For so long this once: 15, 1h or 1h30."),
-                                    QStringLiteral("TIME"));
-    parser.addOption(length);
-    const auto which = readWhich(parser, arguments);
-    Deed deed{QStringLiteral("Snooze"), QStringLiteral("is snoozed")};
-    if (parser.isSet(length)) {
-        const auto interval = intervalRead(parser.value(length));
-        if (!interval || interval->length % std::chrono::minutes(1) != std::chrono::seconds(0)) {
-            writeFault(
-                QStringLiteral("--for takes whole minutes such as 15, 1h or 1h30, not \"%1\"")
-                    .arg(parser.value(length)));
-            return ExitStatus::Usage;
-        }
-        deed.method = QStringLiteral("SnoozeFor");
-        deed.arguments << quint32(interval->length / std::chrono::minutes(1));
+ExitStatus runSnooze(const CommandServices& services, const QCommandLineParser& parser) {
+    const QString length = parser.value(QStringLiteral("for"));
+    constexpr const char* done = "is snoozed";
+    if (!parser.isSet(QStringLiteral("for")))
+        return answer(services, parser, {remote::snooze, done});
+    const auto interval = intervalRead(length);
+    if (!interval || interval->length % std::chrono::minutes(1) != std::chrono::seconds(0)) {
+        writeFault(QStringLiteral("--for takes whole minutes such as 15, 1h or 1h30, not \"%1\"")
+                       .arg(length));
+        return ExitStatus::Usage;
     }
-    return answer(services, which, deed);
+    return answer(services, parser,
+                  {remote::snoozeFor, done, {quint32(interval->length / std::chrono::minutes(1))}});
 }
 
-ExitStatus runClear(const CommandServices& services, const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Answers an alarm that rings, so that it comes again only if it repeats; "
-                       "ends one that does not ring."));
-    return answer(services, readWhich(parser, arguments),
-                  {QStringLiteral("Clear"), QStringLiteral("is cleared")});
-}
-
-ExitStatus runStart(const CommandServices& services, const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Starts a stored alarm, and shows it as list does."));
-    parser.addPositionalArgument(QStringLiteral("TITLE"), QStringLiteral("Its title."));
-    if (const auto status = readArguments(parser, arguments, {1, 1}))
-        return *status;
-    const auto made =
-        services.program().call(QStringLiteral("StartStored"), {parser.positionalArguments()[0]},
-                                RemoteProgram::Start::WhereNeeded);
-    if (const auto* const fault = std::get_if<Fault>(&made))
-        return tellFault(*fault);
-    return showAlarm(services, std::get<QVariantList>(made).value(0).toString());
+ExitStatus runClear(const CommandServices& services, const QCommandLineParser& parser) {
+    return answer(services, parser, {remote::clear, "is cleared"});
 }
 
 // Running alarms go first: a title is often that of both.
-ExitStatus runDelete(const CommandServices& services, const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Ends a running alarm for good; where none runs, deletes the stored one of the title."));
-    const QCommandLineOption stored(QStringLiteral("stored"),
-                                    QStringLiteral("The stored alarm, whatever runs."));
-    parser.addOption(stored);
-    const auto read = readWhich(parser, arguments);
+ExitStatus runDelete(const CommandServices& services, const QCommandLineParser& parser) {
+    const auto read = readWhich(parser);
     if (const auto* const status = std::get_if<ExitStatus>(&read))
         return *status;
     const Which& which = std::get<Which>(read);
-    if (!parser.isSet(stored)) {
+    if (!parser.isSet(QStringLiteral("stored"))) {
         const auto found = find(services.program(), which);
         if (const auto* const status = std::get_if<ExitStatus>(&found))
             return *status;
         const QVariantList& alarms = std::get<QVariantList>(found);
         if (!alarms.isEmpty())
-            return onEach(services, alarms,
-                          {QStringLiteral("Delete"), QStringLiteral("is deleted")});
+            return onEach(services, alarms, {remote::remove, "is deleted"});
     }
     if (which.isRinging)
         return tellNone(which);
-    const auto removed = services.program().call(QStringLiteral("DeleteStored"), {which.name});
+    const auto removed = services.program().call(remote::removeStored, {which.name});
     if (const auto* const fault = std::get_if<Fault>(&removed))
         return tellFault(*fault);
     writeLine(isolated(which.name) + QStringLiteral(" is no longer stored"));
     return ExitStatus::Done;
+}
+
+} // namespace
+
+std::vector<Command> answerCommands(const CommandServices& services) {
+    const Offer running = titles(services, remote::listRunning);
+    const CommandWord which{"WHICH", "Its identity or its title.", false, running};
+    return {
+        {.name = "snooze",
+         .example = "Tea",
+         .help = "puts off an alarm that rings",
+         .description =
+             "Puts off an alarm that rings, for its own minutes or for others this once.",
+         .words = {which},
+         .options = {{"for", "For so long, a day at most: 15, 1h or 1h30.", "TIME",
+                      oneOf("1 5 10 15 30 60")},
+                     ringingOption},
+         .run = with(services, runSnooze)},
+        {.name = "clear",
+         .example = "Tea",
+         .help = "answers an alarm that rings, or ends another",
+         .description = "Answers an alarm that rings, so that it comes again only if it repeats; "
+                        "ends one that does not ring.",
+         .words = {which},
+         .options = {ringingOption},
+         .run = with(services, runClear)},
+        {.name = "delete",
+         .example = "Tea",
+         .help = "ends a running alarm for good, or deletes a stored one",
+         .description = "Ends a running alarm for good; where none runs, deletes the stored one of "
+                        "the title.",
+         .words = {{which.name, which.help, which.isNeeded,
+                    [running, stored = titles(services, remote::listStored)](const QString& typed) {
+                        return running(typed) + stored(typed);
+                    }}},
+         .options = {ringingOption, {"stored", "The stored alarm, whatever runs."}},
+         .run = with(services, runDelete)},
+    };
 }
 
 } // namespace dorvane

@@ -35,6 +35,10 @@ bool writeLine(const QString& line) {
            std::fflush(stdout) == 0;
 }
 
+bool isPrinted(const QString& text) {
+    return harmless(text) == text;
+}
+
 bool writeText(const QString& text) {
     bool isRead = true;
     for (const QString& line : text.split(u'\n'))

@@ -11,6 +11,9 @@ bool writeLine(const QString& line);
 // The same for a text of several lines.
 bool writeText(const QString& text);
 
+// Whether it would stand in a line as it is.
+[[nodiscard]] bool isPrinted(const QString& text);
+
 // As writeLine() for the standard error, with the program's name before it.
 void writeFault(const QString& line);
 

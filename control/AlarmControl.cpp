@@ -26,6 +26,7 @@ constexpr quint32 longestSnooze = 24 * 60; // minutes
 constexpr auto patience = 8s;
 constexpr std::size_t mostMakings = 200; // that wait for a sound or a voice, answered or not
 constexpr auto ageOfState = 100ms;
+constexpr quint32 mostNext = 100;
 
 Refusal refusal(const char* name, const QString& reason) {
     return {QString::fromLatin1(name), reason};
@@ -97,7 +98,7 @@ AlarmControl::AlarmControl(Surroundings surroundings)
 // -- Making alarms --------------------------------------------------------------------------------
 
 // One with a title is an alarm as the editor makes it.
-void AlarmControl::addTimer(quint32 minutes, const QString& title, const Asker& asker) {
+void AlarmControl::addTimer(const Asker& asker, quint32 minutes, const QString& title) {
     const QString wanted = title.isEmpty() ? QStringLiteral("default") : title;
     const auto request =
         readRequest({{key::title, wanted}, {key::minutes, minutes}}, m_surroundings.runLoop.now());
@@ -114,7 +115,7 @@ void AlarmControl::addTimer(quint32 minutes, const QString& title, const Asker& 
     });
 }
 
-void AlarmControl::addAlarm(const QVariantMap& description, const Asker& asker) {
+void AlarmControl::addAlarm(const Asker& asker, const QVariantMap& description) {
     const auto request = readRequest(description, m_surroundings.runLoop.now());
     if (const Refusal* const refused = std::get_if<Refusal>(&request))
         return asker.made(*refused);
@@ -274,12 +275,12 @@ AlarmListing AlarmControl::storedAlarms() {
             }};
 }
 
-AlarmListing AlarmControl::nextAlarms(std::size_t most) {
+AlarmListing AlarmControl::nextAlarms(quint32 most) {
     const Instant now = instantNow(m_surroundings.runLoop);
     std::vector<std::pair<Instant, AlarmPtr>> soonest;
     for (const AlarmPtr& alarm : m_surroundings.clock.allAlarms())
         soonest.emplace_back(alarm->due(now).value_or(Instant::max()), alarm);
-    const auto count = std::min(most, soonest.size());
+    const auto count = std::min<std::size_t>(std::min(most, mostNext), soonest.size());
     std::partial_sort(soonest.begin(), soonest.begin() + std::ptrdiff_t(count), soonest.end(),
                       [](const auto& a, const auto& b) {
                           return std::pair(a.first, a.second->title()) <
@@ -304,10 +305,7 @@ Outcome AlarmControl::onRunning(const QString& identity,
     return action(AlarmPtr(*found)); // it may leave the list
 }
 
-Outcome AlarmControl::snooze(const QString& identity, std::optional<quint32> minutes) {
-    if (minutes && (*minutes < 1 || *minutes > longestSnooze))
-        return refusal("InvalidValue",
-                       QStringLiteral("it can be snoozed for 1 to %1 minutes").arg(longestSnooze));
+Outcome AlarmControl::snoozeRinging(const QString& identity, std::optional<quint32> minutes) const {
     return onRunning(identity, [this, minutes](const AlarmPtr& alarm) -> Outcome {
         if (!alarm->isTriggered())
             return refusal("NotRinging",
@@ -315,6 +313,17 @@ Outcome AlarmControl::snooze(const QString& identity, std::optional<quint32> min
         m_surroundings.snooze(alarm, minutes ? qint64(*minutes) : alarm->snoozeTime());
         return std::nullopt;
     });
+}
+
+Outcome AlarmControl::snooze(const QString& identity) {
+    return snoozeRinging(identity, std::nullopt);
+}
+
+Outcome AlarmControl::snoozeFor(const QString& identity, quint32 minutes) {
+    if (minutes < 1 || minutes > longestSnooze)
+        return refusal("InvalidValue",
+                       QStringLiteral("it can be snoozed for 1 to %1 minutes").arg(longestSnooze));
+    return snoozeRinging(identity, minutes);
 }
 
 Outcome AlarmControl::clear(const QString& identity) {

@@ -60,13 +60,14 @@ public:
 
     explicit AlarmControl(Surroundings surroundings);
 
-    void addTimer(quint32 minutes, const QString& title, const Asker& asker) override;
-    void addAlarm(const QVariantMap& description, const Asker& asker) override;
+    void addTimer(const Asker& asker, quint32 minutes, const QString& title) override;
+    void addAlarm(const Asker& asker, const QVariantMap& description) override;
     [[nodiscard]] AlarmAnswer startStored(const QString& title) override;
     [[nodiscard]] AlarmListing runningAlarms() override;
     [[nodiscard]] AlarmListing storedAlarms() override;
-    [[nodiscard]] AlarmListing nextAlarms(std::size_t most) override;
-    [[nodiscard]] Outcome snooze(const QString& identity, std::optional<quint32> minutes) override;
+    [[nodiscard]] AlarmListing nextAlarms(quint32 most) override;
+    [[nodiscard]] Outcome snooze(const QString& identity) override;
+    [[nodiscard]] Outcome snoozeFor(const QString& identity, quint32 minutes) override;
     [[nodiscard]] Outcome clear(const QString& identity) override;
     [[nodiscard]] Outcome remove(const QString& identity) override;
     [[nodiscard]] Outcome removeStored(const QString& title) override;
@@ -102,6 +103,8 @@ private:
     [[nodiscard]] Outcome
     onRunning(const QString& identity,
               const std::function<Outcome(const AlarmPtr& alarm)>& action) const;
+    [[nodiscard]] Outcome snoozeRinging(const QString& identity,
+                                        std::optional<quint32> minutes) const;
     [[nodiscard]] Outcome onBreaks(const std::function<void()>& action) const;
     void store();
     void tellState();

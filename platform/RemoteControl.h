@@ -51,8 +51,8 @@ struct RemoteListener {
     std::function<void(const RemoteState& before, const RemoteState& now)> stateChanged;
 };
 
-// What other programs may ask of this one. The desktop's side calls it; the program implements it.
-// Main thread only.
+// What other programs may ask of this one. The desktop's side calls it, by the table in
+// platform/RemoteMethods.h; the program implements it. Main thread only.
 class RemoteControl {
 public:
     virtual ~RemoteControl() = default;
@@ -69,19 +69,19 @@ public:
     };
 
     // A timer of 1 minute or more; without a title it is one of the menu's.
-    virtual void addTimer(quint32 minutes, const QString& title, const Asker& asker) = 0;
+    virtual void addTimer(const Asker& asker, quint32 minutes, const QString& title) = 0;
     // See docs/bus.md for what may stand in a description.
-    virtual void addAlarm(const QVariantMap& description, const Asker& asker) = 0;
+    virtual void addAlarm(const Asker& asker, const QVariantMap& description) = 0;
     [[nodiscard]] virtual AlarmAnswer startStored(const QString& title) = 0;
 
     [[nodiscard]] virtual AlarmListing runningAlarms() = 0;
     [[nodiscard]] virtual AlarmListing storedAlarms() = 0;
     // Running alarms, soonest first and so those that ring before all others.
-    [[nodiscard]] virtual AlarmListing nextAlarms(std::size_t most) = 0;
+    [[nodiscard]] virtual AlarmListing nextAlarms(quint32 most) = 0;
 
-    // For the alarm's own minutes, or for others this once.
-    [[nodiscard]] virtual Outcome snooze(const QString& identity,
-                                         std::optional<quint32> minutes) = 0;
+    [[nodiscard]] virtual Outcome snooze(const QString& identity) = 0;
+    // For other minutes than the alarm's own, this once.
+    [[nodiscard]] virtual Outcome snoozeFor(const QString& identity, quint32 minutes) = 0;
     // Answers an alarm that rings; ends any other.
     [[nodiscard]] virtual Outcome clear(const QString& identity) = 0;
     // Ends an alarm for good, whether it rings or repeats.

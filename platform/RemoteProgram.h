@@ -10,8 +10,10 @@
 
 namespace dorvane {
 
+struct RemoteMethod;
+
 // The program that runs for this user, seen from another process: what RemoteControl offers, by the
-// names that docs/bus.md gives. Waits for each answer.
+// rows of platform/RemoteMethods.h. Waits for each answer.
 class RemoteProgram {
 public:
     virtual ~RemoteProgram() = default;
@@ -25,13 +27,10 @@ public:
         QString reason; // for a person to read
     };
 
-    // Whether the program is started for the call where it does not run.
-    enum class Start { Never, WhereNeeded };
-
     // What the method returns; a list of dictionaries as a QVariantList of QVariantMap.
     using Answer = std::variant<QVariantList, Fault>;
-    [[nodiscard]] virtual Answer call(const QString& method, const QVariantList& arguments = {},
-                                      Start start = Start::Never) = 0;
+    [[nodiscard]] virtual Answer call(const RemoteMethod& method,
+                                      const QVariantList& arguments = {}) = 0;
 
     // Every property by its name.
     using Properties = std::variant<QVariantMap, Fault>;

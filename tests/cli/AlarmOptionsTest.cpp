@@ -11,18 +11,30 @@ using namespace dorvane::testing;
 
 namespace {
 
+std::string json(const QVariantMap& alarm) {
+    const QJsonDocument document(QJsonObject::fromVariantMap(alarm));
+    return document.toJson(QJsonDocument::Compact).replace('"', "").toStdString();
+}
+
 // On a Wednesday evening in Germany.
 std::string read(const char* typed) {
-    QCommandLineParser parser;
-    const AlarmOptions options;
-    parser.addOptions(options.all());
-    EXPECT_TRUE(parser.parse(u"dorvane "_qs.append(QLatin1String(typed)).split(u' '))) << typed;
-    const auto alarm =
-        options.read(parser, QLocale(QLocale::German, QLocale::Germany), at("2026-11-18 20:05"));
-    if (const QString* const fault = std::get_if<QString>(&alarm))
-        return fault->toStdString();
-    const auto object = QJsonObject::fromVariantMap(std::get<QVariantMap>(alarm));
-    return QJsonDocument(object).toJson(QJsonDocument::Compact).replace('"', "").toStdString();
+    std::string said;
+    const Command command{.name = "add",
+                          .example = "",
+                          .help = "",
+                          .description = "",
+                          .options = alarmOptions({}),
+                          .run = [&said](const QCommandLineParser& parser) {
+                              const auto alarm = readAlarmOptions(
+                                  parser, QLocale(QLocale::German, QLocale::Germany),
+                                  at("2026-11-18 20:05"));
+                              const QString* const fault = std::get_if<QString>(&alarm);
+                              said = fault ? fault->toStdString() : json(std::get<QVariantMap>(alarm));
+                              return ExitStatus::Done;
+                          }};
+    EXPECT_EQ(runCommand(command, QString::fromLatin1(typed).split(u' ', Qt::SkipEmptyParts)),
+              ExitStatus::Done);
+    return said;
 }
 
 TEST(AlarmOptionsTest, areReadAsPeopleTypeThemOrSayWhatIsWrong) {

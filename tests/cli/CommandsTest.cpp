@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/RemoteCommands.h"
+#include "platform/RemoteMethods.h"
 #include "tests/support/Testing.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 using namespace dorvane::testing;
 
@@ -22,13 +24,26 @@ QVariantMap running(const char* identity, const char* title, const char* due, bo
 // The program at the other end, which writes down what it is asked; "!" where it is started for it.
 class FakeProgram final : public RemoteProgram {
 public:
-    Answer call(const QString& method, const QVariantList& arguments, Start start) override {
+    Answer call(const RemoteMethod& method, const QVariantList& arguments) override {
         const QJsonDocument json(QJsonArray::fromVariantList(arguments));
-        asked << method + (start == Start::WhereNeeded ? u"!"_qs : QString()) +
+        const QString name = QString::fromLatin1(method.name);
+        EXPECT_NE(std::ranges::find(remote::all, name.toStdString(), &RemoteMethod::name),
+                  remote::all.end());
+        QByteArrayList types;
+        for (const QVariant& argument : arguments)
+            types << QMap<int, QByteArray>{{QMetaType::UInt, "u"},
+                                           {QMetaType::QString, "s"},
+                                           {QMetaType::QVariantMap, "a{sv}"}}
+                         .value(argument.typeId());
+        QByteArrayList wanted;
+        for (const RemoteArgument& argument : argumentsOf(method))
+            wanted << argument.type;
+        EXPECT_EQ(types, wanted) << method.name;
+        asked << name + (method.startsProgram ? u"!"_qs : QString()) +
                      QString::fromUtf8(json.toJson(QJsonDocument::Compact));
         if (arguments.value(0) == u"Gone"_qs)
             return Fault{Fault::Kind::Refused, u"there is none"_qs};
-        if (!method.startsWith(u"List"_qs))
+        if (!name.startsWith(u"List"_qs))
             return QVariantList{u"t1"_qs};
         return QVariantList{QVariant(
             QVariantList{running("e2", "Egg", "11-25 07:00"), running("t1", "Tea", "11-24 10:20"),
@@ -42,6 +57,11 @@ public:
 
     QStringList asked;
 };
+
+std::vector<Command> commandsOf(FakeProgram& program) {
+    return allCommands({[&]() -> RemoteProgram& { return program; }, [] { return now; },
+                        [] { return QStringList{u"Old Bell"_qs}; }});
+}
 
 TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
     const std::string tea = "t1  Tue, 10:20  in 20 min  Tea\n";
@@ -81,24 +101,45 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
         {"breaks start", 0, "StartBreaks![]", ""},
         {"breaks stop", 0, "StopBreaks[]", ""},
         {"breaks skip", 0, "SkipBreak[]", ""},
-        {"breaks up", 2, "", "dorvane: Breaks cannot up. See: dorvane breaks --help\n"},
+        {"breaks up", 2, "", "dorvane: breaks takes start, stop, skip or status, not \"up\"\n"},
         {"status", 0, "ListNext[20]", "⁨Be ll�[2Jא⁩ rings\n"},
     };
     FakeProgram program;
-    const auto commands =
-        remoteCommands({[&]() -> RemoteProgram& { return program; }, [] { return now; }});
+    const auto commands = commandsOf(program);
     for (const auto& row : rows) {
         SCOPED_TRACE(row.typed);
         const QStringList words = QString::fromLatin1(row.typed).split(u' ');
-        const auto command = std::ranges::find(commands, words[0], &Command::name);
+        const auto command = std::ranges::find(commands, words[0].toStdString(), &Command::name);
         ASSERT_NE(command, commands.end());
         ::testing::internal::CaptureStdout();
         ::testing::internal::CaptureStderr();
-        EXPECT_EQ(int(command->run(words.mid(1))), row.status);
+        EXPECT_EQ(int(runCommand(*command, words.mid(1))), row.status);
         EXPECT_EQ(::testing::internal::GetCapturedStdout() +
                       ::testing::internal::GetCapturedStderr(),
                   row.shown);
         EXPECT_EQ(std::exchange(program.asked, {}).join(u' ').toStdString(), row.asked);
+    }
+}
+
+TEST(CommandsTest, offersWhatMayComeNext) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"",
+         "timer|add|start|snooze|clear|delete|list|status|breaks|check|missed|--help|--version"},
+        {"timer ", "1|2|3|4|5|10|15|20|30|45|--help"},
+        {"start ", "b1|e1|e2|Tea|--help"},
+        {"breaks start ", "--help"},
+        {"list --json ", "--stored|--help"},
+        {"add T --on mon,", "mon,tue|mon,wed|mon,thu|mon,fri|mon,sat|mon,sun"},
+        {"add --sound ", "Old Bell|none|"},
+        {"add --sound /usr/sh", ""},
+        {"nonsense ", ""},
+    };
+    FakeProgram program;
+    const auto commands = commandsOf(program);
+    for (const auto& [typed, expected] : rows) {
+        QStringList words = completions(commands, QString::fromLatin1(typed).split(u' '));
+        words.replaceInStrings(QRegularExpression(u"\t.*"_qs), {});
+        EXPECT_EQ(words.join(u'|').toStdString(), expected) << typed;
     }
 }
 

@@ -101,7 +101,7 @@ protected:
 
     std::string answerTo(const QVariantMap& description) {
         told = u"no answer"_qs;
-        control.addAlarm(description, asker());
+        control.addAlarm(asker(), description);
         loop.runPending();
         return told.toStdString();
     }
@@ -174,7 +174,7 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
         EXPECT_EQ(answerTo(description), row.answer);
     }
     EXPECT_EQ(clock.allAlarms().size(), 12U) << "what is refused leaves nothing behind";
-    control.addTimer(5, {}, asker());
+    control.addTimer(asker(), 5, {});
     EXPECT_EQ(told, u"24. 10:05:00 default /Ping  5"_qs);
 }
 
@@ -206,10 +206,9 @@ TEST_F(AlarmControlTest, manyChangesAreWrittenAndToldTogether) {
     listener.alarmsChanged = [&] { ++tellings; };
     control.setListener(listener);
     for (int i = 0; i < 100; ++i) {
-        control.addAlarm({{u"title"_qs, QString::number(i)},
-                          {u"minutes"_qs, 110 - i},
-                          {u"store"_qs, i % 2 == 1}},
-                         asker());
+        control.addAlarm(asker(), {{u"title"_qs, QString::number(i)},
+                                   {u"minutes"_qs, 110 - i},
+                                   {u"store"_qs, i % 2 == 1}});
         loop.advance(2ms); // 0.2 s in all
     }
     loop.advance(1s);
@@ -233,9 +232,9 @@ TEST_F(AlarmControlTest, manyChangesAreWrittenAndToldTogether) {
 TEST_F(AlarmControlTest, whoWaitsForASoundIsAnsweredInTimeAndTheAlarmCountsFromTheRequest) {
     const auto answerTo = [&](const char* sound, std::chrono::seconds after) {
         told = u"no answer"_qs;
-        control.addAlarm(
-            {{u"title"_qs, u"T"_qs}, {u"minutes"_qs, 1}, {u"sound"_qs, QString::fromLatin1(sound)}},
-            asker());
+        control.addAlarm(asker(), {{u"title"_qs, u"T"_qs},
+                                   {u"minutes"_qs, 1},
+                                   {u"sound"_qs, QString::fromLatin1(sound)}});
         loop.advance(after);
         for (const auto& found : std::exchange(slowSounds, {}))
             found(u"/Slow"_qs);
@@ -246,7 +245,7 @@ TEST_F(AlarmControlTest, whoWaitsForASoundIsAnsweredInTimeAndTheAlarmCountsFromT
               "TooSlow the sound or the voice could not be looked up within 8 seconds");
     hasGivenUp = true;
     EXPECT_EQ(answerTo("Slow", 7s), "no answer");
-    control.addTimer(5, {}, asker());
+    control.addTimer(asker(), 5, {});
     EXPECT_EQ(clock.allAlarms().size(), 1U) << "what was given up is not made later";
 }
 
@@ -256,7 +255,7 @@ TEST_F(AlarmControlTest, theLibraryAndTheQueueAreBoundedAndSaySo) {
             {u"title"_qs, QString::number(number)}, {u"minutes"_qs, 1}, {u"store"_qs, true}};
     };
     for (int i = 0; i < 1000; ++i)
-        control.addAlarm(numbered(i), asker());
+        control.addAlarm(asker(), numbered(i));
     EXPECT_EQ(answerTo(numbered(1000)), "TooMany 1000 alarms are stored already");
     loop.advance(1s);
     EXPECT_EQ(answerTo(numbered(1000)), "TooMany 1000 alarms are stored already");
@@ -273,16 +272,16 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
     answerTo({{u"title"_qs, u"T"_qs}, {u"minutes"_qs, 1}});
     const AlarmPtr alarm = clock.allAlarms().front();
     const QString id = alarm->identity();
-    EXPECT_EQ(control.snooze(id, {})->name, u"NotRinging"_qs);
+    EXPECT_EQ(control.snooze(id)->name, u"NotRinging"_qs);
     EXPECT_EQ(control.clear(u"none"_qs)->name, u"NoSuchAlarm"_qs);
     EXPECT_EQ(control.clear(id), std::nullopt);
     EXPECT_EQ(control.state().nextAlarm, id);
     alarm->setIsTriggered(true);
     loop.advance(100ms);
     EXPECT_EQ(control.state().ringing, QStringList{id});
-    EXPECT_EQ(control.snooze(id, {}), std::nullopt);
-    EXPECT_EQ(control.snooze(id, 1440), std::nullopt);
-    EXPECT_EQ(control.snooze(id, 1441)->name, u"InvalidValue"_qs);
+    EXPECT_EQ(control.snooze(id), std::nullopt);
+    EXPECT_EQ(control.snoozeFor(id, 1440), std::nullopt);
+    EXPECT_EQ(control.snoozeFor(id, 1441)->name, u"InvalidValue"_qs);
     EXPECT_EQ(control.clear(id), std::nullopt);
     RemoteListener listener;
     listener.befell = [&](auto event, const auto&, const auto& title) {

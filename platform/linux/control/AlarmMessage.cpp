@@ -136,6 +136,13 @@ std::variant<QString, Refusal> readText(sd_bus_message* call) {
     return QString::fromUtf8(utf8, qsizetype(size));
 }
 
+std::variant<quint32, Refusal> readCount(sd_bus_message* call) {
+    quint32 count = 0;
+    if (sd_bus_message_read_basic(call, 'u', &count) <= 0)
+        return unreadable();
+    return count;
+}
+
 std::variant<QVariantMap, Refusal> readDescription(sd_bus_message* call) {
     QVariantMap description;
     if (sd_bus_message_enter_container(call, 'a', "{sv}") < 0)

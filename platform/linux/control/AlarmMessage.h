@@ -16,6 +16,9 @@ namespace dorvane {
 // The next argument, an s. The message's signature has been checked.
 [[nodiscard]] std::variant<QString, Refusal> readText(sd_bus_message* call);
 
+// The next argument, a u.
+[[nodiscard]] std::variant<quint32, Refusal> readCount(sd_bus_message* call);
+
 // The next argument, an a{sv}. A value of a type that no key has is null.
 [[nodiscard]] std::variant<QVariantMap, Refusal> readDescription(sd_bus_message* call);
 

@@ -2,6 +2,7 @@
 #include "platform/linux/control/BusProgram.h"
 
 #include "platform/linux/control/ControlNames.h"
+#include "platform/RemoteMethods.h"
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
@@ -62,14 +63,13 @@ QDBusMessage BusProgram::ask(const QDBusMessage& message) const {
     return m_bus.call(message, QDBus::Block, int(patience.count()));
 }
 
-RemoteProgram::Answer BusProgram::call(const QString& method, const QVariantList& arguments,
-                                       Start start) {
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(bus::service, bus::path, bus::interface, method);
+RemoteProgram::Answer BusProgram::call(const RemoteMethod& method, const QVariantList& arguments) {
+    QDBusMessage message = QDBusMessage::createMethodCall(bus::service, bus::path, bus::interface,
+                                                          QString::fromLatin1(method.name));
     message.setArguments(arguments);
     message.setAutoStartService(false);
     QDBusMessage reply = ask(message);
-    if (start == Start::WhereNeeded && isNobodyThere(reply) && startProgram())
+    if (method.startsProgram && isNobodyThere(reply) && startProgram())
         reply = ask(message);
     if (reply.type() != QDBusMessage::ReplyMessage)
         return faultOf(reply);

@@ -17,8 +17,7 @@ class BusProgram final : public QObject, public RemoteProgram {
 public:
     explicit BusProgram(QDBusConnection bus);
 
-    [[nodiscard]] Answer call(const QString& method, const QVariantList& arguments,
-                              Start start) override;
+    [[nodiscard]] Answer call(const RemoteMethod& method, const QVariantList& arguments) override;
     [[nodiscard]] Properties properties() override;
     void follow(std::function<bool()> changed) override;
 

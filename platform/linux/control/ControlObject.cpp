@@ -4,11 +4,14 @@
 #include "platform/linux/bus/BusPresence.h"
 #include "platform/linux/control/AlarmMessage.h"
 #include "platform/linux/control/ControlNames.h"
+#include "platform/RemoteMethods.h"
 
 #include <algorithm>
 #include <array>
 #include <memory>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <utility>
 
 namespace dorvane {
@@ -17,7 +20,6 @@ namespace {
 
 constexpr auto path = "/com/brackenfold/Dorvane";
 constexpr auto interfaceName = "com.brackenfold.Dorvane1";
-constexpr quint32 mostNext = 100;
 constexpr int mostUnanswered = 1000; // the disk may not answer either
 
 constexpr auto unprivileged = SD_BUS_VTABLE_UNPRIVILEGED; // whoever is on the bus may call
@@ -38,6 +40,17 @@ int answer(sd_bus_message* call, const AlarmAnswer& made) {
     if (const Refusal* const refusal = std::get_if<Refusal>(&made))
         return refuse(call, *refusal);
     return BusWriter(replyTo(call)).text(std::get<QString>(made)).send();
+}
+
+// One that is short.
+int answer(sd_bus_message* call, const AlarmListing& listing) {
+    const BusMessagePtr reply = replyTo(call);
+    BusWriter writer(reply);
+    writer.container('a', "a{sv}", [&] {
+        for (std::size_t i = 0; i < listing.count; ++i)
+            writeReport(writer, listing.report(i));
+    });
+    return writer.send();
 }
 
 Refusal busy() {
@@ -64,47 +77,51 @@ std::string_view memberOf(sd_bus_message* call) {
 
 } // namespace
 
-const sd_bus_vtable ControlObject::interface[] = {
-    SD_BUS_VTABLE_START(0),
-    SD_BUS_PROPERTY("NextDue", "x", get, 0, changes),
-    SD_BUS_PROPERTY("NextAlarm", "s", get, 0, changes),
-    SD_BUS_PROPERTY("Ringing", "as", get, 0, changes),
-    SD_BUS_PROPERTY("BreaksRunning", "b", get, 0, changes),
-    SD_BUS_PROPERTY("NextBreak", "x", get, 0, changes),
-    SD_BUS_METHOD_WITH_ARGS("AddTimer", SD_BUS_ARGS("u", minutes, "s", title),
-                            SD_BUS_RESULT("s", id), make, unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("AddAlarm", SD_BUS_ARGS("a{sv}", alarm), SD_BUS_RESULT("s", id), make,
-                            unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("StartStored", SD_BUS_ARGS("s", title), SD_BUS_RESULT("s", id),
-                            startStored, unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("ListRunning", SD_BUS_NO_ARGS, SD_BUS_RESULT("aa{sv}", alarms), list,
-                            unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("ListStored", SD_BUS_NO_ARGS, SD_BUS_RESULT("aa{sv}", alarms), list,
-                            unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("ListNext", SD_BUS_ARGS("u", most), SD_BUS_RESULT("aa{sv}", alarms),
-                            listNext, unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("Snooze", SD_BUS_ARGS("s", id), SD_BUS_NO_RESULT, snooze, unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("SnoozeFor", SD_BUS_ARGS("s", id, "u", minutes), SD_BUS_NO_RESULT,
-                            snooze, unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("Clear", SD_BUS_ARGS("s", id), SD_BUS_NO_RESULT, onOne, unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("Delete", SD_BUS_ARGS("s", id), SD_BUS_NO_RESULT, onOne, unprivileged),
-    SD_BUS_METHOD_WITH_ARGS("DeleteStored", SD_BUS_ARGS("s", title), SD_BUS_NO_RESULT, onOne,
-                            unprivileged),
-    SD_BUS_METHOD("StartBreaks", "", "", onBreaks, unprivileged),
-    SD_BUS_METHOD("StopBreaks", "", "", onBreaks, unprivileged),
-    SD_BUS_METHOD("SkipBreak", "", "", onBreaks, unprivileged),
-    SD_BUS_SIGNAL("RunningChanged", "", 0),
-    SD_BUS_SIGNAL("StoredChanged", "", 0),
-    SD_BUS_SIGNAL_WITH_ARGS("Rang", SD_BUS_ARGS("s", id, "s", title), 0),
-    SD_BUS_SIGNAL_WITH_ARGS("Snoozed", SD_BUS_ARGS("s", id, "s", title), 0),
-    SD_BUS_SIGNAL_WITH_ARGS("Cleared", SD_BUS_ARGS("s", id, "s", title), 0),
-    SD_BUS_SIGNAL_WITH_ARGS("WentUnanswered", SD_BUS_ARGS("s", id, "s", title), 0),
-    SD_BUS_VTABLE_END,
-};
+// sd-bus keeps the table and all that it points to.
+const std::vector<sd_bus_vtable>& ControlObject::interface() {
+    struct Texts {
+        QByteArray signature, result, names;
+        void add(QByteArray& types, const std::vector<RemoteArgument>& arguments) {
+            for (const RemoteArgument& argument : arguments) {
+                types += argument.type;
+                names += argument.name + '\0';
+            }
+        }
+    };
+    static std::array<Texts, remote::all.size()> texts;
+    static const std::vector<sd_bus_vtable> table = [] {
+        std::vector<sd_bus_vtable> rows{
+            SD_BUS_VTABLE_START(0),
+            SD_BUS_PROPERTY("NextDue", "x", get, 0, changes),
+            SD_BUS_PROPERTY("NextAlarm", "s", get, 0, changes),
+            SD_BUS_PROPERTY("Ringing", "as", get, 0, changes),
+            SD_BUS_PROPERTY("BreaksRunning", "b", get, 0, changes),
+            SD_BUS_PROPERTY("NextBreak", "x", get, 0, changes),
+            SD_BUS_SIGNAL("RunningChanged", "", 0),
+            SD_BUS_SIGNAL("StoredChanged", "", 0),
+            SD_BUS_SIGNAL_WITH_ARGS("Rang", SD_BUS_ARGS("s", id, "s", title), 0),
+            SD_BUS_SIGNAL_WITH_ARGS("Snoozed", SD_BUS_ARGS("s", id, "s", title), 0),
+            SD_BUS_SIGNAL_WITH_ARGS("Cleared", SD_BUS_ARGS("s", id, "s", title), 0),
+            SD_BUS_SIGNAL_WITH_ARGS("WentUnanswered", SD_BUS_ARGS("s", id, "s", title), 0),
+        };
+        for (std::size_t i = 0; i < remote::all.size(); ++i) {
+            Texts& text = texts.at(i);
+            text.add(text.signature, argumentsOf(remote::all.at(i)));
+            text.add(text.result, resultsOf(remote::all.at(i)));
+            sd_bus_vtable row SD_BUS_METHOD(remote::all.at(i).name, text.signature.constData(),
+                                            text.result.constData(), serve, unprivileged);
+            row.x.method.names = text.names.constData();
+            rows.push_back(row);
+        }
+        rows.push_back(SD_BUS_VTABLE_END);
+        return rows;
+    }();
+    return table;
+}
 
 ControlObject::ControlObject(ServedBus& bus, RunLoop& runLoop, RemoteControl& control)
     : m_bus(bus), m_runLoop(runLoop), m_control(control), m_lists(bus, runLoop) {
-    m_bus.addObject(path, interfaceName, interface, this);
+    m_bus.addObject(path, interfaceName, interface().data(), this);
     m_control.setListener(
         {.befell = [this](auto event, const QString& id,
                           const QString& title) { tellEvent(event, id, title); },
@@ -219,100 +236,72 @@ void ControlObject::answerWhenSaved(const CallPtr& call, const Result& result) {
         m_control.whenSaved(told);
 }
 
-int ControlObject::make(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
-    auto& self = *static_cast<ControlObject*>(data);
-    const CallPtr call = self.admit(message);
+template<typename Type>
+std::optional<Refusal> ControlObject::readArgument(const CallPtr& call, Type& argument) {
+    const auto take = [&argument](auto read) {
+        Refusal* const refusal = std::get_if<Refusal>(&read);
+        if (!refusal)
+            argument = std::move(std::get<Type>(read));
+        return refusal ? std::optional(std::move(*refusal)) : std::nullopt;
+    };
+    if constexpr (std::is_same_v<Type, RemoteControl::Asker>) {
+        argument = askerOf(call);
+        return std::nullopt;
+    } else if constexpr (std::is_same_v<Type, QString>)
+        return take(readText(call->message()));
+    else if constexpr (std::is_same_v<Type, QVariantMap>)
+        return take(readDescription(call->message()));
+    else
+        return take(readCount(call->message()));
+}
+
+// Reads the arguments of the operation, calls it, and answers with what it returns.
+template<typename Result, typename... Arguments>
+int ControlObject::carryOut(sd_bus_message* message,
+                            Result (RemoteControl::*operation)(Arguments...)) {
+    constexpr bool isListing = std::is_same_v<Result, AlarmListing>; // which changes nothing
+    const CallPtr call = isListing ? std::make_shared<Call>(*this, message) : admit(message);
     if (!call)
         return 1;
-    if (memberOf(message) == "AddAlarm") {
-        const auto description = readDescription(message);
-        if (const auto* const refusal = std::get_if<Refusal>(&description))
-            return refuse(message, *refusal);
-        self.m_control.addAlarm(std::get<QVariantMap>(description), self.askerOf(call));
-        return 1;
-    }
-    quint32 minutes = 0;
-    sd_bus_message_read_basic(message, 'u', &minutes);
-    const auto title = readText(message);
-    if (const auto* const refusal = std::get_if<Refusal>(&title))
+    std::tuple<std::decay_t<Arguments>...> arguments;
+    std::optional<Refusal> refusal;
+    std::apply(
+        [&](auto&... argument) {
+            (void)(... && !(refusal = readArgument(call, argument)).has_value());
+        },
+        arguments);
+    if (refusal)
         return refuse(message, *refusal);
-    self.m_control.addTimer(minutes, std::get<QString>(title), self.askerOf(call));
-    return 1;
-}
-
-int ControlObject::startStored(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
-    auto& self = *static_cast<ControlObject*>(data);
-    const auto title = readText(message);
-    if (const auto* const refusal = std::get_if<Refusal>(&title))
-        return refuse(message, *refusal);
-    if (const CallPtr call = self.admit(message))
-        self.whenStillAsked(call, [&self, call, title](bool isAsked) {
-            if (isAsked)
-                self.answerWhenSaved(call, self.m_control.startStored(std::get<QString>(title)));
-        });
-    return 1;
-}
-
-int ControlObject::list(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
-    auto& self = *static_cast<ControlObject*>(data);
-    const bool isOfRunning = memberOf(call) == "ListRunning";
-    const auto ask = [&control = self.m_control, isOfRunning] {
-        return isOfRunning ? control.runningAlarms() : control.storedAlarms();
+    const auto perform = [this, operation, arguments = std::move(arguments)] {
+        return std::apply(
+            [&](const auto&... argument) { return (m_control.*operation)(argument...); },
+            arguments);
     };
-    return self.m_lists.add(call, ask) ? 1 : refuse(call, busy());
-}
-
-int ControlObject::listNext(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
-    quint32 most = 0;
-    if (const int result = sd_bus_message_read_basic(call, 'u', &most); result < 0)
-        return result;
-    const AlarmListing next = static_cast<ControlObject*>(data)->m_control.nextAlarms(
-        std::min<std::size_t>(most, mostNext));
-    const BusMessagePtr reply = replyTo(call);
-    BusWriter writer(reply);
-    writer.container('a', "a{sv}", [&] {
-        for (std::size_t i = 0; i < next.count; ++i)
-            writeReport(writer, next.report(i));
-    });
-    return writer.send();
-}
-
-int ControlObject::snooze(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
-    const auto named = readText(call);
-    if (const auto* const refusal = std::get_if<Refusal>(&named))
-        return refuse(call, *refusal);
-    std::optional<quint32> minutes;
-    if (memberOf(call) == "SnoozeFor")
-        sd_bus_message_read_basic(call, 'u', &minutes.emplace());
-    auto& self = *static_cast<ControlObject*>(data);
-    if (const CallPtr admitted = self.admit(call))
-        self.answerWhenSaved(admitted, self.m_control.snooze(std::get<QString>(named), minutes));
+    if constexpr (std::is_void_v<Result>)
+        perform(); // it has the asker
+    else if constexpr (isListing && sizeof...(Arguments) == 0)
+        return m_lists.add(message, perform) ? 1 : refuse(message, busy());
+    else if constexpr (isListing)
+        return answer(message, perform());
+    else if constexpr (std::is_same_v<Result, AlarmAnswer>)
+        whenStillAsked(call, [this, call, perform](bool isAsked) {
+            if (isAsked)
+                answerWhenSaved(call, perform());
+        });
+    else
+        answerWhenSaved(call, perform());
     return 1;
 }
 
-int ControlObject::onOne(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
-    using Method = Outcome (RemoteControl::*)(const QString&);
-    static constexpr std::array methods{
-        std::pair<std::string_view, Method>{"Clear", &RemoteControl::clear},
-        std::pair<std::string_view, Method>{"Delete", &RemoteControl::remove},
-        std::pair<std::string_view, Method>{"DeleteStored", &RemoteControl::removeStored}};
-    const auto named = readText(call);
-    if (const auto* const refusal = std::get_if<Refusal>(&named))
-        return refuse(call, *refusal);
-    auto& self = *static_cast<ControlObject*>(data);
-    const CallPtr admitted = self.admit(call);
-    for (const auto& [member, method] : methods)
-        if (admitted && memberOf(call) == member)
-            self.answerWhenSaved(admitted, (self.m_control.*method)(std::get<QString>(named)));
-    return 1;
-}
-
-int ControlObject::onBreaks(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
-    RemoteControl& control = static_cast<ControlObject*>(data)->m_control;
-    if (memberOf(call) == "StartBreaks")
-        return answer(call, control.startBreaks());
-    return answer(call,
-                  memberOf(call) == "StopBreaks" ? control.stopBreaks() : control.skipBreak());
+int ControlObject::serve(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
+    const auto method = std::find_if(
+        remote::all.begin(), remote::all.end(),
+        [name = memberOf(call)](const RemoteMethod& row) { return name == row.name; });
+    return std::visit(
+        [&](auto operation) {
+            return static_cast<ControlObject*>(data)->carryOut(call, operation);
+        },
+        method->operation);
 }
 
 // -- What is told ---------------------------------------------------------------------------------

@@ -8,7 +8,9 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <systemd/sd-bus.h>
+#include <vector>
 
 namespace dorvane {
 
@@ -23,18 +25,11 @@ public:
     ControlObject& operator=(const ControlObject&) = delete;
 
 private:
-    static const sd_bus_vtable interface[];
-
     // Called by sd-bus; `data` is the object.
     static int get(sd_bus* bus, const char* path, const char* interface, const char* name,
                    sd_bus_message* message, void* data, sd_bus_error* error);
-    static int make(sd_bus_message* call, void* data, sd_bus_error* error);
-    static int startStored(sd_bus_message* call, void* data, sd_bus_error* error);
-    static int list(sd_bus_message* call, void* data, sd_bus_error* error);
-    static int listNext(sd_bus_message* call, void* data, sd_bus_error* error);
-    static int snooze(sd_bus_message* call, void* data, sd_bus_error* error);
-    static int onOne(sd_bus_message* call, void* data, sd_bus_error* error);
-    static int onBreaks(sd_bus_message* call, void* data, sd_bus_error* error);
+    static int serve(sd_bus_message* call, void* data, sd_bus_error* error);
+    static const std::vector<sd_bus_vtable>& interface();
 
     class Call;
     using CallPtr = std::shared_ptr<Call>;
@@ -42,6 +37,10 @@ private:
     [[nodiscard]] CallPtr admit(sd_bus_message* call);
     void whenStillAsked(const CallPtr& call, std::function<void(bool isAsked)> then);
     [[nodiscard]] RemoteControl::Asker askerOf(const CallPtr& call);
+    template<typename Result, typename... Arguments>
+    int carryOut(sd_bus_message* message, Result (RemoteControl::*operation)(Arguments...));
+    template<typename Type>
+    [[nodiscard]] std::optional<Refusal> readArgument(const CallPtr& call, Type& argument);
     template<typename Result>
     void answerWhenSaved(const CallPtr& call, const Result& result);
     void tellState(const RemoteState& before, const RemoteState& now);
