@@ -10,7 +10,6 @@ from pathlib import Path
 
 from desktop_case import DesktopTest, main
 from virtual_desktop import wait_for
-from virtual_desktop.exported_menu import ExportedMenu, Row
 from virtual_desktop.program import Program, ping_path
 from virtual_desktop.screen import SIZE, Window
 from virtual_desktop.sound import read_aiff
@@ -38,14 +37,6 @@ class BreaksTest(DesktopTest):
         }
         self.user.write_preferences(plistlib.dumps(settings, fmt=plistlib.FMT_BINARY))
 
-    def entries(self) -> Row:
-        return self.menu.root().child("Respito...")
-
-    def choose(self, entry: str) -> None:
-        found = lambda: entry in [row.text for row in self.entries().rows]
-        wait_for(f"the entry {entry}", found)
-        self.menu.choose(self.entries().child(entry))
-
     def sheets(self, program: Program) -> list[Window]:
         return self.desktop.windows_of(program, "^Respito$")
 
@@ -57,18 +48,16 @@ class BreaksTest(DesktopTest):
     def test_two_breaks_then_it_stops_by_itself(self) -> None:
         recording = self.record()
         program, _ = self.start_in_panel(**self.clocks)
-        # The panel's copy of the menu, in which nothing depends on how long a pointer rests.
-        self.menu = ExportedMenu(self.desktop.session_bus)
-        self.assertFalse(self.menu.root().child("Active alarms:").enabled, "a heading")
         self.be_there()
-        self.choose("Start")
+        self.run_command("breaks", "start")
         time.sleep(3)
-        self.choose("Stop")  # or the first sheet comes three seconds early
-        self.choose("Preferences...")  # which stays behind, and must not keep the sheet there
+        self.run_command("breaks", "stop")  # or the first sheet comes three seconds early
+        # The settings stay behind, and must not keep the sheet there.
+        self.desktop.choose_in_panel("Respito...", "Preferences...")
         wait_for("the settings", lambda: self.sheets(program))
         self.desktop.screen.go_to_workspace(1)
         wait_for("the other workspace", lambda: not self.sheets(program))
-        self.choose("Start")
+        self.run_command("breaks", "start")
         since = time.monotonic()
         for _ in range(BREAKS):
             (sheet,) = wait_for("the sheet", lambda: self.sheets(program), WORK + 5)
@@ -86,7 +75,6 @@ class BreaksTest(DesktopTest):
         self.assertEqual(len(recording.starts_of(read_aiff(ping_path()))), BREAKS)
         # The last break ends with the reminder, not with a call back to work.
         self.assertEqual(len(recording.starts_of(read_aiff(self.stop_sound))), BREAKS - 1)
-        self.assertEqual([row.text for row in self.entries().rows], ["Start", "Preferences..."])
         self.assertEqual(program.quit(), 0)
         self.assertEqual(self.user.preferences()["PendixRespitoStatus"], 0)
 

@@ -4,6 +4,7 @@
 from __future__ import annotations
 
 import json
+import multiprocessing
 import plistlib
 import re
 import subprocess
@@ -14,10 +15,28 @@ from gi.repository import GLib
 from desktop_case import DesktopTest, main
 from virtual_desktop import wait_for
 from virtual_desktop.archive import Alarm
-from virtual_desktop.flood import start_flood
+from virtual_desktop.bus import Connection
 from virtual_desktop.program import BUS_NAME
 
 PATH, INTERFACE = "/com/brackenfold/Dorvane", "com.brackenfold.Dorvane1"
+_FLOOD = {"title": GLib.Variant("s", "Flood"), "minutes": GLib.Variant("u", 900)}
+CALLS = [(PATH, "org.freedesktop.DBus.Properties.GetAll", GLib.Variant("(s)", (INTERFACE,))),
+         (PATH, "org.freedesktop.DBus.Introspectable.Introspect", None),
+         (PATH + "/Checks", INTERFACE + ".Checks.Run", GLib.Variant("(b)", (False,))),
+         (PATH, INTERFACE + ".ListRunning", None),
+         (PATH, INTERFACE + ".ListNext", GLib.Variant("(u)", (100,))),
+         (PATH, INTERFACE + ".StartStored", GLib.Variant("(s)", ("none",))),
+         (PATH, INTERFACE + ".StopBreaks", None),
+         (PATH, "org.freedesktop.Application.ActivateAction",
+          GLib.Variant("(sava{sv})", ("create-alarm", [], {}))),
+         (PATH, INTERFACE + ".AddAlarm", GLib.Variant("(a{sv})", (_FLOOD,)))]
+
+
+def flood(address: str, moments: dict[str, float]) -> None:
+    """Makes each of the calls until a second and a half after its moment."""
+    caller = Connection(address)
+    for call in CALLS:
+        caller.flood(BUS_NAME, *call, moments[call[1]] + 1.5)
 
 
 class CommandsTest(DesktopTest):
@@ -63,29 +82,19 @@ class CommandsTest(DesktopTest):
 
     def test_floods_keep_nothing_from_ringing_and_do_not_pile_up(self) -> None:
         """Two callers who wait for no answer, with every kind of call; then the bus answers still."""
-        properties, checks = "org.freedesktop.DBus.Properties", INTERFACE + ".Checks"
-        alarm = {"title": GLib.Variant("s", "Flood"), "minutes": GLib.Variant("u", 900)}
-        calls = [(PATH, properties, "GetAll", GLib.Variant("(s)", (INTERFACE,))),
-                 (PATH, "org.freedesktop.DBus.Introspectable", "Introspect", None),
-                 (PATH + "/Checks", checks, "Run", GLib.Variant("(b)", (False,))),
-                 (PATH, INTERFACE, "ListRunning", None),
-                 (PATH, INTERFACE, "ListNext", GLib.Variant("(u)", (100,))),
-                 (PATH, INTERFACE, "StartStored", GLib.Variant("(s)", ("none",))),
-                 (PATH, INTERFACE, "StopBreaks", None),
-                 (PATH, "org.freedesktop.Application", "ActivateAction",
-                  GLib.Variant("(sava{sv})", ("create-alarm", [], {}))),
-                 (PATH, INTERFACE, "AddAlarm", GLib.Variant("(a{sv})", (alarm,)))]
         first = int(time.time()) + 10
-        moments = [first + 4 * i for i in range(len(calls))]
+        moments = {call[1]: first + 4 * i for i, call in enumerate(CALLS)}
         later = [Alarm(f"Later\n\x1b[2J{i}\x9b\u05d0", first + 90_000 + i) for i in range(2000)]
-        self.user.set_running_alarms(*later, *(Alarm(call[2], due) for call, due in zip(calls, moments)))
+        self.user.set_running_alarms(*later, *(Alarm(name, due) for name, due in moments.items()))
         program = self.start()
         bus = self.desktop.session_bus
         wait_for("the name on the bus", lambda: bus.connection.owner(BUS_NAME))
-        floods = [start_flood(bus.address, BUS_NAME, calls, [due + 1.5 for due in moments])
-                  for _ in range(2)]
-        for flood in floods:
-            flood.join(moments[-1] + 20 - time.time())
+        spawn = multiprocessing.get_context("spawn")
+        floods = [spawn.Process(target=flood, args=(bus.address, moments), daemon=True) for _ in range(2)]
+        for each in floods:
+            each.start()
+        for each in floods:
+            each.join(first + 4 * len(CALLS) + 20 - time.time())
         listed = self.run_command("list")
         self.assertEqual(listed.count("\u2068"), 2000)  # each title turns its own letters round alone
         for line in listed.split("\n")[:-1]:
@@ -94,11 +103,10 @@ class CommandsTest(DesktopTest):
         self.assertLess(peak, 150 << 20)
         self.assertEqual(program.quit(), 0)
         journal = plistlib.loads((self.user.home / ".local/state/Dorvane/journal.plist").read_bytes())
-        late = {title: int(when) / 1000 - due for when, _, what, title in
-                (line.split(" ", 3) for line in journal["events"].splitlines()) if what == "rang"
-                for call, due in zip(calls, moments) if call[2] == title}
+        late = {title: int(when) / 1000 - moments[title] for when, _, what, title in
+                (line.split(" ", 3) for line in journal["events"].splitlines()) if what == "rang"}
         print("seconds late:", late, "peak MiB:", peak >> 20)
-        self.assertEqual(sorted(late), sorted(call[2] for call in calls))
+        self.assertEqual(sorted(late), sorted(moments))
         self.assertLess(max(late.values()), 1.0)
 
 

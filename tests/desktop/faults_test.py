@@ -15,9 +15,9 @@ from virtual_desktop import wait_for
 from virtual_desktop.archive import Alarm, archive
 from virtual_desktop.bus import Bus, NotificationDaemon
 from virtual_desktop.picture import changed_pixels
-from virtual_desktop.program import BUS_NAME, ping_path
+from virtual_desktop.program import BUS_NAME, ping_path, program_path
 from virtual_desktop.screen import Screen
-from virtual_desktop.sound import SoundServer, read_aiff, write_chirp
+from virtual_desktop.sound import SoundServer, read_aiff
 
 
 class FaultsTest(DesktopTest):
@@ -25,9 +25,8 @@ class FaultsTest(DesktopTest):
         """The window stays and the icon flashes on, and the log says what became of the sound."""
         run = Path(self.desktop.env["XDG_RUNTIME_DIR"])
         server = SoundServer(self.desktop.processes, run, self.desktop.env, "mortal-sound")
-        chirp = self.user.home / "chirp.aiff"
-        write_chirp(chirp, seconds=20)
-        self.user.set_running_alarms(Alarm.overdue("Tea", seconds=5, sound=str(chirp)))
+        track = program_path().parent / "Resources/Respito.mp3"  # which plays on and on
+        self.user.set_running_alarms(Alarm.overdue("Tea", seconds=5, sound=str(track)))
         program, icon = self.start_in_panel(PULSE_SERVER=server.address)
         (window,) = self.wait_for_ringing(program)
         time.sleep(1)
@@ -77,7 +76,6 @@ class FaultsTest(DesktopTest):
         wait_for("three plays", lambda: len(recording.starts_of(read_aiff(ping_path()))) == 3)
         self.assertEqual(program.wait_for_exit(), 1)
         self.assertIn("was refused", program.log())
-
 
     def test_every_end_of_session_is_an_orderly_quit(self) -> None:
         due = time.time() + 3600

@@ -4,7 +4,6 @@
 from __future__ import annotations
 
 import math
-import signal
 import time
 from pathlib import Path
 
@@ -77,18 +76,6 @@ class RoadTest(DesktopTest):
         self.assertEqual(self.desktop.open_menu(icon).rows()[:2], EMPTY_MENU[:2])
         self.assertEqual(program.quit(), 0)
         self.assertEqual(self.user.running_alarms(), [])
-
-    def test_an_alarm_that_fell_due_asleep_rings_once_after_waking(self) -> None:
-        self.user.fill_rings()
-        recording = self.record()
-        due = math.ceil(time.time() + 3)
-        self.user.set_running_alarms(Alarm("Tea", due, str(self.user.ping)))
-        program, _ = self.start_in_panel()
-        program.send(signal.SIGSTOP)
-        self.sleep_until(due + 2)
-        program.send(signal.SIGCONT)
-        self.wait_for_plays(recording, read_aiff(ping_path()), 3)
-        self.wait_for_ringing(program, count=1)
 
     def test_a_hundred_alarms_of_one_second_leave_the_program_alive(self) -> None:
         due = math.ceil(time.time() + 3)

@@ -42,8 +42,8 @@ class Alarm:
     def fields(self) -> dict[str, Any]:
         """The archive's keys and values in the order in which they are written."""
         return {
-            "title": self.title, "time": _Date(self.due), "isTimeWithDate": self.kind == DATED,
-            "ringWithinUnits": self.minutes, "isMinuteUnits": True, "runTime": _Date(self.due),
+            "title": self.title, "time": self.due, "isTimeWithDate": self.kind == DATED,
+            "ringWithinUnits": self.minutes, "isMinuteUnits": True, "runTime": self.due,
             "snoozeTime": self.snooze_minutes, "soundPath": self.sound,
             "isPlaySound": bool(self.sound), "shouldFadeIn": False,
             "isExisInActiveAlarmList": False, "isDefaultAlarm": False, "isSpeakAlarmName": False,
@@ -53,41 +53,26 @@ class Alarm:
         }
 
 
-@dataclass(frozen=True)
-class _Date:
-    unix_seconds: float
-
-
 def archive(alarms: Sequence[Alarm]) -> bytes:
     """A keyed archive whose root is a list of alarms, with each class in its table once."""
-    objects: list[Any] = ["$null", {}]
-    classes: dict[str, UID] = {}
+    names = (("Alarm",), ("NSDate",), ("NSMutableArray", "NSArray"))
+    alarm_class, date_class, list_class = UID(2), UID(3), UID(4)
+    objects: list[Any] = ["$null", {}, *({"$classes": [*each, "NSObject"], "$classname": each[0]}
+                                         for each in names)]
 
     def add(value: Any) -> UID:
         objects.append(value)
         return UID(len(objects) - 1)
 
-    def class_of(*names: str) -> UID:
-        if names[0] not in classes:
-            classes[names[0]] = add({"$classes": [*names, "NSObject"], "$classname": names[0]})
-        return classes[names[0]]
-
-    def encode(value: Any) -> Any:
+    def encode(key: str, value: Any) -> Any:
         """Numbers and truths stand in the record itself, everything else in the table."""
-        if isinstance(value, _Date):
-            seconds = value.unix_seconds - _EPOCH_2001
-            return add({"NS.time": seconds, "$class": class_of("NSDate")})
+        if key in ("time", "runTime"):
+            return add({"NS.time": value - _EPOCH_2001, "$class": date_class})
         return UID(0) if value is None else add(value) if isinstance(value, str) else value
 
-    def add_alarm(alarm: Alarm) -> UID:
-        record: dict[str, Any] = {}
-        place = add(record)
-        record.update({key: encode(value) for key, value in alarm.fields().items()})
-        record["$class"] = class_of("Alarm")
-        return place
-
-    objects[1]["NS.objects"] = [add_alarm(alarm) for alarm in alarms]
-    objects[1]["$class"] = class_of("NSMutableArray", "NSArray")
+    objects[1] = {"NS.objects": [
+        add({**{key: encode(key, value) for key, value in alarm.fields().items()},
+             "$class": alarm_class}) for alarm in alarms], "$class": list_class}
     contents = {"$version": 100000, "$archiver": "NSKeyedArchiver", "$top": {"root": UID(1)},
                 "$objects": objects}
     return plistlib.dumps(contents, fmt=plistlib.FMT_BINARY, sort_keys=False)

@@ -5,6 +5,7 @@ from __future__ import annotations
 
 import socket as sockets
 import sys
+import time
 from pathlib import Path
 from typing import Any, Mapping
 
@@ -32,6 +33,18 @@ class Connection:
         reply = self._gio.call_sync(service, path, interface, member, arguments, None,
                                     Gio.DBusCallFlags.NO_AUTO_START, 5000, None).unpack()
         return reply[0] if len(reply) == 1 else reply
+
+    def flood(self, service: str, path: str, method: str, arguments: Any, until: float) -> None:
+        """Calls as fast as the bus takes it until then, and throws the answers away."""
+        interface, _, member = method.rpartition(".")
+        message = Gio.DBusMessage.new_method_call(service, path, interface, member)
+        message.set_serial(2)
+        if arguments:
+            message.set_body(arguments)
+        while time.time() < until:
+            for _ in range(200):
+                self._gio.send_message(message, Gio.DBusSendMessageFlags.PRESERVE_SERIAL)
+            self._gio.flush_sync(None)
 
     def property(self, service: str, path: str, name: str) -> Any:
         """The value of `interface.Property`."""

@@ -9,6 +9,7 @@ import tempfile
 import time
 from functools import cached_property
 from pathlib import Path
+from typing import Any
 
 from .accessible import Accessible, Menu, ScreenReader
 from .bus import AppearancePortal, Bus, GLib
@@ -120,6 +121,23 @@ class VirtualDesktop:
     def opened_menu(self) -> Menu:
         """The menu that has just popped up."""
         return self.reader.focused_menu("Down")
+
+    def choose_in_panel(self, *texts: str) -> None:
+        """Chooses a row of the menu's copy in the panel, in which nothing depends on how long a
+        pointer rests; `texts` lead to it."""
+        bus, watcher, item = self.session_bus.connection, "org.kde.StatusNotifierWatcher", "org.kde.StatusNotifierItem"
+        (items,) = bus.property(watcher, "/StatusNotifierWatcher", f"{watcher}.RegisteredStatusNotifierItems")
+        service, _, path = items.partition("/")
+        menu = bus.property(service, f"/{path}", f"{item}.Menu")
+
+        def call(method: str, signature: str, *arguments: Any) -> Any:
+            return bus.call(service, menu, f"com.canonical.dbusmenu.{method}", GLib.Variant(signature, arguments))
+
+        call("AboutToShow", "(i)", 0)
+        row = call("GetLayout", "(iias)", 0, -1, ["label"])[1]
+        for text in texts:  # "_" marks the mnemonic
+            row = next(each for each in row[2] if each[1].get("label", "").replace("_", "").startswith(text))
+        call("Event", "(isvu)", row[0], "clicked", GLib.Variant("i", 0), int(time.time()))
 
     def windows_of(self, program: Program, title: str = "") -> list[Window]:
         return self.screen.windows(title, program.pid)

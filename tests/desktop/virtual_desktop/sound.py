@@ -113,10 +113,3 @@ def read_aiff(path: Path) -> Samples:
     command += ["-f", "f32le", "-ac", "1", "-ar", str(RATE), "-"]
     output = subprocess.run(command, stdout=subprocess.PIPE, check=True).stdout
     return np.frombuffer(output, np.float32)
-
-
-def write_chirp(path: Path, seconds: float) -> None:
-    """A file with a tone that rises all the time, so that no part of it is like another."""
-    wave = f"aevalsrc=0.3*sin(2*PI*(300+100*t)*t):s={RATE}:d={seconds}"
-    command = [find_program("ffmpeg"), "-nostdin", "-loglevel", "error", "-f", "lavfi", "-i", wave]
-    subprocess.run([*command, str(path)], check=True)
