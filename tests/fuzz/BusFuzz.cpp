@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "control/AlarmRequest.h"
+#include "core/AlarmBuilding.h"
 #include "platform/linux/control/AlarmMessage.h"
 #include "tests/fuzz/FuzzSupport.h"
 
 #include <array>
+#include <bit>
 #include <fuzzer/FuzzedDataProvider.h>
 #include <sys/socket.h>
 
@@ -10,6 +13,10 @@ using namespace dorvane;
 using dorvane::testing::require;
 
 namespace {
+
+const char* const names[]{"title", "minutes",   "hours",    "repeat",     "time",
+                          "date",  "every-day", "weekdays", "every-week", "sound",
+                          "fade",  "voice",     "snooze",   "seconds"};
 
 // A bus on which nobody listens: messages need one.
 sd_bus* nobody() {
@@ -57,7 +64,8 @@ void append(sd_bus_message* message, FuzzedDataProvider& bytes, int depth) {
     if (*type == 's') {
         sd_bus_message_append(message, "v", "s", text(bytes).c_str());
     } else if (*type == 'd') {
-        sd_bus_message_append(message, "v", type, bytes.ConsumeFloatingPoint<double>());
+        sd_bus_message_append(message, "v", type, // what is no number, too
+                              std::bit_cast<double>(bytes.ConsumeIntegral<std::uint64_t>()));
     } else if (*type == 'x' || *type == 't') {
         sd_bus_message_append(message, "v", type, bytes.ConsumeIntegral<std::uint64_t>());
     } else {
@@ -73,29 +81,45 @@ BusMessagePtr made() {
 
 } // namespace
 
-// Whatever is said of an alarm is refused or read whole, and what was read can be told again.
+// Whatever is said of an alarm is refused by name or read whole; what was read can be told again,
+// and is refused or makes an alarm that the editor would take too and that is still to come.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider bytes(data, size);
     const BusMessagePtr message = made();
     sd_bus_message_open_container(message.get(), 'a', "{sv}");
     for (int count = 0; bytes.remaining_bytes() > 0 && count < 40; ++count) {
         sd_bus_message_open_container(message.get(), 'e', "sv");
-        sd_bus_message_append(message.get(), "s", text(bytes).c_str());
+        const bool isKnown = bytes.ConsumeIntegralInRange(0, 9) > 0;
+        const std::string name = isKnown ? bytes.PickValueInArray(names) : text(bytes);
+        sd_bus_message_append(message.get(), "s", name.c_str());
         append(message.get(), bytes, 0);
         sd_bus_message_close_container(message.get());
     }
     sd_bus_message_close_container(message.get());
     if (sd_bus_message_seal(message.get(), 1, 0) < 0) // a text that no message holds
         return 0;
+    const auto isRefused = [](const auto& answer) {
+        const Refusal* const refusal = std::get_if<Refusal>(&answer);
+        require(!refusal || (!refusal->name.isEmpty() && !refusal->reason.isEmpty()));
+        return refusal != nullptr;
+    };
     const auto read = readDescription(message.get());
-    if (const auto* const refusal = std::get_if<Refusal>(&read)) {
-        require(!refusal->name.isEmpty() && !refusal->reason.isEmpty());
+    if (isRefused(read))
         return 0;
-    }
     require(sd_bus_message_at_end(message.get(), 0) > 0); // of the entries
+    const auto& description = std::get<QVariantMap>(read);
     const BusMessagePtr report = made();
     BusWriter writer(report);
-    writeReport(writer, std::get<QVariantMap>(read));
+    writeReport(writer, description);
     require(writer.result() >= 0);
+    const QDateTime now({2026, 11, 24}, {10, 0, 0, 250});
+    const auto request = readRequest(description, now);
+    if (isRefused(request))
+        return 0;
+    const AlarmForm& form = std::get<AlarmRequest>(request).form;
+    require(faultsOf(form).message.isEmpty());
+    const AlarmPtr alarm = alarmBuiltFrom(form, now, weekdayName(now.date()));
+    const auto due = alarm->due(instantOf(now));
+    require(due && *due >= instantOf(now) - std::chrono::seconds(1));
     return 0;
 }
