@@ -20,25 +20,14 @@ namespace {
 
 class TrayTest : public BusTest {
 protected:
-    // What tells programs of panels and takes their icons.
-    struct Watcher : FakeService {
-        Watcher(const QDBusConnection& bus, bool hosted)
-            : FakeService(bus, "org.kde.StatusNotifierWatcher",
-                          [this](const QDBusMessage&) {
-                              return QVariant::fromValue(QDBusVariant(isHosted));
-                          })
-            , isHosted(hosted) {}
-
-        bool isHosted;
-    };
+    TrayTest() { qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8()); }
 
     // The name on the bus of the item that a panel takes.
-    QString taken(VirtualRunLoop& loop, const Watcher& panel) {
-        qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
+    QString taken() {
         QStringList registered;
         EXPECT_TRUE(QTest::qWaitFor([&] {
             loop.advance(10ms);
-            registered = panel.asked.filter(u"RegisterStatusNotifierItem|"_qs);
+            registered = watcher.asked.filter(u"RegisterStatusNotifierItem|"_qs);
             return !registered.isEmpty();
         }));
         EXPECT_EQ(registered.size(), 1);
@@ -52,12 +41,19 @@ protected:
         call.setArguments(arguments);
         return m_theirs.asyncCall(call);
     }
-    QString label(const QString& item, int number) {
+    QString property(const QString& item, int number, const char* name) {
         const QDBusPendingReply<QDBusVariant> reply =
-            askMenu(item, "GetProperty", {number, u"label"_qs});
+            askMenu(item, "GetProperty", {number, QLatin1String(name)});
         EXPECT_TRUE(QTest::qWaitFor([&] { return reply.isFinished(); }));
         return reply.value().variant().toString();
     }
+
+    VirtualRunLoop loop{at("03-02 07:00")};
+    MemoryDefaults defaults;
+    // What tells programs of panels and takes their icons.
+    FakeService watcher{m_theirs, "org.kde.StatusNotifierWatcher", [](const QDBusMessage&) {
+                            return QVariant::fromValue(QDBusVariant(true));
+                        }};
 };
 
 FloatingClock* floatingClock() {
@@ -68,8 +64,6 @@ FloatingClock* floatingClock() {
 }
 
 TEST_F(TrayTest, aClockFloatsWhereItWasLeftWhenNoPanelComes) {
-    VirtualRunLoop loop(QDateTime(QDate(2026, 3, 2), QTime(7, 0)));
-    MemoryDefaults defaults;
     int pressed = 0;
     {
         TrayStatusItem item(loop, defaults, QDBusConnection(u"none"_qs));
@@ -143,16 +137,13 @@ PanelMenuEntry entry(const char* text, std::vector<PanelMenuEntry> children = {}
 }
 
 TEST_F(TrayTest, aPanelIsToldOfDifferencesAlone) {
-    VirtualRunLoop loop(QDateTime(QDate(2026, 3, 2), QTime(7, 0)));
-    MemoryDefaults defaults;
-    Watcher watcher(m_theirs, true);
     TrayStatusItem item(loop, defaults, m_ours);
     const auto setIcon = [&](QColor single, QColor doubled) {
         item.setIcon([=](int pixels) { return square(pixels, pixels > 22 ? doubled : single); },
                      StatusItem::IconSizes::Few);
     };
     setIcon(Qt::red, Qt::blue);
-    Panel panel(m_theirs, taken(loop, watcher));
+    Panel panel(m_theirs, taken());
     panel.told();
 
     setIcon(Qt::red, Qt::blue);
@@ -184,16 +175,16 @@ TEST_F(TrayTest, aPanelIsToldOfDifferencesAlone) {
 }
 
 TEST_F(TrayTest, aPanelGetsEveryTitleAndItsCallsKeepNothingElseWaiting) {
-    VirtualRunLoop loop(QDateTime(QDate(2026, 3, 2), QTime(7, 0)));
-    MemoryDefaults defaults;
-    Watcher watcher(m_theirs, true);
     TrayStatusItem item(loop, defaults, m_ours);
     int opened = 0;
-    item.setPanelMenu({entry("Tea_\uFFFE\U0001F375\uFDD0")});
+    PanelMenuEntry heading = entry("Active alarms:");
+    heading.isEnabled = false;
+    item.setPanelMenu({entry("Tea_\uFFFE\U0001F375\uFDD0"), heading});
     item.setPanelMenuWillOpen([&] { ++opened; });
-    const QString name = taken(loop, watcher);
-    EXPECT_EQ(label(name, 1), u"Tea__\uFFFD\U0001F375\uFFFD"_qs)
+    const QString name = taken();
+    EXPECT_EQ(property(name, 1, "label"), u"Tea__\uFFFD\U0001F375\uFFFD"_qs)
         << "the bus takes no characters that stand for none";
+    EXPECT_EQ(property(name, 2, "enabled"), u"false"_qs);
 
     for (int i = 0; i < 100; ++i)
         askMenu(name, "AboutToShow", {0});
@@ -218,23 +209,20 @@ std::set<int> sockets() {
 }
 
 TEST_F(TrayTest, anIconWhoseConnectionEndsComesBackWithItsMenu) {
-    VirtualRunLoop loop(QDateTime(QDate(2026, 3, 2), QTime(7, 0)));
-    MemoryDefaults defaults;
-    Watcher watcher(m_theirs, true);
     const std::set<int> others = sockets();
     TrayStatusItem item(loop, defaults, m_ours);
     item.setPanelMenuWillOpen([&] { item.setPanelMenu({entry("Quit")}); });
-    const QString lost = taken(loop, watcher);
+    const QString lost = taken();
     for (const int descriptor : sockets())
         if (!others.contains(descriptor))
             ::shutdown(descriptor, SHUT_RDWR);
     EXPECT_TRUE(QTest::qWaitFor([&] { return item.whereShown() == StatusItem::Shown::Nowhere; }));
     watcher.asked.clear();
     loop.advance(5s);
-    const QString back = taken(loop, watcher);
+    const QString back = taken();
     EXPECT_NE(back, lost);
     EXPECT_EQ(item.whereShown(), StatusItem::Shown::InPanel);
-    EXPECT_EQ(label(back, 1), u"Quit"_qs);
+    EXPECT_EQ(property(back, 1, "label"), u"Quit"_qs);
 }
 
 // The numbers of the items, as a tree, and what the panel is told.
@@ -293,38 +281,28 @@ TEST(NumberedMenuTest, anEntryKeepsItsNumberAndNoNumberComesBack) {
 }
 
 TEST(PlatformChoiceTest, whereWindowsAreBuriedOnWaylandTheProgramGoesOverX11) {
-    const struct {
-        const char* desktop;
-        const char* wayland;
-        const char* x11;
-        const char* own;
-        const char* platform;
-    } cases[] = {
-        {"ubuntu:GNOME", "wayland-0", ":0", "", "xcb;wayland"},
-        {"KDE", "wayland-0", ":0", "", "xcb;wayland"},
-        {"GNOME", "", ":0", "", ""},
-        {"GNOME", "wayland-0", "", "", ""},
-        {"sway", "wayland-0", ":0", "", ""},
-        {"GNOME", "wayland-0", ":0", "wayland", "wayland"},
-    };
-    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    const std::array names{"XDG_CURRENT_DESKTOP", "WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"};
     const auto set = [](const char* name, const QByteArray& value) {
         value.isEmpty() ? qunsetenv(name) : qputenv(name, value);
     };
-    for (const auto& each : cases) {
-        set("XDG_CURRENT_DESKTOP", each.desktop);
-        set("WAYLAND_DISPLAY", each.wayland);
-        set("DISPLAY", each.x11);
-        set("QT_QPA_PLATFORM", each.own);
+    const std::pair<std::array<const char*, 4>, const char*> cases[] = {
+        {{"ubuntu:GNOME", "wayland-0", ":0", ""}, "xcb;wayland"},
+        {{"KDE", "wayland-0", ":0", ""}, "xcb;wayland"},
+        {{"GNOME", "", ":0", ""}, ""},
+        {{"GNOME", "wayland-0", "", ""}, ""},
+        {{"sway", "wayland-0", ":0", ""}, ""},
+        {{"GNOME", "wayland-0", ":0", "wayland"}, "wayland"},
+        {{"", "", "", "offscreen"}, "offscreen"}, // as for the other tests
+    };
+    for (const auto& [values, platform] : cases) {
+        for (std::size_t i = 0; i < names.size(); ++i)
+            set(names[i], values[i]);
         {
             const PlatformChoice choice;
-            EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), each.platform) << each.desktop;
+            EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), platform) << values[0];
         }
-        EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), each.own) << "for what we start";
+        EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), values[3]) << "for what we start";
     }
-    set("QT_QPA_PLATFORM", platform);
-    for (const char* name : {"XDG_CURRENT_DESKTOP", "WAYLAND_DISPLAY", "DISPLAY"})
-        qunsetenv(name);
 }
 
 } // namespace
