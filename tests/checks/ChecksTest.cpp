@@ -86,12 +86,14 @@ TEST(ChecksTest, saysOfEachFaultWhatItIs) {
          {"warning announcements", "warning notifications", "warning waking-up", "warning clock"}},
         {[](RingingFacts& facts) { facts.isToWake = true; }, {"warning wake"}},
     };
+    std::map<QString, QString> names; // of the checks, by what they say
     for (const auto& row : rows) {
         RingingFacts facts = allIsWell();
         row.change(facts);
         const std::vector<Check> checks = checksOf(facts);
         EXPECT_EQ(troubles(checks), row.troubles) << &row - rows;
         for (const Check& check : checks) {
+            EXPECT_EQ(names.emplace(check.line, check.name).first->second, check.name);
             const bool isHeard = check.line.contains(u"can be heard"_qs);
             EXPECT_FALSE(isHeard && worstOf(checks) == CheckStatus::Failure) << &row - rows;
         }

@@ -54,6 +54,8 @@ class CommandsTest(DesktopTest):
         identity, when, _, title = self.run_command("timer", "25", "Egg & soup").split("  ", 3)
         self.assertEqual(title.strip(), "Egg & soup")
         self.assertIn(",", when)
+        self.assertEqual(len(self.desktop.session_bus.connection.call(
+            BUS_NAME, PATH, INTERFACE + ".ListNext", GLib.Variant("(u)", (1,)))), 1)
         wait_for("the ring", lambda: self.state() == "ringing")
         self.wait_for_ringing(program)
         self.run_command("snooze", "Egg & soup", status=1)

@@ -87,6 +87,7 @@ TEST_F(EditingTest, changesWhatWasChangedAndNothingElse) {
          "Egg!30 | Egg 11-23 08:35+01"},
         {"put off, to another time", tea, true, Event::IsPutOff, never, "inTimeField=40",
          "Tea!40 | Tea 11-23 08:40+01"},
+        {"to hours", tea, true, never, never, "inTimeTypePopUp=h", "Tea!30 | Tea 11-24 14:00+01"},
         {"to what has passed", tea, true, Event::PassesTenMinutes, never, "inTimeField=5",
          "Tea!5 | Tea 11-23 08:15+01"},
         {"rang its last meanwhile", tea, true, never, Event::IsAnswered, "",
@@ -99,6 +100,8 @@ TEST_F(EditingTest, changesWhatWasChangedAndNothingElse) {
          "Bus 1 | Bus 11-23 09:05+01"},
         {"every day, to an hour that has passed", daily, true, never, never, "atTimePicker=7:00",
          "Bus 1 | Bus 11-24 07:00+01"},
+        {"once, put off, to another day", once, true, Event::IsPutOff, never, "atDatePicker=25",
+         "Bus 1 | Bus 11-25 09:00+01"},
         // Nothing that has passed is set before somebody has seen what becomes of it.
         {"once, rings", once, true, Event::RingsHalfAMinute, never, "",
          "Bus 0 | Bus 11-23 09:00+01 rings"},
@@ -176,6 +179,7 @@ TEST_F(EditingTest, leavesWhatIsAnothersAsItIs) {
     happen(Event::IsAnswered, script);
     EXPECT_EQ(state(), "Gym!30+ Egg 7 | Gym 11-27 09:00+01") << "moved on";
     editAndType(script, "titleBox=Gym");
+    EXPECT_EQ(m_clock.allAlarms().front()->identity(), script->identity()) << "on the bus";
     EXPECT_EQ(state(), "Gym!30+ Egg 7 | Gym 11-27 09:00+01");
     editAndType(m_clock.allAlarms().front(), "titleBox=Run");
     EXPECT_EQ(state(), "Gym!30+ Egg 7 Run 1 | Run 11-27 09:00+01");

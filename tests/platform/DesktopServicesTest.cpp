@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/announcements/AnnouncementPresenter.h"
 #include "platform/linux/announcements/DesktopNotice.h"
 #include "platform/linux/desktop/DesktopWorkspace.h"
 #include "platform/linux/desktop/PortalAppearance.h"
@@ -8,6 +9,7 @@
 #include "tests/support/BusTest.h"
 #include "tests/support/Windows.h"
 
+#include <QDBusArgument>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 #include <QToolTip>
@@ -90,6 +92,36 @@ TEST_F(NoticeTest, isAnsweredOnceAndTakenBack) {
     show();
     notice.withdraw(); // before the desktop has answered
     EXPECT_TRUE(QTest::qWaitFor(isClosed));
+}
+
+TEST_F(NoticeTest, anAnnouncementComesWithASoundOrSaysThatItHasNone) {
+    using Outcome = AnnouncementPresenter::Outcome;
+    const struct {
+        QStringList capabilities;
+        const char* text;
+        Outcome outcome;
+    } cases[] = {{{u"body-markup"_qs, u"sound"_qs}, "Tea &amp; cake", Outcome::Shown},
+                 {{}, "Tea & cake", Outcome::ShownSilent}};
+    for (const auto& each : cases) {
+        QVariantList shown;
+        FakeService desktop(m_theirs, "org.freedesktop.Notifications",
+                            [&](const QDBusMessage& call) -> QVariant {
+                                if (call.member() == u"GetCapabilities"_qs)
+                                    return each.capabilities;
+                                shown = call.arguments();
+                                return 7U;
+                            });
+        VirtualRunLoop loop(at("11-24 08:00"));
+        std::optional<Outcome> outcome;
+        AnnouncementPresenter presenter(loop, {u"Dorvane"_qs, u"Tea & cake"_qs, {}}, m_ours,
+                                        [&](Outcome how) { outcome = how; });
+        presenter.show();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return outcome.has_value(); }));
+        EXPECT_EQ(outcome, each.outcome);
+        EXPECT_EQ(shown.value(4).toString(), QLatin1String(each.text));
+        EXPECT_EQ(qdbus_cast<QVariantMap>(shown.value(6))[u"sound-name"_qs],
+                  u"alarm-clock-elapsed"_qs);
+    }
 }
 
 class AppearanceTest : public BusTest {

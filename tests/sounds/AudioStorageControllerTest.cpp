@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "sounds/SoundLookup.h"
 #include "tests/sounds/SoundLibraryFixture.h"
 #include "tests/support/Testing.h"
 
@@ -132,6 +133,28 @@ TEST_F(AudioStorageControllerTest, AddsTheUsersFilesAndSaysWhatBecameOfEach) {
         EXPECT_EQ(reported[i].problem, files[i].problem) << qPrintable(files[i].url);
         EXPECT_EQ(reported[i].path,
                   files[i].path.isEmpty() ? QString() : folders.sounds + u'/' + files[i].path);
+    }
+}
+
+TEST_F(AudioStorageControllerTest, FindsASoundByItsNameOrAddsTheFile) {
+    fill(path("else"), {u"Song.mp3=x"_qs, u"Notes.txt=x"_qs});
+    fill(folders.rings, {u"Ping.aiff=x"_qs});
+    fill(folders.recordings, {u"Tea.aiff=x"_qs});
+    make();
+    const std::pair<QString, QString> cases[] = {
+        {u"ping"_qs, folders.rings + u"/Ping.aiff"_qs},
+        {u"Tea"_qs, folders.recordings + u"/Tea.aiff"_qs},
+        {u"Gong"_qs, u"no sound is called \"Gong\""_qs},
+        {path("else/Song.mp3"), folders.sounds + u"/Song.mp3"_qs},
+        {path("else/Notes.txt"), u"it is not a sound that can be played here"_qs}};
+    for (const auto& [asked, expected] : cases) {
+        std::variant<QString, SoundProblem> found;
+        findSound(*library, asked, [&](const auto& answer) { found = answer; });
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            return loop.runPending(), found.index() == 1 || !std::get<QString>(found).isEmpty();
+        }));
+        const auto* const problem = std::get_if<SoundProblem>(&found);
+        EXPECT_EQ(problem ? problem->text : std::get<QString>(found), expected);
     }
 }
 
