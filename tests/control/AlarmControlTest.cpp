@@ -299,6 +299,8 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
     EXPECT_EQ(control.skipBreak()->name, u"NoBreaksRun"_qs);
     EXPECT_EQ(control.startBreaks(), std::nullopt);
     EXPECT_EQ(control.startBreaks()->name, u"BreaksRun"_qs) << "or two timers would run";
+    EXPECT_EQ(control.skipBreak(), std::nullopt);
+    EXPECT_EQ(trace.events().back(), "100 skip");
 }
 
 TEST_F(AlarmControlTest, aStoredAlarmWhoseMomentHasPassedDoesNotRingAtOnce) {

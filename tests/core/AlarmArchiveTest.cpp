@@ -63,21 +63,15 @@ QVariantMap archive(const QVariantList& objects) {
 
 class AlarmArchiveTest : public ::testing::Test {
 protected:
-    // Names the key that differs, because the failure of a whole map shows nothing.
-    static void expectSame(const QVariant& actual, const QVariant& expected, const QString& path) {
-        if (expected.typeId() == QMetaType::QVariantMap) {
-            EXPECT_EQ(actual.toMap().keys(), expected.toMap().keys()) << qPrintable(path);
-            for (const QString& key : expected.toMap().keys())
-                expectSame(actual.toMap()[key], expected.toMap()[key], path + u'/' + key);
-        } else if (expected.typeId() == QMetaType::QVariantList) {
-            ASSERT_EQ(actual.toList().size(), expected.toList().size()) << qPrintable(path);
-            for (qsizetype i = 0; i < expected.toList().size(); ++i)
-                expectSame(actual.toList()[i], expected.toList()[i],
-                           path + u'/' + QString::number(i));
-        } else {
-            EXPECT_EQ(actual.typeId(), expected.typeId()) << qPrintable(path);
-            EXPECT_EQ(actual, expected) << qPrintable(path);
-        }
+    // Values of the same types, and a failure that shows both.
+    static void expectSame(const QVariant& actual, const QVariant& expected, const QString& what) {
+        EXPECT_EQ(actual, expected) << qPrintable(what);
+        EXPECT_EQ(text(actual), text(expected)) << qPrintable(what);
+    }
+    static std::string text(const QVariant& value) {
+        QString text;
+        QDebug(&text) << value;
+        return text.replace(u"), ("_qs, u"),\n("_qs).toStdString();
     }
 
     [[nodiscard]] AlarmArchive::Unarchived unarchive(const QVariant& tree) const {

@@ -18,7 +18,7 @@ try:
     from virtual_desktop.desktop import Parts
     from virtual_desktop.picture import Rect, save_png
     from virtual_desktop.program import Program, program_path
-    from virtual_desktop.sound import RATE, Recording, Samples
+    from virtual_desktop.sound import Recording
 except ImportError as error:
     print(f"Skipped: {error} (scripts/deps test installs what is missing).")
     sys.exit(_SKIPPED)
@@ -78,14 +78,6 @@ class DesktopTest(unittest.TestCase):
         recording = self.desktop.sound.record(self.user.home / "recording")
         self.addCleanup(recording.stop)
         return recording
-
-    def wait_for_plays(self, recording: Recording, sound: Samples, count: int) -> list[float]:
-        """When exactly so many plays began, and not one more afterwards."""
-        wait_for(f"{count} plays", lambda: len(recording.starts_of(sound)) >= count)
-        time.sleep(1.1 * sound.size / RATE)
-        starts = recording.starts_of(sound)
-        self.assertEqual(len(starts), count, f"plays at {starts}")
-        return starts
 
     def ringing(self, program: Program) -> list[Parts]:
         return self.desktop.ringing(program)

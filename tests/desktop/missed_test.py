@@ -22,16 +22,16 @@ class MissedTest(DesktopTest):
         self.state = self.user.home / ".local/state/Dorvane"
         self.journal = self.state / "journal.plist"
 
-    def journalled(self) -> list[Any]:
-        """The titles of what the journal says is running."""
+    def journalled(self) -> dict[str, Any]:
+        """When what the journal says is running is due, by its title."""
         try:
             running = plistlib.loads(self.journal.read_bytes())["running"]
         except (FileNotFoundError, plistlib.InvalidFileException):
-            return [None]
-        return sorted(alarm["title"] for alarm in alarms_of(running["alarms"]))
+            return {}
+        return dict(zip((alarm["title"] for alarm in alarms_of(running["alarms"])), running["due"]))
 
     def wait_for_journal(self, *titles: str) -> None:
-        wait_for("the journal", lambda: self.journalled() == sorted(titles), 10.0)
+        wait_for("the journal", lambda: self.journalled().keys() == set(titles), 10.0)
 
     def test_what_ran_when_the_program_was_killed_runs_on_or_is_offered(self) -> None:
         now = time.time()
@@ -44,13 +44,13 @@ class MissedTest(DesktopTest):
         self.user.set_running_alarms(*kinds)
         program, _ = self.start_in_panel()
         self.wait_for_journal(*titles)
-        before = {title: self.due_of(title) for title in titles}
+        before = self.journalled()
         program.kill()
 
         program, _ = self.start_in_panel()
         time.sleep(1.5)
         self.assertEqual(self.desktop.windows_of(program, "Missed"), [])
-        self.assertEqual({title: self.due_of(title) for title in titles}, before)
+        self.assertEqual(self.journalled(), before)
         program.kill()
 
         self.user.set_running_alarms()  # as somebody does who brings back his preferences
@@ -60,16 +60,11 @@ class MissedTest(DesktopTest):
         wait_for("the report", lambda: len(self.run_command("missed").splitlines()) == len(titles))
         self.click(window["Start again"])
         self.wait_for_journal(*titles)
-        self.assertEqual({title: self.due_of(title) for title in titles}, before)
+        self.assertEqual(self.journalled(), before)
         self.assertEqual(program.quit(), 0)
         self.assertEqual(sorted(alarm["title"] for alarm in self.user.running_alarms()),
                          sorted(titles))
         self.assertEqual(self.journal.stat().st_mode & 0o777, 0o600)
-
-    def due_of(self, title: str) -> Any:
-        running = plistlib.loads(self.journal.read_bytes())["running"]
-        titles = [alarm["title"] for alarm in alarms_of(running["alarms"])]
-        return running["due"][titles.index(title)]
 
     def test_a_power_cut_between_writing_and_renaming_leaves_the_old_journal(self) -> None:
         if "DORVANE_POWER_CUT" not in os.environ:

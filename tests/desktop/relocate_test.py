@@ -16,8 +16,7 @@ from unittest import mock
 from desktop_case import DesktopTest, main
 from virtual_desktop import wait_for
 from virtual_desktop.archive import Alarm
-from virtual_desktop.desktop import Parts
-from virtual_desktop.program import BUS_NAME, Program, program_path
+from virtual_desktop.program import BUS_NAME, program_path
 
 _CLONE_NEWNS = 0x20000
 _PLACE = Path("/opt/Dorvane.app")
@@ -58,14 +57,6 @@ class RelocateTest(DesktopTest):
         command = ["losetup", "--associated", self.image]
         return bool(subprocess.run(command, capture_output=True, check=True).stdout)
 
-    def question(self, program: Program) -> Parts:
-        question = self.window(program, "Do Not Move")
-        time.sleep(0.3)  # for the window manager to have placed it
-        return question
-
-    def titles(self) -> list[object]:
-        return [alarm["title"] for alarm in self.user.running_alarms()]
-
     def test_moves_in_and_goes_on_from_there(self) -> None:
         _PLACE.mkdir()
         (_PLACE / "old").touch()
@@ -73,7 +64,9 @@ class RelocateTest(DesktopTest):
         login.parent.mkdir()
         login.write_text(f'[Desktop Entry]\nExec="{self.volume}/Dorvane.app/dorvane"\n')
         program = self.start()
-        self.click(self.question(program)["Move to Applications Folder"])
+        question = self.window(program, "Do Not Move")
+        time.sleep(0.3)  # for the window manager to have placed it
+        self.click(question["Move to Applications Folder"])
         self.assertEqual(program.wait_for_exit(), 0)
         bus = self.desktop.session_bus.connection
         bus.wait_for_owner(BUS_NAME)
@@ -87,7 +80,7 @@ class RelocateTest(DesktopTest):
         wait_for("the image to be detached", lambda: not self.is_mounted(), 8.0)
         os.kill(moved, signal.SIGTERM)
         wait_for("its end", lambda: not bus.owner(BUS_NAME), 5.0)
-        self.assertEqual(self.titles(), ["Tea"])
+        self.assertEqual([alarm["title"] for alarm in self.user.running_alarms()], ["Tea"])
 
 
 if __name__ == "__main__":

@@ -123,9 +123,7 @@ TEST_F(EditingTest, changesWhatWasChangedAndNothingElse) {
         if (scene.runs)
             m_controller.scheduleAlarm(alarm);
         happen(scene.before, alarm);
-        m_controller.editAlarm(alarm);
-        AlarmSetController& window = *openEditors().front();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        AlarmSetController& window = editorOf(alarm);
         happen(scene.meanwhile, alarm);
         if (*scene.control)
             use(window, QString::fromLatin1(scene.control));
@@ -159,9 +157,7 @@ TEST_F(EditingTest, saysThatAnAlarmIsGoneAndMakesItAnew) {
 
 TEST_F(EditingTest, leavesWhatIsAnothersAsItIs) {
     const auto editAndType = [this](const AlarmPtr& alarm, const char* typed) {
-        m_controller.editAlarm(alarm);
-        AlarmSetController& window = *openEditors().front();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        AlarmSetController& window = editorOf(alarm);
         use(window, QString::fromLatin1(typed));
         set(window);
     };
@@ -256,9 +252,7 @@ TEST_F(EditingTest, keepsTheTimeOfDayThatANightSkips) {
         {"atAlarmTimeRadio", "sunCheck", "monCheck", "foreverCheck", "atAlarmTimePicker=2:30"}};
     for (const auto& controls : kinds) {
         loop.setWall(at("03-28 12:00"));
-        m_controller.createAlarm();
-        AlarmSetController& window = *openEditors().front();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        AlarmSetController& window = editorOf(nullptr);
         use(window, u"titleBox=Tea"_qs);
         for (const char* control : controls)
             use(window, QString::fromLatin1(control));

@@ -61,6 +61,13 @@ protected:
     static QList<AlarmSetController*> openEditors() {
         return windowsNamed<AlarmSetController>("AlarmSetController");
     }
+    // What edits this alarm, once it has the keyboard; a new one without any.
+    AlarmSetController& editorOf(const AlarmPtr& alarm) {
+        alarm ? m_controller.editAlarm(alarm) : m_controller.createAlarm();
+        AlarmSetController& window = *openEditors().front();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        return window;
+    }
     // "inTimeField=20": a button is clicked, a field is typed into and left.
     static void use(const AlarmSetController& window, const QString& control) {
         const QString name = control.section(u'=', 0, 0);

@@ -167,11 +167,9 @@ protected:
         m_wakeUps.setOn(true);
     }
 
-    [[nodiscard]] AlarmPtr running(const QString& title) const {
-        for (const AlarmPtr& alarm : m_clock.allAlarms())
-            if (alarm->title() == title)
-                return alarm;
-        return nullptr;
+    static AlarmPtr titled(const QString& title, const std::vector<AlarmPtr>& alarms) {
+        const auto found = std::ranges::find(alarms, title, &Alarm::title);
+        return found == alarms.end() ? nullptr : *found;
     }
 
     // "wait 5s", "sleep 75h": time passes. "clear A", "snooze A", "clear all": buttons of a window.
@@ -181,7 +179,7 @@ protected:
     void perform(const QString& what) {
         const QString verb = what.section(u' ', 0, 0);
         const QString object = what.section(u' ', 1, 1);
-        const AlarmPtr alarm = running(object);
+        const AlarmPtr alarm = titled(object, m_clock.allAlarms());
         if (verb == u"wait")
             loop.advance(duration(object));
         else if (verb == u"sleep")
@@ -199,7 +197,7 @@ protected:
         else if (verb == u"close")
             menu()->close();
         else if (verb == u"start")
-            m_controller.setAlarm(stored(object));
+            m_controller.setAlarm(titled(object, *library.alarms()));
         else if (verb == u"delete")
             m_controller.deleteAlarm(alarm);
         else if (verb == u"clear")
@@ -215,25 +213,13 @@ protected:
         loop.runPending();
     }
 
-    [[nodiscard]] AlarmPtr stored(const QString& title) {
-        for (const AlarmPtr& alarm : library.alarms().value_or(std::vector<AlarmPtr>()))
-            if (alarm->title() == title)
-                return alarm;
-        return nullptr;
-    }
-
     static void chooseHalfAnHour(const QString& title) {
         for (const QWidget* window : windowsNamed("SnoozeWindowController"))
             if (window->accessibleName() == title)
                 window->findChild<QMenu*>()->actions().at(4)->trigger();
     }
 
-    static QMenu* menu() {
-        for (QWidget* window : QApplication::topLevelWidgets())
-            if (auto* const menu = qobject_cast<QMenu*>(window); menu && menu->isVisible())
-                return menu;
-        return nullptr;
-    }
+    static QWidget* menu() { return QApplication::activePopupWidget(); }
 
     static RunLoop::Milliseconds duration(const QString& text) {
         const int count = text.chopped(1).toInt();
@@ -287,7 +273,8 @@ protected:
 TEST_P(SceneTest, goesAsWritten) {
     const Scene& scene = GetParam();
     for (const AlarmOf& values : scene.set) {
-        player.setFile(QString::fromLatin1(values.title), {.duration = 60s});
+        // On a slow disk, which is why it is read beforehand.
+        player.setFile(QString::fromLatin1(values.title), {.duration = 60s, .loadDelay = 5s});
         schedule(values);
     }
     for (const Step& step : scene.steps) {

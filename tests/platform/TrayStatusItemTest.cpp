@@ -212,6 +212,7 @@ TEST_F(TrayTest, anIconWhoseConnectionEndsComesBackWithItsMenu) {
     const std::set<int> others = sockets();
     TrayStatusItem item(loop, defaults, m_ours);
     item.setPanelMenuWillOpen([&] { item.setPanelMenu({entry("Quit")}); });
+    item.setNeedsAttention(true);
     const QString lost = taken();
     for (const int descriptor : sockets())
         if (!others.contains(descriptor))
@@ -223,6 +224,7 @@ TEST_F(TrayTest, anIconWhoseConnectionEndsComesBackWithItsMenu) {
     EXPECT_NE(back, lost);
     EXPECT_EQ(item.whereShown(), StatusItem::Shown::InPanel);
     EXPECT_EQ(property(back, 1, "label"), u"Quit"_qs);
+    EXPECT_EQ(Panel(m_theirs, back).property("Status"), u"NeedsAttention"_qs);
 }
 
 // The numbers of the items, as a tree, and what the panel is told.
