@@ -122,6 +122,10 @@ void AlarmSetController::wireAction() {
     connect(m_sound, &SoundChoice::soundPathChanged, this,
             [this] { changed(&FormEnabling::soundPathChanged); });
     connect(m_voice, &VoiceChoice::voiceNameChanged, this, [this] { manageDescriptionLabel(); });
+    // One is tried at a time: a long title would speak on for a minute.
+    connect(m_sound, &SoundChoice::previewBegan, m_voice, &VoiceChoice::stopSample);
+    connect(m_voice, &VoiceChoice::voiceNameChanged, m_sound, &SoundChoice::stopPreview);
+    connect(m_controls->speakNameCheck, &QCheckBox::clicked, m_voice, &VoiceChoice::stopSample);
 
     for (PullDownPopUp* popUp : {m_controls->selectSoundButton, m_controls->voiceNamePopUp})
         connect(popUp, &PullDownPopUp::menuWillOpen, m_sound, &SoundChoice::rebuildMenu);

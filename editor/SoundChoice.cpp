@@ -128,6 +128,8 @@ void SoundChoice::previewChanged(SoundPreview::State state) {
         isPlaying ? QStringLiteral("Stops the sound") : QStringLiteral("Plays the chosen sound");
     button.setToolTip(escapedText(action));
     button.setAccessibleDescription(action);
+    if (isPlaying)
+        Q_EMIT previewBegan();
     if (state != SoundPreview::State::Failed)
         return;
     const QString name = soundName(m_soundPath);

@@ -40,9 +40,14 @@ public:
     // To be called before a menu of the window opens: lists the sounds that are there.
     void rebuildMenu();
 
+    // Ends what is being heard.
+    void stopPreview() { m_preview.stop(); }
+
 Q_SIGNALS:
     // By the user.
     void soundPathChanged();
+    // Something is heard from now on.
+    void previewBegan();
 
 private:
     void addWell();

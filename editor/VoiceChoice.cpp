@@ -61,7 +61,7 @@ void VoiceChoice::voiceSelected(const QAction& item) {
         Q_EMIT voiceNameChanged();
     }
     const QString title = m_controls.titleBox->title();
-    m_textSpeaker.stopSpeaking(); // the voice that was tried before
+    stopSample(); // of the voice that was tried before
     m_textSpeaker.speakText(title.isEmpty() ? QStringLiteral("Name alarm please!") : title,
                             int(m_textSpeaker.voiceNames().indexOf(name)) + 1);
 }

@@ -32,6 +32,9 @@ public:
     // Does not emit voiceNameChanged().
     void setVoiceName(const QString& name);
 
+    // Ends the sample.
+    void stopSample() { m_textSpeaker.stopSpeaking(); }
+
 Q_SIGNALS:
     // By the user.
     void voiceNameChanged();
