@@ -101,12 +101,15 @@ TEST_F(UnixRelocatorTest, leavesNothingOfACopyThatFails) {
 }
 
 TEST_F(UnixRelocatorTest, copiesAsRootOrLeavesWhatIsThere) {
-    // A stream with a second name of a file of root's, whose sum is right.
-    constexpr auto stolen = "d=${0%/*}/d; mkdir -p $d; echo secret > $d/a; ln -f $d/a $d/b;"
-                            "tar -cf $d.tar -C $d .; s=$(sha256sum < $d.tar);"
-                            "exec \"$1\" \"$2\" \"$3\" \"$4\" \"$5\" \"$6\" \"${s%% *}\" < $d.tar";
+    // Another stream, whose sum is right: one with a second name of a file of root's, one
+    // compressed.
+    const auto instead = [](const QByteArray& packed) {
+        return "d=${0%/*}/d; mkdir -p $d; echo secret > $d/a; " + packed +
+               "; s=$(sha256sum < $d.tar);" +
+               R"(exec "$1" "$2" "$3" "$4" "$5" "$6" "${s%% *}" < $d.tar)";
+    };
     const struct {
-        const char* pkexec;
+        QByteArray pkexec;
         Relocator::Authorised answer;
         std::string opt;
     } rows[] = {
@@ -120,15 +123,16 @@ TEST_F(UnixRelocatorTest, copiesAsRootOrLeavesWhatIsThere) {
          Relocator::Authorised::Failed, placed},
         // Who can exchange the stream, or what stands in it.
         {"echo more | cat - | exec \"$@\"", Relocator::Authorised::Failed, placed},
-        {stolen, Relocator::Authorised::Failed, placed},
+        {instead("ln -f $d/a $d/b; tar -cf $d.tar -C $d ."), Relocator::Authorised::Failed, placed},
+        {instead("tar -czf $d.tar -C $d a"), Relocator::Authorised::Failed, placed},
     };
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can play the administrator";
     sh(u"mkdir -m 700 \"$2\" && chmod u+s \"$1/dorvane\""_qs);
     for (const auto& [pkexec, answer, left] : rows) {
         const LogCapture quietly;
-        EXPECT_EQ(authorise(pkexec), answer) << pkexec;
-        EXPECT_EQ(opt(), left) << pkexec;
+        EXPECT_EQ(authorise(pkexec), answer) << pkexec.data();
+        EXPECT_EQ(opt(), left) << pkexec.data();
     }
 }
 

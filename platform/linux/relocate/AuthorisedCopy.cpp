@@ -15,8 +15,10 @@ namespace {
 // Run by root, who never opens the source: it could be exchanged, while the password is asked, for
 // a link to what only root may read. What comes in as a stream is what the sum says, and is
 // unpacked in a folder that nobody else can enter; files, folders and links only, and no file that
-// has another name elsewhere. Nothing that the stream claims about owners and permissions counts.
-// The script says everything itself. Its own failures all are 1, as 126 and 127 are pkexec's.
+// has another name elsewhere. tar reads it from its input, of which it unpacks nothing compressed:
+// no more comes out than went in. Nothing that the stream claims about owners and permissions
+// counts. The script says everything itself. Its own failures all are 1, as 126 and 127 are
+// pkexec's.
 const QString script = QStringLiteral(R"script(
 destination=$1 copy=$2 sum=$3 former=$2.former
 PATH=/usr/sbin:/usr/bin:/sbin:/bin
@@ -34,8 +36,8 @@ mkdir -p -- "${destination%/*}" &&
   head -c 1G >"$copy/stream" &&
   [ "$(sha256sum <"$copy/stream")" = "$sum  -" ] &&
   mkdir -- "$copy/bundle" &&
-  tar --extract --file "$copy/stream" --directory "$copy/bundle" --no-same-owner \
-    --no-same-permissions &&
+  tar --extract --file - --directory "$copy/bundle" --no-same-owner \
+    --no-same-permissions <"$copy/stream" &&
   [ -z "$(find "$copy/bundle" ! -type d ! -type l ! \( -type f -links 1 \) -print -quit)" ] &&
   chown -hR 0:0 -- "$copy/bundle" &&
   chmod -R a-st,u=rwX,go=rX -- "$copy/bundle" &&
