@@ -87,6 +87,7 @@ void Clock::insertAlarmAtIndex(AlarmPtr alarm, int index) {
     std::erase(m_alarms, alarm);
     if (alarm->identity().isEmpty())
         alarm->setIdentity(newIdentity());
+    m_identities.insert(alarm->identity());
     watch(alarm);
     m_alarms.insert(m_alarms.begin() + index, std::move(alarm));
     announceChange();
@@ -97,17 +98,13 @@ void Clock::insertAlarmAtIndex(AlarmPtr alarm, int index) {
 QString Clock::newIdentity() const {
     constexpr std::string_view characters = "bcdfghjkmnpqrstvwxz23456789";
     constexpr quint32 letters = 19; // the first is one of them, so that no number comes about
-    const auto isTaken = [this](const QString& identity) {
-        return std::any_of(m_alarms.begin(), m_alarms.end(),
-                           [&](const AlarmPtr& alarm) { return alarm->identity() == identity; });
-    };
     QString identity;
     do {
         identity.clear();
         while (identity.size() < 4)
             identity += QLatin1Char(characters[QRandomGenerator::global()->bounded(
                 identity.isEmpty() ? letters : quint32(characters.size()))]);
-    } while (isTaken(identity));
+    } while (m_identities.contains(identity));
     return identity;
 }
 
@@ -115,6 +112,7 @@ void Clock::removeAlarm(AlarmPtr alarm) { // NOLINT(performance-unnecessary-valu
     if (std::erase(m_alarms, alarm) == 0)
         return;
     alarm->setDueChanged({});
+    m_identities.remove(alarm->identity());
     sleepUntilNextTick();
     announceChange();
 }

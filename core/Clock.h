@@ -5,6 +5,8 @@
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
 
+#include <QSet>
+
 #include <optional>
 #include <vector>
 
@@ -65,6 +67,7 @@ private:
     RunLoop& m_runLoop;
     NotificationCenter& m_notifications;
     std::vector<AlarmPtr> m_alarms;
+    QSet<QString> m_identities; // of these
     RunLoopTimer m_clockTimer;
     std::optional<Instant> m_nextTick; // what the timer is set to
     RunLoopTimer m_clockSet;
