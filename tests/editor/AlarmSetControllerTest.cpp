@@ -2,15 +2,11 @@
 #include "editor/AlarmSetController.h"
 
 #include "editor/DatePicker.h"
-#include "editor/DescriptionLabel.h"
 #include "editor/IntervalField.h"
 #include "editor/TimePicker.h"
 #include "editor/TitleBox.h"
 #include "platform/EscapedText.h"
-#include "sounds/PullDownPopUp.h"
 #include "tests/editor/EditorFixture.h"
-#include "tests/support/AlarmOf.h"
-#include "tests/support/Windows.h"
 
 #include <QMessageBox>
 #include <QRadioButton>
@@ -24,45 +20,6 @@ class AlarmSetControllerTest : public ::testing::Test, public EditorFixture {
 protected:
     AlarmSetControllerTest() : EditorFixture("11-18 20:05:20") {}
 
-    void open(const AlarmPtr& alarm = nullptr) {
-        editor.showWithAlarm(alarm);
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
-    }
-
-    // A name of a key as in "Tab", "Alt+W" or "Space", or '=' and a text to type.
-    void press(const std::vector<const char*>& keys, QWidget* window = nullptr) {
-        for (const char* key : keys) {
-            QWidget* focus = (window ? window : &editor)->focusWidget();
-            ASSERT_NE(focus, nullptr) << key;
-            if (*key == '=') {
-                QTest::keyClicks(focus, QString::fromUtf8(key + 1));
-            } else {
-                const QKeyCombination combination =
-                    QKeySequence::fromString(QString::fromLatin1(key))[0];
-                QTest::keyClick(focus, combination.key(), combination.keyboardModifiers());
-            }
-            QCoreApplication::processEvents();
-            // A button that is reached by its letter stays down for a moment.
-            EXPECT_TRUE(QTest::qWaitFor([this] {
-                return std::ranges::none_of(editor.findChildren<QAbstractButton*>(),
-                                            &QAbstractButton::isDown);
-            }));
-        }
-    }
-
-    [[nodiscard]] std::string sentence() const {
-        return find<DescriptionLabel>("descriptionLabel")->toPlainText().toStdString();
-    }
-    [[nodiscard]] bool isEnabled(const char* name) const {
-        return find<QWidget>(name)->isEnabled();
-    }
-    [[nodiscard]] std::string focused() const {
-        const QWidget* focus = editor.focusWidget();
-        return focus ? focus->objectName().toStdString() : "nothing";
-    }
-    [[nodiscard]] std::string atTime() const {
-        return find<TimePicker>("atTimePicker")->text().toStdString();
-    }
     [[nodiscard]] std::string remark() const {
         return find<QLabel>("atTimeRemark")->text().toStdString();
     }
@@ -102,40 +59,6 @@ TEST_F(AlarmSetControllerTest, setsTheDateThatWasTypedAndNoOther) {
         EXPECT_EQ(remark(), c.isSet ? "" : "Not a date");
         press({"Return"});
         EXPECT_EQ(accepted.size(), c.isSet ? 1U : 0U);
-    }
-}
-
-TEST_F(AlarmSetControllerTest, takesAPartOfADateThatIsTypedOver) {
-    const struct {
-        qsizetype part; // where the field is clicked
-        const char* typed;
-        const char* shown;
-    } cases[] = {{0, "5", "05.11.2026"},        {0, "5.12", "05.12.2026"},
-                 {0, "312", "31.02.2026"},      {0, "31.12.2027", "31.12.2027"},
-                 {0, "31122027", "31.12.2027"}, {3, "12", "18.12.2026"},
-                 {6, "2028", "18.11.2028"},     {0, "24 dec", "24.12.2026"},
-                 {0, "24dec", "24.12.2026"},    {0, "fri", "20.11.2026"}};
-    DatePicker field;
-    field.setNow([this] { return loop.now(); });
-    field.setTerritory(QLocale(QLocale::German));
-    auto* edit = field.findChild<QLineEdit*>();
-    for (const auto& c : cases) {
-        field.setChosenDate(QDate(2026, 11, 18));
-        const TextPart part = partAt(edit->text(), c.part);
-        edit->setSelection(int(part.start), int(part.length));
-        QTest::keyClicks(&field, QString::fromLatin1(c.typed));
-        QTest::keyClick(&field, Qt::Key_Return);
-        EXPECT_EQ(edit->text(), field.isReadable() ? QLatin1String(c.shown) : edit->text())
-            << c.typed;
-        EXPECT_EQ(field.isReadable(), QLatin1String(c.typed) != QLatin1String("312")) << c.typed;
-    }
-    const std::pair<qsizetype, const char*> steps[] = {
-        {0, "30.11.2026"}, {3, "30.12.2026"}, {6, "30.12.2027"}};
-    field.setChosenDate(QDate(2026, 11, 29));
-    for (const auto& [position, shown] : steps) {
-        edit->setCursorPosition(int(position));
-        QTest::keyClick(&field, Qt::Key_Up);
-        EXPECT_EQ(edit->text(), QLatin1String(shown));
     }
 }
 
@@ -237,7 +160,7 @@ TEST_F(AlarmSetControllerTest, keepsItsButtonsOnASmallScreenAndReturnForThem) {
                 isInSight("descriptionLabel"));
 
     press({"=Bus", "Alt+D", "Tab", "Tab", "Tab"});
-    EXPECT_EQ(focused(), "calendarButton");
+    EXPECT_EQ(editor.focusWidget(), find<QWidget>("calendarButton"));
     press({"Return"});
     EXPECT_TRUE(find<QDialog>("GraphicalDateWindow")->isVisible());
     EXPECT_TRUE(accepted.empty());
@@ -366,25 +289,6 @@ TEST_F(AlarmSetControllerTest, setsTheNextTimeThatClocksShow) {
     EXPECT_EQ(due(), "11-19 00:00+01");
 }
 
-TEST_F(AlarmSetControllerTest, playsTheDefaultSoundAndOffersWhatIsStored) {
-    defaultSound = u"/Ping.aiff"_qs;
-    store({.title = "Tea",
-           .minutes = 3,
-           .snoozeTime = 8,
-           .sound = "/nowhere/Gong.wav",
-           .voice = "Nobody"});
-    open();
-    EXPECT_EQ(sentence(), "In 1 minute(s) alarm '' will be played with sound 'Ping'.");
-    press({"Down"});
-    loop.runPending();
-    EXPECT_EQ(find<QWidget>("voiceNamePopUp")->toolTip(), escapedText(u"Nobody (missing)"_qs));
-    EXPECT_EQ(find<QWidget>("selectSoundButton")->toolTip(), escapedText(u"Gong (missing)"_qs));
-    press({"Return"});
-    EXPECT_EQ(accepted.back()->snoozeTime(), 8);
-    open();
-    EXPECT_EQ(find<QComboBox>("snoozeTimePopUp")->findText(u"8"_qs), -1);
-}
-
 // Whatever has the focus. A button with a word on it does what that says.
 TEST_F(AlarmSetControllerTest, returnSetsAndSpaceTicksEverywhere) {
     int walked = 0;
@@ -412,35 +316,6 @@ TEST_F(AlarmSetControllerTest, returnSetsAndSpaceTicksEverywhere) {
             EXPECT_EQ(accepted.size(), 1U) << qPrintable(widget->objectName());
         }
     EXPECT_GT(walked, 30);
-}
-
-TEST_F(AlarmSetControllerTest, choosesSoundsAndVoices) {
-    speech.voices = {u"Anna"_qs, u"Tina"_qs, u"Tom & Tim"_qs};
-    open();
-    press({"=Tea", "Alt+P", "Alt+L"});
-    EXPECT_FALSE(isEnabled("playButton"));
-    const std::string path = " " + addSound("R&B", {.duration = 5s}).toStdString();
-    pick("selectSoundButton", u"R&&B"_qs);
-    EXPECT_EQ(offered("voiceNamePopUp").size(), 4) << "its face, and each voice once";
-    find<PullDownPopUp>("voiceNamePopUp")->showPopup();
-    QMenu& voices = find<PullDownPopUp>("voiceNamePopUp")->menu();
-    QTest::keyClicks(&voices, u"to"_qs); // not the first with that letter
-    QTest::keyClick(&voices, Qt::Key_Return);
-    EXPECT_TRUE(isEnabled("playButton"));
-    EXPECT_EQ(sentence(),
-              "In 1 minute(s) alarm 'Tea' will be spoken by voice 'Tom & Tim' and sound "
-              "'R&B' will be played.");
-    EXPECT_EQ(find<PullDownPopUp>("selectSoundButton")->currentText(), u"R&B"_qs);
-    const QAction* face = offered("selectSoundButton").front(); // rebuilt: the face stays first
-    EXPECT_EQ(face->text(), u"R&&B"_qs);
-    EXPECT_FALSE(face->isVisible());
-    loop.advance(500ms);
-    click("playButton");
-    loop.advance(20s);
-    EXPECT_THAT(trace.events(),
-                ElementsAre("0" + path + " play", "0" + path + " dropped", "0 Tom & Tim says Tea",
-                            "500" + path + " volume 1.00", "500 Tom & Tim breaks off Tea",
-                            "500" + path + " play", "5500" + path + " finished"));
 }
 
 // Whatever can get the focus tells a screen reader what it is, and no two letters are the same.

@@ -5,6 +5,7 @@
 #include "core/StoredAlarms.h"
 #include "editor/AlarmEditorDelegate.h"
 #include "editor/AlarmSetController.h"
+#include "editor/DescriptionLabel.h"
 #include "platform/Bundle.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
 #include "platform/linux/preferences/PropertyListDefaults.h"
@@ -67,6 +68,39 @@ public:
     }
 
     void click(const char* name) { find<QAbstractButton>(name)->click(); }
+
+    void open(const AlarmPtr& alarm = nullptr) {
+        editor.showWithAlarm(alarm);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
+    }
+
+    // A name of a key as in "Tab", "Alt+W" or "Space", or '=' and a text to type.
+    void press(const std::vector<const char*>& keys, QWidget* window = nullptr) {
+        for (const char* key : keys) {
+            QWidget* focus = (window ? window : &editor)->focusWidget();
+            ASSERT_NE(focus, nullptr) << key;
+            if (*key == '=') {
+                QTest::keyClicks(focus, QString::fromUtf8(key + 1));
+            } else {
+                const QKeyCombination combination =
+                    QKeySequence::fromString(QString::fromLatin1(key))[0];
+                QTest::keyClick(focus, combination.key(), combination.keyboardModifiers());
+            }
+            QCoreApplication::processEvents();
+            // A button that is reached by its letter stays down for a moment.
+            EXPECT_TRUE(QTest::qWaitFor([this] {
+                return std::ranges::none_of(editor.findChildren<QAbstractButton*>(),
+                                            &QAbstractButton::isDown);
+            }));
+        }
+    }
+
+    [[nodiscard]] std::string sentence() const {
+        return find<DescriptionLabel>("descriptionLabel")->toPlainText().toStdString();
+    }
+    [[nodiscard]] bool isEnabled(const char* name) const {
+        return find<QWidget>(name)->isEnabled();
+    }
 
     // A sound of the user's.
     QString addSound(const char* name, FakeSoundPlayer::File sound) {

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/EscapedText.h"
-#include "sounds/PullDownPopUp.h"
 #include "sounds/SoundFileWell.h"
 #include "tests/editor/EditorFixture.h"
-#include "tests/support/Windows.h"
 
 #include <QCheckBox>
 #include <QFileDialog>
@@ -146,6 +144,54 @@ TEST_F(SoundChoiceTest, keepsTheRecorderToItself) {
     editor.close();
     EXPECT_EQ(recorderWindow(), nullptr) << "closes with the editor";
     loop.runPending();
+}
+
+TEST_F(SoundChoiceTest, playsTheDefaultSoundAndOffersWhatIsStored) {
+    defaultSound = u"/Ping.aiff"_qs;
+    store({.title = "Tea",
+           .minutes = 3,
+           .snoozeTime = 8,
+           .sound = "/nowhere/Gong.wav",
+           .voice = "Nobody"});
+    open();
+    EXPECT_EQ(sentence(), "In 1 minute(s) alarm '' will be played with sound 'Ping'.");
+    press({"Down"});
+    loop.runPending();
+    EXPECT_EQ(find<QWidget>("voiceNamePopUp")->toolTip(), escapedText(u"Nobody (missing)"_qs));
+    EXPECT_EQ(find<QWidget>("selectSoundButton")->toolTip(), escapedText(u"Gong (missing)"_qs));
+    press({"Return"});
+    EXPECT_EQ(accepted.back()->snoozeTime(), 8);
+    open();
+    EXPECT_EQ(find<QComboBox>("snoozeTimePopUp")->findText(u"8"_qs), -1);
+}
+
+TEST_F(SoundChoiceTest, choosesSoundsAndVoices) {
+    speech.voices = {u"Anna"_qs, u"Tina"_qs, u"Tom & Tim"_qs};
+    open();
+    press({"=Tea", "Alt+P", "Alt+L"});
+    EXPECT_FALSE(isEnabled("playButton"));
+    const std::string path = " " + addSound("R&B", {.duration = 5s}).toStdString();
+    pick("selectSoundButton", u"R&&B"_qs);
+    EXPECT_EQ(offered("voiceNamePopUp").size(), 4) << "its face, and each voice once";
+    find<PullDownPopUp>("voiceNamePopUp")->showPopup();
+    QMenu& voices = find<PullDownPopUp>("voiceNamePopUp")->menu();
+    QTest::keyClicks(&voices, u"to"_qs); // not the first with that letter
+    QTest::keyClick(&voices, Qt::Key_Return);
+    EXPECT_TRUE(isEnabled("playButton"));
+    EXPECT_EQ(sentence(),
+              "In 1 minute(s) alarm 'Tea' will be spoken by voice 'Tom & Tim' and sound "
+              "'R&B' will be played.");
+    EXPECT_EQ(find<PullDownPopUp>("selectSoundButton")->currentText(), u"R&B"_qs);
+    const QAction* face = offered("selectSoundButton").front(); // rebuilt: the face stays first
+    EXPECT_EQ(face->text(), u"R&&B"_qs);
+    EXPECT_FALSE(face->isVisible());
+    loop.advance(500ms);
+    click("playButton");
+    loop.advance(20s);
+    EXPECT_THAT(trace.events(),
+                ElementsAre("0" + path + " play", "0" + path + " dropped", "0 Tom & Tim says Tea",
+                            "500" + path + " volume 1.00", "500 Tom & Tim breaks off Tea",
+                            "500" + path + " play", "5500" + path + " finished"));
 }
 
 } // namespace

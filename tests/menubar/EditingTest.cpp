@@ -62,6 +62,7 @@ TEST_F(EditingTest, changesWhatWasChangedAndNothingElse) {
     const AlarmOf daily{
         .title = "Bus", .kind = Alarm::Dated, .time = "11-23 09:00", .everyDay = true};
     const AlarmOf once{.title = "Bus", .kind = Alarm::Dated, .time = "11-23 09:00"};
+    const AlarmOf late{.title = "Bus", .kind = Alarm::Dated, .time = "11-23 23:58"};
     const AlarmOf monday{.title = "Run",
                          .kind = Alarm::Weekly,
                          .time = "11-23 09:00",
@@ -100,8 +101,8 @@ TEST_F(EditingTest, changesWhatWasChangedAndNothingElse) {
          "Bus 1 | Bus 11-23 09:05+01"},
         {"every day, to an hour that has passed", daily, true, never, never, "atTimePicker=7:00",
          "Bus 1 | Bus 11-24 07:00+01"},
-        {"once, put off, to another day", once, true, Event::IsPutOff, never, "atDatePicker=25",
-         "Bus 1 | Bus 11-25 09:00+01"},
+        {"put off over midnight, to another time", late, true, Event::IsPutOff, never,
+         "atTimePicker=23:59", "Bus 1 | Bus 11-23 23:59+01"},
         // Nothing that has passed is set before somebody has seen what becomes of it.
         {"once, rings", once, true, Event::RingsHalfAMinute, never, "",
          "Bus 0 | Bus 11-23 09:00+01 rings"},

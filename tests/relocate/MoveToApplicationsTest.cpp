@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "relocate/MoveToApplications.h"
 
-#include "platform/EscapedText.h"
 #include "platform/Relocator.h"
 #include "tests/support/MemoryDefaults.h"
 #include "tests/support/Windows.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QMessageBox>
-#include <QTest>
 #include <QThreadPool>
 
 using namespace dorvane::testing;
@@ -178,19 +175,12 @@ TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
         offer(isNested ? u"/opt/Other.app/Dorvane.app"_qs : download);
         ASSERT_TRUE(alert()) << machine;
         const bool asksRoot = m_relocator.is("root") || m_relocator.is("protected");
-        EXPECT_EQ(
-            alert()->informativeText(),
-            escapedText(u"I can move myself to the Applications folder if you'd like."_qs +
-                        (asksRoot   ? u" Note that this will require an administrator password."_qs
-                         : isNested ? QString()
-                                    : u" This will keep your Downloads folder uncluttered."_qs) +
-                        u" The folder is /opt."_qs));
+        const QString text = alert()->informativeText();
+        EXPECT_EQ(text.contains(u"password"_qs), asksRoot);
+        EXPECT_EQ(text.contains(u"Downloads"_qs), !asksRoot && !isNested);
         const QList<QAbstractButton*> buttons = alert()->buttons();
-        const auto move = std::ranges::find_if(buttons, [](QAbstractButton* button) {
-            return alert()->buttonRole(button) == QMessageBox::AcceptRole;
-        });
-        ASSERT_NE(move, buttons.end());
-        (*move)->click();
+        (*std::ranges::find(buttons, u"Move to Applications Folder"_qs, &QAbstractButton::text))
+            ->click();
         settle();
         if (alert())
             m_relocator.act("alert");
