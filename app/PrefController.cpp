@@ -32,9 +32,9 @@ void PrefController::awakeFromNib() {
     for (QLabel* note : {m_form->startupNote, m_form->wakeNote})
         note->setFont(small);
 
-    m_form->helpField->setURL(m_surroundings.manual);
-    m_form->helpField->setOpener(m_surroundings.openUrl);
-
+    QObject::connect(m_form->manualButton, &QPushButton::clicked, &m_prefsWindow,
+                     [this] { m_surroundings.openUrl(m_surroundings.manual); });
+    takeRingChoices();
     prepareWaking();
     prepareUpdates();
     QObject::connect(m_form->checkButton, &QPushButton::clicked, &m_prefsWindow,
@@ -45,6 +45,20 @@ void PrefController::awakeFromNib() {
     m_surroundings.launchAtLogin.setChanged([this] { mirrorStartup(); });
     QObject::connect(m_form->startupCheckBox, &QCheckBox::toggled, &m_prefsWindow,
                      [this](bool on) { setStartup(on); });
+}
+
+// Where they stand is where Tab comes to them.
+void PrefController::takeRingChoices() {
+    if (!m_surroundings.ringChoices)
+        return;
+    m_form->ringRow->addWidget(m_surroundings.ringChoices);
+    QWidget* last = m_form->wakeCheckBox;
+    for (QWidget* each :
+         m_surroundings.ringChoices->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (each->focusPolicy() & Qt::TabFocus) {
+            QWidget::setTabOrder(last, each);
+            last = each;
+        }
 }
 
 // The wish can be told all the same: the next login may grant what is missing today.

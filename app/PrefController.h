@@ -19,8 +19,8 @@ class Bundle;
 class LaunchAtLoginController;
 struct UpdateResult;
 
-// The preferences window: whether the program starts at login and wakes the computer, where the
-// manual is, whether there is a newer version, and the way to the checks. Main thread only.
+// The preferences window: whether the program starts at login and wakes the computer, how it rings,
+// whether there is a newer version, and the way to the manual and the checks. Main thread only.
 class PrefController final {
 public:
     struct Surroundings {
@@ -38,6 +38,8 @@ public:
         std::function<void()> checkRinging;
         // Opens the window of the breaks.
         std::function<void()> openBreaks;
+        // Rows of the window, which takes them; null for none.
+        QWidget* ringChoices = nullptr;
     };
 
     // All of the surroundings must outlive the controller.
@@ -57,6 +59,7 @@ private:
     void mirrorStartup();
     void prepareWaking();
     void prepareUpdates();
+    void takeRingChoices();
     void checkForUpdates();
     void showUpdates(const UpdateResult& result);
 

@@ -8,6 +8,7 @@
 #include "app/LastRun.h"
 #include "app/LaunchAtLoginController.h"
 #include "app/PrefController.h"
+#include "app/RingChoices.h"
 #include "app/SoundUsers.h"
 #include "app/StatePaths.h"
 #include "app/UpdateChecker.h"
@@ -19,6 +20,7 @@
 #include "core/ActiveAlarms.h"
 #include "core/AlarmArchive.h"
 #include "core/Clock.h"
+#include "core/RingPreferences.h"
 #include "core/StoredAlarms.h"
 #include "core/UsersNotificationManager.h"
 #include "core/WakeUps.h"
@@ -62,6 +64,27 @@ void openChecks() {
     window->show();
 }
 
+RingDefaults ringDefaults() {
+    const RingPreferences& preferences = sharedRingPreferences();
+    const QString chosen = preferences.soundPath();
+    return {chosen.isEmpty() ? AudioStorageController::sharedController().pingPath() : chosen,
+            preferences.snooze()};
+}
+
+std::shared_ptr<ReminderController> makeReminders() {
+    return ReminderController::create(reminderSurroundings());
+}
+
+QWidget* makeRingChoices() {
+    Desktop& desktop = sharedDesktop();
+    return new RingChoices({.runLoop = desktop.runLoop,
+                            .player = desktop.soundPlayer,
+                            .library = AudioStorageController::sharedController(),
+                            .bundle = desktop.bundle,
+                            .preferences = sharedRingPreferences(),
+                            .makeReminders = makeReminders});
+}
+
 void openPreferences() {
     showWindowIcon();
     static auto* const preferences = [] {
@@ -77,7 +100,8 @@ void openPreferences() {
              .canWakeComputer =
                  [&desktop] { return desktop.wakeAlarm.ability() == WakeAlarm::Ability::Able; },
              .checkRinging = openChecks,
-             .openBreaks = [] { AlarmMenuController::mainMenuController().createRespito(); }});
+             .openBreaks = [] { AlarmMenuController::mainMenuController().createRespito(); },
+             .ringChoices = makeRingChoices()});
     }();
     preferences->show();
 }
@@ -95,12 +119,11 @@ std::unique_ptr<AlarmSetController> makeEditor() {
         .workspace = desktop.workspace,
         .notificationCenter = desktop.notifications,
         .propertyLists = desktop.propertyLists,
-        .makeReminders = [] { return ReminderController::create(reminderSurroundings()); },
-        .defaultSoundPath = [] { return AudioStorageController::sharedController().pingPath(); },
-        .runs =
-            [](const AlarmPtr& alarm) {
-                return std::ranges::count(Clock::sharedClock().allAlarms(), alarm) > 0;
-            }});
+        .makeReminders = makeReminders,
+        .ringDefaults = ringDefaults,
+        .runs = [](const AlarmPtr& alarm) {
+            return std::ranges::count(Clock::sharedClock().allAlarms(), alarm) > 0;
+        }});
 }
 
 PendixTakeABreakSettings& breakSettings() {
@@ -159,7 +182,10 @@ QStringList usersOfOneSound(const QString& path) {
         alarms.push_back(alarm);
     auto& breaks = PendixTakeABreakSettings::sharedInstance();
     breaks.loadPrefs();
-    return usersOfSound(path, alarms, breaks);
+    QStringList users = usersOfSound(path, alarms, breaks);
+    if (sharedRingPreferences().soundPath() == path)
+        users << QStringLiteral("new alarms");
+    return users;
 }
 
 } // namespace
@@ -263,7 +289,7 @@ AlarmControl& sharedAlarmControl() {
              .clear = on(&AlarmMenuController::clearAlarm),
              .end = on(&AlarmMenuController::clearFromMenu),
              .remove = on(&AlarmMenuController::deleteAlarm),
-             .pingPath = [] { return AudioStorageController::sharedController().pingPath(); },
+             .ringDefaults = ringDefaults,
              .findSound = findNamedSound,
              .findVoice = findNamedVoice,
              .save = saveAll,
@@ -344,6 +370,11 @@ std::unique_ptr<MoveToApplications> makeMover() {
         .end = [] { bfApp::sharedApplication().terminate(); }});
 }
 
+RingPreferences& sharedRingPreferences() {
+    static auto* const preferences = new RingPreferences(sharedDesktop().defaults);
+    return *preferences;
+}
+
 SoundRepeat& sharedSoundRepeat() {
     static auto* const repeat =
         new SoundRepeat(sharedDesktop().runLoop, sharedDesktop().soundPlayer);
@@ -401,7 +432,7 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
                     return AudioStorageController::sharedController().isSystemSound(path);
                 },
             .makeEditor = makeEditor,
-            .presetSoundPath = [] { return AudioStorageController::sharedController().pingPath(); },
+            .ringDefaults = ringDefaults,
             .sharedRespito = []() -> PendixRespitoWindowsController& {
                 showWindowIcon();
                 return PendixRespitoWindowsController::sharedRespito();
@@ -423,6 +454,7 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
             .breakOutlook = breakOutlook,
             .showsBreaks = [] { return breakSettings().showRespito() != 0; },
             .makeNotice = makeNotice(),
+            .volume = [] { return float(sharedRingPreferences().volume()) / 100; },
         });
     }();
     return *controller;

@@ -100,8 +100,7 @@ AlarmControl::AlarmControl(Surroundings surroundings)
 // One with a title is an alarm as the editor makes it.
 void AlarmControl::addTimer(const Asker& asker, quint32 minutes, const QString& title) {
     const QString wanted = title.isEmpty() ? QStringLiteral("default") : title;
-    const auto request =
-        readRequest({{key::title, wanted}, {key::minutes, minutes}}, m_surroundings.runLoop.now());
+    const auto request = read({{key::title, wanted}, {key::minutes, minutes}});
     if (const Refusal* const refused = std::get_if<Refusal>(&request))
         return asker.made(*refused);
     if (!title.isEmpty())
@@ -111,15 +110,21 @@ void AlarmControl::addTimer(const Asker& asker, quint32 minutes, const QString& 
         if (!self || !isAsked)
             return;
         const Surroundings& around = self->m_surroundings;
-        made(self->take(quickAlarm(int(minutes), around.pingPath(), around.runLoop.now())));
+        made(self->take(quickAlarm(int(minutes), around.ringDefaults(), around.runLoop.now())));
     });
 }
 
 void AlarmControl::addAlarm(const Asker& asker, const QVariantMap& description) {
-    const auto request = readRequest(description, m_surroundings.runLoop.now());
+    const auto request = read(description);
     if (const Refusal* const refused = std::get_if<Refusal>(&request))
         return asker.made(*refused);
     make(std::get<AlarmRequest>(request), asker);
+}
+
+std::variant<AlarmRequest, Refusal> AlarmControl::read(const QVariantMap& description) const {
+    QVariantMap whole{{key::snooze, m_surroundings.ringDefaults().snooze}};
+    whole.insert(description);
+    return readRequest(whole, m_surroundings.runLoop.now());
 }
 
 void AlarmControl::make(const AlarmRequest& request, const Asker& asker) {
@@ -156,7 +161,7 @@ void AlarmControl::findSound(const MakingPtr& making) {
     if (sound && !sound->isEmpty())
         m_surroundings.findSound(*sound, withSound);
     else
-        withSound(sound ? QString() : m_surroundings.pingPath());
+        withSound(sound ? QString() : m_surroundings.ringDefaults().soundPath);
 }
 
 void AlarmControl::findVoice(const MakingPtr& making) {

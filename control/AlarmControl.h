@@ -40,8 +40,8 @@ public:
         Command end;
         Command remove;
 
-        // The sound of a timer, a full path.
-        std::function<QString()> pingPath;
+        // What is not said of an alarm.
+        std::function<RingDefaults()> ringDefaults;
         // The full path of the sound of a name, or of a file, which may have to be copied first.
         std::function<void(const QString& nameOrPath, Found found)> findSound;
         std::function<void(const QString& name, Found found)> findVoice;
@@ -92,6 +92,7 @@ private:
     struct Making;
     using MakingPtr = std::shared_ptr<Making>;
 
+    [[nodiscard]] std::variant<AlarmRequest, Refusal> read(const QVariantMap& description) const;
     void make(const AlarmRequest& request, const Asker& asker);
     void findSound(const MakingPtr& making);
     void findVoice(const MakingPtr& making);

@@ -13,7 +13,7 @@ namespace dorvane {
 // form of a new alarm; the sound and the voice are still names that have to be found.
 struct AlarmRequest {
     AlarmForm form;
-    std::optional<QString> sound;    // a name or a full path; empty for silence, nothing for Ping
+    std::optional<QString> sound;    // a name or a full path; empty for silence, nothing if unsaid
     QString voice;                   // empty for none
     bool isStored = false;           // a copy goes to the library
     std::chrono::seconds counted{0}; // of a relative alarm, how long before it was set

@@ -77,12 +77,12 @@ QDateTime timeOf(const AlarmForm& form, const QDateTime& now, const QString& tod
     return {};
 }
 
-AlarmPtr quickAlarm(int minutes, const QString& soundPath, const QDateTime& now) {
+AlarmPtr quickAlarm(int minutes, const RingDefaults& ring, const QDateTime& now) {
     AlarmPtr alarm = Alarm::initWithTime(now, QStringLiteral("default"));
-    alarm->setSnoozeTime(5);
+    alarm->setSnoozeTime(ring.snooze);
     alarm->setIsMinuteUnits(true);
     alarm->setRingWithinUnits(minutes);
-    alarm->setSoundPath(soundPath);
+    alarm->setSoundPath(ring.soundPath);
     alarm->setIsPlaySound(true);
     alarm->setIsDefaultAlarm(true);
     return alarm;

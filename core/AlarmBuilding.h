@@ -11,6 +11,7 @@
 namespace dorvane {
 
 struct AlarmForm;
+struct RingDefaults;
 
 // The moment at the hour and minute of the time on the date, with no seconds; see localMoment()
 // for the nights on which clocks are set.
@@ -22,8 +23,8 @@ struct AlarmForm;
 [[nodiscard]] QDateTime timeOf(const AlarmForm& form, const QDateTime& now,
                                const QString& todaysName);
 
-// A timer of the menu, set at `now`: titled "default", it plays the sound, which is a full path.
-[[nodiscard]] AlarmPtr quickAlarm(int minutes, const QString& soundPath, const QDateTime& now);
+// A timer of the menu, set at `now`: titled "default", it plays the sound.
+[[nodiscard]] AlarmPtr quickAlarm(int minutes, const RingDefaults& ring, const QDateTime& now);
 
 // The alarm that is being edited, and whether its time is: what was not touched stays as the alarm
 // has it by now.

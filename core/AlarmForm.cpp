@@ -44,13 +44,13 @@ void fillWhen(AlarmForm& form, const Alarm& alarm, Instant now) {
 
 } // namespace
 
-AlarmForm newAlarmForm(const QDateTime& now, qint64 firstSnooze) {
+AlarmForm newAlarmForm(const QDateTime& now, qint64 snooze) {
     const QDateTime earliest = now.addSecs(secondsToEarliest);
     AlarmForm form;
     form.interval = QStringLiteral("1");
     form.atTimePicker = form.atAlarmTimePicker = wholeMinute(earliest.time());
     form.atDatePicker = earliest.date();
-    form.snoozeTime = firstSnooze;
+    form.snoozeTime = snooze;
     return form;
 }
 

@@ -50,11 +50,17 @@ struct AlarmForm {
 // The minutes that an alarm can be snoozed for, in the order in which the editor offers them.
 inline constexpr std::array<qint64, 12> snoozeLengths{5, 7, 9, 10, 15, 20, 30, 45, 60, 1, 2, 3};
 
+// What a new alarm has where nobody says otherwise: a sound's full path, and minutes.
+struct RingDefaults {
+    QString soundPath;
+    qint64 snooze = snoozeLengths.front();
+};
+
 // How long after now the earliest moment lies that a new alarm can be set to.
 inline constexpr int secondsToEarliest = 60;
 
-// The form of a new alarm. `firstSnooze` is the first of the snooze lengths.
-[[nodiscard]] AlarmForm newAlarmForm(const QDateTime& now, qint64 firstSnooze);
+// The form of a new alarm, its sound aside. The snooze is in minutes.
+[[nodiscard]] AlarmForm newAlarmForm(const QDateTime& now, qint64 snooze);
 
 // The form for an alarm, snoozes aside. What the alarm's kind does not use stays as it is in
 // `form`.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/Alarm.h"
+#include "core/AlarmForm.h"
 
 #include <functional>
 #include <memory>
@@ -32,8 +32,8 @@ struct AlarmEditorServices {
     const PropertyListFormat& propertyLists;
     // A window in which reminders are recorded, not yet shown.
     std::function<std::shared_ptr<ReminderController>()> makeReminders;
-    // The full path of the sound that a new alarm plays; empty for a silent one.
-    std::function<QString()> defaultSoundPath;
+    // What a new alarm has; without a sound it is a silent one.
+    std::function<RingDefaults()> ringDefaults;
     // Whether an alarm is among those that run.
     std::function<bool(const AlarmPtr& alarm)> runs;
 };

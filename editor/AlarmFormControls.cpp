@@ -46,10 +46,6 @@ WeekdaySet AlarmFormControls::checkedDays() const {
     return days;
 }
 
-qint64 AlarmFormControls::firstSnooze() const {
-    return m_controls.snoozeTimePopUp->itemText(0).toLongLong();
-}
-
 // A length that the pop-up does not have, from elsewhere, is offered while its alarm is shown. What
 // is no length gives way to the first one.
 void AlarmFormControls::showSnooze(qint64 minutes) {

@@ -33,9 +33,6 @@ public:
 
     [[nodiscard]] const std::vector<QCheckBox*>& dayBoxes() const { return m_dayBoxes; }
 
-    // The first of the snooze lengths, in minutes.
-    [[nodiscard]] qint64 firstSnooze() const;
-
 private:
     void fadePickersWhenDisabled();
     [[nodiscard]] WeekdaySet checkedDays() const;

@@ -229,8 +229,9 @@ void AlarmSetController::setAlarm(const Alarm* alarm) {
     if (alarm) {
         m_form = formFilledFrom(*alarm, m_form, instantOf(now));
     } else {
-        m_form = newAlarmForm(now, m_formControls.firstSnooze());
-        m_form.soundPath = m_services.defaultSoundPath();
+        const RingDefaults ring = m_services.ringDefaults();
+        m_form = newAlarmForm(now, ring.snooze);
+        m_form.soundPath = ring.soundPath;
         m_form.isPlaySound = !m_form.soundPath.isEmpty();
     }
     {

@@ -8,11 +8,8 @@
 namespace dorvane {
 
 AlarmSetPreController::AlarmSetPreController(const RunLoop& runLoop, StoredAlarms& library,
-                                             QString soundPath, AlarmPresetDelegate& delegate)
-    : m_runLoop(runLoop)
-    , m_library(library)
-    , m_soundPath(std::move(soundPath))
-    , m_delegate(delegate) {}
+                                             RingDefaults ring, AlarmPresetDelegate& delegate)
+    : m_runLoop(runLoop), m_library(library), m_ring(std::move(ring)), m_delegate(delegate) {}
 
 void AlarmSetPreController::setDefault(int minutes) {
     m_delegate.acceptedPreAlarm(*this, saveCurrentAlarm(minutes));
@@ -20,7 +17,7 @@ void AlarmSetPreController::setDefault(int minutes) {
 
 AlarmPtr AlarmSetPreController::saveCurrentAlarm(int minutes) {
     const QDateTime now = m_runLoop.now();
-    AlarmPtr alarm = quickAlarm(minutes, m_soundPath, now);
+    AlarmPtr alarm = quickAlarm(minutes, m_ring, now);
     m_library.put(*alarm, instantOf(now));
     return alarm;
 }

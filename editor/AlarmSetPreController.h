@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/Alarm.h"
+#include "core/AlarmForm.h"
 
 namespace dorvane {
 
@@ -15,12 +15,12 @@ public:
     virtual void acceptedPreAlarm(AlarmSetPreController& controller, const AlarmPtr& alarm) = 0;
 };
 
-// Makes the one-click timers: a relative alarm titled "default" that plays Ping. Lives for one
+// Makes the one-click timers: a relative alarm titled "default". Lives for one
 // click.
 class AlarmSetPreController {
 public:
-    // `soundPath` is the full path of the sound to play. The references must outlive the object.
-    AlarmSetPreController(const RunLoop& runLoop, StoredAlarms& library, QString soundPath,
+    // The references must outlive the object.
+    AlarmSetPreController(const RunLoop& runLoop, StoredAlarms& library, RingDefaults ring,
                           AlarmPresetDelegate& delegate);
 
     // Makes an alarm that is due in so many minutes, stores a copy of it in the library in the
@@ -32,7 +32,7 @@ private:
 
     const RunLoop& m_runLoop;
     StoredAlarms& m_library;
-    QString m_soundPath;
+    RingDefaults m_ring;
     AlarmPresetDelegate& m_delegate;
 };
 

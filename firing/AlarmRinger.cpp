@@ -84,6 +84,8 @@ void AlarmRinger::ring(const AlarmPtr& alarm) {
                                                             m_surroundings.windowDelegate, alarm);
     alarm->setContext(window);
     m_ringing.add(alarm, window);
+    if (m_surroundings.volume)
+        m_mix.setVolume(m_surroundings.volume());
     if (speaks(*alarm))
         speakTitle(alarm);
     else

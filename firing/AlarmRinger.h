@@ -47,6 +47,8 @@ public:
         std::function<QString()> standInPath;
         // See SnoozeWindowStack.
         MakeNotice makeNotice = {};
+        // How loud alarms ring, 0.0 to 1.0; empty for 1.0.
+        std::function<float()> volume = {};
     };
 
     // Becomes the delegate of the text speaker.

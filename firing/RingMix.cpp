@@ -15,12 +15,16 @@ constexpr float gainOfTheOthers = 0.14F;
 // A sound whose own volume and whose place in the mix are two things.
 class MixedSound final : public Sound {
 public:
-    MixedSound(Lifeline<RingMix>::Weak mix, std::unique_ptr<Sound> sound,
+    MixedSound(Lifeline<RingMix>::Weak mix, std::unique_ptr<Sound> sound, float gain,
                std::function<void()> covered)
         : m_mix(std::move(mix))
         , m_covered(std::move(covered))
         , m_level(sound->volume())
-        , m_sound(std::move(sound)) {}
+        , m_gain(gain)
+        , m_sound(std::move(sound)) {
+        if (gain != 1) // or its first samples would be too loud
+            m_sound->setVolume(m_level * gain);
+    }
 
     // Not before it is loaded: what cannot be heard yet, or ever, is in nobody's way.
     bool play() override {
@@ -74,7 +78,7 @@ private:
     const Lifeline<RingMix>::Weak m_mix;
     const std::function<void()> m_covered;
     float m_level;
-    float m_gain = 1;
+    float m_gain;
     std::unique_ptr<Sound> m_sound;
     std::optional<RingMix::Voice> m_voice; // goes first: it sets the volume of the sound
 };
@@ -104,7 +108,13 @@ bool RingMix::Voice::isInFront() const {
 
 std::unique_ptr<Sound> RingMix::voiceOf(std::unique_ptr<Sound> sound,
                                         std::function<void()> covered) {
-    return std::make_unique<MixedSound>(m_lifeline.weak(), std::move(sound), std::move(covered));
+    return std::make_unique<MixedSound>(m_lifeline.weak(), std::move(sound), m_volume,
+                                        std::move(covered));
+}
+
+void RingMix::setVolume(float volume) {
+    m_volume = volume;
+    balance();
 }
 
 // Quieter first: nothing is to be too loud between two changes.
@@ -112,9 +122,9 @@ void RingMix::balance() {
     const auto others = float(m_voices.size()) - 1;
     for (Voice* const voice : m_voices) {
         const bool isInFront = voice == m_voices.back();
-        const float gain = m_voices.size() == 1 ? 1
-                           : isInFront          ? frontGain
-                                                : gainOfTheOthers / others;
+        const float gain = m_volume * (m_voices.size() == 1 ? 1
+                                       : isInFront          ? frontGain
+                                                            : gainOfTheOthers / others);
         if (std::exchange(voice->m_gain, gain) != gain)
             voice->m_setGain(gain);
     }

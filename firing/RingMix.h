@@ -12,7 +12,7 @@ namespace dorvane {
 
 // What alarms that ring at the same time sound like together: none waits, the newest stands in
 // front, and the others are so much quieter that all of them stay below full scale. One alone is
-// left as it is. Main thread only.
+// left as it is. All of them as loud as rings are to be. Main thread only.
 class RingMix {
 public:
     // Somebody that sounds; leaves the mix when it is destroyed.
@@ -41,6 +41,9 @@ public:
     [[nodiscard]] std::unique_ptr<Sound> voiceOf(std::unique_ptr<Sound> sound,
                                                  std::function<void()> covered = {});
 
+    // How loud it all is, 0.0 to 1.0, which it is at first.
+    void setVolume(float volume);
+
     // Called when the last voice has left; must not destroy anything that sounds.
     void setFallenSilent(std::function<void()> silent) { m_fallenSilent = std::move(silent); }
     [[nodiscard]] bool isSilent() const { return m_voices.empty(); }
@@ -49,6 +52,7 @@ private:
     void balance();
 
     std::vector<Voice*> m_voices; // the newest last
+    float m_volume = 1;
     std::function<void()> m_fallenSilent;
     Lifeline<RingMix> m_lifeline{*this};
 };

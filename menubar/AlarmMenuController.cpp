@@ -49,7 +49,8 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
                         return m_surroundings.bundle.resourcePath(
                             QStringLiteral("Sounds/Ping.aiff"));
                     },
-                .makeNotice = m_surroundings.makeNotice}) {
+                .makeNotice = m_surroundings.makeNotice,
+                .volume = m_surroundings.volume}) {
     m_surroundings.appearance.setChanged([this] { darkModeChanged(); });
     darkModeChanged();
     m_menuObservation = m_surroundings.notifications.addObserver(
@@ -194,7 +195,7 @@ void AlarmMenuController::takeEdited(const AlarmPtr& old, const AlarmPtr& alarm)
 
 void AlarmMenuController::createPreAlarm(int minutes) {
     AlarmSetPreController(m_surroundings.runLoop, m_surroundings.storedAlarms,
-                          m_surroundings.presetSoundPath(), *this)
+                          m_surroundings.ringDefaults(), *this)
         .setDefault(minutes);
 }
 

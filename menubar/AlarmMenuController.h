@@ -58,8 +58,8 @@ public:
         std::function<bool(const QString& path)> isSystemSound;
         // Makes an editor window, not shown yet.
         std::function<std::unique_ptr<AlarmSetController>()> makeEditor;
-        // The full path of the sound that quick alarms play.
-        std::function<QString()> presetSoundPath;
+        // What quick alarms have.
+        std::function<RingDefaults()> ringDefaults;
         // The break reminder: its window, made when it is first needed, its cycle, and whether it
         // runs. Empty where there is none.
         std::function<PendixRespitoWindowsController&()> sharedRespito;
@@ -80,6 +80,8 @@ public:
         std::function<bool()> showsBreaks = {};
         // See SnoozeWindowStack.
         MakeNotice makeNotice = {};
+        // See AlarmRinger.
+        std::function<float()> volume = {};
     };
 
     // Shows the icon with its menu.

@@ -45,7 +45,10 @@ protected:
             .clear = noted("clear "),
             .end = noted("end "),
             .remove = [this](const AlarmPtr& alarm) { clock.removeAlarm(alarm); },
-            .pingPath = [] { return u"/Ping"_qs; },
+            .ringDefaults =
+                [] {
+                    return RingDefaults{u"/Ping"_qs, 7};
+                },
             .findSound =
                 [this](const QString& name, const AlarmControl::Found& found) {
                     if (name == u"Slow"_qs)
@@ -129,23 +132,23 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
         QVariantMap description;
         const char* answer;
     } rows[]{
-        {{{u"minutes"_qs, 25u}}, "24. 10:25:00 T /Ping  5"},
+        {{{u"minutes"_qs, 25u}}, "24. 10:25:00 T /Ping  7"},
         {{{u"hours"_qs, qint64(2)}, {u"repeat"_qs, true}, {u"snooze"_qs, 9}},
          "24. 12:00:00 T /Ping  9 repeats"},
-        {{{u"time"_qs, u"10:01"_qs}}, "24. 10:01:00 T /Ping  5"},
-        {{{u"time"_qs, u"10:00"_qs}}, "25. 10:00:00 T /Ping  5"},
+        {{{u"time"_qs, u"10:01"_qs}}, "24. 10:01:00 T /Ping  7"},
+        {{{u"time"_qs, u"10:00"_qs}}, "25. 10:00:00 T /Ping  7"},
         {{{u"time"_qs, u"7:30"_qs}, {u"date"_qs, u"2026-11-30"_qs}, {u"every-day"_qs, true}},
-         "30. 07:30:00 T /Ping  5 daily"},
+         "30. 07:30:00 T /Ping  7 daily"},
         {{{u"time"_qs, u"09:00"_qs}, {u"weekdays"_qs, QStringList{u"tue"_qs, u"thu"_qs}}},
-         "26. 09:00:00 T /Ping  5"},
-        {{{u"time"_qs, u"7p"_qs}, {u"date"_qs, u"fri"_qs}}, "27. 19:00:00 T /Ping  5"},
+         "26. 09:00:00 T /Ping  7"},
+        {{{u"time"_qs, u"7p"_qs}, {u"date"_qs, u"fri"_qs}}, "27. 19:00:00 T /Ping  7"},
         {{{u"time"_qs, u"9"_qs}, {u"weekdays"_qs, QStringList{u"thu-fri"_qs, u"Sunday"_qs}}},
-         "26. 09:00:00 T /Ping  5"},
-        {{{u"seconds"_qs, 30}}, "24. 10:00:30 T /Ping  5"},
-        {{{u"seconds"_qs, 90}}, "24. 10:01:30 T /Ping  5"},
+         "26. 09:00:00 T /Ping  7"},
+        {{{u"seconds"_qs, 30}}, "24. 10:00:30 T /Ping  7"},
+        {{{u"seconds"_qs, 90}}, "24. 10:01:30 T /Ping  7"},
         {{{u"minutes"_qs, 1}, {u"sound"_qs, u"Brook"_qs}, {u"voice"_qs, u"Ann"_qs}},
-         "24. 10:01:00 T /Brook Ann 5"},
-        {{{u"minutes"_qs, 1}, {u"sound"_qs, u""_qs}}, "24. 10:01:00 T silent  5"},
+         "24. 10:01:00 T /Brook Ann 7"},
+        {{{u"minutes"_qs, 1}, {u"sound"_qs, u""_qs}}, "24. 10:01:00 T silent  7"},
 
         {{}, "MissingKey \"time\""},
         {{{u"title"_qs, u" "_qs}}, "InvalidValue \"title\""},
@@ -175,7 +178,7 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
     }
     EXPECT_EQ(clock.allAlarms().size(), 12U) << "what is refused leaves nothing behind";
     control.addTimer(asker(), 5, {});
-    EXPECT_EQ(told, u"24. 10:05:00 default /Ping  5"_qs);
+    EXPECT_EQ(told, u"24. 10:05:00 default /Ping  7"_qs);
 }
 
 TEST_F(AlarmControlTest, whatIsReportedOfAnAlarmMakesTheSameAgain) {
@@ -240,7 +243,7 @@ TEST_F(AlarmControlTest, whoWaitsForASoundIsAnsweredInTimeAndTheAlarmCountsFromT
             found(u"/Slow"_qs);
         return told.toStdString();
     };
-    EXPECT_EQ(answerTo("Slow", 7s), "24. 10:01:00 T /Slow  5");
+    EXPECT_EQ(answerTo("Slow", 7s), "24. 10:01:00 T /Slow  7");
     EXPECT_EQ(answerTo("Slow", 9s),
               "TooSlow the sound or the voice could not be looked up within 8 seconds");
     hasGivenUp = true;
@@ -292,7 +295,7 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
          {RingEvent::Rings, RingEvent::Snoozed, RingEvent::Cleared, RingEvent::Unanswered})
         control.befell(event, alarm);
     loop.runPending();
-    EXPECT_THAT(trace.events(), ElementsAre("0 end T", "100 snooze T 5", "100 snooze T 1440",
+    EXPECT_THAT(trace.events(), ElementsAre("0 end T", "100 snooze T 7", "100 snooze T 1440",
                                             "100 clear T", "100 T0", "100 T1", "100 T2", "100 T3"));
     EXPECT_EQ(control.remove(id), std::nullopt);
     EXPECT_EQ(control.remove(id)->name, u"NoSuchAlarm"_qs);

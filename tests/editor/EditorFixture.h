@@ -36,7 +36,7 @@ public:
                 notifications,
                 format,
                 [this] { return ReminderController::create(reminderSurroundings()); },
-                [this] { return defaultSound; },
+                [this] { return RingDefaults{defaultSound}; },
                 [](const AlarmPtr&) { return true; }};
     }
 

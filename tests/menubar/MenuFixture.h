@@ -121,7 +121,7 @@ protected:
                  };
                  return std::make_unique<AlarmSetController>(editing);
              },
-         .presetSoundPath = [] { return u"ping"_qs; },
+         .ringDefaults = [] { return RingDefaults{u"ping"_qs}; },
          .sharedRespito = {},
          .breakCycle = {},
          .breaksRun = {},
