@@ -222,7 +222,7 @@ Outcome takeMoment(const Draft& draft, const QDateTime& now, AlarmForm& form) {
     form.row = Alarm::Dated;
     form.atTimePicker = *draft.time;
     form.shouldUseEveryDay = draft.everyDay.value_or(false);
-    const bool isAhead = fullDateWithTimeFrom(*draft.time, now.date()) > now;
+    const bool isAhead = fullDateWithTimeFrom(*draft.time, now.date(), now) > now;
     form.atDatePicker = now.date().addDays(isAhead ? 0 : 1);
     if (draft.date) {
         const auto date = dateRead(*draft.date, QLocale::system(), now, *draft.time).date;
@@ -230,7 +230,7 @@ Outcome takeMoment(const Draft& draft, const QDateTime& now, AlarmForm& form) {
             return invalid(key::date, QStringLiteral("must be a date such as 2026-12-01"));
         form.atDatePicker = *date;
     }
-    if (fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker) <= now)
+    if (fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker, now) <= now)
         return refusal("PastDate", key::date,
                        form.atDatePicker.toString(Qt::ISODate) +
                            form.atTimePicker.toString(QStringLiteral(" HH:mm")) +

@@ -59,21 +59,19 @@ QDateTime startOf(const AlarmForm& form, const Alarm& old, const QDateTime& now)
 
 } // namespace
 
-QDateTime fullDateWithTimeFrom(QTime time, QDate date) {
-    return localMoment(date, QTime(time.hour(), time.minute()));
+QDateTime fullDateWithTimeFrom(QTime time, QDate date, const QDateTime& now) {
+    return localMomentAfter(date, QTime(time.hour(), time.minute()), now);
 }
 
 QDateTime timeOf(const AlarmForm& form, const QDateTime& now, const QString& todaysName) {
     if (form.row == Alarm::Dated) {
-        const QDateTime time = fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker);
+        const QDateTime time = fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker, now);
         return form.shouldUseEveryDay && time <= now ? nextMomentAt(form.atTimePicker, now) : time;
     }
     if (form.row == Alarm::Weekly && form.weekdays.isEmpty())
         return nextMomentAt(form.atAlarmTimePicker, now);
     if (form.row == Alarm::Weekly)
-        return firstWeekdayDate(form.weekdays,
-                                fullDateWithTimeFrom(form.atAlarmTimePicker, now.date()), now,
-                                todaysName);
+        return firstWeekdayDate(form.weekdays, form.atAlarmTimePicker, now, todaysName);
     return {};
 }
 

@@ -13,9 +13,9 @@ namespace dorvane {
 struct AlarmForm;
 struct RingDefaults;
 
-// The moment at the hour and minute of the time on the date, with no seconds; see localMoment()
-// for the nights on which clocks are set.
-[[nodiscard]] QDateTime fullDateWithTimeFrom(QTime time, QDate date);
+// The moment at the hour and minute of the time on the date, with no seconds; see
+// localMomentAfter() for the nights on which clocks are set.
+[[nodiscard]] QDateTime fullDateWithTimeFrom(QTime time, QDate date, const QDateTime& now);
 
 // When the alarm in the form is due: nothing for a relative alarm, which works from its interval.
 // One of every day whose time has passed, and one of weekdays without a day, is due when clocks

@@ -45,8 +45,13 @@ QDateTime localMoment(QDate date, QTime time) {
     return readingsOf(date, time).first;
 }
 
+QDateTime localMomentAfter(QDate date, QTime time, const QDateTime& now) {
+    const auto [first, last] = readingsOf(date, time);
+    return first > now ? first : last;
+}
+
 QDateTime nextMomentAt(QTime time, const QDateTime& now) {
-    const QDateTime today = localMoment(now.date(), time);
+    const QDateTime today = localMomentAfter(now.date(), time, now);
     return today > now ? today : localMoment(now.date().addDays(1), time);
 }
 
@@ -56,12 +61,7 @@ QDateTime addingHours(const QDateTime& moment, qint64 hours) {
         return moment.addSecs(hours * secondsOfAnHour);
     const QDateTime face =
         QDateTime(moment.date(), moment.time(), QTimeZone::utc()).addSecs(hours * secondsOfAnHour);
-    const auto [first, last] = readingsOf(face.date(), face.time());
-    return first > moment ? first : last;
-}
-
-QDateTime addingDays(const QDateTime& moment, int days) {
-    return localMoment(moment.date().addDays(days), moment.time());
+    return localMomentAfter(face.date(), face.time(), moment);
 }
 
 } // namespace dorvane

@@ -12,6 +12,10 @@ namespace dorvane {
 // set back and the time comes twice, the first one: an alarm rings rather early than late.
 [[nodiscard]] QDateTime localMoment(QDate date, QTime time);
 
+// The same for an alarm that is set at `now`: of a time that comes twice the first moment after
+// that, if there is one.
+[[nodiscard]] QDateTime localMomentAfter(QDate date, QTime time, const QDateTime& now);
+
 // The next moment after `now` at which local clocks show the time: of today or of tomorrow.
 [[nodiscard]] QDateTime nextMomentAt(QTime time, const QDateTime& now);
 
@@ -19,8 +23,5 @@ namespace dorvane {
 // 08:00 on every night. The policy of localMoment(), but that it is always after `moment`: where a
 // time comes twice, the first one that is. Hours that do not go forward are taken as they pass.
 [[nodiscard]] QDateTime addingHours(const QDateTime& moment, qint64 hours);
-
-// The same time of day `days` days later, with the policy of localMoment().
-[[nodiscard]] QDateTime addingDays(const QDateTime& moment, int days);
 
 } // namespace dorvane

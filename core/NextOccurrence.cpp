@@ -22,15 +22,18 @@ std::optional<QDateTime> calculateNextDate(Weekday tomorrow, WeekdaySet ticked, 
                        QTime(timeOfDay.hour(), timeOfDay.minute()));
 }
 
-QDateTime firstWeekdayDate(WeekdaySet ticked, const QDateTime& timeToday, const QDateTime& now,
+// Each day has its own moment of that time: today's may be one that this night has moved.
+QDateTime firstWeekdayDate(WeekdaySet ticked, QTime timeOfDay, const QDateTime& now,
                            const QString& todaysName) {
+    const auto daysAhead = [&, time = QTime(timeOfDay.hour(), timeOfDay.minute())](int days) {
+        return localMomentAfter(now.date().addDays(days), time, now);
+    };
     const std::optional<Weekday> today = weekdayNamed(todaysName);
     if (ticked.isEmpty() || !today)
-        return timeToday;
-    const bool missedToday = ticked.contains(*today) && timeToday < now;
-    const int days = missedToday ? daysToNextTicked(nextWeekday(*today), 1, ticked)
-                                 : daysToNextTicked(*today, 0, ticked);
-    return addingDays(timeToday, days);
+        return daysAhead(0);
+    const bool missedToday = ticked.contains(*today) && daysAhead(0) < now;
+    return daysAhead(missedToday ? daysToNextTicked(nextWeekday(*today), 1, ticked)
+                                 : daysToNextTicked(*today, 0, ticked));
 }
 
 } // namespace dorvane

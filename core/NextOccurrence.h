@@ -21,10 +21,10 @@ namespace dorvane {
 [[nodiscard]] std::optional<QDateTime> calculateNextDate(Weekday tomorrow, WeekdaySet ticked,
                                                          QTime timeOfDay, QDate today);
 
-// The first date of an alarm that is being set: today when today is ticked and the time is still
-// ahead, else the next ticked day; today when no day is ticked, or when today's name (see
-// weekdayNamed()) names no day. `timeToday` is today at the chosen time.
-[[nodiscard]] QDateTime firstWeekdayDate(WeekdaySet ticked, const QDateTime& timeToday,
-                                         const QDateTime& now, const QString& todaysName);
+// The first date of an alarm that is being set, at the hour and minute of `timeOfDay`: today when
+// today is ticked and the time is still ahead, else the next ticked day; today when no day is
+// ticked, or when today's name (see weekdayNamed()) names no day.
+[[nodiscard]] QDateTime firstWeekdayDate(WeekdaySet ticked, QTime timeOfDay, const QDateTime& now,
+                                         const QString& todaysName);
 
 } // namespace dorvane

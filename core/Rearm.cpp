@@ -25,6 +25,13 @@ QTime wishedTimeOf(const Alarm& alarm, QTime own) {
     return alarm.wishedTime().isValid() ? alarm.wishedTime() : own;
 }
 
+// The day that the alarm is for: a night that skips the end of a day has it due on the next one.
+QDate dayOf(const Alarm& alarm, const QDateTime& due) {
+    const QDate before = due.date().addDays(-1);
+    const QTime wished = alarm.wishedTime();
+    return wished.isValid() && localMoment(before, wished) == due ? before : due.date();
+}
+
 Weekday weekdayOf(QDate date) {
     return Weekday(int(Weekday::Monday) + date.dayOfWeek() - 1);
 }
@@ -33,11 +40,12 @@ RearmDecision moveDayOn(const Alarm& alarm, const QDateTime& now) {
     const QDateTime due = dueWithoutSnoozes(alarm, now);
     if (!due.isValid())
         return {};
+    const QDate day = dayOf(alarm, due);
     const auto daysAfter = [&, timeOfDay = wishedTimeOf(alarm, due.time())](int days) {
-        return localMoment(due.date().addDays(days), timeOfDay);
+        return localMoment(day.addDays(days), timeOfDay);
     };
-    int count = std::max(1, int(due.date().daysTo(now.date())));
-    if (daysAfter(count) <= now)
+    int count = std::max(1, int(day.daysTo(now.date())) - 1);
+    while (daysAfter(count) <= now)
         ++count;
     return {Outcome::NextDay, daysAfter(count), {}, count > 1 ? daysAfter(count - 1) : QDateTime()};
 }
@@ -69,20 +77,21 @@ RearmDecision movePeriodOn(const Alarm& alarm, const QDateTime& now) {
 RearmDecision moveWeekdayOn(const Alarm& alarm, const QDateTime& now) {
     const QDateTime due = dueWithoutSnoozes(alarm, now);
     const QTime timeOfDay = wishedTimeOf(alarm, alarm.runTime(instantOf(now)).time());
-    QDate day = due.isValid() ? due.date() : now.date();
+    QDate day = due.isValid() ? dayOf(alarm, due) : now.date();
     if (alarm.shouldUseForever())
         day = std::max(day, now.date().addDays(-8)); // the days before are like those after
     RearmDecision decision{Outcome::NextWeekday, {}, alarm.weekdays(), {}};
     while (true) {
+        const Weekday weekday = weekdayOf(day);
         if (!alarm.shouldUseForever())
-            decision.weekdays.set(weekdayOf(day), false);
+            decision.weekdays.set(weekday, false);
         const auto next =
-            calculateNextDate(nextWeekday(weekdayOf(day)), decision.weekdays, timeOfDay, day);
+            calculateNextDate(nextWeekday(weekday), decision.weekdays, timeOfDay, day);
         decision.next = next.value_or(QDateTime());
         if (!next || *next > now)
             break;
         decision.missed = *next;
-        day = next->date();
+        day = day.addDays(daysToNextTicked(nextWeekday(weekday), 1, decision.weekdays));
     }
     if (!decision.next.isValid())
         decision.outcome = Outcome::Remove;
@@ -104,9 +113,7 @@ RearmDecision moveOnFromToday(const Alarm& alarm, Weekday today, const QDateTime
 // The first ticked day of a weekday alarm that is set now.
 QDateTime firstDay(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
     const QTime timeOfDay = wishedTimeOf(alarm, alarm.time(instantOf(now)).time());
-    return firstWeekdayDate(alarm.weekdays(),
-                            localMoment(now.date(), QTime(timeOfDay.hour(), timeOfDay.minute())),
-                            now, todaysName);
+    return firstWeekdayDate(alarm.weekdays(), timeOfDay, now, todaysName);
 }
 
 } // namespace

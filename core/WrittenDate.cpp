@@ -216,7 +216,7 @@ template<typename IsRight>
 std::optional<QDate> nextDate(const QDateTime& now, QTime time, int most, IsRight isRight) {
     for (int i = 0; i <= most; ++i)
         if (const QDate date = now.date().addDays(i);
-            isRight(date) && (i > 0 || localMoment(date, time) > now))
+            isRight(date) && (i > 0 || localMomentAfter(date, time, now) > now))
             return date;
     return std::nullopt;
 }

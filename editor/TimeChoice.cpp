@@ -51,7 +51,7 @@ void TimeChoice::fit(AlarmForm& form, Origin origin, const QDateTime& now) {
     m_isDateBounded = origin != Origin::Edited;
     m_isWeeklyBounded = origin == Origin::New;
     if (origin == Origin::Picked &&
-        fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker) <= now)
+        fullDateWithTimeFrom(form.atTimePicker, form.atDatePicker, now) <= now)
         form.atDatePicker = nextMomentAt(form.atTimePicker, now).date();
 }
 
@@ -90,9 +90,9 @@ void TimeChoice::boundTime() {
 
 QDateTime TimeChoice::chosen(Alarm::Kind row, const QDateTime& now) const {
     return row == Alarm::Weekly
-               ? fullDateWithTimeFrom(m_controls.atAlarmTimePicker->chosenTime(), now.date())
+               ? fullDateWithTimeFrom(m_controls.atAlarmTimePicker->chosenTime(), now.date(), now)
                : fullDateWithTimeFrom(m_controls.atTimePicker->chosenTime(),
-                                      m_controls.atDatePicker->chosenDate());
+                                      m_controls.atDatePicker->chosenDate(), now);
 }
 
 bool TimeChoice::renewBounds(Alarm::Kind row, const QDateTime& now) {
@@ -141,9 +141,8 @@ void TimeChoice::showRemarks() {
 }
 
 void TimeChoice::calendarButtonPushed() {
-    m_graphicalDateWindow->run(fullDateWithTimeFrom(m_controls.atTimePicker->chosenTime(),
-                                                    m_controls.atDatePicker->chosenDate()),
-                               m_runLoop.now().addSecs(secondsToEarliest));
+    const QDateTime now = m_runLoop.now();
+    m_graphicalDateWindow->run(chosen(Alarm::Dated, now), now.addSecs(secondsToEarliest));
 }
 
 void TimeChoice::graphicalDateSelected() {

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "journal/MissedAlarm.h"
 
-#include "core/LocalTime.h"
 #include "core/Rearm.h"
 
 namespace dorvane {
 
 namespace {
 
+// When its time has passed.
 RearmDecision nextDay(const Alarm& alarm, const QDateTime& now) {
-    return rearmAtRestore(alarm, now, weekdayName(now.date()));
+    return (alarm.selRowNo() == Alarm::Weekly ? rearmAtRestore
+                                              : rearmAtStart)(alarm, now, weekdayName(now.date()));
 }
 
 std::optional<QDateTime> nextDue(const Alarm& alarm, const QDateTime& now) {
@@ -18,17 +19,8 @@ std::optional<QDateTime> nextDue(const Alarm& alarm, const QDateTime& now) {
         fresh->setRunTime(now);
         return fresh->time(instantOf(now));
     }
-    if (alarm.selRowNo() == Alarm::Weekly) {
-        const RearmDecision decision = nextDay(alarm, now);
-        return decision.outcome == RearmDecision::Outcome::NextWeekday
-                   ? std::optional(decision.next)
-                   : std::nullopt;
-    }
-    const QDateTime time = alarm.storedTime();
-    if (!alarm.shouldUseEveryDay() || !time.isValid())
-        return std::nullopt;
-    const QDateTime today = addingDays(time, int(time.date().daysTo(now.date())));
-    return today >= now ? today : addingDays(time, int(time.date().daysTo(now.date())) + 1);
+    const RearmDecision decision = nextDay(alarm, now);
+    return decision.next.isValid() ? std::optional(decision.next) : std::nullopt;
 }
 
 } // namespace
@@ -43,10 +35,8 @@ void startAgain(const MissedAlarm& missed, const QDateTime& now,
     Alarm& alarm = *missed.alarm;
     const QDateTime start = alarm.storedRunTime();
     const bool isAhead = missed.due >= instantOf(now);
-    if (!isAhead && alarm.selRowNo() == Alarm::Weekly)
+    if (!isAhead)
         applyRearm(nextDay(alarm, now), alarm);
-    else if (!isAhead && !alarm.isRelative())
-        alarm.setTime(dueAgain(missed, now).value_or(QDateTime()));
     schedule(missed.alarm); // which lets a timer count from now
     if (!isAhead)
         return;

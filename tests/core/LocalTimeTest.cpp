@@ -30,14 +30,6 @@ TEST(LocalTimeTest, missingHourMovesForwardAndDoubledHourIsTheFirst) {
         const ZoneScope zone(c.zone);
         EXPECT_EQ(brief(localMoment(c.date, c.time)), c.expected) << c.zone;
     }
-    const std::pair<const char*, const char*> nextDays[] = {
-        {"03-28 02:30", "03-29 03:30+02"},
-        {"10-24 07:00", "10-25 07:00+01"},
-        {"10-24 02:30", "10-25 02:30+02"},
-        {"2028-02-28 06:45", "2028-02-29 06:45+01"},
-    };
-    for (const auto& [from, expected] : nextDays)
-        EXPECT_EQ(brief(addingDays(at(from), 1)), expected) << from;
 }
 
 // English for everybody, by the clock of where they are, also where no English is spoken.

@@ -4,6 +4,7 @@
 #include "core/NextOccurrence.h"
 #include "tests/support/AlarmOf.h"
 #include "tests/support/Testing.h"
+#include "tests/support/ZoneScope.h"
 
 using namespace dorvane::testing;
 
@@ -14,6 +15,7 @@ constexpr auto Tue = Weekday::Tuesday;
 constexpr auto Wed = Weekday::Wednesday;
 constexpr auto Thu = Weekday::Thursday;
 constexpr auto Fri = Weekday::Friday;
+constexpr auto Sat = Weekday::Saturday;
 constexpr auto Sun = Weekday::Sunday;
 
 TEST(NextOccurrenceTest, firstDateOfAWeekdayAlarm) {
@@ -24,23 +26,28 @@ TEST(NextOccurrenceTest, firstDateOfAWeekdayAlarm) {
         const char* time;
         const char* expected;
     } cases[] = {
-        {"today off", {Fri}, "11-25 08:00", "11-25 07:30", "11-27 07:30+01"},
-        {"today missed", {Wed, Fri}, "11-25 08:00", "11-25 07:30", "11-27 07:30+01"},
-        {"today ahead", {Wed, Fri}, "11-25 08:00", "11-25 09:00", "11-25 09:00+01"},
-        {"right now", {Wed}, "11-25 09:00", "11-25 09:00", "11-25 09:00+01"},
-        {"only today, missed", {Wed}, "11-25 09:01", "11-25 09:00", "12-02 09:00+01"},
-        {"Sunday to Monday", {Mon, Sun}, "11-29 09:01", "11-29 09:00", "11-30 09:00+01"},
-        {"no day", {}, "11-25 09:01", "11-25 09:00", "11-25 09:00+01"},
-        {"over a year's end", {Fri}, "12-30 09:00", "12-30 08:00", "2027-01-01 08:00+01"},
-        {"missing hour", {Sun}, "03-27 09:00", "03-27 02:30", "03-29 03:30+02"},
-        {"doubled hour", {Sun}, "10-23 09:00", "10-23 02:30", "10-25 02:30+02"},
+        {"today off", {Fri}, "11-25 08:00", "07:30", "11-27 07:30+01"},
+        {"today missed", {Wed, Fri}, "11-25 08:00", "07:30", "11-27 07:30+01"},
+        {"today ahead", {Wed, Fri}, "11-25 08:00", "09:00", "11-25 09:00+01"},
+        {"right now", {Wed}, "11-25 09:00", "09:00", "11-25 09:00+01"},
+        {"only today, missed", {Wed}, "11-25 09:01", "09:00", "12-02 09:00+01"},
+        {"Sunday to Monday", {Mon, Sun}, "11-29 09:01", "09:00", "11-30 09:00+01"},
+        {"no day", {}, "11-25 09:01", "09:00", "11-25 09:00+01"},
+        {"over a year's end", {Fri}, "12-30 09:00", "08:00", "2027-01-01 08:00+01"},
+        {"missing hour", {Sun}, "03-27 09:00", "02:30", "03-29 03:30+02"},
+        {"doubled hour", {Sun}, "10-23 09:00", "02:30", "10-25 02:30+02"},
+        {"after the missing one", {Mon}, "03-29 09:00", "02:30", "03-30 02:30+02"},
+        {"between two of a time", {Sun}, "2026-10-25T01:10:00Z", "02:30", "10-25 02:30+01"},
     };
     for (const auto& c : cases) {
         const QDateTime now = at(c.now);
         const QString name = weekdayName(now.date());
-        EXPECT_EQ(brief(firstWeekdayDate(c.ticked, at(c.time), now, name)), c.expected) << c.name;
+        EXPECT_EQ(
+            brief(firstWeekdayDate(c.ticked, QTime::fromString(QLatin1String(c.time)), now, name)),
+            c.expected)
+            << c.name;
     }
-    EXPECT_EQ(firstWeekdayDate({Fri}, at("11-25 07:30"), at("11-25 08:00"), u"Mittwoch"_qs),
+    EXPECT_EQ(firstWeekdayDate({Fri}, QTime(7, 30), at("11-25 08:00"), u"Mittwoch"_qs),
               at("11-25 07:30"))
         << "a day name that is not English";
 }
@@ -148,6 +155,21 @@ TEST(RearmTest, afterRinging) {
         {on({Mon}, true), "11-23 07:01", Remove, "11-23 07:00+01", {Mon}, nullptr, "Montag"},
     };
     check(cases, rearmAfterRinging);
+}
+
+// Half past eleven is skipped on the 28th, a Saturday, where it goes from eleven to midnight.
+TEST(RearmTest, aNightThatSkipsTheEndOfADaySkipsNoAlarm) {
+    const ZoneScope zone("America/Nuuk");
+    for (const AlarmOf& values : {daily("03-27 23:30"), on({Fri, Sat, Sun}, false, "03-27 23:30")})
+        for (const char* answered : {"", "03-29 00:10"}) {
+            const AlarmPtr alarm = values.alarm();
+            for (const char* due : {"03-27 23:30-02", "03-29 00:30-01", "03-29 23:30-01"}) {
+                const QDateTime time = alarm->time({});
+                EXPECT_EQ(brief(time), due) << answered;
+                const QDateTime now = *answered ? std::max(time, at(answered)) : time;
+                applyRearm(rearmAfterRinging(*alarm, now, weekdayName(now.date())), *alarm);
+            }
+        }
 }
 
 TEST(RearmTest, atStart) {
