@@ -20,12 +20,13 @@ bool isTimer(const Alarm& alarm) {
 } // namespace
 
 RestoredAlarms::Dates RestoredAlarms::Dates::of(const Alarm& alarm) {
-    return {alarm.storedTime(), alarm.storedRunTime(), alarm.snoozedMinutes(), alarm.weekdays()};
+    return {alarm.storedTime(), alarm.wishedTime(), alarm.storedRunTime(), alarm.snoozedMinutes(),
+            alarm.weekdays()};
 }
 
 void RestoredAlarms::Dates::giveTo(Alarm& alarm) const {
     alarm.setWeekdays(weekdays);
-    alarm.setTime(time);
+    alarm.setTimeWishedAt(time, wishedTime);
     alarm.setRunTime(runTime);
     alarm.setSnoozedMinutes(snoozed);
 }

@@ -53,6 +53,7 @@ private:
     // What a decision changes in an alarm.
     struct Dates {
         QDateTime time;
+        QTime wishedTime;
         QDateTime runTime;
         quint64 snoozed = 0; // minutes
         WeekdaySet weekdays;

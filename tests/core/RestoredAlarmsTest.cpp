@@ -26,7 +26,7 @@ const AlarmOf stored[] = {
      .days = {Weekday::Monday, Weekday::Tuesday},
      .forever = true},
     {.title = "past", .kind = Alarm::Dated, .time = "11-23 08:00"},
-    {.title = "ahead", .kind = Alarm::Dated, .time = "11-23 20:00"},
+    {.title = "ahead", .kind = Alarm::Dated, .time = "11-23 20:00", .wished = {19, 30}},
 };
 
 // Runs only after a crash, with those.
@@ -158,6 +158,9 @@ TEST_P(RestoredAlarmsTest, aClockThatIsSetSoonAfterTheStartHasEverythingDecidedA
     EXPECT_EQ(titles("", m_restored.decisions().dropped), GetParam().dropped);
     EXPECT_EQ(brief(m_own->time(instantNow(m_loop))), GetParam().own);
     EXPECT_EQ(told, GetParam().told);
+    for (const AlarmPtr& alarm : list)
+        EXPECT_EQ(alarm->wishedTime().isValid(), alarm->title() == u"ahead")
+            << "what was asked for";
 }
 
 INSTANTIATE_TEST_SUITE_P(Starts, RestoredAlarmsTest, ::testing::ValuesIn(starts),

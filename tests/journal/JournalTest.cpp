@@ -102,7 +102,12 @@ const AlarmOf running[] = {
     {.title = "roast", .minutes = 90},
     {.title = "pills", .hours = 1, .repeats = true},
     {.title = "train", .kind = Alarm::Dated, .time = "11-23 09:10"},
-    {.title = "walk", .kind = Alarm::Dated, .time = "11-23 09:05", .everyDay = true},
+    // Asked for at another time, which its last night skipped.
+    {.title = "walk",
+     .kind = Alarm::Dated,
+     .time = "11-23 09:05",
+     .wished = {9, 6},
+     .everyDay = true},
     {.title = "school",
      .kind = Alarm::Weekly,
      .time = "11-23 09:15",
@@ -143,7 +148,7 @@ TEST(JournalTest, afterACrashTheAlarmsGoOnAndOnlyWhatPassedIsOffered) {
     second.resume({{instantOf(at("11-23 09:05")), u"egg"_qs},
                    {instantOf(at("11-23 09:10")), u"train"_qs, false}});
     EXPECT_EQ(second.running(), "school 11-26 09:15+01\n"
-                                "walk 11-24 09:05+01\n"
+                                "walk 11-24 09:06+01\n"
                                 "pills 11-23 10:00+01\n"
                                 "roast 11-23 10:20+01\n"
                                 "kept 11-25 06:30+01\n"
@@ -197,7 +202,7 @@ TEST(JournalTest, offersWhatIsMissingInANewerListAndStartsItAgain) {
     EXPECT_EQ(second.missed(), "tea\n, Mon, 9:00, in 10 minutes\n"
                                "once, Mon, 9:15, has had its day\n"
                                "school, Mon, 9:15, Thu, 9:15\n"
-                               "walk, Mon, 9:05, Tue, 9:05\n"
+                               "walk, Mon, 9:05, Tue, 9:06\n"
                                "train, Mon, 9:10, has had its day\n"
                                "pills, Mon, 10:00, Mon, 10:00\n"
                                "roast, Mon, 10:20, Mon, 10:20\n"
@@ -208,7 +213,7 @@ TEST(JournalTest, offersWhatIsMissingInANewerListAndStartsItAgain) {
     EXPECT_EQ(second.running(), "egg 11-23 09:35+01\n"
                                 "roast 11-23 10:20+01\n"
                                 "pills 11-23 10:00+01\n"
-                                "walk 11-24 09:05+01\n"
+                                "walk 11-24 09:06+01\n"
                                 "school 11-26 09:15+01\n"
                                 "tea\n 11-23 09:40+01\n"
                                 "train 11-24 09:10+01\n"
@@ -265,7 +270,7 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
     second.loop.setWall(at("11-23 09:06")); // it had been ahead
     const AlarmPtr walk = running[5].alarm();
     second.journal.correct({.back = {train}, .dropped = {{walk, *walk->due({})}}});
-    EXPECT_EQ(second.missed(), "walk, Mon, 9:05, Tue, 9:05\n");
+    EXPECT_EQ(second.missed(), "walk, Mon, 9:05, Tue, 9:06\n");
     second.loop.advance(2s);
     EXPECT_EQ(report(disk, "11-23 09:07", true),
               "Mon, 8:55  tea: rang and was not answered\n"

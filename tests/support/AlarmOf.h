@@ -13,6 +13,7 @@ struct AlarmOf {
     qint64 minutes = 0;
     qint64 hours = 0;
     const char* time = nullptr;
+    QTime wished = {}; // the time of day that was asked for, where the night has another
     const char* runTime = nullptr;
     int snoozed = 0;
     WeekdaySet days = {};
@@ -34,7 +35,7 @@ struct AlarmOf {
         made->setIsMinuteUnits(hours == 0);
         made->setRingWithinUnits(hours == 0 ? minutes : hours);
         if (time)
-            made->setTime(at(time));
+            made->setTimeWishedAt(at(time), wished);
         if (runTime)
             made->setRunTime(at(runTime));
         made->snooze(snoozed);
