@@ -21,38 +21,36 @@ void typeInterval(const QString& text) {
         require(interval->length.count() > 0 && interval->length <= std::chrono::hours(365 * 24));
 }
 
-// What is typed key by key always leaves a field whose parts lie inside it; a time that was read is
-// shown, and read again as the same.
-void typeTime(const QString& text, QTime before, bool isTwelveHours) {
-    TypedText field{timeShown(before, isTwelveHours), {}};
-    field.selection = partAt(field.text, 0);
+// What is typed key by key always leaves a field whose parts lie inside it.
+QString keyedIn(const QString& shown, const QString& text, const auto& type) {
+    TypedText field{shown, partAt(shown, 0)};
     for (const QChar character : text) {
-        field = timeTyped(field, character);
-        require(field.selection.start >= 0 && field.selection.length >= 0 &&
-                field.selection.start + field.selection.length <= field.text.size());
-        const TextPart part = partAt(field.text, field.selection.start);
-        require(part.start >= 0 && part.start + part.length <= field.text.size());
+        field = type(field, character);
+        for (const TextPart& part : {field.selection, partAt(field.text, field.selection.start)})
+            require(part.start >= 0 && part.length >= 0 &&
+                    part.start + part.length <= field.text.size());
     }
-    for (const QString& typed : {text, field.text})
+    return field.text;
+}
+
+// A time that was read is shown, and read again as the same.
+void typeTime(const QString& text, QTime before, bool isTwelveHours) {
+    for (const QString& typed : {text, keyedIn(timeShown(before, isTwelveHours), text, timeTyped)})
         if (const auto time = timeRead(typed, before, isTwelveHours).time)
             require(time->isValid() &&
                     timeRead(timeShown(*time, isTwelveHours), before, isTwelveHours).time == time);
 }
 
-// A date that was read is shown, and read again as the same.
+// And so is a date.
 void typeDate(const QString& text, const QLocale& territory, QTime time) {
     const QDateTime now({2026, 11, 24}, {10, 0});
     const QString order = dateOrder(territory);
-    TypedText field{dateShown(now.date(), territory), {}};
-    field.selection = partAt(field.text, 0);
-    for (const QChar character : text) {
-        field = dateTyped(field, character, order);
-        require(field.selection.start >= 0 && field.selection.length >= 0 &&
-                field.selection.start + field.selection.length <= field.text.size());
-    }
+    const auto type = [&order](const TypedText& field, QChar character) {
+        return dateTyped(field, character, order);
+    };
     if (const auto days = weekdaysRead(text, territory))
         require(!days->isEmpty());
-    for (const QString& typed : {text, field.text})
+    for (const QString& typed : {text, keyedIn(dateShown(now.date(), territory), text, type)})
         if (const auto date = dateRead(typed, territory, now, time).date)
             require(date->isValid() &&
                     dateRead(dateShown(*date, territory), territory, now, time).date == date);

@@ -32,21 +32,24 @@ public:
     std::unique_ptr<Utterance> speak(const QString& text, int voice, std::function<void()> begun,
                                      std::function<void(bool)> done) override {
         const QString name = m_known.value(voice - 1);
-        if (name.isEmpty())
-            return std::make_unique<Spoken>(*this, QString(), nullptr);
+        auto spoken = std::make_unique<Spoken>(m_trace, name + u" breaks off "_qs + text);
+        if (name.isEmpty() || text == endless)
+            return spoken;
         if (text == unspeakable) {
             m_loop.defer([done = std::move(done)] { done(false); });
-            return std::make_unique<Spoken>(*this, QString(), nullptr);
+            return spoken;
         }
-        if (text == endless)
-            return std::make_unique<Spoken>(*this, QString(), nullptr);
         m_trace.add(name + u" says "_qs + text);
         m_loop.defer(std::move(begun));
-        return std::make_unique<Spoken>(*this, name + u" breaks off "_qs + text,
-                                        [this, name, text, done = std::move(done)] {
-                                            m_trace.add(name + u" said "_qs + text);
-                                            done(true);
-                                        });
+        spoken->timer = m_loop.scheduleOnce(
+            std::chrono::seconds(1),
+            [this, spoken = spoken.get(), said = name + u" said "_qs + text, done] {
+                spoken->timer.cancel();
+                m_trace.add(said);
+                done(true); // may destroy what was spoken
+            },
+            RunLoopMode::Common);
+        return spoken;
     }
 
     // A text of which the synthesiser makes nothing, and one with which it does not get done.
@@ -57,33 +60,20 @@ public:
     QStringList voices = {u"Anna"_qs, u"Tom & Tim"_qs, u"Zoe"_qs};
 
 private:
-    class Spoken final : public Utterance {
-    public:
-        Spoken(FakeSpeechService& service, QString brokenOff, std::function<void()> said)
-            : m_service(service), m_brokenOff(std::move(brokenOff)) {
-            if (said)
-                m_timer = service.m_loop.scheduleOnce(
-                    std::chrono::seconds(1),
-                    [this, said = std::move(said)] {
-                        m_isOver = true;
-                        const auto done = said; // may destroy this
-                        done();
-                    },
-                    RunLoopMode::Common);
-        }
+    struct Spoken final : Utterance {
+        Spoken(Trace& trace_, QString brokenOff_)
+            : trace(trace_), brokenOff(std::move(brokenOff_)) {}
         Spoken(const Spoken&) = delete;
         Spoken& operator=(const Spoken&) = delete;
         ~Spoken() override {
-            if (m_timer && !m_isOver)
-                m_service.m_trace.add(m_brokenOff);
+            if (timer)
+                trace.add(brokenOff);
         }
         void setVolume(float) override {}
 
-    private:
-        FakeSpeechService& m_service;
-        QString m_brokenOff;
-        bool m_isOver = false;
-        RunLoopTimer m_timer;
+        Trace& trace;
+        QString brokenOff;
+        RunLoopTimer timer; // while it is spoken
     };
 
     RunLoop& m_loop;
