@@ -17,6 +17,10 @@ QString localised(const char* text) {
     return QCoreApplication::translate("MoveApplication", text);
 }
 
+QString folderOf(const QString& path) {
+    return path.left(path.lastIndexOf(QLatin1Char('/')));
+}
+
 QString explanation(const MoveOffer& offer) {
     QString text = localised(QT_TRANSLATE_NOOP(
         "MoveApplication", "I can move myself to the Applications folder if you'd like."));
@@ -29,9 +33,9 @@ QString explanation(const MoveOffer& offer) {
                                  "This will keep your Downloads folder uncluttered.");
     if (note)
         text += QLatin1Char(' ') + localised(note);
-    const QString folder = offer.destination.left(offer.destination.lastIndexOf(QLatin1Char('/')));
     return text + QLatin1Char(' ') +
-           localised(QT_TRANSLATE_NOOP("MoveApplication", "The folder is %1.")).arg(folder);
+           localised(QT_TRANSLATE_NOOP("MoveApplication", "The folder is %1."))
+               .arg(folderOf(offer.destination));
 }
 
 std::unique_ptr<QMessageBox> alert(QMessageBox::Icon icon, const QString& message) {
@@ -80,10 +84,15 @@ void giveDefaultButton(QMessageBox& moveAlert) {
         stay->setFocus();
 }
 
-std::unique_ptr<QMessageBox> moveFailure() {
-    return alert(
+std::unique_ptr<QMessageBox> moveFailure(const MoveOffer& offer, const QString& reason) {
+    auto box = alert(
         QMessageBox::Warning,
         localised(QT_TRANSLATE_NOOP("MoveApplication", "Could not move to Applications folder")));
+    const QString stays =
+        localised(QT_TRANSLATE_NOOP("MoveApplication", "Dorvane stays in %1 and runs on."))
+            .arg(folderOf(offer.source));
+    box->setInformativeText(escapedText(reason + QLatin1Char(' ') + stays));
+    return box;
 }
 
 } // namespace dorvane

@@ -4,6 +4,7 @@
 #include <memory>
 
 class QMessageBox;
+class QString;
 
 namespace dorvane {
 
@@ -18,7 +19,8 @@ void takeDefaultButton(QMessageBox& moveAlert);
 // From then on Return means the button that changes nothing.
 void giveDefaultButton(QMessageBox& moveAlert);
 
-// What is shown when the program could not be moved.
-[[nodiscard]] std::unique_ptr<QMessageBox> moveFailure();
+// What is shown when the program could not be moved, with the reason, a sentence.
+[[nodiscard]] std::unique_ptr<QMessageBox> moveFailure(const MoveOffer& offer,
+                                                       const QString& reason);
 
 } // namespace dorvane

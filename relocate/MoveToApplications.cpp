@@ -99,13 +99,14 @@ MoveToApplications::Outcome MoveToApplications::copy(Relocator& relocator, const
                           ? relocator.copyWithAuthorisation(offer.source, offer.destination)
                           : Relocator::Authorised::Failed;
     if (done == Relocator::Authorised::Done)
-        return Outcome::Copied;
+        return {Outcome::Copied};
     if (done == Relocator::Authorised::Refused) {
         qCInfo(logRelocate, "INFO -- Not moving because user canceled authorization");
-        return Outcome::Refused;
+        return {Outcome::Refused};
     }
     qCWarning(logRelocate, "ERROR -- Could not copy myself to /Applications with authorization");
-    return Outcome::Failed;
+    return {Outcome::Failed,
+            QStringLiteral("Copying it there as an administrator did not succeed.")};
 }
 
 // What is at the destination goes only when there is a whole copy to take its place.
@@ -114,24 +115,26 @@ MoveToApplications::Outcome MoveToApplications::copyHere(Relocator& relocator,
     const QString& destination = offer.destination;
     const bool isTaken = relocator.exists(destination);
     if (isTaken && relocator.isRunning(destination))
-        return Outcome::Switched;
+        return {Outcome::Switched};
     auto error = relocator.copyBeside(offer.source, destination);
     if (!error && isTaken && !relocator.moveToTrash(destination)) {
         relocator.discardCopy(destination);
-        return Outcome::Failed;
+        return {Outcome::Failed,
+                QStringLiteral("What is there now, %1, cannot be put into the trash.")
+                    .arg(destination)};
     }
     if (!error)
         error = relocator.putInPlace(destination);
     if (!error)
-        return Outcome::Copied;
+        return {Outcome::Copied};
     qCWarning(logRelocate).noquote() << QStringLiteral("ERROR -- Could not copy '%1' to '%2' (%3)")
                                             .arg(offer.source, destination, *error);
     qCWarning(logRelocate).noquote() << "ERROR -- Could not copy myself to" << destination;
-    return Outcome::Failed;
+    return {Outcome::Failed, QStringLiteral("Copying it there did not succeed (%1).").arg(*error)};
 }
 
-void MoveToApplications::conclude(Outcome outcome) {
-    switch (outcome) {
+void MoveToApplications::conclude(const Outcome& outcome) {
+    switch (outcome.what) {
     case Outcome::Copied:
         leave();
         break;
@@ -141,7 +144,7 @@ void MoveToApplications::conclude(Outcome outcome) {
         m_surroundings.end();
         break;
     case Outcome::Failed:
-        present(moveFailure());
+        present(moveFailure(m_offer, outcome.reason));
         break;
     case Outcome::Refused:
         break;

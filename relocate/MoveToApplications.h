@@ -39,7 +39,10 @@ public:
     static constexpr std::chrono::seconds noDefault{1};
 
 private:
-    enum class Outcome { Copied, Switched, Refused, Failed };
+    struct Outcome {
+        enum What { Copied, Switched, Refused, Failed } what;
+        QString reason = {}; // of a failure, for the user
+    };
 
     void ask();
     void answer(const QMessageBox& alert);
@@ -47,7 +50,7 @@ private:
     void move();
     [[nodiscard]] static Outcome copy(Relocator& relocator, const MoveOffer& offer);
     [[nodiscard]] static Outcome copyHere(Relocator& relocator, const MoveOffer& offer);
-    void conclude(Outcome outcome);
+    void conclude(const Outcome& outcome);
     void leave();
 
     Surroundings m_surroundings;

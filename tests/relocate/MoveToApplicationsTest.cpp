@@ -182,8 +182,10 @@ TEST_F(MoveToApplicationsTest, doesOnlyWhatTheCopyAllows) {
         (*std::ranges::find(buttons, u"Move to Applications Folder"_qs, &QAbstractButton::text))
             ->click();
         settle();
-        if (alert())
+        if (alert()) {
             m_relocator.act("alert");
+            EXPECT_TRUE(alert()->informativeText().contains(u"stays in /home/a/Downloads"_qs));
+        }
         EXPECT_EQ(m_relocator.done(), done) << machine;
         delete alert();
     }
