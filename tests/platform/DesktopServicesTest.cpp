@@ -66,23 +66,29 @@ TEST_F(LogindTest, isKeptFromIdleSleepAloneAndTellsOfWaking) {
     EXPECT_EQ(woken, 1) << "not before it slept";
 }
 
-TEST_F(NoticeTest, isAnsweredOnceAndTakenBack) {
-    FakeService desktop(m_theirs, "org.freedesktop.Notifications",
-                        [](const QDBusMessage&) { return QVariant(7U); });
-    const auto choose = [&](uint id) {
-        desktop.tell("/org/freedesktop/Notifications", "org.freedesktop.Notifications",
-                     "ActionInvoked", {id, u"done"_qs});
+TEST_F(NoticeTest, isAnsweredOnceByItsShowerAndTakenBackAndShownAnew) {
+    const char* const service = "org.freedesktop.Notifications";
+    const auto answer = [](const QDBusMessage&) { return QVariant(7U); };
+    FakeService stranger(join(), "org.example.Stranger", answer);
+    std::optional<FakeService> desktop(std::in_place, m_theirs, service, answer);
+    const auto tell = [&](FakeService& by, uint id, const QString& key) {
+        by.tell("/org/freedesktop/Notifications", service, "ActionInvoked", {id, key});
     };
+    const auto choose = [&](uint id) { tell(*desktop, id, u"done"_qs); };
     DesktopNotice notice(m_ours);
     QStringList chosen;
     const auto show = [&] {
         notice.show(u"Time"_qs, {}, {{u"done"_qs, u"Done"_qs}},
                     [&](const QString& key) { chosen << key; });
     };
-    const auto isClosed = [&] { return desktop.asked.contains(u"CloseNotification|7"_qs); };
+    const auto isClosed = [&] { return desktop->asked.contains(u"CloseNotification|7"_qs); };
     show();
     settle();
     choose(6);
+    tell(stranger, 7, u"done"_qs);
+    tell(*desktop, 7, u"default"_qs);
+    settle();
+    EXPECT_EQ(chosen, QStringList());
     choose(7);
     choose(7);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !chosen.isEmpty(); }));
@@ -92,6 +98,15 @@ TEST_F(NoticeTest, isAnsweredOnceAndTakenBack) {
     show();
     notice.withdraw(); // before the desktop has answered
     EXPECT_TRUE(QTest::qWaitFor(isClosed));
+    show();
+    settle();
+    desktop.reset(); // it crashes, and another takes its place
+    desktop.emplace(join(), service, answer);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !desktop->asked.isEmpty(); }));
+    settle();
+    EXPECT_EQ(desktop->asked.size(), 1);
+    choose(7);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return chosen.size() == 2; }));
 }
 
 TEST_F(NoticeTest, anAnnouncementComesWithASoundOrSaysThatItHasNone) {

@@ -23,21 +23,35 @@ constexpr uchar critical = 2; // it stays until somebody answers it, above full-
 void DesktopNotice::show(const QString& title, const QString& text,
                          const std::vector<Action>& actions,
                          std::function<void(const QString& key)> chosen) {
-    if (!std::exchange(m_isListening, true))
-        // By no name: Qt would wait for the bus to tell whose it is.
-        m_bus.connect(QString(), path, service, QStringLiteral("ActionInvoked"), this,
-                      SLOT(actionInvoked(uint, QString, QDBusMessage)));
+    m_title = title;
+    m_text = text;
     m_chosen = std::move(chosen);
     m_keys.clear();
-    QStringList keysAndLabels;
+    m_keysAndLabels.clear();
     for (const Action& action : actions) {
         m_keys << action.key;
-        keysAndLabels << action.key << action.label;
+        m_keysAndLabels << action.key << action.label;
     }
+    listen();
+    notify();
+}
+
+// By no names: Qt would wait for the bus to tell whose they are.
+void DesktopNotice::listen() {
+    if (std::exchange(m_isListening, true))
+        return;
+    m_bus.connect(QString(), path, service, QStringLiteral("ActionInvoked"), this,
+                  SLOT(actionInvoked(uint, QString, QDBusMessage)));
+    m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus"),
+                  QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"),
+                  {service}, QString(), this, SLOT(ownerChanged(QString, QString, QString)));
+}
+
+void DesktopNotice::notify() {
     QDBusMessage call =
         QDBusMessage::createMethodCall(service, path, service, QStringLiteral("Notify"));
-    call << QStringLiteral("Dorvane") << m_id << QStringLiteral("com.brackenfold.Dorvane") << title
-         << text.toHtmlEscaped() << keysAndLabels
+    call << QStringLiteral("Dorvane") << m_id << QStringLiteral("com.brackenfold.Dorvane")
+         << m_title << m_text.toHtmlEscaped() << m_keysAndLabels
          << QVariantMap{{QStringLiteral("urgency"), QVariant::fromValue(critical)},
                         {QStringLiteral("desktop-entry"),
                          QStringLiteral("com.brackenfold.Dorvane")}}
@@ -67,6 +81,10 @@ void DesktopNotice::setBus(QDBusConnection bus) {
     m_bus = std::move(bus);
     m_isListening = false;
     m_id = 0;
+    if (!m_chosen)
+        return;
+    listen();
+    notify();
 }
 
 void DesktopNotice::withdraw() {
@@ -79,6 +97,14 @@ void DesktopNotice::close(const QDBusConnection& bus, const QString& shower, uin
     bus.send(
         QDBusMessage::createMethodCall(shower, path, service, QStringLiteral("CloseNotification"))
         << id);
+}
+
+// Who has only just been started for ours is about to show it.
+void DesktopNotice::ownerChanged(const QString& name, const QString&, const QString& owner) {
+    if (name != service || owner.isEmpty() || owner == m_shower || m_id == 0 || !m_chosen)
+        return;
+    m_id = 0;
+    notify();
 }
 
 // Whoever shows notifications next counts them anew; and a click beside the buttons is no answer.
