@@ -4,26 +4,65 @@
 #include "platform/Log.h"
 #include "platform/Workspace.h"
 
+#include <utility>
+
 namespace dorvane {
 
 using namespace std::chrono_literals;
 
 LastRun::LastRun(Surroundings surroundings) : m_surroundings(std::move(surroundings)) {
     m_surroundings.journal.setMissedChanged([this] { tell(); });
-    m_surroundings.activeAlarms.restored().setCorrected(
+    m_surroundings.activeAlarms.setCorrected(
         [this](const auto& changes) { m_surroundings.journal.correct(changes); });
+    m_surroundings.journal.setCame([this](const auto& left) {
+        m_hasJournalCome = true;
+        m_late = left;
+        if (left)
+            m_surroundings.activeAlarms.expect(*left);
+        lookAtPreferences();
+    });
 }
 
 void LastRun::restore(AlarmDelegate& delegate) {
     ActiveAlarms& alarms = m_surroundings.activeAlarms;
-    alarms.restoreActiveAlarms(delegate, m_surroundings.journal.read());
-    m_surroundings.journal.open({.areResumed = alarms.areResumed(),
-                                 .hadStored = alarms.hadStored(),
-                                 .decisions = alarms.restored().decisions(),
-                                 .storedMarks = alarms.marks(),
-                                 .announced = m_surroundings.announced()});
+    open(alarms.restoreActiveAlarms(delegate, m_surroundings.journal.read()));
     m_look = m_surroundings.runLoop.scheduleOnce(
         1s, [this] { look(); }, RunLoopMode::Default);
+    if (!alarms.hadStored() || !m_surroundings.journal.hadFile())
+        lookAgainLater();
+}
+
+void LastRun::open(const ActiveAlarms::Decisions& decisions) {
+    const ActiveAlarms& alarms = m_surroundings.activeAlarms;
+    m_surroundings.journal.open({.areResumed = alarms.areResumed(),
+                                 .hadStored = alarms.hadStored(),
+                                 .decisions = decisions,
+                                 .storedMarks = alarms.marks(),
+                                 .announced = m_surroundings.announced()});
+}
+
+void LastRun::lookAgainLater() {
+    constexpr int mostLooks = 10; // the last after 17 minutes
+    if (m_looks == mostLooks)
+        return;
+    m_lookAgain = m_surroundings.runLoop.scheduleOnce(
+        1s * (1 << m_looks++),
+        [this] {
+            lookAgainLater();
+            m_surroundings.journal.lookAgain([this] { lookAtPreferences(); });
+        },
+        RunLoopMode::Common);
+}
+
+void LastRun::lookAtPreferences() {
+    m_surroundings.lookAtPreferences([this] { restoreLate(); });
+}
+
+void LastRun::restoreLate() {
+    const bool hasJournalCome = std::exchange(m_hasJournalCome, false);
+    const auto decisions = m_surroundings.activeAlarms.restoreLate(std::exchange(m_late, {}));
+    if (decisions || hasJournalCome)
+        open(decisions.value_or(ActiveAlarms::Decisions()));
 }
 
 void LastRun::end(bool isStored, Journal::Ends ends) {

@@ -22,6 +22,8 @@ public:
         ActiveAlarms& activeAlarms;
         Journal& journal;
         Workspace& workspace;
+        // Reads preferences that were out of reach, and then calls back.
+        std::function<void(std::function<void()> looked)> lookAtPreferences;
         // What was announced since.
         std::function<std::vector<ToldAlarm>()> announced;
         // The report of a crash that nobody was told of yet.
@@ -35,7 +37,9 @@ public:
     explicit LastRun(Surroundings surroundings);
 
     // Puts the alarms back, as that run stored or left them, and makes `delegate` theirs. What it
-    // missed is told of a moment later, so that a start does not wait for it.
+    // missed is told of a moment later, so that a start does not wait for it. What of it is not in
+    // reach yet, as in a home that is mounted late, is looked for again, ever more seldom, for a
+    // quarter of an hour.
     void restore(AlarmDelegate& delegate);
 
     // At an orderly quit, when the alarms are stored, or cannot be. It may be called off: what
@@ -43,6 +47,10 @@ public:
     void end(bool isStored, Journal::Ends ends);
 
 private:
+    void open(const ActiveAlarms::Decisions& decisions);
+    void lookAgainLater();
+    void lookAtPreferences();
+    void restoreLate();
     void look();
     void tell();
     void answered(const std::vector<MissedAlarm>& again);
@@ -51,6 +59,10 @@ private:
     QString m_crash;
     bool m_hasLooked = false;
     RunLoopTimer m_look;
+    RunLoopTimer m_lookAgain;
+    int m_looks = 0;
+    bool m_hasJournalCome = false;
+    std::optional<ActiveAlarms::Left> m_late; // of the journal that came
     std::unique_ptr<MissedAlarmsWindow> m_window;
 };
 

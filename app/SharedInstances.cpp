@@ -249,6 +249,8 @@ LastRun& sharedLastRun() {
              .activeAlarms = sharedActiveAlarms(),
              .journal = sharedJournal(),
              .workspace = desktop.workspace,
+             .lookAtPreferences =
+                 [&desktop](auto looked) { desktop.defaults.lookAgain(std::move(looked)); },
              .announced = [&desktop] { return announcedAlarms(desktop.folders); },
              .takeCrashReport = [&] { return takeCrashReport(stateFolder(desktop.folders)); },
              .schedule =

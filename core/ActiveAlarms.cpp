@@ -9,6 +9,8 @@
 #include <QCryptographicHash>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace dorvane {
 
@@ -74,7 +76,9 @@ void ActiveAlarms::storeActiveAlarms() {
     m_known = m_archive.archivedData(ours);
 }
 
-void ActiveAlarms::restoreActiveAlarms(AlarmDelegate& delegate, const std::optional<Left>& left) {
+ActiveAlarms::Decisions ActiveAlarms::restoreActiveAlarms(AlarmDelegate& delegate,
+                                                          const std::optional<Left>& left) {
+    m_delegate = &delegate;
     const auto stored = list().load();
     m_hadStored = stored.has_value();
     m_known = m_defaults.value(key).toByteArray();
@@ -89,10 +93,53 @@ void ActiveAlarms::restoreActiveAlarms(AlarmDelegate& delegate, const std::optio
         goBeyond(left->marks);
     else if (left->marks.isEmpty())
         addStored(all, *stored, instantNow(m_runLoop));
-    if (left->isStored)
-        m_restored.restore(alarmsOf(all), delegate);
-    else
-        m_restored.resume(all.running, all.undated, delegate);
+    return putBack(all, !left->isStored);
+}
+
+ActiveAlarms::Decisions ActiveAlarms::putBack(const Left& all, bool resumes) {
+    return resumes ? m_restored.resume(all.running, all.undated, *m_delegate)
+                   : m_restored.restore(alarmsOf(all), *m_delegate);
+}
+
+std::optional<ActiveAlarms::Decisions> ActiveAlarms::restoreLate(const std::optional<Left>& left) {
+    const std::vector<AlarmPtr> stored = list().load().value_or(std::vector<AlarmPtr>());
+    // None, or that of a log-out that was called off.
+    const bool isOurs = !m_hadStored && m_defaults.value(key).toByteArray() == m_known;
+    const bool isListLate = !std::exchange(m_hadStored, !isOurs) && !isOurs;
+    if (!isListLate && !left)
+        return std::nullopt;
+    const QString mark = marks().value(0);
+    const bool isKnown = m_beyond.contains(mark) && !(left && left->isStored);
+    const auto listed = isListLate && !isKnown ? newIn(stored) : std::vector<AlarmPtr>();
+    const bool isOursAlone = isListLate && !isKnown && !stored.empty() && listed.empty();
+    const bool isBeyond =
+        left && !left->isStored && (left->marks.isEmpty() || left->marks.contains(mark));
+    if (isListLate)
+        m_known = m_defaults.value(key).toByteArray();
+    m_areResumed = left && (isOurs || isOursAlone || isBeyond);
+    Left all = m_areResumed ? *left : Left();
+    if (m_areResumed && !isListLate)
+        all.running = missingFrom(m_clock.allAlarms(), std::move(all.running));
+    if (!m_areResumed || left->marks.isEmpty())
+        addStored(all, listed, instantNow(m_runLoop));
+    return putBack(all, m_areResumed && !left->isStored);
+}
+
+// Ours may have been stored among them, at a log-out that was called off.
+std::vector<AlarmPtr> ActiveAlarms::newIn(const std::vector<AlarmPtr>& stored) const {
+    std::vector<AlarmPtr> found;
+    std::copy_if(stored.begin(), stored.end(), std::back_inserter(found), [this](const auto& each) {
+        const auto& ours = m_clock.allAlarms();
+        return std::none_of(ours.begin(), ours.end(), [&](const AlarmPtr& own) {
+            return own->isStoredLike(*each) || (!own->isRelative() && isSameAlarm(*own, *each));
+        });
+    });
+    return found;
+}
+
+void ActiveAlarms::expect(const Left& left) {
+    if (!m_hadStored)
+        goBeyond(left.marks);
 }
 
 // What a list of these marks holds was there when the rest was left, or had been deleted by then.

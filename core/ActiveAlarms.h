@@ -36,7 +36,15 @@ public:
     // stored list, see RestoredAlarms, and where that is out of reach what was left stands for it.
     // What was left while no list was in reach comes back beside the stored one. What is stored
     // stays. Once.
-    void restoreActiveAlarms(AlarmDelegate& delegate, const std::optional<Left>& left = {});
+    using Decisions = RestoredAlarms::Decisions;
+    Decisions restoreActiveAlarms(AlarmDelegate& delegate, const std::optional<Left>& left = {});
+
+    // The same for what came into reach after that: a list, or what was left, beside what runs by
+    // now. Nothing where there is no such thing.
+    [[nodiscard]] std::optional<Decisions> restoreLate(const std::optional<Left>& left);
+    // That it was left is known before the list is: what that list holds was there then, or had
+    // been deleted by then.
+    void expect(const Left& left);
 
     // Sounds have other paths now. The stored list stays, as its mark does.
     void replaceSounds(const QHash<QString, QString>& moved);
@@ -45,20 +53,25 @@ public:
     [[nodiscard]] bool hadStored() const { return m_hadStored; }
     // What tells the stored list from any other, also while it is out of reach; empty for none.
     [[nodiscard]] QStringList marks() const;
-    // What became of the alarms.
-    [[nodiscard]] RestoredAlarms& restored() { return m_restored; }
+    // Called when what was decided has turned out otherwise, see RestoredAlarms.
+    void setCorrected(RestoredAlarms::Corrected corrected) {
+        m_restored.setCorrected(std::move(corrected));
+    }
     [[nodiscard]] bool areResumed() const { return m_areResumed; }
 
 private:
     // Read at the start, and written at the end: nothing of it is worth remembering between.
     [[nodiscard]] ArchivedList list() const;
     void goBeyond(const QStringList& marks);
+    [[nodiscard]] Decisions putBack(const Left& all, bool resumes);
+    [[nodiscard]] std::vector<AlarmPtr> newIn(const std::vector<AlarmPtr>& stored) const;
 
     UserDefaults& m_defaults;
     const AlarmArchive& m_archive;
     const RunLoop& m_runLoop;
     Clock& m_clock;
     RestoredAlarms m_restored;
+    AlarmDelegate* m_delegate = nullptr;
     QStringList m_beyond; // of lists out of reach that what was left goes beyond
     QByteArray m_known;   // the list as it was last read or written here, without what others added
     bool m_hadStored = false;

@@ -34,36 +34,46 @@ void RestoredAlarms::Dates::giveTo(Alarm& alarm) const {
 RestoredAlarms::RestoredAlarms(RunLoop& runLoop, Clock& clock)
     : m_runLoop(runLoop), m_clock(clock) {}
 
-void RestoredAlarms::begin(AlarmDelegate& delegate) {
-    m_delegate = &delegate;
+void RestoredAlarms::begin(AlarmDelegate& delegate, bool resumes) {
+    if (m_restored.empty() && m_dropped.empty())
+        m_resumes = resumes;
+    if (std::exchange(m_delegate, &delegate))
+        return;
     m_start = m_looked = m_runLoop.sinceBoot();
     m_wallThen = instantNow(m_runLoop);
     m_clockSet = m_runLoop.whenClockIsSet([this] { clockWasSet(); });
 }
 
 // Each goes to the front, so that the list comes back in reverse.
-void RestoredAlarms::restore(const std::vector<AlarmPtr>& stored, AlarmDelegate& delegate) {
-    begin(delegate);
+RestoredAlarms::Decisions RestoredAlarms::restore(const std::vector<AlarmPtr>& stored,
+                                                  AlarmDelegate& delegate) {
+    begin(delegate, false);
     const Instant now = instantNow(m_runLoop);
+    Decisions decisions;
     for (const AlarmPtr& alarm : stored)
         if (const RunningAlarm left{alarm, alarm->due(now).value_or(now)};
-            !putBack(left, m_decisions))
-            m_decisions.dropped.push_back(left);
+            !putBack(left, decisions))
+            decisions.dropped.push_back(left);
+    m_dropped.insert(m_dropped.end(), decisions.dropped.begin(), decisions.dropped.end());
+    return decisions;
 }
 
-void RestoredAlarms::resume(const std::vector<RunningAlarm>& running,
-                            const std::vector<AlarmPtr>& undated, AlarmDelegate& delegate) {
-    begin(delegate);
-    m_resumes = true;
+RestoredAlarms::Decisions RestoredAlarms::resume(const std::vector<RunningAlarm>& running,
+                                                 const std::vector<AlarmPtr>& undated,
+                                                 AlarmDelegate& delegate) {
+    begin(delegate, true);
+    Decisions decisions;
     for (auto alarm = undated.rbegin(); alarm != undated.rend(); ++alarm) {
         m_clock.insertAlarm(*alarm);
         (*alarm)->setDelegate(m_delegate);
     }
     for (auto left = running.rbegin(); left != running.rend(); ++left) {
         snoozeUntil(*left->alarm, left->due);
-        if (!putBack(*left, m_decisions))
-            m_decisions.dropped.push_back(*left);
+        if (!putBack(*left, decisions))
+            decisions.dropped.push_back(*left);
     }
+    m_dropped.insert(m_dropped.end(), decisions.dropped.begin(), decisions.dropped.end());
+    return decisions;
 }
 
 // False, and the alarm is as it was, when it has had its time.
@@ -76,7 +86,7 @@ bool RestoredAlarms::putBack(const RunningAlarm& left, Decisions& decisions) {
     }
     const Dates decided = Dates::of(*alarm);
     m_clock.insertAlarm(alarm); // which lets a timer count from now
-    if (m_resumes)
+    if (m_resumes && !(alarm->isRelative() && decided.runTime.isNull()))
         decided.giveTo(*alarm);
     alarm->setDelegate(m_delegate);
     m_restored.push_back({left, before, Dates::of(*alarm)});
@@ -119,8 +129,7 @@ void RestoredAlarms::clockWasSet() {
     Decisions changes;
     dropAgain(changes);
     putBackAgain(changes);
-    m_decisions.dropped.insert(m_decisions.dropped.end(), changes.dropped.begin(),
-                               changes.dropped.end());
+    m_dropped.insert(m_dropped.end(), changes.dropped.begin(), changes.dropped.end());
     const bool isNothing =
         changes.back.empty() && changes.dropped.empty() && changes.movedOn.empty();
     if (m_corrected && !isNothing)
@@ -157,7 +166,7 @@ void RestoredAlarms::dropAgain(Decisions& decisions) {
 }
 
 void RestoredAlarms::putBackAgain(Decisions& decisions) {
-    std::erase_if(m_decisions.dropped, [&](const RunningAlarm& left) {
+    std::erase_if(m_dropped, [&](const RunningAlarm& left) {
         const bool isBack = putBack(left, decisions);
         if (isBack)
             decisions.back.push_back(left.alarm);

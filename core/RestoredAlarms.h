@@ -22,25 +22,28 @@ public:
     // Both must outlive the object.
     RestoredAlarms(RunLoop& runLoop, Clock& clock);
 
-    // One of the two is called, once; the delegate, which must outlive the object, becomes that of
-    // the alarms that run again.
-
-    // After an orderly end: timers count anew. Past alarms are dropped, but for weekday alarms,
-    // which move on to their next day.
-    void restore(const std::vector<AlarmPtr>& stored, AlarmDelegate& delegate);
-    // After any other end the alarms go on as if there had been none: timers run on, snoozes hold.
-    // What has passed and repeats moves on, what does not is dropped. What has no due time that
-    // could be read stands in the list as before.
-    void resume(const std::vector<RunningAlarm>& running, const std::vector<AlarmPtr>& undated,
-                AlarmDelegate& delegate);
-
-    // What became of the alarms whose time has passed.
+    // What became of alarms whose time has passed.
     struct Decisions {
         std::vector<AlarmPtr> back = {};        // at a correction: they are ahead after all
         std::vector<RunningAlarm> dropped = {}; // as they were: with the due time that has passed
         std::vector<RunningAlarm> movedOn = {}; // that run again, with the due time that has passed
     };
-    [[nodiscard]] const Decisions& decisions() const { return m_decisions; }
+
+    // One of the two is called, and again for what comes into reach later, which then is treated as
+    // the first was. The delegate, which must outlive the object, becomes that of the alarms that
+    // run again.
+
+    // After an orderly end: timers count anew. Past alarms are dropped, but for weekday alarms,
+    // which move on to their next day.
+    Decisions restore(const std::vector<AlarmPtr>& stored, AlarmDelegate& delegate);
+    // After any other end the alarms go on as if there had been none: timers run on, snoozes hold.
+    // What has passed and repeats moves on, what does not is dropped. What has no due time that
+    // could be read stands in the list as before.
+    Decisions resume(const std::vector<RunningAlarm>& running, const std::vector<AlarmPtr>& undated,
+                     AlarmDelegate& delegate);
+
+    // Of all calls.
+    [[nodiscard]] const std::vector<RunningAlarm>& dropped() const { return m_dropped; }
 
     // Called when decisions have turned out otherwise: with what is new in them.
     using Corrected = std::function<void(const Decisions& decisions)>;
@@ -68,7 +71,7 @@ private:
         Dates after;  // as put back
     };
 
-    void begin(AlarmDelegate& delegate);
+    void begin(AlarmDelegate& delegate, bool resumes);
     [[nodiscard]] bool putBack(const RunningAlarm& left, Decisions& decisions);
     [[nodiscard]] bool decide(const RunningAlarm& left, Decisions& decisions);
     void clockWasSet();
@@ -83,7 +86,7 @@ private:
     AlarmDelegate* m_delegate = nullptr;
     bool m_resumes = false;
     std::vector<Restored> m_restored;
-    Decisions m_decisions;
+    std::vector<RunningAlarm> m_dropped;
     Corrected m_corrected;
     RunLoop::Milliseconds m_start{0}; // since the machine's boot, here and below
     RunLoop::Milliseconds m_looked{0};

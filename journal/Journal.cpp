@@ -67,12 +67,27 @@ Journal::Journal(Surroundings surroundings)
 
 std::optional<ActiveAlarms::Left> Journal::read() {
     const auto data = m_surroundings.file.read();
+    m_hadFile = data && !data->isEmpty();
+    m_surroundings.file.setFound([this](const auto& found) {
+        m_isOpen = false;
+        m_writeTimer.cancel();
+        const auto left = take(found);
+        if (m_came)
+            m_came(left);
+    });
+    return take(data);
+}
+
+std::optional<ActiveAlarms::Left> Journal::take(const std::optional<QByteArray>& data) {
     const auto decoded = m_format.decode(data.value_or(QByteArray()));
-    if (!data || !decoded.isComplete)
-        m_mayWrite = m_surroundings.file.putAside();
+    m_mayWrite = (data && decoded.isComplete) || m_surroundings.file.putAside();
     m_before = decoded.contents;
-    m_contents.events = std::move(m_before.events);
-    m_contents.missed = std::move(m_before.missed);
+    const auto putFirst = [](auto& all, auto& earlier) {
+        all.insert(all.begin(), std::move_iterator(earlier.begin()),
+                   std::move_iterator(earlier.end()));
+    };
+    putFirst(m_contents.events, m_before.events);
+    putFirst(m_contents.missed, m_before.missed);
     return decoded.left();
 }
 

@@ -39,6 +39,18 @@ public:
     // for the disk. A journal of which something cannot be read is put aside, and answers nothing.
     [[nodiscard]] std::optional<ActiveAlarms::Left> read();
 
+    // Called when the journal of earlier runs comes into reach only now, with what read() would
+    // have answered. Until open() is called again nothing is written.
+    void setCame(std::function<void(const std::optional<ActiveAlarms::Left>& left)> came) {
+        m_came = std::move(came);
+    }
+    // Whether read() found one.
+    [[nodiscard]] bool hadFile() const { return m_hadFile; }
+    // Looks whether it has come; then calls back, later.
+    void lookAgain(std::function<void()> looked) {
+        m_surroundings.file.lookAgain(std::move(looked));
+    }
+
     // What became of the alarms at this start.
     struct Restored {
         bool areResumed = false; // false: they are those of the stored list,
@@ -50,7 +62,8 @@ public:
 
     // From now on the journal is written. Adds what is missing now: what has passed meanwhile, but
     // for what the user has seen announced, and after an end that was none in order what ran then,
-    // where the stored list was put back. Once, after read(), when the clock has its alarms back.
+    // where the stored list was put back. After read(), when the clock has its alarms back, and
+    // again when more came into reach.
     void open(const Restored& restored);
 
     void note(RingEvent event, const AlarmPtr& alarm);
@@ -86,6 +99,7 @@ public:
     static constexpr std::size_t mostRings = 500;
 
 private:
+    [[nodiscard]] std::optional<ActiveAlarms::Left> take(const std::optional<QByteArray>& data);
     void miss(const std::vector<RunningAlarm>& missing, MissedAlarm::Reason reason);
     void notePassed(const std::vector<RunningAlarm>& movedOn);
     void unmiss(const Alarm& alarm);
@@ -104,12 +118,14 @@ private:
     std::vector<ToldAlarm> m_announced;
     const RunLoop::Milliseconds m_start; // of uptime, as m_nextWrite
     bool m_isOpen = false;
+    bool m_hadFile = false;
     std::vector<StateFile::Written> m_toSave; // waits for open()
     bool m_mayWrite = true;                   // false: what is there could not be put aside
     RunLoop::Milliseconds m_nextWrite{0};     // not before
     RunLoopTimer m_writeTimer;
     bool m_isRetrying = false; // by that timer
     std::function<void()> m_missedChanged;
+    std::function<void(const std::optional<ActiveAlarms::Left>&)> m_came;
     NotificationCenter::Observation m_alarmsDidChange;
     Lifeline<Journal> m_lifeline{*this};
 };

@@ -33,6 +33,15 @@ public:
     // Waits until what write() was given is on the disk.
     virtual void flush() = 0;
 
+    // A file that was not there, or could not be read, when it was read or written here: that of a
+    // folder that is mounted late. It is not written over before `found` was told of what it holds,
+    // as of read(), and comes to be replaced by what is then written.
+    using Found = std::function<void(const std::optional<QByteArray>& contents)>;
+    virtual void setFound(Found found) = 0;
+
+    // Looks for such a file, by another thread, and then calls back, later and once.
+    virtual void lookAgain(std::function<void()> looked) = 0;
+
     // Gives the file another name, under which it stays. False, with a line in the log, when that
     // cannot be done; it must not be written over then.
     [[nodiscard]] virtual bool putAside() = 0;

@@ -79,11 +79,25 @@ TEST_F(AlarmListsTest, theNewerOfTheStoredListAndWhatAnEndWithoutAWordLeftComesB
     for (const auto& [now, then, running, isStored] : rows) {
         const AlarmPtr left =
             AlarmOf{.title = "left", .minutes = 20, .runTime = "11-23 06:00"}.alarm();
-        Run run(at("2026-11-23 06:10"), now);
-        run.active.restoreActiveAlarms(
-            run.delegate,
-            ActiveAlarms::Left{{{left, instantOf(at("11-23 06:25"))}}, then, {}, isStored});
-        EXPECT_EQ(run.running(), running);
+        // In a home that is mounted late, say; and after a log-out that was called off.
+        for (const auto& [isLate, isOwnStored] :
+             {std::pair(false, false), {true, false}, {true, true}}) {
+            Run run(at("2026-11-23 06:10"), isLate ? QVariantMap() : now);
+            const ActiveAlarms::Left all{
+                {{left->storedCopy(), instantOf(at("11-23 06:25"))}}, then, {}, isStored};
+            run.active.restoreActiveAlarms(run.delegate,
+                                           isLate ? std::nullopt : std::optional(all));
+            if (isOwnStored)
+                run.active.storeActiveAlarms();
+            for (const auto& [key, value] : now.asKeyValueRange())
+                run.defaults.setValue(key, value);
+            if (isLate) {
+                run.active.expect(all);
+                EXPECT_TRUE(run.active.restoreLate(all));
+                EXPECT_FALSE(run.active.restoreLate({})) << "once is enough";
+            }
+            EXPECT_EQ(run.running(), running) << isLate << isOwnStored;
+        }
     }
 }
 

@@ -155,7 +155,7 @@ TEST_P(RestoredAlarmsTest, aClockThatIsSetSoonAfterTheStartHasEverythingDecidedA
         m_loop.sleepMachine(10min);
     m_loop.setWall(m_loop.now()); // to what it shows: nothing is left to correct
     EXPECT_EQ(running(), GetParam().running);
-    EXPECT_EQ(titles("", m_restored.decisions().dropped), GetParam().dropped);
+    EXPECT_EQ(titles("", m_restored.dropped()), GetParam().dropped);
     EXPECT_EQ(brief(m_own->time(instantNow(m_loop))), GetParam().own);
     EXPECT_EQ(told, GetParam().told);
     for (const AlarmPtr& alarm : list)

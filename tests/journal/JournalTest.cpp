@@ -15,7 +15,8 @@ namespace {
 
 // What outlives a run.
 struct Disk {
-    QByteArray journal;
+    QByteArray journal = {};
+    QByteArray late = {};
     int writes = 0;
     bool isFlushed = false;
     bool isFull = false;
@@ -37,10 +38,16 @@ public:
             written(std::nullopt);
     }
     void flush() override { m_disk.isFlushed = true; }
+    void setFound(Found found) override { m_found = std::move(found); }
+    void lookAgain(std::function<void()> looked) override {
+        m_found(m_disk.late);
+        looked();
+    }
     [[nodiscard]] bool putAside() override { return false; }
 
 private:
     Disk& m_disk;
+    Found m_found;
 };
 
 class NobodyRings final : public AlarmDelegate {
@@ -59,9 +66,9 @@ struct OneRun {
     void resume(const std::vector<ToldAlarm>& announced) {
         const auto left = journal.read();
         ASSERT_TRUE(left);
-        restored.resume(left->running, left->undated, nobody);
-        journal.open(
-            {.areResumed = true, .decisions = restored.decisions(), .announced = announced});
+        journal.open({.areResumed = true,
+                      .decisions = restored.resume(left->running, left->undated, nobody),
+                      .announced = announced});
     }
     std::string missed() const {
         std::string all;
@@ -296,6 +303,27 @@ TEST(JournalTest, afterAnOrderlyQuitTellsWhatWasDroppedAndKeepsABookOfAMonth) {
     later.insert(train);
     later.loop.advance(5s);
     EXPECT_EQ(report(disk, "12-24 00:11", true), "");
+}
+
+TEST(JournalTest, oneThatComesLateIsJoinedBeforeItIsReplaced) {
+    Disk disk{.late = killedAtNine().journal};
+    OneRun run(disk, "11-23 09:30");
+    run.open();
+    run.loop.advance(2s);
+    std::optional<ActiveAlarms::Left> left;
+    run.journal.setCame([&](const auto& late) { left = late; });
+    run.insert(running[2].alarm());
+    run.journal.lookAgain([] {});
+    const int writes = disk.writes;
+    run.loop.advance(5s);
+    EXPECT_EQ(disk.writes, writes) << "the late one has not been joined yet";
+    run.journal.open(
+        {.areResumed = true,
+         .decisions = run.restored.resume(left.value().running, left->undated, run.nobody)});
+    run.loop.advance(2s);
+    EXPECT_TRUE(QString::fromStdString(report(disk, "11-23 09:31", true))
+                    .contains(u"tea : rang and was not answered"_qs));
+    EXPECT_EQ(JournalFormat(run.format).decode(disk.journal).contents.running.size(), 6U);
 }
 
 TEST(JournalTest, whatCannotBeReadNorPutAsideIsNotWrittenOver) {

@@ -2,6 +2,7 @@
 #include "platform/linux/preferences/PropertyListDefaults.h"
 
 #include "platform/linux/preferences/PropertyListCodec.h"
+#include "platform/linux/state/BackgroundFile.h"
 #include "tests/platform/SyncWatch.h"
 #include "tests/support/Files.h"
 #include "tests/support/Testing.h"
@@ -211,6 +212,33 @@ TEST_F(PropertyListDefaultsTest, slowDiskHoldsNobodyUpAndGetsTheNewest) {
     EXPECT_EQ(onDisk(), (QVariantMap{{a, qint64(19)}, {b, true}}));
     EXPECT_EQ(told, "0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 ");
     EXPECT_EQ(syncs, 4) << "two files and their folder";
+}
+
+TEST_F(PropertyListDefaultsTest, stateFileThatComesLateIsToldOfBeforeItIsReplaced) {
+    BackgroundFile file(m_path, m_runLoop);
+    EXPECT_EQ(file.read(), QByteArray());
+    std::vector<QByteArray> found;
+    file.setFound([&](const auto& late) {
+        found.push_back(late.value());
+        file.write([] { return QByteArray("joined"); });
+    });
+    for (const QByteArray& late : {QByteArray("late"), QByteArray("later")}) {
+        put(late);
+        file.write([] { return QByteArray("joined"); });
+        file.flush();
+        EXPECT_EQ(contentsOf(m_path), late);
+        m_runLoop.runPending();
+        file.flush();
+        EXPECT_EQ(found.back(), late);
+        EXPECT_EQ(contentsOf(m_path), "joined");
+    }
+    QFile::remove(m_path); // an empty home
+    int looks = 0;
+    file.lookAgain([&] { ++looks; });
+    file.flush();
+    m_runLoop.runPending();
+    EXPECT_EQ(looks, 1);
+    EXPECT_EQ(contentsOf(m_path), "joined");
 }
 
 } // namespace

@@ -73,7 +73,7 @@ std::optional<QString> PreferencesFile::change(const Changes& changes, const Joi
         return problem;
     const Joined wanted = joined(changes, joins);
     const bool isInFile = m_stamp && wanted.values == m_contents;
-    if (!isInFile) {
+    if (!isInFile && (m_stamp || !changes.isEmpty())) {
         auto problem = wanted.replacesUnread ? copyUnread(now) : std::nullopt;
         if (!problem)
             problem = write(wanted.values);

@@ -59,10 +59,20 @@ void PropertyListDefaults::synchronize(Written written) {
     write();
 }
 
+// What is being written looks for itself.
+void PropertyListDefaults::lookAgain(std::function<void()> looked) {
+    m_waiting.push_back({m_lastChange, [looked = std::move(looked)](const Problem&) { looked(); }});
+    if (!m_writing)
+        startWriting();
+}
+
 // What has changed by the time that a writing ends is written next.
 void PropertyListDefaults::write() {
-    if (m_writing || m_changes.isEmpty())
-        return;
+    if (!m_writing && !m_changes.isEmpty())
+        startWriting();
+}
+
+void PropertyListDefaults::startWriting() {
     m_retry.cancel();
     PreferencesFile::Changes changes;
     for (auto change = m_changes.cbegin(); change != m_changes.cend(); ++change)
@@ -81,7 +91,8 @@ void PropertyListDefaults::takeOutcome(quint64 number) {
     if (!m_writing || m_writing->number != number)
         return;
     const Writing writing = *std::exchange(m_writing, std::nullopt);
-    const Problem problem = m_outcome;
+    // Whoever only looks has nothing to lose.
+    const Problem problem = writing.changes.isEmpty() ? std::nullopt : m_outcome;
     const bool failedBefore = m_failed.has_value();
     m_failed = problem ? std::optional(Failure{*problem, writing.upTo}) : std::nullopt;
     if (problem && !failedBefore) {

@@ -29,6 +29,10 @@ public:
     void synchronize(Written written = {}) override;
     [[nodiscard]] bool finish() override;
 
+    // Looks, by the other thread, whether there is a file by now, and joins what it holds; then
+    // calls back.
+    void lookAgain(std::function<void()> looked);
+
     // Called when what changed cannot be written, once until it can be again; with what keeps it
     // from the disk, in words for the user.
     void setFailing(std::function<void(const QString& problem)> failing) {
@@ -61,6 +65,7 @@ private:
     };
 
     void write();
+    void startWriting();
     void takeOutcome(quint64 number);
     void takeOver(const Writing& writing);
     void tell(quint64 upTo, const Problem& problem);

@@ -22,10 +22,13 @@ std::optional<QByteArray> BackgroundFile::read() {
     const PlainFile file = PlainFile::read(m_path);
     if (file.isAbsent())
         return QByteArray();
+    const QMutexLocker lock(&m_mutex);
+    m_known = file.stamp;
     return file.error.isEmpty() ? std::optional(file.contents) : std::nullopt;
 }
 
 void BackgroundFile::write(Contents contents, Written written) {
+    m_last = contents;
     if (written) {
         const QMutexLocker lock(&m_mutex);
         m_waiting.push_back(std::move(written));
@@ -33,17 +36,24 @@ void BackgroundFile::write(Contents contents, Written written) {
     m_thread.run([this, make = std::move(contents)] { writeNow(make); });
 }
 
+// As what was written last, whose place it takes where that has not begun.
+void BackgroundFile::lookAgain(std::function<void()> looked) {
+    write(m_last, [looked = std::move(looked)](const auto&) { looked(); });
+}
+
 void BackgroundFile::flush() {
     m_thread.finish();
 }
 
 void BackgroundFile::writeNow(const Contents& make) {
+    if (holdsBack())
+        return; // whoever is told writes anew
     // Whoever comes to wait from here on waits for the next job.
     const auto waiting = [this] {
         const QMutexLocker lock(&m_mutex);
         return std::exchange(m_waiting, {});
     }();
-    const auto problem = replace(make());
+    const auto problem = make ? replace(make()) : std::nullopt;
     if (!waiting.empty())
         m_runLoop.post([waiting, problem] {
             for (const Written& written : waiting)
@@ -54,7 +64,7 @@ void BackgroundFile::writeNow(const Contents& make) {
 std::optional<QString> BackgroundFile::replace(const QByteArray& contents) {
     if (contents.isEmpty())
         return QStringLiteral("out of memory");
-    if (contents == m_written)
+    if (contents == m_written && PlainFile::look(m_path).stamp)
         return std::nullopt;
     makeOwnFolder(QFileInfo(m_path).path()); // if that fails, writing says why
     auto error = writeFileAtomically(m_path, contents);
@@ -62,7 +72,40 @@ std::optional<QString> BackgroundFile::replace(const QByteArray& contents) {
         qCWarning(logPlatform).noquote() << "cannot write" << m_path << *error;
     m_isFailing = error.has_value();
     m_written = error ? QByteArray() : contents;
+    const QMutexLocker lock(&m_mutex);
+    m_known = PlainFile::look(m_path).stamp;
     return error;
+}
+
+bool BackgroundFile::isAnothers(const PlainFile::Stamp& stamp) {
+    const QMutexLocker lock(&m_mutex);
+    return !m_isFound && m_known != stamp;
+}
+
+// Whether there is a file that somebody has to be told of before it may be replaced.
+bool BackgroundFile::holdsBack() {
+    if (!m_found)
+        return false;
+    if (const auto stamp = PlainFile::look(m_path).stamp; stamp && isAnothers(*stamp)) {
+        m_written.clear();
+        const QMutexLocker lock(&m_mutex);
+        m_isFound = true;
+        m_runLoop.post([weak = m_lifeline.weak(), file = PlainFile::read(m_path)] {
+            if (BackgroundFile* const self = weak.get())
+                self->tellOfFound(file);
+        });
+    }
+    const QMutexLocker lock(&m_mutex);
+    return m_isFound;
+}
+
+void BackgroundFile::tellOfFound(const PlainFile& file) {
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_isFound = false;
+        m_known = file.stamp;
+    }
+    m_found(file.error.isEmpty() ? std::optional(file.contents) : std::nullopt);
 }
 
 bool BackgroundFile::putAside() {
