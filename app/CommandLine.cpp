@@ -28,8 +28,9 @@ An address such as dorvane:create-alarm opens the alarm editor.
 constexpr const char* exitStatuses = R"(
 A command ends with the status
   0  when it is done
-  1  when it was understood and refused, or check found a failure
-  2  when it was not understood
+  1  when it was understood and refused: a moment that has passed; an alarm, a sound or a voice
+     that is not there; nothing that rings; no room; or what check found is a failure
+  2  when it was not understood: a command, an option, or the value of one
   3  when Dorvane does not run, or does not answer
 )";
 
@@ -69,7 +70,7 @@ std::optional<int> answerCommandLine(const QStringList& arguments, const QString
     for (const QString& argument : arguments) {
         if (options.contains(argument) || argument == loginOption || verbOf(argument, schemes))
             continue;
-        const char* what = argument.startsWith(u'-') ? "option" : "argument";
+        const char* what = argument.startsWith(u'-') ? "option" : "command";
         std::fprintf(stderr, "dorvane: unknown %s %s; see --help\n", what, qPrintable(argument));
         return 2;
     }

@@ -291,6 +291,8 @@ AlarmControl& sharedAlarmControl() {
              .clear = on(&AlarmMenuController::clearAlarm),
              .end = on(&AlarmMenuController::clearFromMenu),
              .remove = on(&AlarmMenuController::deleteAlarm),
+             .replace = [&menu](const AlarmPtr& old,
+                                const AlarmPtr& alarm) { menu.replaceAlarm(old, alarm); },
              .ringDefaults = ringDefaults,
              .findSound = findNamedSound,
              .findVoice = findNamedVoice,

@@ -49,23 +49,24 @@ QString snoozeFault(const QString& typed) {
         .arg(lengths.join(QStringLiteral(", ")), last, typed);
 }
 
-QString conflictIn(const QCommandLineParser& parser) {
+QString conflictIn(const QCommandLineParser& parser, bool isEdited) {
     if (parser.isSet(in) && parser.isSet(at))
-        return QStringLiteral("it is either --in or --at");
-    if (!parser.isSet(in) && !parser.isSet(at))
+        return QStringLiteral("it is either --in or --at: --in 25, or --at 7:30");
+    if (!isEdited && !parser.isSet(in) && !parser.isSet(at))
         return QStringLiteral("when? Such as --in 25, or --at 7:30");
     for (const auto& [one, other] :
          {std::pair{&key::date, &in}, std::pair{&key::everyDay, &in}, std::pair{&on, &in},
           std::pair{&key::repeat, &at}, std::pair{&key::date, &on}, std::pair{&key::everyDay, &on}})
         if (parser.isSet(*one) && parser.isSet(*other))
             return QStringLiteral("%1 does not go with %2").arg(dashed(*one), dashed(*other));
-    if (parser.isSet(key::everyWeek) && !parser.isSet(on))
+    if (!isEdited && parser.isSet(key::everyWeek) && !parser.isSet(on))
         return QStringLiteral("--every-week needs days, such as --on mon,thu");
     return {};
 }
 
+// The time of day of what is edited stays where none is given.
 QString takeWhen(const QCommandLineParser& parser, const QLocale& territory, const QDateTime& now,
-                 QVariantMap& alarm) {
+                 const QVariantMap& edited, QVariantMap& alarm) {
     if (parser.isSet(in)) {
         const auto interval = intervalRead(parser.value(in));
         if (!interval)
@@ -76,12 +77,18 @@ QString takeWhen(const QCommandLineParser& parser, const QLocale& territory, con
         insertInterval(*interval, alarm);
         return {};
     }
-    const auto time = timeRead(parser.value(at), {}, false).time;
-    if (!time)
-        return misread(at, "a time of day such as 7, 07:30 or 7:30pm", parser.value(at));
-    alarm.insert(key::time, timeShown(*time, false));
+    const QString written =
+        parser.isSet(at) ? parser.value(at) : edited.value(key::time).toString();
+    const auto time = timeRead(written, {}, false).time;
+    if (!time && parser.isSet(at))
+        return misread(at, "a time of day such as 7, 07:30 or 7:30pm", written);
+    if (!time && (parser.isSet(on) || parser.isSet(key::date)))
+        return QStringLiteral("at what time? Such as --at 7:30");
+    if (parser.isSet(at))
+        alarm.insert(key::time, timeShown(*time, false));
     if (parser.isSet(key::date)) {
-        const auto date = dateRead(parser.value(key::date), territory, now, *time).date;
+        const auto date =
+            dateRead(parser.value(key::date), territory, now, time.value_or(QTime())).date;
         if (!date)
             return misread(key::date, "a date such as 2026-12-24, 24 Dec, tomorrow or fri",
                            parser.value(key::date));
@@ -150,15 +157,16 @@ std::vector<CommandOption> alarmOptions(const CommandServices& services) {
     };
 }
 
-std::variant<QVariantMap, QString>
-readAlarmOptions(const QCommandLineParser& parser, const QLocale& territory, const QDateTime& now) {
+std::variant<QVariantMap, QString> readAlarmOptions(const QCommandLineParser& parser,
+                                                    const QLocale& territory, const QDateTime& now,
+                                                    const std::optional<QVariantMap>& edited) {
     QVariantMap alarm;
     for (const QString& flag : {key::repeat, key::everyDay, key::everyWeek, key::fade, key::store})
         if (parser.isSet(flag))
             alarm.insert(flag, true);
-    QString fault = conflictIn(parser);
+    QString fault = conflictIn(parser, edited.has_value());
     if (fault.isEmpty())
-        fault = takeWhen(parser, territory, now, alarm);
+        fault = takeWhen(parser, territory, now, edited.value_or(QVariantMap()), alarm);
     if (fault.isEmpty())
         fault = takeAction(parser, alarm);
     if (fault.isEmpty())
@@ -182,6 +190,24 @@ QString intervalFault(const QString& what, const QString& typed) {
                "%1 takes a length of time such as 25, 90m, 2h, 1h30 or 30s, a year at most, not "
                "\"%2\"")
         .arg(what, typed);
+}
+
+QString inOptions(const QString& reason) {
+    const qsizetype end = reason.indexOf(QStringLiteral("\": "));
+    if (!reason.startsWith(u'"') || end < 0)
+        return reason;
+    const QMap<QString, QString> others{{key::title, QStringLiteral("TITLE")},
+                                        {key::minutes, dashed(in)},
+                                        {key::hours, dashed(in)},
+                                        {key::seconds, dashed(in)},
+                                        {key::time, dashed(at)},
+                                        {key::weekdays, dashed(on)}};
+    const QString key = reason.mid(1, end - 1);
+    const QString rest = reason.mid(end + 3);
+    const bool isSentence =
+        rest.startsWith(QStringLiteral("is ")) || rest.startsWith(QStringLiteral("must ")) ||
+        rest.startsWith(QStringLiteral("does ")) || rest.startsWith(QStringLiteral("needs "));
+    return others.value(key, dashed(key)) + QLatin1String(isSentence ? " " : ": ") + rest;
 }
 
 } // namespace dorvane

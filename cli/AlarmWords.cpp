@@ -44,11 +44,14 @@ QString repetition(const QVariantMap& alarm) {
     return {};
 }
 
-QString plannedMoment(const QVariantMap& alarm) {
+QString plannedMoment(const QVariantMap& alarm, const QDateTime& now) {
     if (!alarm.contains(key::time))
         return QStringLiteral("in ") + interval(alarm);
-    const QString time = alarm.value(key::time).toString();
-    return alarm.contains(key::date) ? alarm.value(key::date).toString() + u' ' + time : time;
+    const QDate date = QDate::fromString(alarm.value(key::date).toString(), Qt::ISODate);
+    const QTime time =
+        QTime::fromString(alarm.value(key::time).toString(), QStringLiteral("HH:mm"));
+    return date.isValid() ? dateTimeString(QDateTime(date, time), now)
+                          : timeString(QDateTime(now.date(), time));
 }
 
 std::optional<QVariantMap> nextOf(const QVariantList& alarms) {
@@ -123,8 +126,9 @@ QStringList runningCells(const QVariantMap& alarm, const QDateTime& now) {
             isolated(alarm.value(key::title).toString()), repetition(alarm)};
 }
 
-QStringList storedCells(const QVariantMap& alarm) {
-    return {isolated(alarm.value(key::title).toString()), plannedMoment(alarm), repetition(alarm)};
+QStringList storedCells(const QVariantMap& alarm, const QDateTime& now) {
+    return {isolated(alarm.value(key::title).toString()), plannedMoment(alarm, now),
+            repetition(alarm)};
 }
 
 QStringList aligned(const std::vector<QStringList>& rows) {

@@ -22,7 +22,7 @@ namespace dorvane {
 [[nodiscard]] QStringList runningCells(const QVariantMap& alarm, const QDateTime& now);
 
 // The cells of a stored alarm: title, when, how it repeats.
-[[nodiscard]] QStringList storedCells(const QVariantMap& alarm);
+[[nodiscard]] QStringList storedCells(const QVariantMap& alarm, const QDateTime& now);
 
 // Rows with their cells below each other.
 [[nodiscard]] QStringList aligned(const std::vector<QStringList>& rows);

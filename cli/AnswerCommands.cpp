@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/AlarmOptions.h"
 #include "cli/Console.h"
 #include "cli/RemoteCommands.h"
 #include "core/AlarmKeys.h"
@@ -26,7 +27,8 @@ std::variant<Which, ExitStatus> readWhich(const QCommandLineParser& parser) {
     const QString name = parser.positionalArguments().value(0);
     const bool isRinging = parser.isSet(QLatin1String(ringingOption.name));
     if (name.isEmpty() != isRinging) {
-        writeFault(QStringLiteral("either WHICH or --ringing is needed"));
+        writeFault(isRinging ? QStringLiteral("it is either WHICH or --ringing")
+                             : QStringLiteral("either WHICH or --ringing is needed"));
         return ExitStatus::Usage;
     }
     return Which{name, isRinging};
@@ -143,12 +145,87 @@ ExitStatus runDelete(const CommandServices& services, const QCommandLineParser& 
     return ExitStatus::Done;
 }
 
+// The one alarm that is to be edited; empty where there is none.
+std::variant<QVariantMap, ExitStatus> findOne(RemoteProgram& program, const Which& which,
+                                              bool isStored) {
+    if (!isStored) {
+        const auto found = find(program, which);
+        if (const auto* const status = std::get_if<ExitStatus>(&found))
+            return *status;
+        return std::get<QVariantList>(found).value(0).toMap();
+    }
+    const auto answer = program.call(remote::listStored);
+    if (const auto* const fault = std::get_if<Fault>(&answer))
+        return tellFault(*fault);
+    for (const QVariant& alarm : std::get<QVariantList>(answer).value(0).toList())
+        if (alarm.toMap().value(key::title) == which.name)
+            return alarm.toMap();
+    return QVariantMap();
+}
+
+ExitStatus runEdit(const CommandServices& services, const QCommandLineParser& parser) {
+    const Which which{parser.positionalArguments().constFirst()};
+    RemoteProgram& program = services.program();
+    bool isStored = parser.isSet(QStringLiteral("stored"));
+    auto found = findOne(program, which, isStored);
+    if (const auto* const one = std::get_if<QVariantMap>(&found);
+        one && one->isEmpty() && !isStored)
+        found = findOne(program, which, isStored = true);
+    if (const auto* const status = std::get_if<ExitStatus>(&found))
+        return *status;
+    const auto& alarm = std::get<QVariantMap>(found);
+    if (alarm.isEmpty())
+        return tellFault(
+            {Fault::Kind::Refused,
+             QStringLiteral("no alarm runs or is stored as \"%1\"").arg(isolated(which.name))});
+    const auto read = readAlarmOptions(parser, QLocale::system(), services.now(), alarm);
+    if (const QString* const fault = std::get_if<QString>(&read)) {
+        writeFault(*fault);
+        return ExitStatus::Usage;
+    }
+    QVariantMap changes = std::get<QVariantMap>(read);
+    if (parser.isSet(key::title))
+        changes.insert(key::title, parser.value(key::title));
+    if (changes.isEmpty()) {
+        writeFault(QStringLiteral("nothing to change; for example: dorvane edit Tea --at 7:45"));
+        return ExitStatus::Usage;
+    }
+    const auto answer =
+        isStored ? program.call(remote::editStored, {which.name, changes})
+                 : program.call(remote::editAlarm, {alarm.value(key::identity), changes});
+    if (const auto* const fault = std::get_if<Fault>(&answer))
+        return tellFault(*fault);
+    const QString edited = std::get<QVariantList>(answer).value(0).toString();
+    if (!isStored)
+        return showAlarm(services, edited);
+    writeLine(isolated(edited) + QStringLiteral(" is changed in the library"));
+    return ExitStatus::Done;
+}
+
+std::vector<CommandOption> editOptions(const CommandServices& services) {
+    std::vector<CommandOption> options = alarmOptions(services);
+    options.insert(options.begin(), {"title", "Another title.", "TITLE"});
+    options.push_back({"stored", "The stored alarm, whatever runs."});
+    return options;
+}
+
 } // namespace
 
 std::vector<Command> answerCommands(const CommandServices& services) {
     const Offer running = titles(services, remote::listRunning);
     const CommandWord which{"WHICH", "Its identity or its title.", false, running};
+    const Offer any = [running, stored = titles(services, remote::listStored)](
+                          const QString& typed) { return running(typed) + stored(typed); };
     return {
+        {.name = "edit",
+         .example = "Tea --at 7:45",
+         .help = "changes a running or a stored alarm",
+         .description = "Changes a running alarm, and shows it as list does; where none runs, the "
+                        "stored one of the title. What no option tells stays as it is. With --in "
+                        "it counts from now.",
+         .words = {{"WHICH", "Its identity or its title.", true, any}},
+         .options = editOptions(services),
+         .run = with(services, runEdit)},
         {.name = "snooze",
          .example = "Tea",
          .help = "puts off an alarm that rings",
@@ -172,10 +249,7 @@ std::vector<Command> answerCommands(const CommandServices& services) {
          .help = "ends a running alarm for good, or deletes a stored one",
          .description = "Ends a running alarm for good; where none runs, deletes the stored one of "
                         "the title.",
-         .words = {{which.name, which.help, which.isNeeded,
-                    [running, stored = titles(services, remote::listStored)](const QString& typed) {
-                        return running(typed) + stored(typed);
-                    }}},
+         .words = {{which.name, which.help, which.isNeeded, any}},
          .options = {ringingOption, {"stored", "The stored alarm, whatever runs."}},
          .run = with(services, runDelete)},
     };

@@ -19,7 +19,8 @@ namespace {
 QStringList rowsOf(const QVariantList& alarms, bool isStored, const QDateTime& now) {
     std::vector<QStringList> rows;
     for (const QVariant& alarm : alarms)
-        rows.push_back(isStored ? storedCells(alarm.toMap()) : runningCells(alarm.toMap(), now));
+        rows.push_back(isStored ? storedCells(alarm.toMap(), now)
+                                : runningCells(alarm.toMap(), now));
     return aligned(rows);
 }
 

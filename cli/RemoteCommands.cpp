@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/RemoteCommands.h"
 
+#include "cli/AlarmOptions.h"
 #include "cli/AlarmWords.h"
 #include "cli/Console.h"
 #include "core/AlarmKeys.h"
@@ -17,10 +18,15 @@ std::vector<Command> allCommands(const CommandServices& services) {
     return all;
 }
 
+// What the program could not read is as wrong as what the terminal cannot.
 ExitStatus tellFault(const RemoteProgram::Fault& fault) {
-    writeFault(fault.reason);
-    return fault.kind == RemoteProgram::Fault::Kind::Refused ? ExitStatus::Refused
-                                                             : ExitStatus::Unreachable;
+    static const QStringList misreadings{
+        QStringLiteral("UnknownKey"),   QStringLiteral("WrongType"), QStringLiteral("MissingKey"),
+        QStringLiteral("InvalidValue"), QStringLiteral("TooLong"),   QStringLiteral("Conflict")};
+    writeFault(inOptions(fault.reason));
+    if (fault.kind == RemoteProgram::Fault::Kind::Unreachable)
+        return ExitStatus::Unreachable;
+    return misreadings.contains(fault.name) ? ExitStatus::Usage : ExitStatus::Refused;
 }
 
 std::variant<QVariantList, ExitStatus> runningAlarms(RemoteProgram& program) {

@@ -36,6 +36,18 @@ Refusal tooMany() {
     return refusal("TooMany", QStringLiteral("%1 alarms run already").arg(mostAlarms));
 }
 
+Refusal noneRuns(const QString& identity) {
+    return refusal("NoSuchAlarm", QStringLiteral("no alarm runs as \"%1\"").arg(identity));
+}
+
+Refusal noneIsStored(const QString& title) {
+    return refusal("NoSuchAlarm", QStringLiteral("no alarm is stored as \"%1\"").arg(title));
+}
+
+AlarmForm formOf(const Alarm& alarm, const QDateTime& now) {
+    return formFilledFrom(alarm, newAlarmForm(now, snoozeLengths.front()), instantOf(now));
+}
+
 RemoteListener::Event eventOf(RingEvent event) {
     switch (event) {
     case RingEvent::Rings:
@@ -57,6 +69,7 @@ struct AlarmControl::Making {
     AlarmRequest request;
     QDateTime asked;
     std::optional<Asker> asker; // none once it was answered, or has gone
+    AlarmPtr edited;            // the alarm that it is to replace, or null
     RunLoopTimer patience;
 
     void answer(const AlarmAnswer& answer) {
@@ -127,12 +140,34 @@ std::variant<AlarmRequest, Refusal> AlarmControl::read(const QVariantMap& descri
     return readRequest(whole, m_surroundings.runLoop.now());
 }
 
-void AlarmControl::make(const AlarmRequest& request, const Asker& asker) {
+void AlarmControl::editAlarm(const Asker& asker, const QString& identity,
+                             const QVariantMap& changes) {
+    if (const AlarmPtr alarm = running(identity))
+        return edit(asker, alarm, changes);
+    asker.made(noneRuns(identity));
+}
+
+void AlarmControl::editStored(const Asker& asker, const QString& title,
+                              const QVariantMap& changes) {
+    if (const AlarmPtr alarm = stored(title))
+        return edit(asker, alarm, changes);
+    asker.made(noneIsStored(title));
+}
+
+void AlarmControl::edit(const Asker& asker, const AlarmPtr& alarm, const QVariantMap& changes) {
+    const QDateTime now = m_surroundings.runLoop.now();
+    const auto request = readChanges(changes, formOf(*alarm, now), now);
+    if (const Refusal* const refused = std::get_if<Refusal>(&request))
+        return asker.made(*refused);
+    make(std::get<AlarmRequest>(request), asker, alarm);
+}
+
+void AlarmControl::make(const AlarmRequest& request, const Asker& asker, const AlarmPtr& edited) {
     std::erase_if(m_makings, [](const auto& making) { return making.expired(); });
     if (m_makings.size() >= mostMakings)
         return asker.made(refusal("Busy", QStringLiteral("too many requests are waiting")));
     const auto making =
-        std::make_shared<Making>(Making{request, m_surroundings.runLoop.now(), asker, {}});
+        std::make_shared<Making>(Making{request, m_surroundings.runLoop.now(), asker, edited, {}});
     making->patience = m_surroundings.runLoop.scheduleOnce(
         patience,
         [weak = std::weak_ptr(making)] {
@@ -158,6 +193,8 @@ void AlarmControl::findSound(const MakingPtr& making) {
         findVoice(making);
     };
     const auto& sound = making->request.sound;
+    if (!sound && making->edited)
+        return findVoice(making);
     if (sound && !sound->isEmpty())
         m_surroundings.findSound(*sound, withSound);
     else
@@ -184,13 +221,19 @@ void AlarmControl::build(const MakingPtr& making) {
     const AlarmForm& form = making->request.form;
     if (const FormFaults faults = faultsOf(form); !faults.message.isEmpty())
         return making->answer(refusal("InvalidValue", faults.message.trimmed()));
-    const AlarmPtr alarm = alarmBuiltFrom(form, making->asked, weekdayName(making->asked.date()));
+    std::optional<EditedAlarm> edited;
+    if (const AlarmPtr& former = making->edited)
+        edited.emplace(*former, making->request.isTimeSaid ||
+                                    !asksForTheSameTime(form, formOf(*former, making->asked)));
+    const AlarmPtr alarm =
+        alarmBuiltFrom(form, making->asked, weekdayName(making->asked.date()), edited);
     const StillAsked stillAsked = making->asker->stillAsked; // the asker may go meanwhile
     stillAsked([weak = m_lifeline.weak(), making, alarm](bool isAsked) {
         if (!isAsked)
             making->asker.reset();
         if (AlarmControl* const self = weak.get(); self && making->asker)
-            self->finishMaking(*making, alarm);
+            making->edited ? self->finishEditing(*making, alarm)
+                           : self->finishMaking(*making, alarm);
     });
 }
 
@@ -214,6 +257,28 @@ void AlarmControl::finishMaking(Making& making, const AlarmPtr& alarm) {
         }
     }
     making.answer(taken);
+}
+
+void AlarmControl::finishEditing(Making& making, const AlarmPtr& alarm) {
+    const AlarmPtr& former = making.edited;
+    const Instant now = instantNow(m_surroundings.runLoop);
+    StoredAlarms& library = m_surroundings.storedAlarms;
+    const bool runs = former->isActive();
+    if (runs && running(former->identity()) != former)
+        return making.answer(noneRuns(former->identity()));
+    if (making.request.isTimeSaid && alarm->isRelative())
+        alarm->setRunTime(making.asked.addSecs(-making.request.counted.count()));
+    if (const auto due = alarm->due(now); runs && (!due || *due <= now))
+        return making.answer(
+            refusal("PastDate",
+                    QStringLiteral("\"time\": it is over for this alarm; say when it is next")));
+    if (!library.hasRoomFor(*former, alarm->title()))
+        return making.answer(refusal("TooMany", noRoomText()));
+    if (!runs || making.request.isStored || library.hasEntryOf(*former))
+        library.putEdited(*alarm, *former, now);
+    if (runs)
+        m_surroundings.replace(former, alarm);
+    making.answer(runs ? alarm->identity() : alarm->title());
 }
 
 bool AlarmControl::hasRoom() const {
@@ -245,19 +310,24 @@ void AlarmControl::store() {
     });
 }
 
-AlarmAnswer AlarmControl::startStored(const QString& title) {
+AlarmPtr AlarmControl::stored(const QString& title) {
     m_store.finish();
     const auto stored = m_surroundings.storedAlarms.alarms().value_or(std::vector<AlarmPtr>());
     const auto found = std::find_if(stored.begin(), stored.end(),
                                     [&](const AlarmPtr& alarm) { return alarm->title() == title; });
-    if (found == stored.end())
-        return refusal("NoSuchAlarm", QStringLiteral("no alarm is stored as \"%1\"").arg(title));
-    if (!(*found)->due(instantNow(m_surroundings.runLoop)))
+    return found == stored.end() ? nullptr : *found;
+}
+
+AlarmAnswer AlarmControl::startStored(const QString& title) {
+    const AlarmPtr found = stored(title);
+    if (!found)
+        return noneIsStored(title);
+    if (!found->due(instantNow(m_surroundings.runLoop)))
         return refusal("NoTime",
                        QStringLiteral("the time of \"%1\" could not be read: edit it").arg(title));
     if (!hasRoom())
         return tooMany();
-    const AlarmPtr started = m_surroundings.start(**found);
+    const AlarmPtr started = m_surroundings.start(*found);
     if (!started)
         return refusal("PastDate", QStringLiteral("the moment of \"%1\" has passed").arg(title));
     return started->identity();
@@ -299,15 +369,18 @@ AlarmListing AlarmControl::nextAlarms(quint32 most) {
 
 // -- Answering and ending -------------------------------------------------------------------------
 
-Outcome AlarmControl::onRunning(const QString& identity,
-                                const std::function<Outcome(const AlarmPtr& alarm)>& action) const {
+AlarmPtr AlarmControl::running(const QString& identity) const {
     const auto& alarms = m_surroundings.clock.allAlarms();
     const auto found = std::find_if(alarms.begin(), alarms.end(), [&](const AlarmPtr& alarm) {
         return alarm->identity() == identity;
     });
-    if (found == alarms.end())
-        return refusal("NoSuchAlarm", QStringLiteral("no alarm runs as \"%1\"").arg(identity));
-    return action(AlarmPtr(*found)); // it may leave the list
+    return found == alarms.end() ? nullptr : *found;
+}
+
+Outcome AlarmControl::onRunning(const QString& identity,
+                                const std::function<Outcome(const AlarmPtr& alarm)>& action) const {
+    const AlarmPtr alarm = running(identity); // which may leave the list
+    return alarm ? action(alarm) : noneRuns(identity);
 }
 
 Outcome AlarmControl::snoozeRinging(const QString& identity, std::optional<quint32> minutes) const {
@@ -349,10 +422,8 @@ Outcome AlarmControl::remove(const QString& identity) {
 }
 
 Outcome AlarmControl::removeStored(const QString& title) {
-    m_store.finish();
-    const auto stored = m_surroundings.storedAlarms.alarms().value_or(std::vector<AlarmPtr>());
-    if (!alarmTitles(stored).contains(title))
-        return refusal("NoSuchAlarm", QStringLiteral("no alarm is stored as \"%1\"").arg(title));
+    if (!stored(title))
+        return noneIsStored(title);
     m_surroundings.storedAlarms.removeAlarm(title);
     return std::nullopt;
 }

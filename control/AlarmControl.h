@@ -39,6 +39,8 @@ public:
         Command clear;
         Command end;
         Command remove;
+        // Puts what a running alarm was edited to in its place.
+        std::function<void(const AlarmPtr& old, const AlarmPtr& alarm)> replace;
 
         // What is not said of an alarm.
         std::function<RingDefaults()> ringDefaults;
@@ -62,6 +64,9 @@ public:
 
     void addTimer(const Asker& asker, quint32 minutes, const QString& title) override;
     void addAlarm(const Asker& asker, const QVariantMap& description) override;
+    void editAlarm(const Asker& asker, const QString& identity,
+                   const QVariantMap& changes) override;
+    void editStored(const Asker& asker, const QString& title, const QVariantMap& changes) override;
     [[nodiscard]] AlarmAnswer startStored(const QString& title) override;
     [[nodiscard]] AlarmListing runningAlarms() override;
     [[nodiscard]] AlarmListing storedAlarms() override;
@@ -93,11 +98,15 @@ private:
     using MakingPtr = std::shared_ptr<Making>;
 
     [[nodiscard]] std::variant<AlarmRequest, Refusal> read(const QVariantMap& description) const;
-    void make(const AlarmRequest& request, const Asker& asker);
+    void edit(const Asker& asker, const AlarmPtr& alarm, const QVariantMap& changes);
+    void make(const AlarmRequest& request, const Asker& asker, const AlarmPtr& edited = nullptr);
     void findSound(const MakingPtr& making);
     void findVoice(const MakingPtr& making);
     void build(const MakingPtr& making);
     void finishMaking(Making& making, const AlarmPtr& alarm);
+    void finishEditing(Making& making, const AlarmPtr& alarm);
+    [[nodiscard]] AlarmPtr running(const QString& identity) const;
+    [[nodiscard]] AlarmPtr stored(const QString& title);
     [[nodiscard]] AlarmAnswer take(const AlarmPtr& alarm);
     [[nodiscard]] RemoteState lookedUpState() const;
     void changed();

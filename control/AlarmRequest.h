@@ -17,6 +17,7 @@ struct AlarmRequest {
     QString voice;                   // empty for none
     bool isStored = false;           // a copy goes to the library
     std::chrono::seconds counted{0}; // of a relative alarm, how long before it was set
+    bool isTimeSaid = false;         // of an edited one: it counts from now, or begins on a date
 };
 
 // Reads a description (see docs/bus.md) at the moment `now`: what is unknown, of another type, past
@@ -24,8 +25,9 @@ struct AlarmRequest {
 [[nodiscard]] std::variant<AlarmRequest, Refusal> readRequest(const QVariantMap& description,
                                                               const QDateTime& now);
 
-// The longest texts that are taken, in characters.
-inline constexpr qsizetype longestTitle = 1000;
-inline constexpr qsizetype longestName = 4096;
+// The same of changes to an alarm that the form was filled from: what they leave out is as it was,
+// with no sound or voice to be found. An alarm of one kind becomes one of another by its time.
+[[nodiscard]] std::variant<AlarmRequest, Refusal>
+readChanges(const QVariantMap& changes, const AlarmForm& form, const QDateTime& now);
 
 } // namespace dorvane

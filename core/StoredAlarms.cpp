@@ -76,8 +76,12 @@ bool StoredAlarms::hasRoomFor(const QString& title, std::size_t others) {
 }
 
 bool StoredAlarms::hasRoomFor(const Alarm& edited, const QString& title) {
+    return edited.isActive() || hasRoomFor(title) || hasEntryOf(edited);
+}
+
+bool StoredAlarms::hasEntryOf(const Alarm& alarm) {
     std::vector<AlarmPtr> stored = load();
-    return edited.isActive() || hasRoomFor(title) || entryOf(stored, edited) != stored.end();
+    return entryOf(stored, alarm) != stored.end();
 }
 
 void StoredAlarms::put(Alarm& alarm, Instant now) {

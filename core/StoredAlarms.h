@@ -32,6 +32,9 @@ public:
     // Whether the alarm can be edited to have the title: a running one needs no room here.
     [[nodiscard]] bool hasRoomFor(const Alarm& edited, const QString& title);
 
+    // Whether an entry was stored of the alarm, and not of another that has its title.
+    [[nodiscard]] bool hasEntryOf(const Alarm& alarm);
+
     // Stores a copy of the alarm, snoozes aside: in the place of the first one with its title, else
     // at the end. What the menu lists stays listed, and the alarm is flagged as it is. One for
     // which there is no room is not stored, of which the log tells.

@@ -176,14 +176,14 @@ void AlarmMenuController::editorClosed(const AlarmSetController* editor) {
 
 void AlarmMenuController::acceptedAlarm(AlarmSetController& editor, const AlarmPtr& alarm) {
     if (editor.editingOne())
-        takeEdited(editor.editingOne(), alarm);
-    else
-        m_surroundings.clock.insertAlarm(alarm);
+        return replaceAlarm(editor.editingOne(), alarm);
+    m_surroundings.clock.insertAlarm(alarm);
     alarm->setDelegate(this);
 }
 
 // A running alarm goes on as the new one, from where it was; a stored one stays stored only.
-void AlarmMenuController::takeEdited(const AlarmPtr& old, const AlarmPtr& alarm) {
+void AlarmMenuController::replaceAlarm(const AlarmPtr& old, const AlarmPtr& alarm) {
+    alarm->setDelegate(this);
     if (!old->isActive())
         return;
     if (old->isTriggered() || old->context())

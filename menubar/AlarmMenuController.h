@@ -97,6 +97,8 @@ public:
     void createAlarm();
     // Opens an editor for a running or a stored alarm.
     void editAlarm(const AlarmPtr& alarm);
+    // A running alarm goes on as what it was edited to, and no longer rings.
+    void replaceAlarm(const AlarmPtr& old, const AlarmPtr& alarm);
     // Starts a quick alarm.
     void createPreAlarm(int minutes);
     // Starts a stored alarm; one that is past and does not repeat is offered in the editor.
@@ -161,7 +163,6 @@ private:
     void finishRinging(const AlarmPtr& alarm, RingEvent event);
     void closeWindow(const AlarmPtr& alarm);
     void tell(RingEvent event, const AlarmPtr& alarm) const;
-    void takeEdited(const AlarmPtr& old, const AlarmPtr& alarm);
 
     Surroundings m_surroundings;
     std::optional<StatusMenu> m_ourMenu;

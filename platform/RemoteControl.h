@@ -72,6 +72,11 @@ public:
     virtual void addTimer(const Asker& asker, quint32 minutes, const QString& title) = 0;
     // See docs/bus.md for what may stand in a description.
     virtual void addAlarm(const Asker& asker, const QVariantMap& description) = 0;
+    // Changes a running or a stored alarm; what the description leaves out stays.
+    virtual void editAlarm(const Asker& asker, const QString& identity,
+                           const QVariantMap& changes) = 0;
+    virtual void editStored(const Asker& asker, const QString& title,
+                            const QVariantMap& changes) = 0;
     [[nodiscard]] virtual AlarmAnswer startStored(const QString& title) = 0;
 
     [[nodiscard]] virtual AlarmListing runningAlarms() = 0;

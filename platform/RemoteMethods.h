@@ -23,6 +23,7 @@ struct RemoteMethod {
     using Shape = Result (RemoteControl::*)(Arguments...);
     using Operation = std::variant<Shape<void, const Asker&, quint32, const QString&>,
                                    Shape<void, const Asker&, const QVariantMap&>,
+                                   Shape<void, const Asker&, const QString&, const QVariantMap&>,
                                    Shape<AlarmAnswer, const QString&>, Shape<AlarmListing>,
                                    Shape<AlarmListing, quint32>, Shape<Outcome, const QString&>,
                                    Shape<Outcome, const QString&, quint32>, Shape<Outcome>>;
@@ -40,6 +41,12 @@ inline constexpr RemoteMethod addTimer{"AddTimer", "minutes title", &RemoteContr
                                        "with an empty title, one of the menu's timers", true};
 inline constexpr RemoteMethod addAlarm{"AddAlarm", "alarm", &RemoteControl::addAlarm, "see below",
                                        true};
+inline constexpr RemoteMethod editAlarm{"EditAlarm", "id changes", &RemoteControl::editAlarm,
+                                        "a running alarm: what the description leaves out stays as "
+                                        "it is; its entry in the library goes "
+                                        "along"};
+inline constexpr RemoteMethod editStored{"EditStored", "title changes", &RemoteControl::editStored,
+                                         "the same for a stored one, which answers with its title"};
 inline constexpr RemoteMethod startStored{
     "StartStored", "title", &RemoteControl::startStored,
     "a weekday alarm whose moment has passed goes on to its next day", true};
@@ -65,9 +72,9 @@ inline constexpr RemoteMethod skipBreak{
     "SkipBreak", "", &RemoteControl::skipBreak,
     "the working time begins anew; a break that has begun is done"};
 
-inline constexpr std::array all{addTimer,     addAlarm,    startStored, listRunning, listStored,
-                                listNext,     snooze,      snoozeFor,   clear,       remove,
-                                removeStored, startBreaks, stopBreaks,  skipBreak};
+inline constexpr std::array all{
+    addTimer, addAlarm,  editAlarm, editStored, startStored,  listRunning, listStored, listNext,
+    snooze,   snoozeFor, clear,     remove,     removeStored, startBreaks, stopBreaks, skipBreak};
 
 } // namespace remote
 

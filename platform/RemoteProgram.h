@@ -24,7 +24,8 @@ public:
             Unreachable // it does not run, or does not answer
         };
         Kind kind = Kind::Unreachable;
-        QString reason; // for a person to read
+        QString reason;    // for a person to read
+        QString name = {}; // of what was refused, see docs/bus.md
     };
 
     // What the method returns; a list of dictionaries as a QVariantList of QVariantMap.

@@ -19,19 +19,19 @@ std::string json(const QVariantMap& alarm) {
 // On a Wednesday evening in Germany.
 std::string read(const char* typed) {
     std::string said;
-    const Command command{.name = "add",
-                          .example = "",
-                          .help = "",
-                          .description = "",
-                          .options = alarmOptions({}),
-                          .run = [&said](const QCommandLineParser& parser) {
-                              const auto alarm = readAlarmOptions(
-                                  parser, QLocale(QLocale::German, QLocale::Germany),
-                                  at("2026-11-18 20:05"));
-                              const QString* const fault = std::get_if<QString>(&alarm);
-                              said = fault ? fault->toStdString() : json(std::get<QVariantMap>(alarm));
-                              return ExitStatus::Done;
-                          }};
+    const Command command{
+        .name = "add",
+        .example = "",
+        .help = "",
+        .description = "",
+        .options = alarmOptions({}),
+        .run = [&said](const QCommandLineParser& parser) {
+            const auto alarm = readAlarmOptions(parser, QLocale(QLocale::German, QLocale::Germany),
+                                                at("2026-11-18 20:05"));
+            const QString* const fault = std::get_if<QString>(&alarm);
+            said = fault ? fault->toStdString() : json(std::get<QVariantMap>(alarm));
+            return ExitStatus::Done;
+        }};
     EXPECT_EQ(runCommand(command, QString::fromLatin1(typed).split(u' ', Qt::SkipEmptyParts)),
               ExitStatus::Done);
     return said;
@@ -52,7 +52,9 @@ TEST(AlarmOptionsTest, areReadAsPeopleTypeThemOrSayWhatIsWrong) {
         {"--at 7 --snooze 9", "{snooze:9,time:07:00}"},
 
         {"", "when? Such as --in 25, or --at 7:30"},
-        {"--in 5 --at 7", "it is either --in or --at"},
+        {"--in 5 --at 7", "it is either --in or --at: --in 25, or --at 7:30"},
+        {"--at 7 --date -1", "--date takes a date such as 2026-12-24, 24 Dec, tomorrow or fri, not "
+                             "\"-1\""},
         {"--in 5 --date fri", "--date does not go with --in"},
         {"--at 7 --every-week", "--every-week needs days, such as --on mon,thu"},
         {"--in soon", "--in takes a length of time such as 25, 90m, 2h, 1h30 or 30s, a year at "

@@ -42,7 +42,9 @@ public:
         asked << name + (method.startsProgram ? u"!"_qs : QString()) +
                      QString::fromUtf8(json.toJson(QJsonDocument::Compact));
         if (arguments.value(0) == u"Gone"_qs)
-            return Fault{Fault::Kind::Refused, u"there is none"_qs};
+            return Fault{Fault::Kind::Refused, u"there is none"_qs, u"NoSuchAlarm"_qs};
+        if (arguments.value(0).toMap().value(u"title"_qs) == u"Odd"_qs)
+            return Fault{Fault::Kind::Refused, u"\"weekdays\": odd"_qs, u"InvalidValue"_qs};
         if (!name.startsWith(u"List"_qs))
             return QVariantList{u"t1"_qs};
         return QVariantList{QVariant(
@@ -77,6 +79,8 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
          "not \"soon\"\n"},
         {"add Tea --in 20m --repeat --sound none", 0,
          R"(AddAlarm![{"minutes":20,"repeat":true,"sound":"","title":"Tea"}] ListRunning[])", tea},
+        {"add Odd --at 7 --on mon", 2,
+         R"(AddAlarm![{"time":"07:00","title":"Odd","weekdays":["mon"]}])", "dorvane: --on: odd\n"},
         {"add Tea", 2, "", "dorvane: when? Such as --in 25, or --at 7:30\n"},
         {"list", 0, "ListRunning[]",
          "b1  Tue, 9:59   rings      ⁨Be ll�[2Jא⁩\n"
@@ -93,8 +97,18 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
         {"clear Tea", 0, R"(ListRunning[] Clear["t1"])", "Tea is cleared\n"},
         {"clear Egg", 1, "ListRunning[]",
          "dorvane: 2 alarms are called \"Egg\"; say which: e2, e1\n"},
+        {"edit Tea", 2, "ListRunning[]",
+         "dorvane: nothing to change; for example: dorvane edit Tea --at 7:45\n"},
+        {"edit Soup --snooze 9", 1, "ListRunning[] ListStored[]",
+         "dorvane: no alarm runs or is stored as \"Soup\"\n"},
+        {"edit Tea --on mon", 2, "ListRunning[]", "dorvane: at what time? Such as --at 7:30\n"},
+        {"edit Tea --stored --on mon --at 7", 0,
+         R"(ListStored[] EditStored["Tea",{"time":"07:00","weekdays":["mon"]}])",
+         "t1 is changed in the library\n"},
         {"clear e2", 0, R"(ListRunning[] Clear["e2"])", "Egg is cleared\n"},
         {"clear", 2, "", "dorvane: either WHICH or --ringing is needed\n"},
+        {"edit Tea --at 7:45 --title Egg", 0,
+         R"(ListRunning[] EditAlarm["t1",{"time":"07:45","title":"Egg"}] ListRunning[])", tea},
         {"delete Tea", 0, R"(ListRunning[] Delete["t1"])", "Tea is deleted\n"},
         {"delete Tea --stored", 0, R"(DeleteStored["Tea"])", "Tea is no longer stored\n"},
         {"delete Old", 0, R"(ListRunning[] DeleteStored["Old"])", "Old is no longer stored\n"},
@@ -123,8 +137,8 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
 
 TEST(CommandsTest, offersWhatMayComeNext) {
     const std::pair<const char*, const char*> rows[] = {
-        {"",
-         "timer|add|start|snooze|clear|delete|list|status|breaks|check|missed|--help|--version"},
+        {"", "timer|add|start|edit|snooze|clear|delete|list|status|breaks|check|missed|--help|--"
+             "version"},
         {"timer ", "1|2|3|4|5|10|15|20|30|45|--help"},
         {"start ", "b1|e1|e2|Tea|--help"},
         {"breaks start ", "--help"},

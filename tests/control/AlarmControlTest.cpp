@@ -45,6 +45,11 @@ protected:
             .clear = noted("clear "),
             .end = noted("end "),
             .remove = [this](const AlarmPtr& alarm) { clock.removeAlarm(alarm); },
+            .replace =
+                [this](const AlarmPtr& old, const AlarmPtr& alarm) {
+                    alarm->setIsActive(true);
+                    EXPECT_TRUE(clock.replaceAlarm(old, alarm));
+                },
             .ringDefaults =
                 [] {
                     return RingDefaults{u"/Ping"_qs, 7};
@@ -179,6 +184,68 @@ TEST_F(AlarmControlTest, takesWhatTheEditorTakesAndSaysWhatIsWrongWithTheRest) {
     EXPECT_EQ(clock.allAlarms().size(), 12U) << "what is refused leaves nothing behind";
     control.addTimer(asker(), 5, {});
     EXPECT_EQ(told, u"24. 10:05:00 default /Ping  7"_qs);
+}
+
+TEST_F(AlarmControlTest, anEditChangesWhatItSaysAndNoMore) {
+    const QVariantMap timer{
+        {u"minutes"_qs, 25}, {u"sound"_qs, u"Brook"_qs}, {u"voice"_qs, u"Ann"_qs}};
+    const QVariantMap daily{{u"time"_qs, u"11:00"_qs}, {u"every-day"_qs, true}};
+    const QVariantMap dated{{u"time"_qs, u"11:00"_qs}, {u"snooze"_qs, 9}};
+    const QVariantMap weekly{{u"time"_qs, u"11:00"_qs},
+                             {u"weekdays"_qs, QStringList{u"mon"_qs}},
+                             {u"every-week"_qs, true}};
+    const struct {
+        QVariantMap alarm, changes;
+        const char* answer;
+    } rows[]{
+        {timer, {{u"title"_qs, u"Egg"_qs}}, "24. 10:25:00 Egg /Brook Ann 7"},
+        {timer, {{u"minutes"_qs, 25}, {u"sound"_qs, u""_qs}}, "24. 10:30:00 T silent Ann 7"},
+        {timer, {{u"seconds"_qs, 30}, {u"voice"_qs, u""_qs}}, "24. 10:05:30 T /Brook  7"},
+        {timer, {{u"repeat"_qs, true}, {u"sound"_qs, u"B"_qs}}, "24. 10:25:00 T /B Ann 7 repeats"},
+        {timer, {{u"time"_qs, u"9"_qs}}, "25. 09:00:00 T /Brook Ann 7"},
+        {timer, {{u"weekdays"_qs, QStringList{u"mon"_qs}}}, "MissingKey \"time\""},
+        {daily, {{u"time"_qs, u"9"_qs}}, "25. 09:00:00 T /Ping  7 daily"},
+        {daily, {{u"date"_qs, u"fri"_qs}}, "27. 11:00:00 T /Ping  7 daily"},
+        {daily, {{u"every-day"_qs, false}}, "24. 11:00:00 T /Ping  7"},
+        {dated, {{u"time"_qs, u"12"_qs}, {u"snooze"_qs, 10}}, "24. 12:00:00 T /Ping  10"},
+        {dated, {{u"time"_qs, u"9"_qs}}, "PastDate \"time\""},
+        {dated, {{u"title"_qs, u" "_qs}}, "InvalidValue \"title\""},
+        {dated, {{u"snooze"_qs, 4}}, "InvalidValue \"snooze\""},
+        {weekly, {{u"weekdays"_qs, QStringList{u"wed"_qs}}}, "25. 11:00:00 T /Ping  7 weekly"},
+        {weekly, {{u"time"_qs, u"7:30"_qs}}, "30. 07:30:00 T /Ping  7 weekly"},
+        {weekly, {{u"date"_qs, u"fri"_qs}}, "27. 11:00:00 T /Ping  7"},
+    };
+    for (const auto& row : rows) {
+        loop.setWall(QDateTime({2026, 11, 24}, {10, 0}));
+        for (const QString& title : {u"T"_qs, u"Egg"_qs})
+            library.removeAlarm(title);
+        QVariantMap description{{u"title"_qs, u"T"_qs}, {u"store"_qs, true}};
+        description.insert(row.alarm);
+        answerTo(description);
+        const QString id = clock.allAlarms().front()->identity();
+        loop.advance(5min);
+        control.editAlarm(asker(), id, row.changes);
+        loop.runPending();
+        EXPECT_EQ(told.toStdString(), row.answer);
+        EXPECT_EQ(clock.allAlarms().front()->identity(), id);
+        EXPECT_EQ(clock.allAlarms().size(), 1U);
+        EXPECT_EQ(alarmTitles(*library.alarms()),
+                  QStringList{row.changes.value(u"title"_qs) == u"Egg"_qs ? u"Egg"_qs : u"T"_qs})
+            << "its entry goes along";
+        EXPECT_EQ(control.remove(id), std::nullopt);
+    }
+    control.editStored(asker(), u"T"_qs, {{u"title"_qs, u"Run"_qs}, {u"time"_qs, u"6"_qs}});
+    EXPECT_EQ(reportsOf(control.storedAlarms()).front().value(u"time"_qs), u"06:00"_qs);
+    control.editStored(asker(), u"T"_qs, {});
+    EXPECT_EQ(told, u"NoSuchAlarm no alarm is stored as \"T\""_qs);
+    answerTo({{u"title"_qs, u"Brief"_qs}, {u"minutes"_qs, 1}});
+    const AlarmPtr alarm = clock.allAlarms().front();
+    control.editAlarm(asker(), alarm->identity(),
+                      {{u"title"_qs, u"Other"_qs}, {u"sound"_qs, u"Slow"_qs}});
+    clock.removeAlarm(alarm);
+    slowSounds.back()(u"/Slow"_qs);
+    EXPECT_TRUE(told.startsWith(u"NoSuchAlarm"_qs)) << "it rang its last meanwhile";
+    EXPECT_EQ(alarmTitles(*library.alarms()), QStringList{u"Run"_qs}) << "no template came of it";
 }
 
 TEST_F(AlarmControlTest, whatIsReportedOfAnAlarmMakesTheSameAgain) {

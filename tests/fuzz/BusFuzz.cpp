@@ -113,6 +113,14 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     writeReport(writer, description);
     require(writer.result() >= 0);
     const QDateTime now({2026, 11, 24}, {10, 0, 0, 250});
+    for (const auto row : {Alarm::Relative, Alarm::Dated, Alarm::Weekly}) {
+        AlarmForm before = newAlarmForm(now, 5);
+        before.title = QStringLiteral("Tea");
+        before.row = row;
+        const auto changed = readChanges(description, before, now);
+        if (!isRefused(changed))
+            require(faultsOf(std::get<AlarmRequest>(changed).form).message.isEmpty());
+    }
     const auto request = readRequest(description, now);
     if (isRefused(request))
         return 0;

@@ -34,7 +34,8 @@ bool isNobodyThere(const QDBusMessage& reply) {
 RemoteProgram::Fault faultOf(const QDBusMessage& reply) {
     using Kind = RemoteProgram::Fault::Kind;
     if (reply.errorName().startsWith(bus::errorPrefix))
-        return {Kind::Refused, reply.errorMessage()};
+        return {Kind::Refused, reply.errorMessage(),
+                reply.errorName().mid(bus::errorPrefix.size())};
     if (QDBusError(reply).type() == QDBusError::NoServer)
         return {Kind::Unreachable, QStringLiteral("the session bus cannot be reached")};
     if (isNobodyThere(reply))

@@ -294,9 +294,9 @@ int ControlObject::carryOut(sd_bus_message* message,
 }
 
 int ControlObject::serve(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
-    const auto method = std::find_if(
-        remote::all.begin(), remote::all.end(),
-        [name = memberOf(call)](const RemoteMethod& row) { return name == row.name; });
+    const auto method =
+        std::find_if(remote::all.begin(), remote::all.end(),
+                     [name = memberOf(call)](const RemoteMethod& row) { return name == row.name; });
     return std::visit(
         [&](auto operation) {
             return static_cast<ControlObject*>(data)->carryOut(call, operation);
