@@ -4,6 +4,7 @@
 #include "platform/Bundle.h"
 #include "ui_CheckWindow.h"
 #include "widgets/BringToFront.h"
+#include "widgets/FitToScreen.h"
 
 #include <QAccessible>
 #include <QIcon>
@@ -57,6 +58,8 @@ CheckWindow::CheckWindow(WillItRing& checks, const Bundle& bundle)
 CheckWindow::~CheckWindow() = default;
 
 void CheckWindow::show() {
+    if (!m_window.isVisible())
+        fitToScreen(m_window, m_window.size());
     bringToFront(m_window);
     check(WillItRing::TestSound::None);
 }

@@ -5,7 +5,7 @@
 #include "app/UpdateChecker.h"
 #include "platform/Bundle.h"
 #include "ui_PrefController.h"
-#include "widgets/BringToFront.h"
+#include "widgets/FitToScreen.h"
 
 #include <QSignalBlocker>
 
@@ -104,6 +104,7 @@ void PrefController::showUpdates(const UpdateResult& result) {
     m_form->updateField->setVisible(result.newer.has_value());
     if (result.newer)
         m_form->updateField->setURL(result.newer->link);
+    fitToScreen(m_prefsWindow, m_prefsWindow.sizeHint());
 }
 
 void PrefController::setStartup(bool on) {
@@ -118,7 +119,7 @@ void PrefController::mirrorStartup() {
 
 void PrefController::show() {
     mirrorStartup();
-    bringToFront(m_prefsWindow);
+    showFitted(m_prefsWindow);
 }
 
 } // namespace dorvane

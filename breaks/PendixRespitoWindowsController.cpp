@@ -13,7 +13,7 @@
 #include "platform/Presence.h"
 #include "platform/UserDefaults.h"
 #include "ui_PendixRespitoWindowsController.h"
-#include "widgets/BringToFront.h"
+#include "widgets/FitToScreen.h"
 
 #include <QGraphicsOpacityEffect>
 #include <QPropertyAnimation>
@@ -66,7 +66,7 @@ PendixRespitoWindowsController::~PendixRespitoWindowsController() {
 void PendixRespitoWindowsController::showWindow() {
     if (!m_window)
         loadWindow();
-    bringToFront(*m_window);
+    showFitted(*m_window);
 }
 
 void PendixRespitoWindowsController::loadWindow() {

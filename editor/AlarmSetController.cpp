@@ -15,6 +15,7 @@
 #include "platform/RunLoop.h"
 #include "ui_AlarmSetController.h"
 #include "widgets/BringToFront.h"
+#include "widgets/FitToScreen.h"
 
 #include <QKeyEvent>
 #include <QMessageBox>
@@ -215,12 +216,9 @@ void AlarmSetController::showWithAlarm(const AlarmPtr& alarm) {
     bringToFront(*this);
 }
 
-// As large as the form, or as the screen leaves room beside the panels and the window's own frame,
-// whose size is not known before it is shown.
 void AlarmSetController::fitToScreen() {
     m_controls->scroller->updateGeometry();
-    const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight);
-    resize(sizeHint().boundedTo(screen()->availableSize() - QSize(title, 2 * title)));
+    dorvane::fitToScreen(*this, sizeHint());
 }
 
 void AlarmSetController::setAlarm(const Alarm* alarm) {

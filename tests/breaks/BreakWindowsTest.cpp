@@ -5,8 +5,10 @@
 #include "tests/breaks/BreakRig.h"
 #include "tests/support/Files.h"
 #include "tests/support/Windows.h"
+#include "widgets/FitToScreen.h"
 
 #include <QDialog>
+#include <QScreen>
 
 using namespace dorvane::testing;
 
@@ -53,6 +55,9 @@ TEST_F(BreakWindowsTest, SlidersAndFieldsGoTogetherAndAreStored) {
     respito.window()->showMinimized();
     respito.showWindow();
     EXPECT_FALSE(respito.window()->isMinimized()) << "is not shown by showing it again";
+    fitToScreen(*respito.window(), {200, 5000});
+    EXPECT_LE(respito.window()->height(), respito.window()->screen()->availableSize().height());
+    EXPECT_LT(respito.window()->minimumHeight(), 768 / 2) << "a small screen, two pixels to one";
     EXPECT_EQ(text("textBreakFreq"), u"25"_qs);
     find<QSlider>("breakDurationSlider")->setValue(7);
     EXPECT_EQ(text("textBreakDuration"), u"7"_qs);

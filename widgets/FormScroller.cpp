@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/FormScroller.h"
+#include "widgets/FormScroller.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QScrollBar>
 
 namespace dorvane {
@@ -32,6 +33,13 @@ QSize FormScroller::minimumSizeHint() const {
     const int width = widget() ? widget()->minimumSizeHint().width() : 0;
     return {width + verticalScrollBar()->sizeHint().width(),
             fontMetrics().lineSpacing() * leastRows};
+}
+
+// The window has to learn that the form needs another room.
+bool FormScroller::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == widget() && event->type() == QEvent::LayoutRequest)
+        updateGeometry();
+    return QScrollArea::eventFilter(watched, event);
 }
 
 } // namespace dorvane
