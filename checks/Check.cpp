@@ -212,7 +212,8 @@ Checks checkDesktop(const DesktopAbilities& desktop) {
     };
 }
 
-// Only who wants to be woken is warned.
+// A machine that nothing can wake is never all right. Of a right that is missing, only who wants to
+// be woken is warned.
 Check checkWaking(WakeAlarm::Ability ability, bool isToWake) {
     constexpr auto name = "wake";
     if (ability == WakeAlarm::Ability::Able)
@@ -224,7 +225,7 @@ Check checkWaking(WakeAlarm::Ability ability, bool isToWake) {
                             "right to (CAP_WAKE_ALARM).")
                      : text("A sleeping computer does not wake for an alarm: it has no clock that "
                             "could.");
-    if (!isToWake)
+    if (isPermission && !isToWake)
         return fine(name, line);
     return warning(name, line,
                    isPermission

@@ -85,6 +85,7 @@ TEST(ChecksTest, saysOfEachFaultWhatItIs) {
         {[](RingingFacts& facts) { facts.desktop = DesktopAbilities(); },
          {"warning announcements", "warning notifications", "warning waking-up", "warning clock"}},
         {[](RingingFacts& facts) { facts.isToWake = true; }, {"warning wake"}},
+        {[](RingingFacts& facts) { facts.wakes = WakeAlarm::Ability::NoClock; }, {"warning wake"}},
     };
     std::map<QString, QString> names; // of the checks, by what they say
     for (const auto& row : rows) {
@@ -106,7 +107,7 @@ protected:
         if (m_desktopAnswers)
             loop.defer([done = std::move(done)] { done({true, true, true, true}); });
     }
-    [[nodiscard]] Ability ability() const override { return Ability::NoClock; }
+    [[nodiscard]] Ability ability() const override { return Ability::NotPermitted; }
     void arm(const std::optional<QDateTime>&) override {}
 
     FakeSoundOutput m_output{loop};
