@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "breaks/PendixTakeABreakSettings.h"
 
+#include "core/KeyedArchiver.h"
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/MemoryDefaults.h"
 
@@ -77,6 +78,11 @@ TEST_F(BreakSettingsTest, WrittenSettingsReachTheDiskByThemselvesAndComeBack) {
     PendixTakeABreakSettings read(next, m_user, loop, notifications);
     read.loadPrefs();
     EXPECT_EQ(text(read).toStdString(), "5 3 60 4 0 1 /in /out");
+    const auto name = u"PendixTakeABreakSettings"_qs;
+    const QVariant archive = KeyedArchiver::archivedList(
+        {{&m_settings, {name}, [&](KeyedArchiver& coder) { m_settings.encodeWithCoder(coder); }}});
+    read.initWithCoder(KeyedUnarchiver(archive).decodeList(name).objects.front());
+    EXPECT_EQ(text(read).toStdString(), "0 0 60 4 0 1 /in /out") << "no length, as ever";
 
     m_settings.setSoundPath({});
     m_settings.writePrefs();
