@@ -148,9 +148,20 @@ BreakOutlook breakOutlook() {
     return breaksRun() ? bfApp::sharedApplication().breakCycle().outlook() : BreakOutlook();
 }
 
-qint64 nextBreak() {
+RemoteBreaks remoteBreaks() {
+    using Phase = BreakOutlook::Phase;
     const BreakOutlook outlook = breakOutlook();
-    return outlook.phase == BreakOutlook::Phase::Working ? outlook.moment.toSecsSinceEpoch() : 0;
+    switch (outlook.phase) {
+    case Phase::Off:
+        break;
+    case Phase::Working:
+        return {.phase = QStringLiteral("working"), .next = outlook.moment.toSecsSinceEpoch()};
+    case Phase::Waiting:
+        return {.phase = QStringLiteral("waiting")};
+    case Phase::Resting:
+        return {.phase = QStringLiteral("resting"), .end = outlook.moment.toSecsSinceEpoch()};
+    }
+    return {};
 }
 
 void findNamedSound(const QString& nameOrPath, const AlarmControl::Found& found) {
@@ -301,7 +312,7 @@ AlarmControl& sharedAlarmControl() {
              .startBreaks = [&menu] { menu.startRespito(); },
              .stopBreaks = [&menu] { menu.stopRespito(); },
              .skipBreak = [] { PendixRespitoWindowsController::sharedRespito().skipRespito(); },
-             .nextBreak = nextBreak});
+             .breaks = remoteBreaks});
         const auto breaksChanged = [made](const void*) { made->breaksChanged(); };
         static const auto settings =
             desktop.notifications.addObserver(breakSettingsDidChangeNotification, breaksChanged);

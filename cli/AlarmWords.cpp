@@ -150,12 +150,27 @@ QStringList aligned(const std::vector<QStringList>& rows) {
     return lines;
 }
 
+QString breakText(const QVariantMap& properties) {
+    const auto at = [&](const char* property) {
+        return timeString(
+            QDateTime::fromSecsSinceEpoch(properties.value(QLatin1String(property)).toLongLong()));
+    };
+    const QString phase = properties.value(QStringLiteral("BreakPhase")).toString();
+    if (phase == QStringLiteral("working"))
+        return QStringLiteral("break at ") + at("NextBreak");
+    if (phase == QStringLiteral("waiting"))
+        return QStringLiteral("break when you are back");
+    if (phase == QStringLiteral("resting"))
+        return QStringLiteral("break until ") + at("BreakEnd");
+    return {};
+}
+
 QString nextBreak(const QVariantMap& properties, const QDateTime& now) {
     const qint64 seconds = properties.value(QStringLiteral("NextBreak")).toLongLong();
-    if (seconds == 0)
-        return {};
-    const QDateTime moment = QDateTime::fromSecsSinceEpoch(seconds);
-    return QStringLiteral("break at %1, %2").arg(timeString(moment), timeLeft(now.secsTo(moment)));
+    const QString left = seconds == 0
+                             ? QString()
+                             : QStringLiteral(", ") + timeLeft(seconds - now.toSecsSinceEpoch());
+    return breakText(properties) + left;
 }
 
 StatusReport statusReport(const QVariantList& alarms, const QVariantMap& properties,
@@ -186,13 +201,12 @@ StatusReport statusReport(const QVariantList& alarms, const QVariantMap& propert
     report.json.insert(key::ringing, ringing);
     report.json.insert(QStringLiteral("breaks"),
                        properties.value(QStringLiteral("BreaksRunning")).toBool());
-    if (const qint64 moment = properties.value(QStringLiteral("NextBreak")).toLongLong()) {
-        const QString at =
-            QStringLiteral("break at ") + timeString(QDateTime::fromSecsSinceEpoch(moment));
-        report.line += QStringLiteral(" \u00b7 ") + at;
+    if (const qint64 moment = properties.value(QStringLiteral("NextBreak")).toLongLong())
         report.json.insert(QStringLiteral("break"), moment);
+    if (const QString text = breakText(properties); !text.isEmpty()) {
+        report.line += QStringLiteral(" \u00b7 ") + text;
         report.json[QStringLiteral("tooltip")] =
-            report.json.value(QStringLiteral("tooltip")).toString() + u'\n' + at;
+            report.json.value(QStringLiteral("tooltip")).toString() + u'\n' + text;
     }
     return report;
 }

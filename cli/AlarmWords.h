@@ -32,8 +32,10 @@ struct StatusReport {
     QString line;
     QVariantMap json;
 };
-// What the properties of the bus tell of the breaks: "break at 12:25, in 12 min"; empty while none
-// is timed.
+// What the properties of the bus tell of the breaks: "break at 12:25", "break until 12:30", "break
+// when you are back"; empty while they are off.
+[[nodiscard]] QString breakText(const QVariantMap& properties);
+// The same with how far off it is: "break at 12:25, in 12 min".
 [[nodiscard]] QString nextBreak(const QVariantMap& properties, const QDateTime& now);
 
 [[nodiscard]] StatusReport statusReport(const QVariantList& alarms, const QVariantMap& properties,

@@ -479,8 +479,8 @@ RemoteState AlarmControl::lookedUpState() const {
     if (next)
         state.nextDue = localDateTimeOf(*next).toSecsSinceEpoch();
     state.breaksRun = m_surroundings.breaksRun();
-    if (m_surroundings.nextBreak)
-        state.nextBreak = m_surroundings.nextBreak();
+    if (m_surroundings.breaks)
+        state.breaks = m_surroundings.breaks();
     return state;
 }
 

@@ -57,7 +57,7 @@ public:
         std::function<void()> stopBreaks;
         std::function<void()> skipBreak;
         // When the next break begins, in seconds since the epoch; 0 while none is timed.
-        std::function<qint64()> nextBreak = {};
+        std::function<RemoteBreaks()> breaks = {};
     };
 
     explicit AlarmControl(Surroundings surroundings);

@@ -25,12 +25,19 @@ using AlarmAnswer = std::variant<QString, Refusal>;
 using Outcome = std::optional<Refusal>;
 
 // What others see of the program at a glance.
+struct RemoteBreaks {
+    QString phase = QStringLiteral("off"); // or "working", "waiting" for somebody, "resting"
+    qint64 next = 0; // seconds since the epoch, when the next one begins; 0 unless "working"
+    qint64 end = 0;  // when the present one ends; 0 unless "resting"
+    friend bool operator==(const RemoteBreaks&, const RemoteBreaks&) = default;
+};
+
 struct RemoteState {
     qint64 nextDue = 0;  // seconds since the epoch; 0 while nothing is going to ring
     QString nextAlarm;   // its identity
     QStringList ringing; // identities
     bool breaksRun = false;
-    qint64 nextBreak = 0; // seconds since the epoch; 0 while none is timed
+    RemoteBreaks breaks;
     friend bool operator==(const RemoteState&, const RemoteState&) = default;
 };
 

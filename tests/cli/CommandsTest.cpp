@@ -52,12 +52,11 @@ public:
                          running("e1", "Egg", "11-24 10:20"),
                          running("b1", "Be\nll\x1b[2J\xd7\x90", "11-24 09:59", true)})};
     }
-    Properties properties() override {
-        return QVariantMap{{u"BreaksRunning"_qs, true}, {u"Ringing"_qs, QStringList{u"b1"_qs}}};
-    }
+    Properties properties() override { return breaks; }
     void follow(std::function<bool()>) override {}
 
     QStringList asked;
+    QVariantMap breaks{{u"BreaksRunning"_qs, true}};
 };
 
 std::vector<Command> commandsOf(FakeProgram& program) {
@@ -132,6 +131,19 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
                       ::testing::internal::GetCapturedStderr(),
                   row.shown);
         EXPECT_EQ(std::exchange(program.asked, {}).join(u' ').toStdString(), row.asked);
+    }
+    const auto breaks = std::ranges::find(commands, std::string_view("breaks"), &Command::name);
+    for (const auto& [phase, shown] : {std::pair{"off", "Breaks are on.\n"},
+                                       {"working", "Breaks are on: break at 10:12, in 12 min.\n"},
+                                       {"waiting", "Breaks are on: break when you are back.\n"},
+                                       {"resting", "Breaks are on: break until 10:05.\n"}}) {
+        program.breaks[u"BreakPhase"_qs] = QString::fromLatin1(phase);
+        const bool isWorking = program.breaks[u"BreakPhase"_qs] == u"working"_qs;
+        program.breaks[u"NextBreak"_qs] = isWorking ? now.addSecs(720).toSecsSinceEpoch() : 0;
+        program.breaks[u"BreakEnd"_qs] = now.addSecs(300).toSecsSinceEpoch();
+        ::testing::internal::CaptureStdout();
+        static_cast<void>(runCommand(*breaks, {u"status"_qs}));
+        EXPECT_EQ(::testing::internal::GetCapturedStdout(), shown);
     }
 }
 

@@ -96,7 +96,9 @@ const std::vector<sd_bus_vtable>& ControlObject::interface() {
             SD_BUS_PROPERTY("NextAlarm", "s", get, 0, changes),
             SD_BUS_PROPERTY("Ringing", "as", get, 0, changes),
             SD_BUS_PROPERTY("BreaksRunning", "b", get, 0, changes),
+            SD_BUS_PROPERTY("BreakPhase", "s", get, 0, changes),
             SD_BUS_PROPERTY("NextBreak", "x", get, 0, changes),
+            SD_BUS_PROPERTY("BreakEnd", "x", get, 0, changes),
             SD_BUS_SIGNAL("RunningChanged", "", 0),
             SD_BUS_SIGNAL("StoredChanged", "", 0),
             SD_BUS_SIGNAL_WITH_ARGS("Rang", SD_BUS_ARGS("s", id, "s", title), 0),
@@ -149,8 +151,12 @@ int ControlObject::get(sd_bus* /*bus*/, const char* /*path*/, const char* /*inte
         reply.text(state.nextAlarm);
     else if (property == "BreaksRunning")
         reply.flag(state.breaksRun ? 1 : 0);
+    else if (property == "BreakPhase")
+        reply.text(state.breaks.phase);
     else if (property == "NextBreak")
-        reply.moment(state.nextBreak);
+        reply.moment(state.breaks.next);
+    else if (property == "BreakEnd")
+        reply.moment(state.breaks.end);
     else
         reply.container('a', "s", [&] {
             for (const QString& id : state.ringing)
@@ -321,17 +327,19 @@ void ControlObject::tellEvent(RemoteListener::Event event, const QString& id,
 }
 
 void ControlObject::tellState(const RemoteState& before, const RemoteState& now) {
-    std::array<const char*, 5> changed{};
+    std::array<const char*, 7> changed{};
     std::size_t count = 0;
     for (const auto& [differs, name] :
          {std::pair{before.nextDue != now.nextDue, "NextDue"},
           std::pair{before.nextAlarm != now.nextAlarm, "NextAlarm"},
           std::pair{before.ringing != now.ringing, "Ringing"},
           std::pair{before.breaksRun != now.breaksRun, "BreaksRunning"},
-          std::pair{before.nextBreak != now.nextBreak, "NextBreak"}})
+          std::pair{before.breaks.phase != now.breaks.phase, "BreakPhase"},
+          std::pair{before.breaks.next != now.breaks.next, "NextBreak"},
+          std::pair{before.breaks.end != now.breaks.end, "BreakEnd"}})
         if (differs)
             changed.at(count++) = name;
-    std::array<char*, 6> names{}; // with a null behind the last
+    std::array<char*, 8> names{}; // with a null behind the last
     for (std::size_t i = 0; i < count; ++i)
         names.at(i) = const_cast<char*>(changed.at(i)); // sd-bus only reads them
     if (m_bus.get() &&
