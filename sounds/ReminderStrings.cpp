@@ -38,6 +38,8 @@ QString ReminderStrings::soundDirectory(const UserFolders& user) {
     QString folder = SoundFolders(user).recordings;
     if (!QDir().mkpath(folder))
         qCWarning(logSounds).noquote() << "cannot make" << folder;
+    // What somebody has spoken, and called it, is no other user's.
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return folder;
 }
 

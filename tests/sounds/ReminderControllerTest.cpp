@@ -78,6 +78,7 @@ TEST_F(ReminderControllerTest, recordingStopsAfterTenSecondsAndStandsFirst) {
     add(u"half.aiff.part"_qs);
     open();
     EXPECT_EQ(comboBox().count(), 1);
+    EXPECT_FALSE(QFileInfo(m_folder).permissions() & (QFile::ReadGroup | QFile::ReadOther));
     EXPECT_EQ(enabled(), "reminderTitle okButton comboBox");
     record(u"Tea  / coffee"_qs);
     loop.advance(9'999ms);
