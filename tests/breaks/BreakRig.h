@@ -27,8 +27,6 @@ struct BreakRig : FakeDesktop {
         settings.loadPrefs();
     }
     ~BreakRig() { loop.runPending(); }
-    BreakRig(const BreakRig&) = delete;
-    BreakRig& operator=(const BreakRig&) = delete;
 
     // As the menu, the bus and the terminal do, before there is a window.
     void start() {

@@ -19,7 +19,6 @@ protected:
     RespitoAudioPlayerTest() {
         player.setFile(track, {.duration = 95s, .loadDelay = 200ms});
         m_controller.setWindowWillClose([this] { trace.add(u"closed"_qs); });
-        const LogCapture platformNotes; // of the offscreen platform
         m_controller.showWindow();
     }
 

@@ -74,7 +74,6 @@ class CommandsTest(DesktopTest):
         self.assertIn("Soup  Sat Sun", self.run_command("list"))
         self.run_command("delete", "Soup")
         self.run_command("add", "Late", "--at", "10:00", "--date", "2020-01-01", status=1)
-        self.run_command("add", "Late", "--in", "soon", status=2)
         self.run_command("delete", identity)
         self.assertEqual(self.state(), "idle")
         wait_for("the follower's line", lambda: "No alarms" in follower.log())

@@ -116,7 +116,6 @@ TEST_F(SoundChoiceTest, addsFilesWithoutChoosingThem) {
 }
 
 TEST_F(SoundChoiceTest, keepsTheRecorderToItself) {
-    const LogCapture platformNotes; // of the offscreen platform
     const auto record = [this] { choose(u"Record Alarm Sound..."_qs); };
     record();
     QWidget* const window = recorderWindow();

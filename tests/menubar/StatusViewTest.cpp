@@ -23,6 +23,7 @@ protected:
     NotificationCenter m_notifications;
     Clock m_clock{m_loop, m_notifications};
     FakeStatusItem m_item;
+    StatusView m_view{m_loop, m_clock, m_notifications, m_item};
 };
 
 // It is to look as if it looked ten times a second, so no look at any time may find something new.
@@ -46,25 +47,23 @@ TEST(StatusViewDaysTest, lookAtAnyTimeFindsNothingNew) {
 }
 
 TEST_F(StatusViewTest, tellsOfTheNextBreakAndCallsForOneThatIsUnseen) {
-    StatusView view(m_loop, m_clock, m_notifications, m_item);
     BreakOutlook outlook{BreakOutlook::Phase::Working, m_loop.now().addSecs(1500)};
-    view.showBreaks(outlook, false);
+    m_view.showBreaks(outlook, false);
     m_loop.advance(100ms);
     EXPECT_EQ(m_item.toolTips.last(), u"Dorvane \u2013 "_qs + outlookText(outlook));
     outlook.isNear = true;
-    view.showBreaks(outlook, false);
+    m_view.showBreaks(outlook, false);
     EXPECT_TRUE(m_item.shown() == StatusPicture().image({0, 0, true}, 22));
     EXPECT_FALSE(shows(0, 0)) << "is marked";
-    view.startFlashing();
-    view.showBreaks({}, true);
-    view.stopFlashing();
+    m_view.startFlashing();
+    m_view.showBreaks({}, true);
+    m_view.stopFlashing();
     EXPECT_TRUE(m_item.needsAttention) << "the alarm is answered, the break is not";
-    view.showBreaks({}, false);
+    m_view.showBreaks({}, false);
     EXPECT_FALSE(m_item.needsAttention);
 }
 
 TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
-    StatusView view(m_loop, m_clock, m_notifications, m_item);
     EXPECT_EQ(m_item.toolTips, QStringList{u"Dorvane"_qs});
     for (int i = 0; i < 50; ++i)
         m_clock.insertAlarm(
@@ -84,11 +83,10 @@ TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
 }
 
 TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {
-    StatusView view(m_loop, m_clock, m_notifications, m_item);
     m_clock.insertAlarm(AlarmOf{.minutes = 7}.alarm());
     m_loop.advance(1s);
     int performed = 0;
-    view.setTarget([&] { ++performed; });
+    m_view.setTarget([&] { ++performed; });
     m_item.press();
     EXPECT_EQ(performed, 1);
 
@@ -99,17 +97,17 @@ TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {
             trace += glance();
         }
     };
-    view.stopFlashing();
-    view.startFlashing();
+    m_view.stopFlashing();
+    m_view.startFlashing();
     watch(2);
-    view.startFlashing(); // again: nothing changes
+    m_view.startFlashing(); // again: nothing changes
     watch(4);
     m_loop.beginEventTracking();
     watch(4); // our menu is open
     m_loop.endEventTracking();
     watch(2);
     EXPECT_EQ(m_item.iconSizes, StatusItem::IconSizes::Few);
-    view.stopFlashing();
+    m_view.stopFlashing();
     trace += glance();
     EXPECT_EQ(m_item.iconSizes, StatusItem::IconSizes::All);
     m_loop.advance(100ms);
@@ -119,19 +117,6 @@ TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {
 
     m_item.press();
     EXPECT_EQ(performed, 1) << "the target went with the flashing";
-}
-
-TEST_F(StatusViewTest, pressBringsTheMenuUpToDateBeforeItOpens) {
-    QMenu menu;
-    QList<int> popUps;
-    const auto observation = m_notifications.addObserver(
-        mainMenuWillAppearNotification, [&](const void*) { popUps << m_item.popUps; });
-    StatusView view(m_loop, m_clock, m_notifications, m_item);
-    m_item.press(); // before there is a menu
-    view.setAlarmMenu(&menu);
-    m_item.press();
-    EXPECT_EQ(popUps, (QList<int>{0, 0}));
-    EXPECT_EQ(m_item.popUps, 1);
 }
 
 } // namespace

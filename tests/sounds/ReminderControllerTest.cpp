@@ -23,7 +23,6 @@ protected:
     }
 
     void open() {
-        const LogCapture platformNotes; // of the offscreen platform
         ReminderController::create({loop, notifications, recorder, player, workspace, m_bundle,
                                     user,
                                     [](const QString& path) { return path.endsWith(u".aiff"_qs); },

@@ -16,8 +16,6 @@ public:
         m_loading = m_player.m_loop.scheduleOnce(
             m_file.loadDelay, [this] { loaded(); }, RunLoopMode::Common);
     }
-    FakeSound(const FakeSound&) = delete;
-    FakeSound& operator=(const FakeSound&) = delete;
     ~FakeSound() override {
         if (m_isPlaying)
             record(u"dropped"_qs);

@@ -63,8 +63,6 @@ private:
     struct Spoken final : Utterance {
         Spoken(Trace& trace_, QString brokenOff_)
             : trace(trace_), brokenOff(std::move(brokenOff_)) {}
-        Spoken(const Spoken&) = delete;
-        Spoken& operator=(const Spoken&) = delete;
         ~Spoken() override {
             if (timer)
                 trace.add(brokenOff);

@@ -25,10 +25,7 @@ public:
         panelMenuWillOpen = std::move(willOpen);
     }
     void setPressed(std::function<void()> pressed) override { m_pressed = std::move(pressed); }
-    void popUp(QMenu& menu) override {
-        ++popUps;
-        menu.popup(QPoint(100, 100));
-    }
+    void popUp(QMenu& menu) override { menu.popup(QPoint(100, 100)); }
     [[nodiscard]] Shown whereShown() const override { return Shown::InPanel; }
     [[nodiscard]] QRect geometry() const override { return {900, 0, 22, 22}; }
     [[nodiscard]] QPoint placeFor(QSize window) const override {
@@ -42,7 +39,6 @@ public:
     int iconsSent = 0;
     IconSizes iconSizes = IconSizes::All;
     bool needsAttention = false;
-    int popUps = 0;
     QStringList toolTips;
     std::vector<PanelMenuEntry> panelMenu;
     std::function<void()> panelMenuWillOpen;

@@ -17,8 +17,6 @@ public:
 
     SinkCapture();
     ~SinkCapture();
-    SinkCapture(const SinkCapture&) = delete;
-    SinkCapture& operator=(const SinkCapture&) = delete;
 
     // Whether anything is recorded yet; waits for it.
     [[nodiscard]] bool isRunning() const;
