@@ -17,6 +17,7 @@ LastRun::LastRun(Surroundings surroundings) : m_surroundings(std::move(surroundi
     m_surroundings.journal.setCame([this](const auto& left) {
         m_hasJournalCome = true;
         m_late = left;
+        goOnPausing();
         if (left)
             m_surroundings.activeAlarms.expect(*left);
         lookAtPreferences();
@@ -25,11 +26,21 @@ LastRun::LastRun(Surroundings surroundings) : m_surroundings(std::move(surroundi
 
 void LastRun::restore(AlarmDelegate& delegate) {
     ActiveAlarms& alarms = m_surroundings.activeAlarms;
-    open(alarms.restoreActiveAlarms(delegate, m_surroundings.journal.read()));
+    const auto left = m_surroundings.journal.read();
+    goOnPausing();
+    open(alarms.restoreActiveAlarms(delegate, left));
     m_look = m_surroundings.runLoop.scheduleOnce(
         1s, [this] { look(); }, RunLoopMode::Default);
     if (!alarms.hadStored() || !m_surroundings.journal.hadFile())
         lookAgainLater();
+}
+
+// What somebody has paused by now holds.
+void LastRun::goOnPausing() {
+    const std::optional<Instant> until = m_surroundings.journal.pausedUntil();
+    m_surroundings.activeAlarms.setPausedUntil(until);
+    if (until && !m_surroundings.pause.until())
+        m_surroundings.pause.pauseUntil(until);
 }
 
 void LastRun::open(const ActiveAlarms::Decisions& decisions) {

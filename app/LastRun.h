@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/AlarmPause.h"
 #include "journal/Journal.h"
 #include "journal/MissedAlarmsWindow.h"
 #include "platform/RunLoop.h"
@@ -20,6 +21,7 @@ public:
     struct Surroundings {
         RunLoop& runLoop;
         ActiveAlarms& activeAlarms;
+        AlarmPause& pause;
         Journal& journal;
         Workspace& workspace;
         // Reads preferences that were out of reach, and then calls back.
@@ -51,6 +53,7 @@ private:
     void lookAgainLater();
     void lookAtPreferences();
     void restoreLate();
+    void goOnPausing();
     void look();
     void tell();
     void answered(const std::vector<MissedAlarm>& again);

@@ -19,6 +19,7 @@
 #include "control/AlarmControl.h"
 #include "core/ActiveAlarms.h"
 #include "core/AlarmArchive.h"
+#include "core/AlarmPause.h"
 #include "core/Clock.h"
 #include "core/RingPreferences.h"
 #include "core/StoredAlarms.h"
@@ -234,6 +235,12 @@ Clock& Clock::sharedClock() {
     return *clock;
 }
 
+AlarmPause& sharedPause() {
+    static auto* const pause = new AlarmPause(sharedDesktop().runLoop,
+                                              sharedDesktop().notifications, Clock::sharedClock());
+    return *pause;
+}
+
 ActiveAlarms& sharedActiveAlarms() {
     static auto* const alarms = new ActiveAlarms(sharedDesktop().defaults, alarmArchive(),
                                                  sharedDesktop().runLoop, Clock::sharedClock());
@@ -247,7 +254,8 @@ Journal& sharedJournal() {
                             .notifications = desktop.notifications,
                             .clock = Clock::sharedClock(),
                             .format = desktop.propertyLists,
-                            .file = desktop.journalFile});
+                            .file = desktop.journalFile,
+                            .pausedUntil = [] { return sharedPause().written(); }});
     }();
     return *journal;
 }
@@ -258,6 +266,7 @@ LastRun& sharedLastRun() {
         return new LastRun(
             {.runLoop = desktop.runLoop,
              .activeAlarms = sharedActiveAlarms(),
+             .pause = sharedPause(),
              .journal = sharedJournal(),
              .workspace = desktop.workspace,
              .lookAtPreferences =
@@ -295,6 +304,7 @@ AlarmControl& sharedAlarmControl() {
              .notifications = desktop.notifications,
              .clock = Clock::sharedClock(),
              .storedAlarms = sharedStoredAlarms(),
+             .pause = sharedPause(),
              .schedule = on(&AlarmMenuController::scheduleAlarm),
              .start = [&menu](const Alarm& stored) { return menu.startStored(stored); },
              .snooze = [&menu](const AlarmPtr& alarm,
@@ -304,6 +314,7 @@ AlarmControl& sharedAlarmControl() {
              .remove = on(&AlarmMenuController::deleteAlarm),
              .replace = [&menu](const AlarmPtr& old,
                                 const AlarmPtr& alarm) { menu.replaceAlarm(old, alarm); },
+             .skip = [&menu](const AlarmPtr& alarm) { return menu.skipNext(alarm); },
              .ringDefaults = ringDefaults,
              .findSound = findNamedSound,
              .findVoice = findNamedVoice,
@@ -468,6 +479,7 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
                 },
             .breakOutlook = breakOutlook,
             .showsBreaks = [] { return breakSettings().showRespito() != 0; },
+            .pause = &sharedPause(),
             .makeNotice = makeNotice(),
             .volume = [] { return float(sharedRingPreferences().volume()) / 100; },
         });

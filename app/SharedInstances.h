@@ -10,6 +10,7 @@ namespace dorvane {
 
 class ActiveAlarms;
 class AlarmControl;
+class AlarmPause;
 class BreakCycle;
 class ClockBreaks;
 class MoveToApplications;
@@ -30,6 +31,7 @@ struct Desktop;
 [[nodiscard]] Desktop& sharedDesktop();
 [[nodiscard]] ActiveAlarms& sharedActiveAlarms();
 [[nodiscard]] AlarmControl& sharedAlarmControl();
+[[nodiscard]] AlarmPause& sharedPause();
 [[nodiscard]] ClockBreaks& sharedClockBreaks();
 [[nodiscard]] StoredAlarms& sharedStoredAlarms();
 

@@ -2,6 +2,7 @@
 #include "cli/AlarmWords.h"
 
 #include "core/AlarmKeys.h"
+#include "core/AlarmPause.h"
 #include "core/DateHelpers.h"
 #include "core/Isolated.h"
 
@@ -83,6 +84,8 @@ QString toolTip(const QVariantList& alarms, const QDateTime& now) {
     for (const QVariantMap& alarm : sorted) {
         if (lines.size() == most)
             break;
+        if (!rings(alarm) && !alarm.contains(key::due))
+            continue;
         lines << (rings(alarm) ? QStringLiteral("now") : shortMoment(dueOf(alarm), now)) +
                      QStringLiteral("  ") + isolated(alarm.value(key::title).toString());
     }
@@ -94,6 +97,19 @@ QVariantMap json(const QString& state, const QString& text, const QString& toolT
             {QStringLiteral("alt"), state},
             {QStringLiteral("text"), text},
             {QStringLiteral("tooltip"), toolTip}};
+}
+
+std::optional<Instant> pauseIn(const QVariantMap& properties) {
+    if (!properties.value(QStringLiteral("Paused")).toBool())
+        return std::nullopt;
+    const qint64 until = properties.value(QStringLiteral("PausedUntil")).toLongLong();
+    return until == 0 ? untilResumed : Instant(std::chrono::seconds(until));
+}
+
+void addPart(StatusReport& report, const QString& part) {
+    const QString toolTip = QStringLiteral("tooltip");
+    report.line += QStringLiteral(" \u00b7 ") + part;
+    report.json[toolTip] = report.json.value(toolTip).toString() + u'\n' + part;
 }
 
 } // namespace
@@ -117,6 +133,10 @@ QString shortMoment(const QDateTime& moment, const QDateTime& now) {
 
 QStringList runningCells(const QVariantMap& alarm, const QDateTime& now) {
     const QDateTime due = dueOf(alarm);
+    if (!alarm.contains(key::due)) // paused until resumed, or of a damaged list
+        return {alarm.value(key::identity).toString(),
+                alarm.value(key::paused).toBool() ? QStringLiteral("paused") : QStringLiteral("?"),
+                QString(), isolated(alarm.value(key::title).toString()), repetition(alarm)};
     QString left = timeLeft(now.secsTo(due));
     if (rings(alarm))
         left = QStringLiteral("rings");
@@ -203,11 +223,12 @@ StatusReport statusReport(const QVariantList& alarms, const QVariantMap& propert
                        properties.value(QStringLiteral("BreaksRunning")).toBool());
     if (const qint64 moment = properties.value(QStringLiteral("NextBreak")).toLongLong())
         report.json.insert(QStringLiteral("break"), moment);
-    if (const QString text = breakText(properties); !text.isEmpty()) {
-        report.line += QStringLiteral(" \u00b7 ") + text;
-        report.json[QStringLiteral("tooltip")] =
-            report.json.value(QStringLiteral("tooltip")).toString() + u'\n' + text;
-    }
+    if (const QString text = breakText(properties); !text.isEmpty())
+        addPart(report, text);
+    const QString pause = pauseText(pauseIn(properties), now);
+    report.json.insert(key::paused, !pause.isEmpty());
+    if (!pause.isEmpty())
+        addPart(report, pause);
     return report;
 }
 

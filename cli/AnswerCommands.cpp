@@ -25,7 +25,7 @@ const CommandOption ringingOption{"ringing", "Every alarm that rings, in place o
 
 std::variant<Which, ExitStatus> readWhich(const QCommandLineParser& parser) {
     const QString name = parser.positionalArguments().value(0);
-    const bool isRinging = parser.isSet(QLatin1String(ringingOption.name));
+    const bool isRinging = parser.optionNames().contains(QLatin1String(ringingOption.name));
     if (name.isEmpty() != isRinging) {
         writeFault(isRinging ? QStringLiteral("it is either WHICH or --ringing")
                              : QStringLiteral("either WHICH or --ringing is needed"));
@@ -120,6 +120,10 @@ ExitStatus runSnooze(const CommandServices& services, const QCommandLineParser& 
 
 ExitStatus runClear(const CommandServices& services, const QCommandLineParser& parser) {
     return answer(services, parser, {remote::clear, "is cleared"});
+}
+
+ExitStatus runSkip(const CommandServices& services, const QCommandLineParser& parser) {
+    return answer(services, parser, {remote::skip, "is skipped once"});
 }
 
 // Running alarms go first: a title is often that of both.
@@ -244,6 +248,13 @@ std::vector<Command> answerCommands(const CommandServices& services) {
          .words = {which},
          .options = {ringingOption},
          .run = with(services, runClear)},
+        {.name = "skip",
+         .example = "Work",
+         .help = "lets the next time of a repeating alarm go by",
+         .description = "Lets the next time of a repeating alarm go by in silence, as if it had "
+                        "rung and been cleared.",
+         .words = {{which.name, which.help, true, running}},
+         .run = with(services, runSkip)},
         {.name = "delete",
          .example = "Tea",
          .help = "ends a running alarm for good, or deletes a stored one",

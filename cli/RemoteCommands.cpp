@@ -13,7 +13,8 @@ namespace dorvane {
 
 std::vector<Command> allCommands(const CommandServices& services) {
     std::vector<Command> all;
-    for (auto&& some : {addCommands(services), answerCommands(services), listCommands(services)})
+    for (auto&& some : {addCommands(services), answerCommands(services), pauseCommands(services),
+                        listCommands(services)})
         all.insert(all.end(), some.begin(), some.end());
     return all;
 }

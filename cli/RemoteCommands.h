@@ -32,6 +32,7 @@ struct CommandServices {
 
 // The commands of one file each.
 [[nodiscard]] std::vector<Command> addCommands(const CommandServices& services);
+[[nodiscard]] std::vector<Command> pauseCommands(const CommandServices& services);
 [[nodiscard]] std::vector<Command> listCommands(const CommandServices& services);
 [[nodiscard]] std::vector<Command> answerCommands(const CommandServices& services);
 

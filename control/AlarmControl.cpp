@@ -4,8 +4,10 @@
 #include "control/AlarmReport.h"
 #include "core/AlarmBuilding.h"
 #include "core/AlarmKeys.h"
+#include "core/AlarmPause.h"
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
+#include "core/Rearm.h"
 #include "core/StoredAlarms.h"
 
 #include <algorithm>
@@ -354,7 +356,7 @@ AlarmListing AlarmControl::nextAlarms(quint32 most) {
     const Instant now = instantNow(m_surroundings.runLoop);
     std::vector<std::pair<Instant, AlarmPtr>> soonest;
     for (const AlarmPtr& alarm : m_surroundings.clock.allAlarms())
-        soonest.emplace_back(alarm->due(now).value_or(Instant::max()), alarm);
+        soonest.emplace_back(nextRing(*alarm, now).value_or(Instant::max()), alarm);
     const auto count = std::min<std::size_t>(std::min(most, mostNext), soonest.size());
     std::partial_sort(soonest.begin(), soonest.begin() + std::ptrdiff_t(count), soonest.end(),
                       [](const auto& a, const auto& b) {
@@ -428,6 +430,35 @@ Outcome AlarmControl::removeStored(const QString& title) {
     return std::nullopt;
 }
 
+Outcome AlarmControl::skip(const QString& identity) {
+    return onRunning(identity, [this](const AlarmPtr& alarm) -> Outcome {
+        if (alarm->isTriggered())
+            return refusal("Rings", QStringLiteral("\"%1\" rings: clear it").arg(alarm->title()));
+        if (!m_surroundings.skip(alarm))
+            return refusal(
+                "NothingToSkip",
+                QStringLiteral("\"%1\" does not come again, or is paused").arg(alarm->title()));
+        return std::nullopt;
+    });
+}
+
+Outcome AlarmControl::pause(qint64 until) {
+    constexpr qint64 year3000 = 32'503'680'000;
+    const Instant end =
+        until == 0 || until > year3000 ? untilResumed : Instant(std::chrono::seconds(until));
+    if (end <= instantNow(m_surroundings.runLoop))
+        return refusal("PastDate", QStringLiteral("the pause would have ended already"));
+    m_surroundings.pause.pauseUntil(end);
+    return std::nullopt;
+}
+
+Outcome AlarmControl::resume() {
+    if (!m_surroundings.pause.until())
+        return refusal("NotPaused", QStringLiteral("no alarm is paused"));
+    m_surroundings.pause.pauseUntil({});
+    return std::nullopt;
+}
+
 // -- Breaks ---------------------------------------------------------------------------------------
 
 Outcome AlarmControl::startBreaks() {
@@ -468,7 +499,7 @@ RemoteState AlarmControl::lookedUpState() const {
     RemoteState state;
     std::optional<Instant> next;
     for (const AlarmPtr& alarm : m_surroundings.clock.allAlarms()) {
-        const std::optional<Instant> due = alarm->due(now);
+        const std::optional<Instant> due = nextRing(*alarm, now);
         if (alarm->isTriggered()) {
             state.ringing << alarm->identity();
         } else if (due && (!next || *due < *next)) {
@@ -478,6 +509,11 @@ RemoteState AlarmControl::lookedUpState() const {
     }
     if (next)
         state.nextDue = localDateTimeOf(*next).toSecsSinceEpoch();
+    const auto pausedUntil = m_surroundings.pause.until();
+    state.isPaused = pausedUntil.has_value();
+    if (pausedUntil && *pausedUntil != untilResumed)
+        state.pausedUntil =
+            std::chrono::floor<std::chrono::seconds>(pausedUntil->time_since_epoch()).count();
     state.breaksRun = m_surroundings.breaksRun();
     if (m_surroundings.breaks)
         state.breaks = m_surroundings.breaks();

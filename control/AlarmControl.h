@@ -13,6 +13,7 @@
 
 namespace dorvane {
 
+class AlarmPause;
 class Clock;
 class StoredAlarms;
 
@@ -29,6 +30,7 @@ public:
         NotificationCenter& notifications;
         Clock& clock;
         StoredAlarms& storedAlarms;
+        AlarmPause& pause;
 
         // What the menu and the snooze window do with an alarm: start it, answer it while it rings,
         // end it, end it with its window.
@@ -41,6 +43,8 @@ public:
         Command remove;
         // Puts what a running alarm was edited to in its place.
         std::function<void(const AlarmPtr& old, const AlarmPtr& alarm)> replace;
+        // Whether there was something to skip.
+        std::function<bool(const AlarmPtr& alarm)> skip;
 
         // What is not said of an alarm.
         std::function<RingDefaults()> ringDefaults;
@@ -76,6 +80,9 @@ public:
     [[nodiscard]] Outcome clear(const QString& identity) override;
     [[nodiscard]] Outcome remove(const QString& identity) override;
     [[nodiscard]] Outcome removeStored(const QString& title) override;
+    [[nodiscard]] Outcome skip(const QString& identity) override;
+    [[nodiscard]] Outcome pause(qint64 until) override;
+    [[nodiscard]] Outcome resume() override;
     [[nodiscard]] Outcome startBreaks() override;
     [[nodiscard]] Outcome stopBreaks() override;
     [[nodiscard]] Outcome skipBreak() override;

@@ -40,7 +40,7 @@ QVariantMap reportOf(const Alarm& alarm, Instant now) {
                        {key::voice, alarm.isSpeakAlarmName() ? alarm.voiceName() : QString()},
                        {key::snooze, alarm.snoozeTime()}};
     reportWhen(report, alarm);
-    if (const auto due = alarm.due(now); due && !alarm.countsFromNow())
+    if (const auto due = nextRing(alarm, now); due && !alarm.countsFromNow())
         report.insert(key::due, localDateTimeOf(*due).toSecsSinceEpoch());
     return report;
 }
@@ -58,6 +58,7 @@ QVariantMap runningReportOf(const Alarm& alarm, Instant now) {
     QVariantMap report = reportOf(alarm, now);
     report.insert(key::identity, alarm.identity());
     report.insert(key::ringing, alarm.isTriggered());
+    report.insert(key::paused, alarm.isHeld(now));
     report.insert(key::snoozed, qint64(alarm.snoozedMinutes()));
     return report;
 }

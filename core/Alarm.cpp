@@ -172,6 +172,13 @@ void Alarm::snooze(qint32 minutes) {
     setSnoozedMinutes(m_snoozedMinutes + quint64(qint64(minutes)));
 }
 
+bool Alarm::isHeld(Instant now) const {
+    if (!m_heldUntil || m_isTriggered)
+        return false;
+    const std::optional<Instant> moment = due(now);
+    return moment && *moment < *m_heldUntil;
+}
+
 qint64 Alarm::secondsFromNow(Instant now) const {
     const std::optional<Instant> moment = due(now);
     return moment ? duration_cast<seconds>(*moment - now).count() : 0;
@@ -187,7 +194,7 @@ int Alarm::minute(Instant now) const {
 }
 
 void Alarm::tick(Instant now) {
-    if (m_isTriggered || !m_delegate)
+    if (m_isTriggered || !m_delegate || isHeld(now))
         return;
     const std::optional<Instant> moment = due(now);
     if (!moment)
@@ -201,7 +208,7 @@ void Alarm::tick(Instant now) {
 }
 
 std::optional<Instant> Alarm::nextTick(Instant now) const {
-    if (m_isTriggered)
+    if (m_isTriggered || isHeld(now))
         return std::nullopt;
     const Instant soon = nextWholeSecond(now);
     const std::optional<Instant> moment = due(now);

@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <type_traits>
 
 namespace dorvane {
 
@@ -107,6 +108,13 @@ public:
 
     // How long before an alarm reports its delegate hears that it is going to.
     static constexpr std::chrono::seconds nearness{10};
+
+    // Holds back what the alarm is due for before a moment; with none, nothing. While it is held it
+    // reports nothing. Never stored.
+    void setHeldUntil(const std::optional<Instant>& moment) { setDue(m_heldUntil, moment); }
+    [[nodiscard]] const std::optional<Instant>& heldUntil() const { return m_heldUntil; }
+    // Whether its due time is held back; never that of an alarm that rings.
+    [[nodiscard]] bool isHeld(Instant now) const;
 
     // The clock's: called whenever the answer of nextTick() may have become another.
     void setDueChanged(std::function<void()> changed) { m_dueChanged = std::move(changed); }
@@ -216,7 +224,7 @@ private:
 
     // Sets what decides when the alarm reports.
     template<typename Field>
-    void setDue(Field& field, Field value) {
+    void setDue(Field& field, const std::type_identity_t<Field>& value) {
         field = value;
         if (m_dueChanged)
             m_dueChanged();
@@ -252,6 +260,7 @@ private:
     QString m_identity;
     // The end of the hours from the moment it counts from, where it counts such.
     std::optional<Instant> m_hoursLater;
+    std::optional<Instant> m_heldUntil;
     quint64 m_snoozedMinutes = 0;
     bool m_isTriggered = false;
     bool m_isActive = false;

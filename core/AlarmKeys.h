@@ -26,6 +26,7 @@ inline const QString store = QStringLiteral("store");
 inline const QString identity = QStringLiteral("id");
 inline const QString due = QStringLiteral("due");
 inline const QString ringing = QStringLiteral("ringing");
+inline const QString paused = QStringLiteral("paused");
 inline const QString snoozed = QStringLiteral("snoozed");
 
 } // namespace dorvane::key

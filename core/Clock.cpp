@@ -134,7 +134,7 @@ AlarmPtr Clock::nearestAlarm(Instant now) const {
     qint64 bestSeconds = std::numeric_limits<qint64>::max();
     for (const AlarmPtr& alarm : m_alarms) {
         const qint64 seconds = alarm->secondsFromNow(now);
-        if (seconds < bestSeconds && alarm->due(now)) {
+        if (seconds < bestSeconds && alarm->due(now) && !alarm->isHeld(now)) {
             best = alarm;
             bestSeconds = seconds;
         }

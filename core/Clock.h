@@ -42,7 +42,7 @@ public:
     [[nodiscard]] bool replaceAlarm(const AlarmPtr& old, const AlarmPtr& replacement);
 
     // The alarm that is due soonest by whole seconds, of several the one nearest the front; null
-    // when there is none.
+    // when there is none but such as are held back.
     [[nodiscard]] AlarmPtr nearestAlarm(Instant now) const;
 
     // Most recently inserted first. The list itself: do not insert or remove while walking it.

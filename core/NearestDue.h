@@ -8,7 +8,8 @@
 
 namespace dorvane {
 
-// The first due time of these alarms after `moment`, whether or not the alarm rings.
+// The first due time of these alarms after `moment` that is not held back, whether or not the alarm
+// rings.
 [[nodiscard]] std::optional<Instant> nearestDue(const std::vector<AlarmPtr>& alarms,
                                                 Instant moment);
 

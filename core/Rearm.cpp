@@ -152,6 +152,21 @@ bool moveOnPast(Alarm& alarm, const QDateTime& now) {
     return decision.outcome != Outcome::Remove;
 }
 
+std::optional<Instant> nextRing(const Alarm& alarm, Instant now) {
+    if (!alarm.isHeld(now))
+        return alarm.due(now);
+    if (*alarm.heldUntil() == Instant::max())
+        return std::nullopt;
+    const auto after = alarm.storedCopy();
+    return moveOnPast(*after, localDateTimeOf(*alarm.heldUntil())) ? after->due(now) : std::nullopt;
+}
+
+bool canSkip(const Alarm& alarm, Instant now) {
+    const QDateTime moment = localDateTimeOf(now);
+    return alarm.due(now) && !alarm.isTriggered() && !alarm.isHeld(now) &&
+           rearmAfterRinging(alarm, moment, weekdayName(moment.date())).outcome != Outcome::Remove;
+}
+
 RearmDecision rearmAtStart(const Alarm& alarm, const QDateTime& now, const QString& todaysName) {
     const RearmDecision unchanged{Outcome::Unchanged, {}, {}, {}};
     if (alarm.isRelative())

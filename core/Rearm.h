@@ -6,6 +6,8 @@
 
 #include <QDateTime>
 
+#include <optional>
+
 namespace dorvane {
 
 class Alarm;
@@ -44,6 +46,14 @@ struct RearmDecision {
 // cleared each time, until it is due at `now` or later. False when it has had its day; it is then
 // anywhere on its way. One that is due later already stays as it is, snoozes included.
 [[nodiscard]] bool moveOnPast(Alarm& alarm, const QDateTime& now);
+
+// When the alarm rings next: its due time, or where that is held back the first after it that is
+// not. Nothing without a due time, or while it is held until somebody says otherwise.
+[[nodiscard]] std::optional<Instant> nextRing(const Alarm& alarm, Instant now);
+
+// Whether the alarm can go on, from what it is due for next, as if it had rung and been cleared:
+// when it comes again after that, does not ring, and is not held back.
+[[nodiscard]] bool canSkip(const Alarm& alarm, Instant now);
 
 // An alarm of the library that is started, as if it were set anew: a relative one counts from then
 // (Unchanged), one of every day goes to its next time, a weekday alarm whose moment has passed to

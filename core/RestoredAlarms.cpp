@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/RestoredAlarms.h"
 
+#include "core/AlarmPause.h"
 #include "core/Clock.h"
 #include "core/Rearm.h"
 
@@ -51,8 +52,7 @@ RestoredAlarms::Decisions RestoredAlarms::restore(const std::vector<AlarmPtr>& s
     const Instant now = instantNow(m_runLoop);
     Decisions decisions;
     for (const AlarmPtr& alarm : stored)
-        if (const RunningAlarm left{alarm, alarm->due(now).value_or(now)};
-            !putBack(left, decisions))
+        if (RunningAlarm left{alarm, alarm->due(now).value_or(now)}; !putBack(left, decisions))
             decisions.dropped.push_back(left);
     m_dropped.insert(m_dropped.end(), decisions.dropped.begin(), decisions.dropped.end());
     return decisions;
@@ -67,18 +67,20 @@ RestoredAlarms::Decisions RestoredAlarms::resume(const std::vector<RunningAlarm>
         m_clock.insertAlarm(*alarm);
         (*alarm)->setDelegate(m_delegate);
     }
-    for (auto left = running.rbegin(); left != running.rend(); ++left) {
-        snoozeUntil(*left->alarm, left->due);
-        if (!putBack(*left, decisions))
-            decisions.dropped.push_back(*left);
+    for (auto each = running.rbegin(); each != running.rend(); ++each) {
+        RunningAlarm left = *each;
+        snoozeUntil(*left.alarm, left.due);
+        if (!putBack(left, decisions))
+            decisions.dropped.push_back(left);
     }
     m_dropped.insert(m_dropped.end(), decisions.dropped.begin(), decisions.dropped.end());
     return decisions;
 }
 
-// False, and the alarm is as it was, when it has had its time.
-bool RestoredAlarms::putBack(const RunningAlarm& left, Decisions& decisions) {
+// False, and the alarm is as it was but for what a pause held, when it has had its time.
+bool RestoredAlarms::putBack(RunningAlarm& left, Decisions& decisions) {
     const AlarmPtr& alarm = left.alarm;
+    passPause(left, m_pausedUntil, instantNow(m_runLoop));
     const Dates before = Dates::of(*alarm);
     if (!decide(left, decisions)) {
         before.giveTo(*alarm);
@@ -152,7 +154,7 @@ void RestoredAlarms::shiftTimers(std::chrono::milliseconds by) {
 
 // Takes back what was put back and would not have been, and moves on anew.
 void RestoredAlarms::dropAgain(Decisions& decisions) {
-    for (const Restored& restored : std::exchange(m_restored, {})) {
+    for (Restored& restored : std::exchange(m_restored, {})) {
         if (!isAsPutBack(restored)) {
             m_restored.push_back(restored);
             continue;
@@ -166,7 +168,7 @@ void RestoredAlarms::dropAgain(Decisions& decisions) {
 }
 
 void RestoredAlarms::putBackAgain(Decisions& decisions) {
-    std::erase_if(m_dropped, [&](const RunningAlarm& left) {
+    std::erase_if(m_dropped, [&](RunningAlarm& left) {
         const bool isBack = putBack(left, decisions);
         if (isBack)
             decisions.back.push_back(left.alarm);

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace dorvane {
@@ -21,6 +22,10 @@ class RestoredAlarms {
 public:
     // Both must outlive the object.
     RestoredAlarms(RunLoop& runLoop, Clock& clock);
+
+    // The end of a pause that goes on, or has ended meanwhile: what it held has not passed. To be
+    // called before alarms are put back, where there was one.
+    void setPausedUntil(const std::optional<Instant>& until) { m_pausedUntil = until; }
 
     // What became of alarms whose time has passed.
     struct Decisions {
@@ -72,7 +77,7 @@ private:
     };
 
     void begin(AlarmDelegate& delegate, bool resumes);
-    [[nodiscard]] bool putBack(const RunningAlarm& left, Decisions& decisions);
+    [[nodiscard]] bool putBack(RunningAlarm& left, Decisions& decisions);
     [[nodiscard]] bool decide(const RunningAlarm& left, Decisions& decisions);
     void clockWasSet();
     void shiftTimers(std::chrono::milliseconds by);
@@ -85,6 +90,7 @@ private:
     Clock& m_clock;
     AlarmDelegate* m_delegate = nullptr;
     bool m_resumes = false;
+    std::optional<Instant> m_pausedUntil;
     std::vector<Restored> m_restored;
     std::vector<RunningAlarm> m_dropped;
     Corrected m_corrected;

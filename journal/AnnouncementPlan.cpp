@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "journal/AnnouncementPlan.h"
 
+#include "core/AlarmPause.h"
 #include "core/DateHelpers.h"
 #include "core/Isolated.h"
 #include "core/Rearm.h"
@@ -90,7 +91,11 @@ AnnouncementPlan planAnnouncements(const JournalContents& journal,
     plan.hasAlarms = !journal.running.empty();
     std::vector<RunningAlarm> due;
     std::set<Told> kept;
-    for (const RunningAlarm& running : journal.running) {
+    for (const RunningAlarm& written : journal.running) {
+        const auto unheld = afterPause(written, journal.pausedUntil);
+        if (!unheld)
+            continue;
+        const RunningAlarm& running = *unheld;
         const Occurrences found = occurrencesOf(running, now);
         if (found.next)
             plan.next = std::min(plan.next.value_or(*found.next), *found.next);

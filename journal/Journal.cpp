@@ -59,11 +59,12 @@ JournalContents asTheyAre(JournalContents contents) {
 } // namespace
 
 Journal::Journal(Surroundings surroundings)
-    : m_surroundings(surroundings)
-    , m_format(surroundings.format)
-    , m_start(surroundings.runLoop.uptime())
-    , m_alarmsDidChange(surroundings.notifications.addObserver(
-          alarmsDidChangeNotification, [this](const void*) { changed(); }, &surroundings.clock)) {}
+    : m_surroundings(std::move(surroundings))
+    , m_format(m_surroundings.format)
+    , m_start(m_surroundings.runLoop.uptime())
+    , m_alarmsDidChange(m_surroundings.notifications.addObserver(
+          alarmsDidChangeNotification, [this](const void*) { changed(); }, &m_surroundings.clock)) {
+}
 
 std::optional<ActiveAlarms::Left> Journal::read() {
     const auto data = m_surroundings.file.read();
@@ -252,6 +253,8 @@ void Journal::write(bool isOrderly, const StateFile::Written& written) {
     JournalContents contents = m_contents;
     contents.isOrderly = isOrderly;
     addRunning(contents, m_surroundings.clock.allAlarms(), now());
+    if (m_surroundings.pausedUntil)
+        contents.pausedUntil = m_surroundings.pausedUntil();
     m_surroundings.file.write(
         [format = m_format, contents = asTheyAre(std::move(contents))] {
             return format.encode(contents);

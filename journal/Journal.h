@@ -29,6 +29,8 @@ public:
         const Clock& clock;
         const PropertyListFormat& format;
         StateFile& file;
+        // The end of the pause, to be written with what runs. May be empty.
+        std::function<std::optional<Instant>()> pausedUntil = {};
     };
 
     // All of the surroundings must outlive the journal, which watches the clock from now on and
@@ -50,6 +52,8 @@ public:
     void lookAgain(std::function<void()> looked) {
         m_surroundings.file.lookAgain(std::move(looked));
     }
+    // After read(): the end of a pause that the last run left.
+    [[nodiscard]] const std::optional<Instant>& pausedUntil() const { return m_before.pausedUntil; }
 
     // What became of the alarms at this start.
     struct Restored {

@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <optional>
 #include <vector>
 
 namespace dorvane {
@@ -26,12 +27,13 @@ struct JournalEvent {
 
 // What the journal holds.
 struct JournalContents {
-    bool isOrderly = true;             // the run that wrote it has quit in order
-    QStringList storedMarks;           // of lists that the preferences may hold, see ActiveAlarms
-    std::vector<RunningAlarm> running; // as the clock lists them
-    std::vector<AlarmPtr> undated;     // they run, and nobody can read when they are due
-    std::vector<MissedAlarm> missed;   // offered to the user, who has not answered yet
-    std::vector<JournalEvent> events;  // the oldest first
+    bool isOrderly = true;              // the run that wrote it has quit in order
+    QStringList storedMarks;            // of lists that the preferences may hold, see ActiveAlarms
+    std::vector<RunningAlarm> running;  // as the clock lists them
+    std::vector<AlarmPtr> undated;      // they run, and nobody can read when they are due
+    std::optional<Instant> pausedUntil; // see AlarmPause
+    std::vector<MissedAlarm> missed;    // offered to the user, who has not answered yet
+    std::vector<JournalEvent> events;   // the oldest first
 };
 
 } // namespace dorvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "journal/JournalFormat.h"
 
+#include "core/AlarmPause.h"
 #include "platform/PropertyList.h"
 
 #include <algorithm>
@@ -16,6 +17,7 @@ const auto isOrderlyKey = QStringLiteral("isOrderly");
 const auto storedMarkKey = QStringLiteral("storedMark");
 const auto runningKey = QStringLiteral("running");
 const auto undatedKey = QStringLiteral("undated");
+const auto pausedKey = QStringLiteral("pausedUntil");
 const auto lostKey = QStringLiteral("lost");
 const auto passedKey = QStringLiteral("passed");
 const auto eventsKey = QStringLiteral("events");
@@ -54,6 +56,14 @@ std::optional<JournalEvent> eventIn(const QString& line) {
                         parts.mid(3).join(QLatin1Char(' '))};
 }
 
+// In milliseconds since the epoch. What lies beyond the calendar is until resumed.
+std::optional<Instant> endOfPause(const QVariant& value) {
+    const Instant until{std::chrono::milliseconds(value.toLongLong())};
+    if (until <= Instant())
+        return std::nullopt;
+    return until > Instant(std::chrono::years(8000)) ? untilResumed : until;
+}
+
 QVariantMap encoded(const std::vector<RunningAlarm>& list, const AlarmArchive& archive) {
     std::vector<AlarmPtr> alarms;
     QVariantList due;
@@ -83,14 +93,15 @@ QByteArray JournalFormat::encode(const JournalContents& contents) const {
     for (const JournalEvent& event : contents.events)
         events << encoded(event);
     using Reason = MissedAlarm::Reason;
-    const QVariantMap root{
-        {isOrderlyKey, contents.isOrderly},
-        {storedMarkKey, contents.storedMarks.join(QLatin1Char(' '))},
-        {runningKey, encoded(contents.running, m_archive)},
-        {undatedKey, m_archive.archivedData(contents.undated)},
-        {lostKey, encoded(withReason(contents.missed, Reason::Lost), m_archive)},
-        {passedKey, encoded(withReason(contents.missed, Reason::Passed), m_archive)},
-        {eventsKey, events.join(QLatin1Char('\n'))}};
+    QVariantMap root{{isOrderlyKey, contents.isOrderly},
+                     {storedMarkKey, contents.storedMarks.join(QLatin1Char(' '))},
+                     {runningKey, encoded(contents.running, m_archive)},
+                     {undatedKey, m_archive.archivedData(contents.undated)},
+                     {lostKey, encoded(withReason(contents.missed, Reason::Lost), m_archive)},
+                     {passedKey, encoded(withReason(contents.missed, Reason::Passed), m_archive)},
+                     {eventsKey, events.join(QLatin1Char('\n'))}};
+    if (contents.pausedUntil)
+        root.insert(pausedKey, qint64(contents.pausedUntil->time_since_epoch().count()));
     return m_format.binary(root).value_or(QByteArray());
 }
 
@@ -123,6 +134,7 @@ JournalFormat::Decoded JournalFormat::decode(const QByteArray& data) const {
     contents.storedMarks =
         root.value(storedMarkKey).toString().split(QLatin1Char(' '), Qt::SkipEmptyParts);
     decoded.isComplete = decodeRunning(root.value(runningKey).toMap(), contents.running);
+    contents.pausedUntil = endOfPause(root.value(pausedKey));
     // Journals of earlier versions have none.
     if (const QByteArray undated = root.value(undatedKey).toByteArray(); !undated.isEmpty())
         contents.undated = m_archive.unarchive(undated).alarms;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "journal/MissedReport.h"
 
+#include "core/AlarmPause.h"
 #include "core/DateHelpers.h"
 #include "core/Isolated.h"
 
@@ -70,11 +71,12 @@ QStringList missedReport(const JournalContents& journal, bool isRunning,
     std::erase_if(events, [](const JournalEvent& event) { return event.what == What::Rang; });
     if (!isRunning)
         for (const RunningAlarm& running : journal.running)
-            if (running.due < instantOf(now))
-                events.push_back({wasShown(announced, running.due, running.alarm->title())
+            if (const auto unheld = afterPause(running, journal.pausedUntil);
+                unheld && unheld->due < instantOf(now))
+                events.push_back({wasShown(announced, unheld->due, running.alarm->title())
                                       ? What::Announced
                                       : What::Passed,
-                                  running.due, running.due, running.alarm->title()});
+                                  unheld->due, unheld->due, running.alarm->title()});
     std::stable_sort(events.begin(), events.end(),
                      [](const auto& a, const auto& b) { return a.due < b.due; });
     QStringList lines;

@@ -4,7 +4,9 @@
 #include "breaks/BreakCycle.h"
 #include "breaks/PendixRespitoWindowsController.h"
 #include "core/AlarmContext.h"
+#include "core/AlarmPause.h"
 #include "core/Clock.h"
+#include "core/LocalTime.h"
 #include "core/NotificationNames.h"
 #include "core/Rearm.h"
 #include "core/SameAlarm.h"
@@ -25,13 +27,16 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
     , m_statusView(m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
                    m_surroundings.statusItem)
-    , m_menuConstructor(m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
-                        m_surroundings.statusItem,
-                        {.storedAlarms = [this] { return m_surroundings.storedAlarms.alarms(); },
-                         .breaksRun = m_surroundings.breaksRun,
-                         .breakOutlook = m_surroundings.breakOutlook,
-                         .showsBreaks = m_surroundings.showsBreaks},
-                        menuCommands())
+    , m_menuConstructor(
+          m_surroundings.runLoop, m_surroundings.clock, m_surroundings.notifications,
+          m_surroundings.statusItem,
+          {.storedAlarms = [this] { return m_surroundings.storedAlarms.alarms(); },
+           .breaksRun = m_surroundings.breaksRun,
+           .breakOutlook = m_surroundings.breakOutlook,
+           .showsBreaks = m_surroundings.showsBreaks,
+           .pausedUntil =
+               [pause = m_surroundings.pause] { return pause ? pause->until() : std::nullopt; }},
+          menuCommands())
     , m_textSpeaker(m_surroundings.speech)
     , m_ringer({.runLoop = m_surroundings.runLoop,
                 .player = m_surroundings.player,
@@ -57,6 +62,11 @@ AlarmMenuController::AlarmMenuController(Surroundings surroundings)
         mainMenuWillAppearNotification, [this](const void*) { menuWillAppear(); });
     m_breaksObservation = m_surroundings.notifications.addObserver(
         breaksDidChangeNotification, [this](const void*) { showBreaks(); });
+    if (!m_surroundings.pause)
+        return;
+    m_alarmsObservation = m_surroundings.notifications.addObserver(
+        alarmsDidChangeNotification, [this](const void*) { showPause(); }, &m_surroundings.clock);
+    showPause();
 }
 
 AlarmMenuController::~AlarmMenuController() {
@@ -85,6 +95,15 @@ MenuCommands AlarmMenuController::menuCommands() {
             .deleteAlarm = onAlarm(&AlarmMenuController::deleteAlarm),
             .setAlarm = onAlarm(&AlarmMenuController::setAlarm),
             .clearAll = [this] { clearAll(); },
+            .skipNext =
+                [this](const AlarmPtr& alarm) {
+                    if (isCurrent(*alarm))
+                        skipNext(alarm);
+                },
+            .pauseAlarms = m_surroundings.pause
+                               ? std::function<void(int)>([this](int days) { pauseAlarms(days); })
+                               : nullptr,
+            .resumeAlarms = [this] { resumeAlarms(); },
             .createRespito = onBreaks(&AlarmMenuController::createRespito),
             .startRespito = onBreaks(&AlarmMenuController::startRespito),
             .stopRespito = onBreaks(&AlarmMenuController::stopRespito),
@@ -246,6 +265,27 @@ void AlarmMenuController::unscheduleAlarm(const AlarmPtr& alarm) {
     if (decision.outcome == RearmDecision::Outcome::NextWeekday)
         m_surroundings.storedAlarms.updateAlarmList(alarm);
     m_surroundings.clock.alarmDidChange();
+}
+
+bool AlarmMenuController::skipNext(const AlarmPtr& alarm) {
+    if (!canSkip(*alarm, instantNow(m_surroundings.runLoop)))
+        return false;
+    unscheduleAlarm(alarm);
+    return true;
+}
+
+void AlarmMenuController::pauseAlarms(int days) {
+    const QDate today = m_surroundings.runLoop.now().date();
+    m_surroundings.pause->pauseUntil(
+        days == 0 ? untilResumed : instantOf(localMoment(today.addDays(days), QTime(0, 0))));
+}
+
+void AlarmMenuController::resumeAlarms() {
+    m_surroundings.pause->pauseUntil({});
+}
+
+void AlarmMenuController::showPause() {
+    m_statusView.showPause(pauseText(m_surroundings.pause->until(), m_surroundings.runLoop.now()));
 }
 
 // With its window: a Snooze that is pressed there later would be pressed in vain.

@@ -21,6 +21,7 @@
 namespace dorvane {
 
 class AlarmSetController;
+class AlarmPause;
 class Appearance;
 class BreakCycle;
 class Bundle;
@@ -78,6 +79,8 @@ public:
         // there are none.
         std::function<BreakOutlook()> breakOutlook = {};
         std::function<bool()> showsBreaks = {};
+        // The pause of what comes again; null where there is none. Must outlive the controller.
+        AlarmPause* pause = nullptr;
         // See SnoozeWindowStack.
         MakeNotice makeNotice = {};
         // See AlarmRinger.
@@ -116,6 +119,12 @@ public:
     void clearAlarm(const AlarmPtr& alarm);
     // Clears every alarm that rings.
     void clearAll();
+    // Has a running alarm go on from what it is due for next as if it had rung and been cleared, in
+    // silence. False, and nothing happens, when that cannot be: see canSkip().
+    bool skipNext(const AlarmPtr& alarm);
+    // Pauses what comes again, until so many days from today begin, or with 0 until it is resumed.
+    void pauseAlarms(int days);
+    void resumeAlarms();
     // Deletes a stored alarm from the library, or ends a running one with its window.
     void deleteAlarm(const AlarmPtr& alarm);
 
@@ -154,6 +163,7 @@ private:
     void menuWillAppear();
     void darkModeChanged();
     void showBreaks();
+    void showPause();
     enum class EditorPurpose { Edit, Start };
     void showEditor(const AlarmPtr& alarm, EditorPurpose purpose);
     [[nodiscard]] AlarmSetController* editorOf(const Alarm& alarm) const;
@@ -173,6 +183,7 @@ private:
     std::vector<std::unique_ptr<AlarmSetController>> m_editors;
     NotificationCenter::Observation m_menuObservation;
     NotificationCenter::Observation m_breaksObservation;
+    NotificationCenter::Observation m_alarmsObservation;
     bool m_isBreakUnseen = false;
 };
 

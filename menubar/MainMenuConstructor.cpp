@@ -61,6 +61,8 @@ MainMenuState MainMenuConstructor::state(Instant now) const {
     if (m_sources.breakOutlook)
         state.nextBreak = outlookText(m_sources.breakOutlook());
     state.showsBreaks = !m_sources.showsBreaks || m_sources.showsBreaks();
+    if (m_sources.pausedUntil)
+        state.pausedUntil = m_sources.pausedUntil();
     state.noAlarmString = m_noAlarmString;
     state.now = now;
     state.locale = m_locale;

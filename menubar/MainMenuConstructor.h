@@ -26,6 +26,7 @@ struct MenuSources {
     std::function<bool()> breaksRun;
     std::function<BreakOutlook()> breakOutlook = {};
     std::function<bool()> showsBreaks = {}; // empty: the menu has their entry
+    std::function<std::optional<Instant>()> pausedUntil = {};
 };
 
 // Builds the main menu, twice: our own pop-up, and the one that a panel draws. Main thread only.

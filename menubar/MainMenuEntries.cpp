@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MainMenuEntries.h"
 
+#include "core/AlarmPause.h"
 #include "core/DateHelpers.h"
 #include "core/Rearm.h"
 
@@ -52,9 +53,9 @@ QString countdownText(const Alarm& alarm, const MainMenuState& state) {
 
 // An alarm without a due time comes of a damaged list.
 QString dueText(const Alarm& alarm, const MainMenuState& state) {
-    const QDateTime due = alarm.time(state.now);
-    return due.isValid() ? dayTimeString(due, localDateTimeOf(state.now), state.locale)
-                         : QStringLiteral("Needs a look");
+    if (const auto next = nextRing(alarm, state.now))
+        return dayTimeString(localDateTimeOf(*next), localDateTimeOf(state.now), state.locale);
+    return alarm.isHeld(state.now) ? QStringLiteral("Paused") : QStringLiteral("Needs a look");
 }
 
 void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
@@ -80,6 +81,8 @@ void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
         if (!alarm->isDefaultAlarm())
             entry.children.push_back(alarmEntry("Save", &MenuCommands::saveFromMenu, alarm));
         entry.children.push_back(alarmEntry("Delete", &MenuCommands::deleteAlarm, alarm));
+        if (canSkip(*alarm, state.now))
+            entry.children.push_back(alarmEntry("Skip next", &MenuCommands::skipNext, alarm));
         entries.push_back(std::move(entry));
     }
     // As in the windows of the alarms: a few are answered one by one.
@@ -109,7 +112,7 @@ void buildPredefinedAlarms(Entries& entries) {
         MenuEntry entry;
         entry.title = QStringLiteral("%1 min").arg(minutes);
         entry.command = &MenuCommands::createPreAlarm;
-        entry.minutes = minutes;
+        entry.number = minutes;
         timers.children.push_back(std::move(entry));
     }
     entries.push_back(std::move(timers));
@@ -145,8 +148,26 @@ void buildBreaks(Entries& entries, const MainMenuState& state) {
     insertSeparator(entries);
 }
 
+MenuEntry pauseEntry(const char* title, int days) {
+    MenuEntry entry = makeEntry(title, &MenuCommands::pauseAlarms);
+    entry.number = days;
+    return entry;
+}
+
+void buildPause(Entries& entries, const MainMenuState& state) {
+    MenuEntry pause = makeEntry("Pause alarms");
+    pause.subtitle = pauseText(state.pausedUntil, localDateTimeOf(state.now), state.locale);
+    if (state.pausedUntil)
+        pause.children.push_back(makeEntry("Resume", &MenuCommands::resumeAlarms));
+    pause.children.push_back(pauseEntry("Until tomorrow", 1));
+    pause.children.push_back(pauseEntry("For a week", 7));
+    pause.children.push_back(pauseEntry("Until I resume", 0));
+    entries.push_back(std::move(pause));
+}
+
 void buildSettableAlarms(Entries& entries, const MainMenuState& state) {
     entries.push_back(makeEntry("Create alarm...", &MenuCommands::createAlarm));
+    buildPause(entries, state);
     insertSeparator(entries);
     buildPredefinedAlarms(entries);
     insertSeparator(entries);

@@ -17,9 +17,10 @@ struct MainMenuState {
     // The stored alarms; nothing when there is no store, empty when it cannot be read.
     std::optional<std::vector<AlarmPtr>> storedAlarms;
     bool breaksRun = false;
-    bool showsBreaks = true; // whether there is an entry for them
-    QString nextBreak = {};  // when the next one comes; may be empty
-    QString noAlarmString;   // shown when no alarm runs, instead of "No Alarms"
+    bool showsBreaks = true;                 // whether there is an entry for them
+    QString nextBreak = {};                  // when the next one comes; may be empty
+    std::optional<Instant> pausedUntil = {}; // see AlarmPause
+    QString noAlarmString;                   // shown when no alarm runs, instead of "No Alarms"
     Instant now;
     QLocale locale; // of the territory whose clock is used
 };

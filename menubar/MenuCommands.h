@@ -18,6 +18,10 @@ struct MenuCommands {
     std::function<void(const AlarmPtr& alarm)> deleteAlarm;
     std::function<void(const AlarmPtr& alarm)> setAlarm;
     std::function<void()> clearAll;
+    std::function<void(const AlarmPtr& alarm)> skipNext;
+    // For so many days, today as the first; 0 for until it is resumed.
+    std::function<void(int days)> pauseAlarms;
+    std::function<void()> resumeAlarms;
     std::function<void()> createRespito;
     std::function<void()> startRespito;
     std::function<void()> stopRespito;

@@ -17,7 +17,7 @@ struct Bind {
     std::function<void()> operator()(std::function<void(int)> MenuCommands::*member) const {
         if (!(commands.*member))
             return {};
-        return [command = commands.*member, minutes = entry.minutes] { command(minutes); };
+        return [command = commands.*member, number = entry.number] { command(number); };
     }
     std::function<void()>
     operator()(std::function<void(const AlarmPtr&)> MenuCommands::*member) const {

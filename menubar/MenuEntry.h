@@ -22,8 +22,8 @@ struct MenuEntry {
     QString title;
     QString subtitle;
     Command command;
-    int minutes = 0; // for a command that takes minutes
-    AlarmPtr alarm;  // the alarm that the entry stands for, and the argument of its command
+    int number = 0; // for a command that takes one
+    AlarmPtr alarm; // the alarm that the entry stands for, and the argument of its command
     std::vector<MenuEntry> children;
     bool isSeparator = false;
 };

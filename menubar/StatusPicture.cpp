@@ -35,6 +35,11 @@ const QPointF markCentre(18, 18);
 constexpr double markRadius = 3.5;
 const QColor markColour(0xF5, 0x8A, 0x07);
 
+// In the other corner, on a ground that sets them off from the foot of the clock. All edges lie on
+// whole pixels.
+constexpr QRectF pauseGround(0, 13, 8, 9);
+constexpr QRectF pauseBars[] = {{1, 14, 2, 7}, {5, 14, 2, 7}};
+
 // Whether the ring of a clock is drawn in light ink.
 bool isLight(const QImage& image) {
     constexpr QPoint onTheRing(11, 3);
@@ -45,7 +50,7 @@ bool isLight(const QImage& image) {
 } // namespace
 
 bool operator==(StatusPicture::Wedge a, StatusPicture::Wedge b) {
-    if (a.isMarked != b.isMarked)
+    if (a.isMarked != b.isMarked || a.isPaused != b.isPaused)
         return false;
     if (a.isEmpty() || b.isEmpty())
         return a.isEmpty() && b.isEmpty();
@@ -88,7 +93,7 @@ QColor StatusPicture::wedgeColour() const {
 
 QImage StatusPicture::image(Wedge wedge, int pixels) const {
     QImage image = background(pixels);
-    if (wedge.isEmpty() && !wedge.isMarked)
+    if (wedge.isEmpty() && !wedge.isMarked && !wedge.isPaused)
         return image;
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -101,8 +106,13 @@ QImage StatusPicture::image(Wedge wedge, int pixels) const {
         painter.setClipRect(QRectF(0, top / scale, side, band / scale));
         painter.fillPath(wedgePath(wedge), wedgeColour());
     }
+    painter.setClipping(false);
+    if (wedge.isPaused) {
+        painter.fillRect(pauseGround, m_imageIsLight ? Qt::black : Qt::white);
+        for (const QRectF& bar : pauseBars)
+            painter.fillRect(bar, m_imageIsLight ? Qt::white : Qt::black);
+    }
     if (wedge.isMarked) {
-        painter.setClipping(false);
         painter.setPen(Qt::NoPen);
         painter.setBrush(markColour);
         painter.drawEllipse(markCentre, markRadius, markRadius);

@@ -24,6 +24,7 @@ public:
         int end = 0;
         int duration = 0;
         bool isMarked = false; // with a dot beside the clock
+        bool isPaused = false; // with two bars there
         [[nodiscard]] bool isEmpty() const { return duration < 1; }
     };
 

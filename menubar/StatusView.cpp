@@ -61,7 +61,8 @@ void StatusView::setBackgroundImage(const QString& svgFile) {
 }
 
 void StatusView::setAngleEnd(int end, int duration) {
-    m_wedge = {end, std::min(duration, fullCircle), m_wedge.isMarked};
+    m_wedge.end = end;
+    m_wedge.duration = std::min(duration, fullCircle);
     display();
 }
 
@@ -99,6 +100,8 @@ void StatusView::sleepUntilNextChange(Instant moment, const AlarmPtr& nearest) {
     const auto lookAt = [&](Instant candidate) { next = std::min(next, candidate); };
     for (const AlarmPtr& alarm : m_clock.allAlarms()) {
         const std::optional<Instant> due = alarm->due(moment);
+        if (alarm->isHeld(moment))
+            continue;
         if (alarm->countsFromNow())
             lookAt(moment);
         else if (due && *due >= moment - 1s)
@@ -122,8 +125,12 @@ void StatusView::showToolTip(const AlarmPtr& nearest, Instant moment) {
         if (!title.isEmpty())
             text += QStringLiteral(" \u2013 ") + title;
     }
-    if (!m_breaks.isEmpty())
-        text += (nearest ? QStringLiteral(" \u00b7 ") : QStringLiteral(" \u2013 ")) + m_breaks;
+    bool isFirst = !nearest;
+    for (const QString& part : {m_breaks, m_pause})
+        if (!part.isEmpty())
+            text += (std::exchange(isFirst, false) ? QStringLiteral(" \u2013 ")
+                                                   : QStringLiteral(" \u00b7 ")) +
+                    part;
     if (text == m_toolTip)
         return;
     m_toolTip = text;
@@ -160,6 +167,15 @@ void StatusView::showBreaks(const BreakOutlook& outlook, bool isUnseen) {
     m_isBreakUnseen = isUnseen;
     tellAttention();
     m_wedge.isMarked = outlook.isNear;
+    display();
+    updateSoon();
+}
+
+void StatusView::showPause(const QString& pause) {
+    if (pause == m_pause)
+        return;
+    m_pause = pause;
+    m_wedge.isPaused = !pause.isEmpty();
     display();
     updateSoon();
 }

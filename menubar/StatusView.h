@@ -51,6 +51,9 @@ public:
     // attention while a break goes unseen.
     void showBreaks(const BreakOutlook& outlook, bool isUnseen);
 
+    // Tells in the tool tip and by the icon of a pause; an empty text for none.
+    void showPause(const QString& pause);
+
     // Looks at the clock once and shows what is nearest, unless the icon flashes.
     void updateStatusView();
 
@@ -86,6 +89,7 @@ private:
     std::function<void()> m_action;
     bool m_flashPhase = false;
     QString m_breaks;
+    QString m_pause;
     bool m_isBreakUnseen = false;
     bool m_needsAttention = false;
     bool m_isMenuAskedFor = false;

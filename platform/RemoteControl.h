@@ -38,6 +38,8 @@ struct RemoteState {
     QStringList ringing; // identities
     bool breaksRun = false;
     RemoteBreaks breaks;
+    bool isPaused = false;
+    qint64 pausedUntil = 0; // seconds since the epoch; 0 for until it is resumed
     friend bool operator==(const RemoteState&, const RemoteState&) = default;
 };
 
@@ -99,6 +101,11 @@ public:
     // Ends an alarm for good, whether it rings or repeats.
     [[nodiscard]] virtual Outcome remove(const QString& identity) = 0;
     [[nodiscard]] virtual Outcome removeStored(const QString& title) = 0;
+    // Has one that comes again go on, from what it is due for next, in silence.
+    [[nodiscard]] virtual Outcome skip(const QString& identity) = 0;
+    // Holds what comes again back: until so many seconds since the epoch, or with 0 until resumed.
+    [[nodiscard]] virtual Outcome pause(qint64 until) = 0;
+    [[nodiscard]] virtual Outcome resume() = 0;
 
     [[nodiscard]] virtual Outcome startBreaks() = 0;
     [[nodiscard]] virtual Outcome stopBreaks() = 0;

@@ -11,6 +11,8 @@ template<typename Type>
 constexpr const char* lettersOf() {
     if constexpr (std::is_same_v<Type, quint32>)
         return "u";
+    else if constexpr (std::is_same_v<Type, qint64>)
+        return "x";
     else if constexpr (std::is_same_v<Type, QString>)
         return "s";
     else if constexpr (std::is_same_v<Type, QVariantMap>)

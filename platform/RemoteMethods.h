@@ -26,7 +26,8 @@ struct RemoteMethod {
                                    Shape<void, const Asker&, const QString&, const QVariantMap&>,
                                    Shape<AlarmAnswer, const QString&>, Shape<AlarmListing>,
                                    Shape<AlarmListing, quint32>, Shape<Outcome, const QString&>,
-                                   Shape<Outcome, const QString&, quint32>, Shape<Outcome>>;
+                                   Shape<Outcome, const QString&, quint32>, Shape<Outcome>,
+                                   Shape<Outcome, qint64>>;
 
     const char* name;
     const char* takes; // the names of its arguments
@@ -66,15 +67,25 @@ inline constexpr RemoteMethod remove{"Delete", "id", &RemoteControl::remove,
                                      "ends a running alarm for good, even one that repeats"};
 inline constexpr RemoteMethod removeStored{"DeleteStored", "title", &RemoteControl::removeStored,
                                            ""};
+inline constexpr RemoteMethod skip{
+    "Skip", "id", &RemoteControl::skip,
+    "a repeating alarm goes on as if it had rung and been cleared, in silence"};
+inline constexpr RemoteMethod pause{
+    "Pause", "until", &RemoteControl::pause,
+    "holds the alarms of every day, of every week and those that repeat; until so many seconds "
+    "since the epoch, or with 0 until `Resume`",
+    true};
+inline constexpr RemoteMethod resume{"Resume", "", &RemoteControl::resume, "", true};
 inline constexpr RemoteMethod startBreaks{"StartBreaks", "", &RemoteControl::startBreaks, "", true};
 inline constexpr RemoteMethod stopBreaks{"StopBreaks", "", &RemoteControl::stopBreaks, ""};
 inline constexpr RemoteMethod skipBreak{
     "SkipBreak", "", &RemoteControl::skipBreak,
     "the working time begins anew; a break that has begun is done"};
 
-inline constexpr std::array all{
-    addTimer, addAlarm,  editAlarm, editStored, startStored,  listRunning, listStored, listNext,
-    snooze,   snoozeFor, clear,     remove,     removeStored, startBreaks, stopBreaks, skipBreak};
+inline constexpr std::array all{addTimer,    addAlarm,    editAlarm,    editStored, startStored,
+                                listRunning, listStored,  listNext,     snooze,     snoozeFor,
+                                clear,       remove,      removeStored, skip,       pause,
+                                resume,      startBreaks, stopBreaks,   skipBreak};
 
 } // namespace remote
 

@@ -32,6 +32,7 @@ public:
         QByteArrayList types;
         for (const QVariant& argument : arguments)
             types << QMap<int, QByteArray>{{QMetaType::UInt, "u"},
+                                           {QMetaType::LongLong, "x"},
                                            {QMetaType::QString, "s"},
                                            {QMetaType::QVariantMap, "a{sv}"}}
                          .value(argument.typeId());
@@ -56,7 +57,8 @@ public:
     void follow(std::function<bool()>) override {}
 
     QStringList asked;
-    QVariantMap breaks{{u"BreaksRunning"_qs, true}};
+    QVariantMap breaks{
+        {u"BreaksRunning"_qs, true}, {u"Paused"_qs, true}, {u"PausedUntil"_qs, 1795734000}};
 };
 
 std::vector<Command> commandsOf(FakeProgram& program) {
@@ -111,11 +113,17 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
         {"delete Tea", 0, R"(ListRunning[] Delete["t1"])", "Tea is deleted\n"},
         {"delete Tea --stored", 0, R"(DeleteStored["Tea"])", "Tea is no longer stored\n"},
         {"delete Old", 0, R"(ListRunning[] DeleteStored["Old"])", "Old is no longer stored\n"},
+        {"skip Tea", 0, R"(ListRunning[] Skip["t1"])", "Tea is skipped once\n"},
+        {"pause --until fri", 0, "Pause![1795734000]", ""},
+        {"pause --until soon", 2, "",
+         "dorvane: --until takes a date such as 2026-12-24, 24 Dec, tomorrow or fri, not "
+         "\"soon\"\n"},
+        {"resume", 0, "Resume![]", ""},
         {"breaks start", 0, "StartBreaks![]", ""},
         {"breaks stop", 0, "StopBreaks[]", ""},
         {"breaks skip", 0, "SkipBreak[]", ""},
         {"breaks up", 2, "", "dorvane: breaks takes start, stop, skip or status, not \"up\"\n"},
-        {"status", 0, "ListNext[20]", "⁨Be ll�[2Jא⁩ rings\n"},
+        {"status", 0, "ListNext[20]", "⁨Be ll�[2Jא⁩ rings · paused until 27 Nov\n"},
     };
     FakeProgram program;
     const auto commands = commandsOf(program);
@@ -149,8 +157,8 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
 
 TEST(CommandsTest, offersWhatMayComeNext) {
     const std::pair<const char*, const char*> rows[] = {
-        {"", "timer|add|start|edit|snooze|clear|delete|list|status|breaks|check|missed|--help|--"
-             "version"},
+        {"", "timer|add|start|edit|snooze|clear|skip|delete|pause|resume|list|status|breaks|check|"
+             "missed|--help|--version"},
         {"timer ", "1|2|3|4|5|10|15|20|30|45|--help"},
         {"start ", "b1|e1|e2|Tea|--help"},
         {"breaks start ", "--help"},

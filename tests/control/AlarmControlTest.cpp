@@ -2,6 +2,7 @@
 #include "control/AlarmControl.h"
 
 #include "core/AlarmArchive.h"
+#include "core/AlarmPause.h"
 #include "core/Clock.h"
 #include "core/Rearm.h"
 #include "core/StoredAlarms.h"
@@ -27,6 +28,7 @@ protected:
             .notifications = notifications,
             .clock = clock,
             .storedAlarms = library,
+            .pause = pause,
             .schedule = [this](const AlarmPtr& alarm) { clock.insertAlarm(alarm); },
             .start = [this](const Alarm& stored) -> AlarmPtr {
                 const auto decision =
@@ -50,6 +52,7 @@ protected:
                     alarm->setIsActive(true);
                     EXPECT_TRUE(clock.replaceAlarm(old, alarm));
                 },
+            .skip = [](const AlarmPtr&) { return false; },
             .ringDefaults =
                 [] {
                     return RingDefaults{u"/Ping"_qs, 7};
@@ -122,6 +125,7 @@ protected:
     AlarmArchive archive{format};
     StoredAlarms library{defaults, archive, notifications};
     Clock clock{loop, notifications};
+    AlarmPause pause{loop, notifications, clock};
     bool breaksRun = false;
     std::vector<AlarmControl::Found> slowSounds;
     QString told;
@@ -345,6 +349,14 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
     EXPECT_EQ(control.snooze(id)->name, u"NotRinging"_qs);
     EXPECT_EQ(control.clear(u"none"_qs)->name, u"NoSuchAlarm"_qs);
     EXPECT_EQ(control.clear(id), std::nullopt);
+    EXPECT_EQ(control.skip(id)->name, u"NothingToSkip"_qs);
+    alarm->setShouldRepeat(true);
+    EXPECT_EQ(control.resume()->name, u"NotPaused"_qs);
+    EXPECT_EQ(control.pause(7)->name, u"PastDate"_qs);
+    EXPECT_EQ(control.pause(0), std::nullopt);
+    EXPECT_EQ(control.state().nextAlarm, QString());
+    EXPECT_FALSE(reportsOf(control.runningAlarms())[0].contains(u"due"_qs));
+    EXPECT_EQ(control.resume(), std::nullopt);
     EXPECT_EQ(control.state().nextAlarm, id);
     alarm->setIsTriggered(true);
     loop.advance(100ms);

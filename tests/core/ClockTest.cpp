@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Clock.h"
 
+#include "core/AlarmPause.h"
 #include "core/WholeSecond.h"
 #include "tests/support/RandomDays.h"
 #include "tests/support/Testing.h"
@@ -114,6 +115,38 @@ TEST_F(ClockTest, tellsOfAnAlarmTenSecondsAheadAndWakesForNothingElse) {
                        "|08:59:49 near b|08:59:49 near a|08:59:59 b|08:59:59 a"
                        "|16:59:49 near hours|16:59:59 hours");
     EXPECT_LE(m_loop.firings(), 9) << "twice for each moment, and for the one that was put off";
+}
+
+TEST_F(ClockTest, aPauseHoldsWhatComesAgainInSilenceAndNothingElse) {
+    AlarmPause pause(m_loop, m_notifications, m_clock);
+    const AlarmPtr daily =
+        running({.title = "daily", .kind = Alarm::Dated, .time = "11-21 09:00", .everyDay = true});
+    pause.pauseUntil(instantOf(at("11-23 00:00")));
+    const WeekdaySet days{Weekday::Saturday, Weekday::Monday};
+    for (const bool forever : {false, true})
+        running({.title = forever ? "weekly" : "days",
+                 .kind = Alarm::Weekly,
+                 .time = "11-21 10:00",
+                 .days = days,
+                 .forever = forever});
+    running({.title = "rhythm", .hours = 7, .repeats = true});
+    running({.title = "timer", .minutes = 30});
+    EXPECT_EQ(m_clock.nearestAlarm(instantNow(m_loop))->title(), u"timer"_qs);
+    EXPECT_EQ(nextRing(*daily, instantNow(m_loop)), instantOf(at("11-23 09:00")));
+    m_loop.advance(1min);
+    m_loop.sleepMachine(48h); // from one Saturday at eight to the Monday after
+    m_loop.advance(3h);
+    EXPECT_EQ(m_trace, "|08:01:00 near timer|08:01:00 timer|08:01:00 near days|08:01:00 days"
+                       "|08:01:01 near rhythm|08:01:01 rhythm"
+                       "|08:59:49 near daily|08:59:59 daily"
+                       "|09:59:49 near weekly|09:59:59 weekly");
+    daily->setIsTriggered(false);
+    pause.pauseUntil(untilResumed);
+    EXPECT_EQ(nextRing(*daily, instantNow(m_loop)), std::nullopt);
+    EXPECT_FALSE(canSkip(*daily, instantNow(m_loop)));
+    m_loop.advance(72h);
+    pause.pauseUntil({});
+    EXPECT_EQ(brief(daily->time({})), "11-27 09:00+01");
 }
 
 TEST_F(ClockTest, insertingStartsAfreshAtTheFrontRemovingAndReplacingGoByIdentity) {

@@ -2,6 +2,7 @@
 #include "journal/Journal.h"
 
 #include "core/AlarmDelegate.h"
+#include "core/AlarmPause.h"
 #include "core/Clock.h"
 #include "journal/MissedReport.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
@@ -66,6 +67,8 @@ struct OneRun {
     void resume(const std::vector<ToldAlarm>& announced) {
         const auto left = journal.read();
         ASSERT_TRUE(left);
+        pause.pauseUntil(journal.pausedUntil());
+        restored.setPausedUntil(journal.pausedUntil());
         journal.open({.areResumed = true,
                       .decisions = restored.resume(left->running, left->undated, nobody),
                       .announced = announced});
@@ -90,7 +93,8 @@ struct OneRun {
     NotificationCenter notifications;
     PropertyListCodec format;
     Clock clock{loop, notifications};
-    Journal journal{{loop, notifications, clock, format, file}};
+    AlarmPause pause{loop, notifications, clock};
+    Journal journal{{loop, notifications, clock, format, file, [this] { return pause.written(); }}};
     RestoredAlarms restored{loop, clock};
     NobodyRings nobody;
 };
@@ -195,6 +199,44 @@ TEST(JournalTest, afterACrashTheAlarmsGoOnAndOnlyWhatPassedIsOffered) {
     EXPECT_FALSE(left().isStored);
     EXPECT_EQ(left().marks, QStringList(u"third"_qs));
     EXPECT_EQ(left().running.size(), 6U);
+}
+
+TEST(JournalTest, aPauseOutlivesTheProgramAndWhatItHeldIsNeitherMissedNorAnnounced) {
+    Disk disk;
+    const PropertyListCodec plist;
+    {
+        OneRun first(disk, "11-23 08:50");
+        first.open();
+        for (const std::size_t index : {4U, 5U, 6U, 7U}) // train, walk, school, once
+            first.insert(running[index].alarm());
+        first.pause.pauseUntil(instantOf(at("11-26 00:00")));
+        first.loop.advance(5s);
+    }
+    const std::string passed = "Mon, 9:10  train: passed while Dorvane was not running\n"
+                               "Mon, 9:15  once: passed while Dorvane was not running";
+    EXPECT_EQ(report(disk, "11-25 12:00", false), passed);
+    const JournalContents held = JournalFormat(plist).decode(disk.journal).contents;
+    const AnnouncementPlan plan = planAnnouncements(held, {}, instantOf(at("11-23 09:14")));
+    EXPECT_EQ(plan.notifications.size(), 1U) << "train";
+    EXPECT_EQ(plan.next, instantOf(at("11-23 09:15"))) << "once";
+    EXPECT_EQ(planAnnouncements(held, {}, instantOf(at("11-24 09:14"))).next,
+              instantOf(at("11-26 09:06")));
+    {
+        OneRun second(disk, "11-24 12:00");
+        second.resume({});
+        EXPECT_EQ(second.running(), "school 11-26 09:15+01\nwalk 11-25 09:06+01\n");
+        EXPECT_EQ(second.missed(), "train, Mon, 9:10, has had its day\n"
+                                   "once, Mon, 9:15, Mon, 9:15\n");
+        second.loop.advance(24h);
+        EXPECT_EQ(report(disk, "11-25 12:00", true), passed);
+    }
+    OneRun third(disk, "11-26 10:00"); // after an orderly end what passed is dropped
+    (void)third.journal.read();
+    third.restored.setPausedUntil(third.journal.pausedUntil());
+    const auto decisions =
+        third.restored.restore({running[5].alarm(), running[6].alarm()}, third.nobody);
+    EXPECT_EQ(third.running(), "school 11-30 09:15+01\n");
+    EXPECT_EQ(localDateTimeOf(decisions.dropped.at(0).due), at("11-26 09:06"));
 }
 
 TEST(JournalTest, offersWhatIsMissingInANewerListAndStartsItAgain) {

@@ -298,4 +298,20 @@ TEST_F(EditingTest, rowsThatAreOutOfDateDoNothing) {
     EXPECT_TRUE(openEditors().isEmpty());
 }
 
+TEST_F(EditingTest, skipDoesWhatRingingAndClearDoInSilence) {
+    const AlarmPtr days = schedule({.title = "days",
+                                    .kind = Alarm::Weekly,
+                                    .time = "11-23 09:00",
+                                    .days = {Weekday::Monday, Weekday::Thursday}});
+    const AlarmPtr daily =
+        schedule({.title = "daily", .kind = Alarm::Dated, .time = "11-23 09:30", .everyDay = true});
+    for (const AlarmPtr& alarm : {days, daily})
+        EXPECT_TRUE(m_controller.skipNext(alarm));
+    loop.advance(3h);
+    EXPECT_EQ(state(), "days 0 daily 0 | daily 11-24 09:30+01 days 11-26 09:00+01");
+    EXPECT_EQ(m_told, QStringList());
+    EXPECT_EQ(library.alarms()->front()->weekdays(), WeekdaySet{Weekday::Thursday});
+    EXPECT_FALSE(m_controller.skipNext(days)) << "nothing comes after it";
+}
+
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "menubar/MainMenuEntries.h"
 
+#include "core/AlarmPause.h"
 #include "tests/menubar/RecordedCommands.h"
 #include "tests/support/AlarmOf.h"
 #include "tests/support/Testing.h"
@@ -46,7 +47,13 @@ QString outline(const std::vector<MenuEntry>& entries, const QString& indent = {
 TEST(MainMenuEntriesTest, runningAndStoredAlarms) {
     MainMenuState state = stateWith(
         {AlarmOf{.title = "Tea & cake", .kind = Alarm::Dated, .time = "12-01 18:05"}.alarm(),
-         AlarmOf{.title = "Lost", .kind = Alarm::Dated}.alarm(), timerDueIn(600)});
+         AlarmOf{.title = "Lost", .kind = Alarm::Dated}.alarm(), timerDueIn(600),
+         AlarmOf{.title = "Held", .kind = Alarm::Dated, .time = "11-24 18:05", .everyDay = true}
+             .alarm(),
+         AlarmOf{.title = "Daily", .kind = Alarm::Dated, .time = "11-24 18:05", .everyDay = true}
+             .alarm()});
+    state.alarms[3]->setHeldUntil(untilResumed);
+    state.pausedUntil = instantOf(at("12-01 00:00"));
     const AlarmOf up{.title = "Up", .kind = Alarm::Dated, .time = "11-24 07:30", .isListed = true};
     const AlarmOf gone{.title = "Gone", .kind = Alarm::Dated, .isListed = true};
     state.storedAlarms = {{AlarmOf{.title = "not listed"}.alarm(), up.alarm(), gone.alarm()}};
@@ -67,8 +74,24 @@ In 10 mins at 10:10
   Edit... = editAlarm 
   Clear = clearFromMenu 
   Delete = deleteAlarm 
+Paused [Held]
+  Edit... = editAlarm Held
+  Clear = clearFromMenu Held
+  Save = saveFromMenu Held
+  Delete = deleteAlarm Held
+Tue, 18:05 [Daily]
+  Edit... = editAlarm Daily
+  Clear = clearFromMenu Daily
+  Save = saveFromMenu Daily
+  Delete = deleteAlarm Daily
+  Skip next = skipNext Daily
 --
 Create alarm... = createAlarm
+Pause alarms [paused until 1 Dec]
+  Resume = resumeAlarms
+  Until tomorrow = pauseAlarms 1
+  For a week = pauseAlarms 7
+  Until I resume = pauseAlarms 0
 --
 Timer...
   1 min = createPreAlarm 1

@@ -143,6 +143,13 @@ std::variant<quint32, Refusal> readCount(sd_bus_message* call) {
     return count;
 }
 
+std::variant<qint64, Refusal> readMoment(sd_bus_message* call) {
+    qint64 moment = 0;
+    if (sd_bus_message_read_basic(call, 'x', &moment) <= 0)
+        return unreadable();
+    return moment;
+}
+
 std::variant<QVariantMap, Refusal> readDescription(sd_bus_message* call) {
     QVariantMap description;
     if (sd_bus_message_enter_container(call, 'a', "{sv}") < 0)

@@ -18,6 +18,7 @@ namespace dorvane {
 
 // The next argument, a u.
 [[nodiscard]] std::variant<quint32, Refusal> readCount(sd_bus_message* call);
+[[nodiscard]] std::variant<qint64, Refusal> readMoment(sd_bus_message* call);
 
 // The next argument, an a{sv}. A value of a type that no key has is null.
 [[nodiscard]] std::variant<QVariantMap, Refusal> readDescription(sd_bus_message* call);

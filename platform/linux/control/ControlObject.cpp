@@ -99,6 +99,8 @@ const std::vector<sd_bus_vtable>& ControlObject::interface() {
             SD_BUS_PROPERTY("BreakPhase", "s", get, 0, changes),
             SD_BUS_PROPERTY("NextBreak", "x", get, 0, changes),
             SD_BUS_PROPERTY("BreakEnd", "x", get, 0, changes),
+            SD_BUS_PROPERTY("Paused", "b", get, 0, changes),
+            SD_BUS_PROPERTY("PausedUntil", "x", get, 0, changes),
             SD_BUS_SIGNAL("RunningChanged", "", 0),
             SD_BUS_SIGNAL("StoredChanged", "", 0),
             SD_BUS_SIGNAL_WITH_ARGS("Rang", SD_BUS_ARGS("s", id, "s", title), 0),
@@ -157,6 +159,10 @@ int ControlObject::get(sd_bus* /*bus*/, const char* /*path*/, const char* /*inte
         reply.moment(state.breaks.next);
     else if (property == "BreakEnd")
         reply.moment(state.breaks.end);
+    else if (property == "Paused")
+        reply.flag(state.isPaused ? 1 : 0);
+    else if (property == "PausedUntil")
+        reply.moment(state.pausedUntil);
     else
         reply.container('a', "s", [&] {
             for (const QString& id : state.ringing)
@@ -257,6 +263,8 @@ std::optional<Refusal> ControlObject::readArgument(const CallPtr& call, Type& ar
         return take(readText(call->message()));
     else if constexpr (std::is_same_v<Type, QVariantMap>)
         return take(readDescription(call->message()));
+    else if constexpr (std::is_same_v<Type, qint64>)
+        return take(readMoment(call->message()));
     else
         return take(readCount(call->message()));
 }
@@ -327,7 +335,7 @@ void ControlObject::tellEvent(RemoteListener::Event event, const QString& id,
 }
 
 void ControlObject::tellState(const RemoteState& before, const RemoteState& now) {
-    std::array<const char*, 7> changed{};
+    std::array<const char*, 9> changed{};
     std::size_t count = 0;
     for (const auto& [differs, name] :
          {std::pair{before.nextDue != now.nextDue, "NextDue"},
@@ -336,10 +344,12 @@ void ControlObject::tellState(const RemoteState& before, const RemoteState& now)
           std::pair{before.breaksRun != now.breaksRun, "BreaksRunning"},
           std::pair{before.breaks.phase != now.breaks.phase, "BreakPhase"},
           std::pair{before.breaks.next != now.breaks.next, "NextBreak"},
-          std::pair{before.breaks.end != now.breaks.end, "BreakEnd"}})
+          std::pair{before.breaks.end != now.breaks.end, "BreakEnd"},
+          std::pair{before.isPaused != now.isPaused, "Paused"},
+          std::pair{before.pausedUntil != now.pausedUntil, "PausedUntil"}})
         if (differs)
             changed.at(count++) = name;
-    std::array<char*, 8> names{}; // with a null behind the last
+    std::array<char*, 10> names{}; // with a null behind the last
     for (std::size_t i = 0; i < count; ++i)
         names.at(i) = const_cast<char*>(changed.at(i)); // sd-bus only reads them
     if (m_bus.get() &&
