@@ -117,6 +117,8 @@ std::optional<ActiveAlarms::Decisions> ActiveAlarms::restoreLate(const std::opti
     if (isListLate)
         m_known = m_defaults.value(key).toByteArray();
     m_areResumed = left && (isOurs || isOursAlone || isBeyond);
+    if (m_areResumed && isOurs)
+        goBeyond(left->marks);
     Left all = m_areResumed ? *left : Left();
     if (m_areResumed && !isListLate)
         all.running = missingFrom(m_clock.allAlarms(), std::move(all.running));
@@ -138,7 +140,7 @@ std::vector<AlarmPtr> ActiveAlarms::newIn(const std::vector<AlarmPtr>& stored) c
 }
 
 void ActiveAlarms::expect(const Left& left) {
-    if (!m_hadStored)
+    if (!m_hadStored && !left.isStored)
         goBeyond(left.marks);
 }
 

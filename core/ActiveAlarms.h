@@ -45,8 +45,8 @@ public:
     // The same for what came into reach after that: a list, or what was left, beside what runs by
     // now. Nothing where there is no such thing.
     [[nodiscard]] std::optional<Decisions> restoreLate(const std::optional<Left>& left);
-    // That it was left is known before the list is: what that list holds was there then, or had
-    // been deleted by then.
+    // That it was left is known before the list is: what that holds was there then, or had been
+    // deleted by then.
     void expect(const Left& left);
 
     // Sounds have other paths now. The stored list stays, as its mark does.

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <utility>
 
 namespace dorvane {
@@ -83,6 +84,14 @@ std::optional<ActiveAlarms::Left> Journal::take(const std::optional<QByteArray>&
     const auto decoded = m_format.decode(data.value_or(QByteArray()));
     m_mayWrite = (data && decoded.isComplete) || m_surroundings.file.putAside();
     m_before = decoded.contents;
+    // A copy of ours from a while ago may have been put in its place.
+    const std::set<JournalEvent> known(m_contents.events.begin(), m_contents.events.end());
+    std::erase_if(m_before.events, [&](const auto& event) { return known.contains(event); });
+    std::erase_if(m_before.missed, [this](const MissedAlarm& earlier) {
+        return std::ranges::any_of(m_contents.missed, [&](const MissedAlarm& each) {
+            return each.due == earlier.due && isSameAlarm(*each.alarm, *earlier.alarm);
+        });
+    });
     const auto putFirst = [](auto& all, auto& earlier) {
         all.insert(all.begin(), std::move_iterator(earlier.begin()),
                    std::move_iterator(earlier.end()));

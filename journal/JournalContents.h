@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <compare>
 #include <optional>
 #include <vector>
 
@@ -18,6 +19,7 @@ struct JournalEvent {
     Instant when; // it was written down
     Instant due;  // the alarm's
     QString text; // one line: the alarm's title; of a crash, the path of its report
+    friend std::weak_ordering operator<=>(const JournalEvent&, const JournalEvent&) = default;
 };
 
 // A title as an event has it.

@@ -89,14 +89,19 @@ TEST_F(AlarmListsTest, theNewerOfTheStoredListAndWhatAnEndWithoutAWordLeftComesB
                                            isLate ? std::nullopt : std::optional(all));
             if (isOwnStored)
                 run.active.storeActiveAlarms();
-            for (const auto& [key, value] : now.asKeyValueRange())
-                run.defaults.setValue(key, value);
             if (isLate) {
                 run.active.expect(all);
+                run.defaults.comeIntoReach(now);
                 EXPECT_TRUE(run.active.restoreLate(all));
                 EXPECT_FALSE(run.active.restoreLate({})) << "once is enough";
             }
             EXPECT_EQ(run.running(), running) << isLate << isOwnStored;
+            run.clock.removeAlarm(run.clock.allAlarms().front());
+            run.active.storeActiveAlarms();
+            Run next(at("2026-11-23 06:11"), run.defaults.written());
+            next.active.restoreActiveAlarms(next.delegate);
+            EXPECT_EQ(next.clock.allAlarms().size(), run.clock.allAlarms().size())
+                << "what has ended does not come back";
         }
     }
 }

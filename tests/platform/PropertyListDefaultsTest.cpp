@@ -232,13 +232,18 @@ TEST_F(PropertyListDefaultsTest, stateFileThatComesLateIsToldOfBeforeItIsReplace
         EXPECT_EQ(found.back(), late);
         EXPECT_EQ(contentsOf(m_path), "joined");
     }
+    put(QByteArray("joined")); // ours, touched by others
+    file.write([] { return QByteArray("joined again"); });
+    file.flush();
+    EXPECT_EQ(contentsOf(m_path), "joined again");
+    EXPECT_EQ(found.size(), 2U);
     QFile::remove(m_path); // an empty home
     int looks = 0;
     file.lookAgain([&] { ++looks; });
     file.flush();
     m_runLoop.runPending();
     EXPECT_EQ(looks, 1);
-    EXPECT_EQ(contentsOf(m_path), "joined");
+    EXPECT_EQ(contentsOf(m_path), "joined again");
 }
 
 } // namespace

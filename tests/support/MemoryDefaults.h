@@ -3,6 +3,8 @@
 
 #include "platform/UserDefaults.h"
 
+#include <QHash>
+
 namespace dorvane::testing {
 
 // Preferences that live in memory. What synchronize() has written survives into another instance
@@ -16,7 +18,13 @@ public:
     void setValue(const QString& key, const QVariant& value) override { m_values[key] = value; }
     void removeValue(const QString& key) override { m_values.remove(key); }
     void registerDefaults(const QVariantMap&) override {}
-    void setJoin(const QString&, Join) override {}
+    void setJoin(const QString& key, Join join) override { m_joins[key] = std::move(join); }
+    // A file that was out of reach.
+    void comeIntoReach(const QVariantMap& file) {
+        for (const auto& [key, theirs] : file.asKeyValueRange())
+            m_values[key] =
+                m_joins.contains(key) ? m_joins[key]({}, m_values.value(key), theirs) : theirs;
+    }
     void synchronize(Written written = {}) override {
         (void)finish();
         if (written)
@@ -34,6 +42,7 @@ public:
 private:
     QVariantMap m_values;
     QVariantMap m_written;
+    QHash<QString, Join> m_joins;
     int m_writes = 0;
 };
 

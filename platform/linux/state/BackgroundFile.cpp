@@ -22,6 +22,7 @@ std::optional<QByteArray> BackgroundFile::read() {
     const PlainFile file = PlainFile::read(m_path);
     if (file.isAbsent())
         return QByteArray();
+    m_written = file.contents;
     const QMutexLocker lock(&m_mutex);
     m_known = file.stamp;
     return file.error.isEmpty() ? std::optional(file.contents) : std::nullopt;
@@ -77,25 +78,29 @@ std::optional<QString> BackgroundFile::replace(const QByteArray& contents) {
     return error;
 }
 
-bool BackgroundFile::isAnothers(const PlainFile::Stamp& stamp) {
+bool BackgroundFile::isKnown(const PlainFile::Stamp& stamp) {
     const QMutexLocker lock(&m_mutex);
-    return !m_isFound && m_known != stamp;
+    return m_isFound || m_known == stamp;
 }
 
-// Whether there is a file that somebody has to be told of before it may be replaced.
+// Whether there is a file that somebody has to be told of before it may be replaced. Ours may only
+// have been touched, or be dated by a server.
 bool BackgroundFile::holdsBack() {
     if (!m_found)
         return false;
-    if (const auto stamp = PlainFile::look(m_path).stamp; stamp && isAnothers(*stamp)) {
-        m_written.clear();
-        const QMutexLocker lock(&m_mutex);
+    const auto stamp = PlainFile::look(m_path).stamp;
+    const PlainFile file = stamp && !isKnown(*stamp) ? PlainFile::read(m_path) : PlainFile();
+    const QMutexLocker lock(&m_mutex);
+    if (!file.isAbsent() && file.contents != m_written) {
         m_isFound = true;
-        m_runLoop.post([weak = m_lifeline.weak(), file = PlainFile::read(m_path)] {
+        m_runLoop.post([weak = m_lifeline.weak(), file] {
             if (BackgroundFile* const self = weak.get())
                 self->tellOfFound(file);
         });
+        m_written.clear();
+    } else if (file.stamp) {
+        m_known = file.stamp;
     }
-    const QMutexLocker lock(&m_mutex);
     return m_isFound;
 }
 

@@ -33,7 +33,7 @@ public:
 private:
     void writeNow(const Contents& make);
     [[nodiscard]] std::optional<QString> replace(const QByteArray& contents);
-    [[nodiscard]] bool isAnothers(const PlainFile::Stamp& stamp);
+    [[nodiscard]] bool isKnown(const PlainFile::Stamp& stamp);
     [[nodiscard]] bool holdsBack();
     void tellOfFound(const PlainFile& file);
 
@@ -44,7 +44,7 @@ private:
     std::vector<Written> m_waiting;          // guarded by the mutex, as the next two
     std::optional<PlainFile::Stamp> m_known; // of what was read or written here
     bool m_isFound = false;                  // another, of which nobody has been told yet
-    QByteArray m_written;                    // the writing thread's, as the next
+    QByteArray m_written;                    // the writing thread's, as the next; or read here
     bool m_isFailing = false;
     Found m_found;
     Lifeline<BackgroundFile> m_lifeline{*this};
