@@ -21,7 +21,7 @@ namespace {
 constexpr auto longestLoading = 5s;
 
 // More files at once would be heard as nothing but noise.
-constexpr std::size_t mostAtOnce = 8;
+constexpr std::size_t mostAtOnce = 16;
 
 SnoozeWindowController::Note titleFault() {
     return {QStringLiteral("The title cannot be spoken"), {}};
@@ -117,7 +117,8 @@ void AlarmRinger::textSpeakerBeganSpeakingText(TextSpeaker& speaker) {
         return;
     speaking->second.patience.cancel();
     speaking->second.voice = std::make_unique<RingMix::Voice>(
-        m_mix, [&speaker, alarm](float gain) { speaker.setVolume(alarm, gain); });
+        m_mix, [&speaker, alarm](float gain) { speaker.setVolume(alarm, gain); },
+        RingMix::Voice::Stage::Spoken);
 }
 
 // Of an alarm that was not heard the title is spoken again only where it is all that there is.

@@ -111,7 +111,7 @@ private:
     std::deque<AlarmPtr> m_waiting;
     PreparedSounds m_prepared;
     RingingAlarms m_ringing;
-    RingMix m_mix;
+    RingMix m_mix{m_surroundings.runLoop};
     std::map<AlarmPtr, RunLoopTimer> m_loading; // of which it is not known yet whether they play
     std::map<AlarmPtr, Speaking> m_speaking;
     std::list<Playing> m_playing;    // the oldest first

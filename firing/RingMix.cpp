@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "firing/RingMix.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -11,6 +12,9 @@ namespace {
 // Files go up to full scale: together these stay below nine tenths of it, however many there are.
 constexpr float frontGain = 0.75F;
 constexpr float gainOfTheOthers = 0.14F;
+
+// More than a sound server holds of a sound (see PulseVoice), so that a change is heard by then.
+constexpr RunLoop::Milliseconds longestHeld{150};
 
 // A sound whose own volume and whose place in the mix are two things.
 class MixedSound final : public Sound {
@@ -26,17 +30,21 @@ public:
             m_sound->setVolume(m_level * gain);
     }
 
-    // Not before it is loaded: what cannot be heard yet, or ever, is in nobody's way.
     bool play() override {
         const bool isKnown = m_sound->duration() > Seconds(0);
-        if (isKnown)
-            join();
+        using Stage = RingMix::Voice::Stage;
+        if (RingMix* const mix = m_mix.get(); mix && !m_voice)
+            m_voice.emplace(
+                *mix, [this](float gain) { setGain(gain); },
+                isKnown ? Stage::Sounding : Stage::Beginning);
         if (!m_sound->play())
             return false;
         if (!isKnown)
             m_sound->whenLoaded([this] {
-                if (m_sound->isPlaying() && m_sound->duration() > Seconds(0))
-                    join();
+                if (!m_sound->isPlaying() || m_sound->duration() <= Seconds(0))
+                    m_voice.reset();
+                else if (m_voice)
+                    m_voice->sounds();
             });
         return true;
     }
@@ -66,13 +74,9 @@ public:
     }
 
 private:
-    void join() {
-        RingMix* const mix = m_mix.get();
-        if (mix && !m_voice)
-            m_voice.emplace(*mix, [this](float gain) {
-                m_gain = gain;
-                m_sound->setVolume(m_level * m_gain);
-            });
+    void setGain(float gain) {
+        m_gain = gain;
+        m_sound->setVolume(m_level * gain);
     }
 
     const Lifeline<RingMix>::Weak m_mix;
@@ -85,10 +89,24 @@ private:
 
 } // namespace
 
-RingMix::Voice::Voice(RingMix& mix, SetGain setGain)
-    : m_mix(mix.m_lifeline.weak()), m_setGain(std::move(setGain)) {
+RingMix::Voice::Voice(RingMix& mix, SetGain setGain, Stage stage)
+    : m_mix(mix.m_lifeline.weak()), m_setGain(std::move(setGain)), m_stage(stage) {
     mix.m_voices.push_back(this);
+    if (stage == Stage::Sounding)
+        mix.keepSilent(*this);
     mix.balance();
+}
+
+void RingMix::Voice::sounds() {
+    RingMix* const mix = m_mix.get();
+    if (!mix || m_stage != Stage::Beginning)
+        return;
+    m_stage = Stage::Sounding;
+    std::erase(mix->m_voices, this);
+    mix->m_voices.push_back(this);
+    if (m_gain == 0)
+        mix->keepSilent(*this);
+    mix->balance();
 }
 
 RingMix::Voice::~Voice() {
@@ -97,13 +115,13 @@ RingMix::Voice::~Voice() {
         return;
     std::erase(mix->m_voices, this);
     mix->balance();
-    if (mix->m_voices.empty() && mix->m_fallenSilent)
+    if (mix->isSilent() && mix->m_fallenSilent)
         mix->m_fallenSilent();
 }
 
 bool RingMix::Voice::isInFront() const {
     const RingMix* const mix = m_mix.get();
-    return mix && mix->m_voices.back() == this;
+    return mix && mix->front() == this;
 }
 
 std::unique_ptr<Sound> RingMix::voiceOf(std::unique_ptr<Sound> sound,
@@ -117,14 +135,47 @@ void RingMix::setVolume(float volume) {
     balance();
 }
 
+RingMix::Voice* RingMix::front() const {
+    const auto newest = std::find_if(m_voices.rbegin(), m_voices.rend(), [](const Voice* voice) {
+        return voice->m_stage != Voice::Stage::Beginning;
+    });
+    return newest == m_voices.rend() ? nullptr : *newest;
+}
+
+// What the sound server holds of the others is heard as loud as it was.
+void RingMix::keepSilent(Voice& voice) {
+    if (std::none_of(m_voices.begin(), m_voices.end(),
+                     [&](const Voice* other) { return other != &voice && other->m_gain > 0; }))
+        return;
+    voice.m_isSilent = true;
+    voice.m_silence = m_runLoop.scheduleOnce(
+        longestHeld,
+        [this, &voice] {
+            voice.m_isSilent = false;
+            balance();
+        },
+        RunLoopMode::Common);
+}
+
+float RingMix::shareOf(const Voice& voice) const {
+    const Voice* const inFront = front();
+    // Of several that only begin the first is heard, so that a ring is never late.
+    if (!inFront)
+        return &voice == m_voices.front() ? 1 : 0;
+    const auto others =
+        std::count_if(m_voices.begin(), m_voices.end(), [inFront](const Voice* each) {
+            return each != inFront && each->m_stage != Voice::Stage::Beginning;
+        });
+    if (&voice == inFront)
+        return others == 0 ? 1 : frontGain;
+    return voice.m_stage == Voice::Stage::Beginning ? 0 : gainOfTheOthers / float(others);
+}
+
 // Quieter first: nothing is to be too loud between two changes.
 void RingMix::balance() {
-    const auto others = float(m_voices.size()) - 1;
     for (Voice* const voice : m_voices) {
-        const bool isInFront = voice == m_voices.back();
-        const float gain = m_volume * (m_voices.size() == 1 ? 1
-                                       : isInFront          ? frontGain
-                                                            : gainOfTheOthers / others);
+        voice->m_isSilent = voice->m_isSilent && m_voices.size() > 1;
+        const float gain = voice->m_isSilent ? 0 : m_volume * shareOf(*voice);
         if (std::exchange(voice->m_gain, gain) != gain)
             voice->m_setGain(gain);
     }

@@ -19,7 +19,8 @@ TEST_F(RingingTest, aWindowThatOthersMayHideHasANotificationThatAnswersIt) {
                                             "0 tea cleared", "0 no notice"));
 }
 
-// Quieter than full scale, however many: the newest in front, the others far behind.
+// Quieter than full scale, however many: the newest in front, the others far behind, and none is
+// heard before these have gone back.
 TEST_F(RingingTest, soundsOfAlarmsThatRingTogetherAreMixedAndADrownedOneIsHeardAfterwards) {
     for (const char* path : {"long", "short", "fading"})
         player.setFile(QString::fromLatin1(path), {.duration = *path == 's' ? 2s : 6s});
@@ -32,27 +33,30 @@ TEST_F(RingingTest, soundsOfAlarmsThatRingTogetherAreMixedAndADrownedOneIsHeardA
     loop.advance(2s);
     m_ringer.deactivateAlarm(answered);
     loop.advance(10s);
-    EXPECT_THAT(
-        trace.events(),
-        ElementsAre("0 flash", "0 ping play", "1000 ping finished", "1000 ping play",
-                    "1500 long play", "1500 flash", "1500 short play", "1500 flash",
-                    "1500 ping volume 0.14", "1500 long volume 0.75", "1500 ping volume 0.07",
-                    "1500 long volume 0.07", "1500 short volume 0.75", "2000 ping finished",
-                    "2000 ping play", "2000 fading play", "2000 flash", "2000 ping volume 0.05",
-                    "2000 long volume 0.05", "2000 short volume 0.05", "2000 fading volume 0.75",
-                    "3000 ping finished", "3000 long volume 0.07", "3000 short volume 0.07",
-                    "3500 short finished", "3500 long volume 0.14", "4000 long stop",
-                    "4000 fading volume 1.00", "8000 fading finished", "8000 short play",
-                    "10000 short finished"));
+    EXPECT_THAT(trace.events(),
+                ElementsAre("0 flash", "0 ping play", "1000 ping finished", "1000 ping play",
+                            "1500 long volume 0.00", "1500 long play", "1500 flash",
+                            "1500 short volume 0.00", "1500 short play", "1500 flash",
+                            "1500 ping volume 0.14", "1500 ping volume 0.07",
+                            "1650 long volume 0.07", "1650 short volume 0.75", "2000 ping finished",
+                            "2000 ping play", "2000 fading volume 0.00", "2000 fading play",
+                            "2000 flash", "2000 ping volume 0.05", "2000 long volume 0.05",
+                            "2000 short volume 0.05", "2150 fading volume 0.75",
+                            "3000 ping finished", "3000 long volume 0.07", "3000 short volume 0.07",
+                            "3500 short finished", "3500 long volume 0.14", "4000 long stop",
+                            "4000 fading volume 1.00", "8000 fading finished", "8000 short play",
+                            "10000 short finished"));
     m_volume = 0.5F;
     for (int i = 0; i < 12; ++i)
         ring({.title = "one of many", .sound = "ping"});
-    loop.advance(100ms);
-    double sum = 0;
-    for (const Sound* sound : player.sounds())
-        sum += double(sound->volume());
-    EXPECT_EQ(player.sounds().size(), 12U);
-    EXPECT_NEAR(sum, 0.445, 0.001);
+    for (const auto& [wait, loudest] : {std::pair(1ms, 0.5), {100ms, 0.5}, {100ms, 0.445}}) {
+        loop.advance(wait);
+        double sum = 0;
+        for (const Sound* sound : player.sounds())
+            sum += double(sound->volume());
+        EXPECT_EQ(player.sounds().size(), 12U);
+        EXPECT_LT(sum, loudest + 0.001);
+    }
 }
 
 TEST_F(RingingTest, spokenTitleComesBeforeTheSoundOfAnAlarmThatStillRings) {
