@@ -257,8 +257,9 @@ void bfApp::checkEditorAssignments(const Bundle& bundle) {
     for (const QString& scheme : schemes.toStringList())
         handlers.applicationForScheme(
             scheme, [&handlers, scheme, bundlePath](const UrlSchemes::Handler& handler) {
+                // At a first start nobody opens them, and that is no fault.
                 if (handler.status != 0)
-                    qCInfo(logApp, "error %d, %s// schema", handler.status, qPrintable(scheme));
+                    qCDebug(logApp, "error %d, %s// schema", handler.status, qPrintable(scheme));
                 if (handler.status != 0 || handler.bundlePath != bundlePath)
                     handlers.registerBundle(bundlePath, scheme);
             });

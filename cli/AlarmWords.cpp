@@ -5,6 +5,7 @@
 #include "core/AlarmPause.h"
 #include "core/DateHelpers.h"
 #include "core/Isolated.h"
+#include "core/ShownTitle.h"
 
 #include <algorithm>
 #include <optional>
@@ -19,6 +20,11 @@ QDateTime dueOf(const QVariantMap& alarm) {
 
 bool rings(const QVariantMap& alarm) {
     return alarm.value(key::ringing).toBool();
+}
+
+// In a bar, which nobody types from.
+QString titleInBar(const QVariantMap& alarm) {
+    return shownTitle(alarm.value(key::title).toString(), alarm.value(key::minutes).toLongLong());
 }
 
 QString interval(const QVariantMap& alarm) {
@@ -87,7 +93,7 @@ QString toolTip(const QVariantList& alarms, const QDateTime& now) {
         if (!rings(alarm) && !alarm.contains(key::due))
             continue;
         lines << (rings(alarm) ? QStringLiteral("now") : shortMoment(dueOf(alarm), now)) +
-                     QStringLiteral("  ") + isolated(alarm.value(key::title).toString());
+                     QStringLiteral("  ") + isolated(titleInBar(alarm));
     }
     return lines.isEmpty() ? QStringLiteral("No alarms") : lines.join(u'\n');
 }
@@ -198,7 +204,7 @@ StatusReport statusReport(const QVariantList& alarms, const QVariantMap& propert
     QStringList ringing;
     for (const QVariant& alarm : alarms)
         if (rings(alarm.toMap()))
-            ringing << alarm.toMap().value(key::title).toString();
+            ringing << titleInBar(alarm.toMap());
     const std::optional<QVariantMap> next = nextOf(alarms);
 
     StatusReport report{.line = QStringLiteral("No alarms"), .json = {}};
@@ -206,8 +212,7 @@ StatusReport statusReport(const QVariantList& alarms, const QVariantMap& propert
         report.line = ringingText(ringing);
         report.json = json(QStringLiteral("ringing"), report.line, toolTip(alarms, now));
     } else if (next) {
-        report.line =
-            shortMoment(dueOf(*next), now) + u' ' + isolated(next->value(key::title).toString());
+        report.line = shortMoment(dueOf(*next), now) + u' ' + isolated(titleInBar(*next));
         report.json = json(QStringLiteral("set"), report.line, toolTip(alarms, now));
     } else {
         report.json = json(QStringLiteral("idle"), {}, toolTip(alarms, now));

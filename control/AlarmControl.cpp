@@ -8,6 +8,7 @@
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
 #include "core/Rearm.h"
+#include "core/ShownTitle.h"
 #include "core/StoredAlarms.h"
 
 #include <algorithm>
@@ -114,7 +115,7 @@ AlarmControl::AlarmControl(Surroundings surroundings)
 
 // One with a title is an alarm as the editor makes it.
 void AlarmControl::addTimer(const Asker& asker, quint32 minutes, const QString& title) {
-    const QString wanted = title.isEmpty() ? QStringLiteral("default") : title;
+    const QString wanted = title.isEmpty() ? quickTitle : title;
     const auto request = read({{key::title, wanted}, {key::minutes, minutes}});
     if (const Refusal* const refused = std::get_if<Refusal>(&request))
         return asker.made(*refused);

@@ -5,6 +5,7 @@
 #include "core/IntervalRule.h"
 #include "core/LocalTime.h"
 #include "core/NextOccurrence.h"
+#include "core/ShownTitle.h"
 
 #include <algorithm>
 
@@ -76,7 +77,7 @@ QDateTime timeOf(const AlarmForm& form, const QDateTime& now, const QString& tod
 }
 
 AlarmPtr quickAlarm(int minutes, const RingDefaults& ring, const QDateTime& now) {
-    AlarmPtr alarm = Alarm::initWithTime(now, QStringLiteral("default"));
+    AlarmPtr alarm = Alarm::initWithTime(now, quickTitle);
     alarm->setSnoozeTime(ring.snooze);
     alarm->setIsMinuteUnits(true);
     alarm->setRingWithinUnits(minutes);

@@ -2,6 +2,7 @@
 #include "firing/SnoozeWindowController.h"
 
 #include "core/DateHelpers.h"
+#include "core/ShownTitle.h"
 #include "firing/SnoozeWindowControllerDelegate.h"
 #include "firing/SnoozeWindowStack.h"
 #include "firing/TitleLines.h"
@@ -131,8 +132,8 @@ SnoozeWindowController::~SnoozeWindowController() = default;
 void SnoozeWindowController::setAlarm(const AlarmPtr& alarm) {
     using namespace std::chrono;
     m_form->timeLabel->setText(shortDayTimeString(alarm->time(instantNow(m_runLoop))));
-    showTitle(alarm->title(), *m_form->titleLabel);
-    m_window->setAccessibleName(alarm->title());
+    showTitle(shownTitle(*alarm), *m_form->titleLabel);
+    m_window->setAccessibleName(shownTitle(*alarm));
     m_windowAlarm = alarm;
     m_snoozeLength = alarm->snoozeTime();
     // A record without a snooze time must not vanish before it was seen.
@@ -156,7 +157,7 @@ void SnoozeWindowController::showNotice() {
         return;
     const auto snooze = QStringLiteral("snooze");
     m_notice->show(
-        m_windowAlarm->title(), m_form->timeLabel->text(),
+        shownTitle(*m_windowAlarm), m_form->timeLabel->text(),
         {{snooze, QStringLiteral("Snooze")}, {QStringLiteral("clear"), QStringLiteral("Clear")}},
         [&runLoop = m_runLoop, snooze, weak = std::weak_ptr(m_self)](const QString& key) {
             runLoop.defer([weak, press = key == snooze

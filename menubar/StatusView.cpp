@@ -6,6 +6,7 @@
 #include "core/Isolated.h"
 #include "core/LocalTime.h"
 #include "core/NotificationNames.h"
+#include "core/ShownTitle.h"
 #include "core/WholeSecond.h"
 #include "menubar/OneLine.h"
 #include "platform/StatusItem.h"
@@ -120,7 +121,7 @@ void StatusView::showToolTip(const AlarmPtr& nearest, Instant moment) {
     QString text = QStringLiteral("Dorvane");
     if (nearest) {
         constexpr int longestTitle = 60;
-        const QString title = isolated(oneLine(nearest->title(), longestTitle));
+        const QString title = isolated(oneLine(shownTitle(*nearest), longestTitle));
         text = dayTimeString(nearest->time(moment), localDateTimeOf(moment));
         if (!title.isEmpty())
             text += QStringLiteral(" \u2013 ") + title;
