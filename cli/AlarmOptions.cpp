@@ -150,6 +150,8 @@ std::vector<CommandOption> alarmOptions(const CommandServices& services) {
                         : QStringList(QString());
          }},
         {"fade", "Plays a long sound for 20 seconds."},
+        {"until-answered", "Its sound goes on until it is answered, for as long as its snooze."},
+        {"softly", "Its sound begins quietly and grows for ten seconds."},
         {"voice", "Speaks the title first.", "NAME"},
         {"snooze", "Minutes that Snooze puts it off for.", "MINUTES",
          oneOf("1 2 3 5 7 9 10 15 20 30 45 60")},
@@ -161,7 +163,8 @@ std::variant<QVariantMap, QString> readAlarmOptions(const QCommandLineParser& pa
                                                     const QLocale& territory, const QDateTime& now,
                                                     const std::optional<QVariantMap>& edited) {
     QVariantMap alarm;
-    for (const QString& flag : {key::repeat, key::everyDay, key::everyWeek, key::fade, key::store})
+    for (const QString& flag : {key::repeat, key::everyDay, key::everyWeek, key::fade,
+                                key::untilAnswered, key::softly, key::store})
         if (parser.isSet(flag))
             alarm.insert(flag, true);
     QString fault = conflictIn(parser, edited.has_value());

@@ -110,6 +110,8 @@ const std::array keys{
     Key{key::everyWeek, readFlag<&Draft::everyWeek>},
     Key{key::sound, readText<&Draft::sound, longestName>},
     Key{key::fade, readFlag<&Draft::fade>},
+    Key{key::untilAnswered, readFlag<&Draft::untilAnswered>},
+    Key{key::softly, readFlag<&Draft::softly>},
     Key{key::voice, readText<&Draft::voice, longestName>},
     Key{key::snooze, readNumber<&Draft::snooze>},
     Key{key::store, readFlag<&Draft::store>},

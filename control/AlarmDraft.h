@@ -23,7 +23,7 @@ struct AlarmDraft {
     std::optional<QString> date; // which day it means depends on the time
     bool isDateKept = false;     // it is the one that the alarm had
     std::optional<WeekdaySet> weekdays;
-    std::optional<bool> repeat, everyDay, everyWeek, fade, store;
+    std::optional<bool> repeat, everyDay, everyWeek, fade, untilAnswered, softly, store;
 };
 
 // Reads what a description says, each key by itself; see docs/bus.md.

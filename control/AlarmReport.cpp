@@ -37,6 +37,8 @@ QVariantMap reportOf(const Alarm& alarm, Instant now) {
     QVariantMap report{{key::title, alarm.title()},
                        {key::sound, alarm.isPlaySound() ? alarm.soundPath() : QStringLiteral("")},
                        {key::fade, alarm.shouldFadeIn()},
+                       {key::untilAnswered, alarm.ringsUntilAnswered()},
+                       {key::softly, alarm.startsSoftly()},
                        {key::voice, alarm.isSpeakAlarmName() ? alarm.voiceName() : QString()},
                        {key::snooze, alarm.snoozeTime()}};
     reportWhen(report, alarm);

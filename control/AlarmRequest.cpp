@@ -163,6 +163,8 @@ std::variant<AlarmRequest, Refusal> readRequest(const QVariantMap& description,
         return *outcome;
     request.form.title = *draft.title;
     request.form.shouldFadeIn = draft.fade.value_or(false);
+    request.form.ringsUntilAnswered = draft.untilAnswered.value_or(false);
+    request.form.startsSoftly = draft.softly.value_or(false);
     request.sound = draft.sound;
     request.voice = draft.voice.value_or(QString());
     request.isStored = draft.store.value_or(false);
@@ -192,6 +194,8 @@ std::variant<AlarmRequest, Refusal> readChanges(const QVariantMap& changes, cons
         return *outcome;
     request.form.title = draft.title.value_or(form.title);
     request.form.shouldFadeIn = draft.fade.value_or(form.shouldFadeIn);
+    request.form.ringsUntilAnswered = draft.untilAnswered.value_or(form.ringsUntilAnswered);
+    request.form.startsSoftly = draft.softly.value_or(form.startsSoftly);
     request.sound = draft.sound;
     request.voice = draft.voice.value_or(QString());
     if (draft.voice) { // until the other is found

@@ -159,6 +159,12 @@ public:
     // Despite the name, plays for a limited time and fades out at its end.
     [[nodiscard]] bool shouldFadeIn() const { return m_stored.shouldFadeIn; }
     void setShouldFadeIn(bool on) { m_stored.shouldFadeIn = on; }
+    // The sound goes on, for as long as the alarm rings.
+    [[nodiscard]] bool ringsUntilAnswered() const { return m_stored.ringsUntilAnswered; }
+    void setRingsUntilAnswered(bool on) { m_stored.ringsUntilAnswered = on; }
+    // The sound begins quietly and is at its volume after ten seconds.
+    [[nodiscard]] bool startsSoftly() const { return m_stored.startsSoftly; }
+    void setStartsSoftly(bool on) { m_stored.startsSoftly = on; }
     [[nodiscard]] bool shouldRepeat() const { return m_stored.shouldRepeat; }
     void setShouldRepeat(bool on) { m_stored.shouldRepeat = on; }
     [[nodiscard]] bool shouldUseEveryDay() const { return m_stored.shouldUseEveryDay; }
@@ -248,6 +254,8 @@ private:
         bool isMinuteUnits = false;
         bool isSpeakAlarmName = false;
         bool shouldFadeIn = false;
+        bool ringsUntilAnswered = false;
+        bool startsSoftly = false;
         bool shouldRepeat = false;
         bool shouldUseEveryDay = false;
         bool shouldUseForever = false;

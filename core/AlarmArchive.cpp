@@ -74,7 +74,17 @@ Field snoozeTimeField() {
             }};
 }
 
-// A key of our own, which other readers pass over, and which most alarms are without.
+// Keys of our own, which other readers pass over, and which most alarms are without.
+template<bool (Alarm::*get)() const, void (Alarm::*set)(bool)>
+Field ownFlag(const QString& key) {
+    Field own = field<get, set>(key);
+    own.encode = [](const Alarm& alarm, KeyedArchiver& coder, const QString& name) {
+        if ((alarm.*get)())
+            coder.encodeBool(true, name);
+    };
+    return own;
+}
+
 Field wishedTimeField() {
     static const QString format = QStringLiteral("HH:mm");
     return {QStringLiteral("wishedTimeOfDay"),
@@ -118,6 +128,9 @@ const std::vector<Field>& fields() {
         field<&A::isRunOnSun, &A::setIsRunOnSun>(QStringLiteral("RunOnSunday")),
         field<&A::shouldUseForever, &A::setShouldUseForever>(QStringLiteral("ShouldUseForever")),
         wishedTimeField(),
+        ownFlag<&A::ringsUntilAnswered, &A::setRingsUntilAnswered>(
+            QStringLiteral("ringsUntilAnswered")),
+        ownFlag<&A::startsSoftly, &A::setStartsSoftly>(QStringLiteral("startsSoftly")),
     };
     return all;
 }

@@ -24,6 +24,8 @@ AlarmPtr alarmWithSettingsOf(const AlarmForm& form) {
     alarm->setIsPlaySound(form.isPlaySound);
     alarm->setIsSpeakAlarmName(form.isSpeakAlarmName);
     alarm->setShouldFadeIn(form.shouldFadeIn);
+    alarm->setRingsUntilAnswered(form.ringsUntilAnswered);
+    alarm->setStartsSoftly(form.startsSoftly);
     alarm->setVoiceName(form.voiceName);
     alarm->setShouldRepeat(form.shouldRepeat);
     alarm->setShouldUseEveryDay(form.shouldUseEveryDay);

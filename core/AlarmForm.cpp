@@ -64,6 +64,8 @@ AlarmForm formFilledFrom(const Alarm& alarm, AlarmForm form, Instant now) {
     form.soundPath = alarm.soundPath();
     form.isPlaySound = alarm.isPlaySound();
     form.shouldFadeIn = alarm.shouldFadeIn();
+    form.ringsUntilAnswered = alarm.ringsUntilAnswered();
+    form.startsSoftly = alarm.startsSoftly();
     form.voiceName = alarm.voiceName();
     form.isSpeakAlarmName = alarm.isSpeakAlarmName();
     return form;

@@ -41,6 +41,8 @@ struct AlarmForm {
     bool isPlaySound = false;
     QString soundPath;
     bool shouldFadeIn = false;
+    bool ringsUntilAnswered = false;
+    bool startsSoftly = false;
 
     // Empty for none.
     bool isSpeakAlarmName = false;

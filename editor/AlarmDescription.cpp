@@ -68,7 +68,11 @@ QString actionPiece(const AlarmForm& form) {
     const QString sound = QLatin1Char('\'') + soundName(form.soundPath) + QLatin1Char('\'');
     piece += speaks ? QStringLiteral(" and sound ") + sound + QStringLiteral(" will be played")
                     : QStringLiteral("will be played with sound ") + sound;
-    return form.shouldFadeIn ? piece + QStringLiteral(" fading in") : piece;
+    if (form.shouldFadeIn)
+        piece += QStringLiteral(" fading in");
+    if (form.startsSoftly)
+        piece += QStringLiteral(", softly at first");
+    return form.ringsUntilAnswered ? piece + QStringLiteral(", until it is answered") : piece;
 }
 
 } // namespace

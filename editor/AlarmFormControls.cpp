@@ -73,6 +73,8 @@ void AlarmFormControls::readInto(AlarmForm& form) const {
     form.snoozeTime = m_controls.snoozeTimePopUp->currentText().toLongLong();
     form.isPlaySound = m_controls.playSoundCheck->isChecked();
     form.shouldFadeIn = m_controls.shouldFadeInCheck->isChecked();
+    form.ringsUntilAnswered = m_controls.untilAnsweredCheck->isChecked();
+    form.startsSoftly = m_controls.softlyCheck->isChecked();
     form.isSpeakAlarmName = m_controls.speakNameCheck->isChecked();
 }
 
@@ -92,6 +94,8 @@ void AlarmFormControls::show(const AlarmForm& form) {
     showSnooze(form.snoozeTime);
     m_controls.playSoundCheck->setChecked(form.isPlaySound);
     m_controls.shouldFadeInCheck->setChecked(form.shouldFadeIn);
+    m_controls.untilAnsweredCheck->setChecked(form.ringsUntilAnswered);
+    m_controls.softlyCheck->setChecked(form.startsSoftly);
     m_controls.speakNameCheck->setChecked(form.isSpeakAlarmName);
 }
 
@@ -110,7 +114,9 @@ void AlarmFormControls::apply(const FormEnabling& enabling) {
     m_controls.selectSoundButton->setEnabled(enabling.selectSoundButton);
     m_controls.playButton->setEnabled(enabling.playButton);
     m_controls.Volume->setEnabled(enabling.playButton);
-    m_controls.shouldFadeInCheck->setEnabled(enabling.shouldFadeInCheck);
+    for (QCheckBox* box :
+         {m_controls.shouldFadeInCheck, m_controls.untilAnsweredCheck, m_controls.softlyCheck})
+        box->setEnabled(enabling.shouldFadeInCheck);
     m_controls.voiceNamePopUp->setEnabled(enabling.voiceNamePopUp);
 }
 

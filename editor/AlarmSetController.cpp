@@ -116,8 +116,9 @@ void AlarmSetController::wireWhen() {
 void AlarmSetController::wireAction() {
     connect(m_controls->playSoundCheck, &QCheckBox::clicked, this,
             [this] { changed(&FormEnabling::playSoundCheckChanged); });
-    connect(m_controls->shouldFadeInCheck, &QCheckBox::clicked, this,
-            [this] { manageDescriptionLabel(); });
+    for (QCheckBox* box :
+         {m_controls->shouldFadeInCheck, m_controls->untilAnsweredCheck, m_controls->softlyCheck})
+        connect(box, &QCheckBox::clicked, this, [this] { manageDescriptionLabel(); });
     connect(m_controls->speakNameCheck, &QCheckBox::clicked, this,
             [this] { changed(&FormEnabling::speakNameCheckChanged); });
     connect(m_sound, &SoundChoice::soundPathChanged, this,

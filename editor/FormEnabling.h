@@ -14,8 +14,8 @@ struct FormEnabling {
     bool weekly = false;       // alarmButton, atAlarmTimePicker, the weekday boxes
     bool foreverCheck = false;
     bool selectSoundButton = false;
-    bool playButton = false; // with the volume of the preview
-    bool shouldFadeInCheck = false;
+    bool playButton = false;        // with the volume of the preview
+    bool shouldFadeInCheck = false; // with the other boxes for how the sound plays
     bool voiceNamePopUp = false;
 
     void alarmTimeRadioChanged(const AlarmForm& form);

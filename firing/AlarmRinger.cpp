@@ -23,8 +23,18 @@ constexpr auto longestLoading = 5s;
 // More files at once would be heard as nothing but noise.
 constexpr std::size_t mostAtOnce = 16;
 
+constexpr int alertPlays = 3;
+
+// However short the sound is, its rounds are no faster.
+constexpr auto shortestRound = 1s;
+
 SnoozeWindowController::Note titleFault() {
     return {QStringLiteral("The title cannot be spoken"), {}};
+}
+
+// Its sound is more than one play that nobody ends.
+bool ringsInRounds(const Alarm& alarm) {
+    return alarm.ringsUntilAnswered() || alarm.startsSoftly();
 }
 
 bool speaks(const Alarm& alarm) {
@@ -169,10 +179,11 @@ void AlarmRinger::soundAlarm(const AlarmPtr& alarm) {
         return;
     const QString& path = alarm->soundPath();
     auto ended = m_ringing.soundBegins(alarm);
-    if (m_surroundings.isSystemSound(path)) {
+    std::erase(m_covered, alarm);
+    if (m_surroundings.isSystemSound(path) && !ringsInRounds(*alarm)) {
         auto sound = m_mix.voiceOf(m_prepared.take(path));
         watchLoading(alarm, *sound);
-        m_surroundings.repeat.play(std::move(sound), 3, std::move(ended));
+        m_surroundings.repeat.play(std::move(sound), alertPlays, std::move(ended));
         return;
     }
     auto sound = m_mix.voiceOf(m_prepared.take(path), [this, alarm] {
@@ -194,12 +205,45 @@ void AlarmRinger::playFile(const AlarmPtr& alarm, std::unique_ptr<Sound> sound,
         found = m_playing.emplace(m_playing.end(), alarm, m_surroundings.runLoop);
     FadingSound& file = found->sound.replace(std::move(sound), [this, alarm, ended](bool isHeard) {
         ended(isHeard);
-        m_playing.erase(playing(AlarmPtr(alarm)));
+        const AlarmPtr heard = alarm; // which goes with what played
+        m_playing.erase(playing(heard));
+        if (isHeard)
+            nextRound(heard);
     });
+    if (ringsInRounds(*alarm))
+        beginRound(alarm, file);
     if (alarm->shouldFadeIn() ? file.playFor(20s, 10s) : file.sound().play())
         return;
     ended(false);
     m_playing.erase(found);
+}
+
+void AlarmRinger::beginRound(const AlarmPtr& alarm, FadingSound& file) {
+    const auto now = m_surroundings.runLoop.uptime();
+    const auto [kept, isFirst] = m_rounds.try_emplace(alarm);
+    Rounds& rounds = kept->second;
+    if (isFirst)
+        rounds.begun = now;
+    rounds.last = now;
+    rounds.next.cancel();
+    ++rounds.count;
+    if (alarm->startsSoftly())
+        file.rise(now - rounds.begun);
+}
+
+// Not in the turn in which the last one ended, and no faster than a person hears as a sound.
+void AlarmRinger::nextRound(const AlarmPtr& alarm) {
+    const auto found = m_rounds.find(alarm);
+    if (found == m_rounds.end())
+        return;
+    Rounds& rounds = found->second;
+    const bool isAlert = m_surroundings.isSystemSound(alarm->soundPath());
+    if (!alarm->ringsUntilAnswered() && !(isAlert && rounds.count < alertPlays))
+        return;
+    rounds.next = m_surroundings.runLoop.scheduleOnce(
+        std::max<RunLoop::Milliseconds>(0ms, rounds.last + shortestRound -
+                                                 m_surroundings.runLoop.uptime()),
+        [this, alarm] { soundAlarm(AlarmPtr(alarm)); }, RunLoopMode::Common);
 }
 
 std::list<AlarmRinger::Playing>::iterator AlarmRinger::playing(const AlarmPtr& alarm) {
@@ -209,7 +253,10 @@ std::list<AlarmRinger::Playing>::iterator AlarmRinger::playing(const AlarmPtr& a
 
 // Nothing sounds any more: whoever was drowned by others and still rings is heard now.
 void AlarmRinger::goOn() {
-    std::erase_if(m_covered, [](const AlarmPtr& alarm) { return !alarm->isTriggered(); });
+    std::erase_if(m_covered, [this](const AlarmPtr& alarm) {
+        const auto rounds = m_rounds.find(alarm);
+        return !alarm->isTriggered() || (rounds != m_rounds.end() && rounds->second.next);
+    });
     if (!m_mix.isSilent() || !m_loading.empty() || m_covered.empty())
         return;
     const AlarmPtr alarm = std::move(m_covered.back());
@@ -247,13 +294,21 @@ void AlarmRinger::ringStandIn(const AlarmPtr& alarm, const SnoozeWindowControlle
     m_ringing.setFault(alarm, note);
     m_surroundings.repeat.play(
         m_mix.voiceOf(m_surroundings.player.ringWithContentsOfFile(m_surroundings.standInPath())),
-        3, m_ringing.soundBegins(alarm));
+        alertPlays,
+        [weak = m_lifeline.weak(), alarm, note, ended = m_ringing.soundBegins(alarm)](bool heard) {
+            ended(heard);
+            AlarmRinger* const self = weak.get();
+            if (self && heard && alarm->isTriggered() && alarm->isPlaySound() &&
+                alarm->ringsUntilAnswered())
+                self->ringStandIn(alarm, note);
+        });
 }
 
 void AlarmRinger::deactivateAlarm(const AlarmPtr& alarm) {
     alarm->setIsTriggered(false);
     m_loading.erase(alarm);
     m_speaking.erase(alarm);
+    m_rounds.erase(alarm);
     m_surroundings.textSpeaker.stopSpeaking(alarm);
     m_ringing.remove(alarm);
     if (const auto found = playing(alarm); found != m_playing.end())

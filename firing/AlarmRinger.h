@@ -69,7 +69,9 @@ public:
     // user does; any other file once, or for 20 s with its end faded. In place of a file that is
     // gone, cannot be decoded or keeps its disk waiting, an alert sound is heard, and the window
     // says so. Sounds of alarms that ring together are mixed, see RingMix; a file that came to its
-    // end behind another sound is heard once more in the silence after that.
+    // end behind another sound is heard once more in the silence after that. The sound of an alarm
+    // that rings until it is answered follows on itself until then; it, and one that starts softly,
+    // ends with the answer in any case.
     void soundAlarm(const AlarmPtr& alarm);
 
     // The alarm rings no more: ends its speech and its sound, and with the last alarm that rings
@@ -94,10 +96,20 @@ private:
     void ring(const AlarmPtr& alarm);
     void speakTitle(const AlarmPtr& alarm);
     void cannotSpeak(const AlarmPtr& alarm, SnoozeWindowController::Note why);
+    // What an alarm that rings so has had of its sound.
+    struct Rounds {
+        RunLoop::Milliseconds begun{0}; // uptime
+        RunLoop::Milliseconds last{0};  // uptime of the last one's beginning
+        int count = 0;
+        RunLoopTimer next;
+    };
+
     void playFile(const AlarmPtr& alarm, std::unique_ptr<Sound> sound, RingingAlarms::Ended ended);
     [[nodiscard]] std::list<Playing>::iterator playing(const AlarmPtr& alarm);
     void soundAgain(const AlarmPtr& alarm, RingingAlarms::Again which);
     void goOn();
+    void beginRound(const AlarmPtr& alarm, FadingSound& file);
+    void nextRound(const AlarmPtr& alarm);
     void watchLoading(const AlarmPtr& alarm, Sound& sound);
     void ringStandIn(const AlarmPtr& alarm, const SnoozeWindowController::Note& note);
     void ringStandInForFile(const AlarmPtr& alarm, const QString& note);
@@ -114,7 +126,8 @@ private:
     RingMix m_mix{m_surroundings.runLoop};
     std::map<AlarmPtr, RunLoopTimer> m_loading; // of which it is not known yet whether they play
     std::map<AlarmPtr, Speaking> m_speaking;
-    std::list<Playing> m_playing;    // the oldest first
+    std::list<Playing> m_playing; // the oldest first
+    std::map<AlarmPtr, Rounds> m_rounds;
     std::vector<AlarmPtr> m_covered; // to be heard once more, the newest last
     Lifeline<AlarmRinger> m_lifeline{*this};
 };

@@ -7,6 +7,10 @@ namespace dorvane {
 
 namespace {
 
+constexpr Sound::Seconds riseTime(10);
+constexpr Sound::Seconds riseStep(0.2);
+constexpr float softest = 0.1F;
+
 RunLoop::Milliseconds milliseconds(Sound::Seconds seconds) {
     return std::chrono::round<RunLoop::Milliseconds>(seconds);
 }
@@ -31,6 +35,20 @@ bool FadingSound::playFor(Seconds playTime, Seconds fadeStart) {
         whenHeardFor(playTime - Sound::latestStart, m_stopTimer, [this] { scheduleStop(); });
     });
     return true;
+}
+
+void FadingSound::rise(Seconds heardAlready) {
+    const auto grow = [this, heardAlready] {
+        const Seconds time = heardAlready + m_sound->currentTime();
+        const bool isOver = time >= riseTime - riseStep; // before a fade begins
+        m_sound->setVolume(isOver ? 1 : softest + (1 - softest) * float(time / riseTime));
+        if (isOver)
+            m_riseTimer.cancel();
+    };
+    grow();
+    if (heardAlready < riseTime)
+        m_riseTimer =
+            m_runLoop.scheduleRepeating(milliseconds(riseStep), grow, RunLoopMode::Common);
 }
 
 // A sound may be heard later than it was asked for, and its position says by how much. The timers
@@ -61,6 +79,7 @@ void FadingSound::scheduleStop() {
 }
 
 void FadingSound::stop() {
+    m_riseTimer.cancel();
     m_fadeTimer.cancel();
     m_stopTimer.cancel();
     m_sound->stop();

@@ -9,7 +9,8 @@
 
 namespace dorvane {
 
-// A sound that is played for a limited time and gets quieter toward its end. Main thread only;
+// A sound that may grow at its beginning, and may be played for a limited time and get quieter
+// toward its end. Main thread only;
 // destroying it stops the sound.
 class FadingSound {
 public:
@@ -23,6 +24,10 @@ public:
     // `playTime`, a shorter one plays to its end as it is. Both count from the moment at which it
     // is heard. A volume of zero is raised to a half first. False when the sound cannot be played.
     bool playFor(Seconds playTime, Seconds fadeStart);
+
+    // Has the sound grow from a tenth of its volume to all of it within its first ten seconds, of
+    // which so many have been heard already. To be called before it plays.
+    void rise(Seconds heardAlready);
 
     void stop();
 
@@ -39,6 +44,7 @@ private:
     RunLoop& m_runLoop;
     RunLoop::Milliseconds m_asked{0}; // the uptime of playFor()
     bool m_isOver = false;
+    RunLoopTimer m_riseTimer;
     RunLoopTimer m_fadeTimer;
     RunLoopTimer m_stopTimer;
     // Last, so that it goes first and no callback of it meets a timer that is gone.

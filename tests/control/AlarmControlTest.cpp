@@ -261,6 +261,8 @@ TEST_F(AlarmControlTest, whatIsReportedOfAnAlarmMakesTheSameAgain) {
                       {u"weekdays"_qs, QStringList{u"mon"_qs, u"sun"_qs}},
                       {u"every-week"_qs, true},
                       {u"fade"_qs, true},
+                      {u"until-answered"_qs, true},
+                      {u"softly"_qs, true},
                       {u"voice"_qs, u"Ann"_qs}}}) {
         QVariantMap stored = description;
         stored.insert(u"store"_qs, true);

@@ -66,7 +66,7 @@ TEST_F(AlarmSetControllerTest, keepsEverySettingThroughControlsFormAlarmLibraryA
     const auto everything = [](AlarmOf alarm) {
         alarm.title = "Tea";
         alarm.time = alarm.kind == Alarm::Relative ? nullptr : "11-21 21:15";
-        alarm.everyDay = alarm.repeats = alarm.fades = true;
+        alarm.everyDay = alarm.repeats = alarm.fades = alarm.untilAnswered = alarm.softly = true;
         alarm.forever = alarm.kind == Alarm::Weekly;
         alarm.snoozeTime = 20;
         alarm.sound = "/bell.ogg";

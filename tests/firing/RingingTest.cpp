@@ -59,6 +59,22 @@ TEST_F(RingingTest, soundsOfAlarmsThatRingTogetherAreMixedAndADrownedOneIsHeardA
     }
 }
 
+TEST_F(RingingTest, soundThatStartsSoftlyGrowsForTenSecondsHoweverShortItIs) {
+    player.setFile(u"song"_qs, {.duration = 4s});
+    const AlarmPtr song =
+        ring({.title = "song", .sound = "song", .untilAnswered = true, .softly = true});
+    for (const auto& [wait, volume] : {std::pair(100ms, 0.1), {5s, 0.55}, {6s, 1.0}}) {
+        loop.advance(wait);
+        ASSERT_EQ(player.sounds().size(), 1U);
+        EXPECT_NEAR(double(player.sounds()[0]->volume()), volume, 0.03);
+    }
+    m_ringer.deactivateAlarm(song);
+    ring({.title = "ping", .sound = "ping", .softly = true});
+    trace.clear();
+    loop.advance(10s);
+    EXPECT_EQ(trace.plays(), (std::vector<std::string>{"11100 ping", "12100 ping", "13100 ping"}));
+}
+
 TEST_F(RingingTest, spokenTitleComesBeforeTheSoundOfAnAlarmThatStillRings) {
     player.setFile(u"song"_qs, {.duration = 2s});
     const AlarmPtr snoozed = ring({.title = "tea", .sound = "song", .voice = "Zoe"});

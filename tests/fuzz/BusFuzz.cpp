@@ -14,9 +14,9 @@ using dorvane::testing::require;
 
 namespace {
 
-const char* const names[]{"title", "minutes",   "hours",    "repeat",     "time",
-                          "date",  "every-day", "weekdays", "every-week", "sound",
-                          "fade",  "voice",     "snooze",   "seconds"};
+const char* const names[]{"title",     "minutes",  "hours",      "repeat",        "time", "date",
+                          "every-day", "weekdays", "every-week", "sound",         "fade", "voice",
+                          "snooze",    "seconds",  "softly",     "until-answered"};
 
 // A bus on which nobody listens: messages need one.
 sd_bus* nobody() {

@@ -24,6 +24,8 @@ struct AlarmOf {
     const char* sound = nullptr; // the path of what it plays
     const char* voice = nullptr; // speaks its title
     bool fades = false;
+    bool untilAnswered = false;
+    bool softly = false;
     bool isPreset = false; // made from the menu
     bool isListed = false; // among the stored alarms in the menu
 
@@ -49,6 +51,8 @@ struct AlarmOf {
         made->setIsSpeakAlarmName(voice);
         made->setVoiceName(QString::fromUtf8(voice));
         made->setShouldFadeIn(fades);
+        made->setRingsUntilAnswered(untilAnswered);
+        made->setStartsSoftly(softly);
         made->setIsDefaultAlarm(isPreset);
         made->setIsExisInActiveAlarmList(isListed);
         return made;
