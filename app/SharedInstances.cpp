@@ -309,6 +309,7 @@ AlarmControl& sharedAlarmControl() {
              .start = [&menu](const Alarm& stored) { return menu.startStored(stored); },
              .snooze = [&menu](const AlarmPtr& alarm,
                                qint64 minutes) { menu.snoozeAlarm(alarm, minutes); },
+             .quick = [&menu] { menu.quick(); },
              .clear = on(&AlarmMenuController::clearAlarm),
              .end = on(&AlarmMenuController::clearFromMenu),
              .remove = on(&AlarmMenuController::deleteAlarm),
@@ -458,6 +459,7 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
                     return AudioStorageController::sharedController().isSystemSound(path);
                 },
             .makeEditor = makeEditor,
+            .prepareWindow = showWindowIcon,
             .ringDefaults = ringDefaults,
             .sharedRespito = []() -> PendixRespitoWindowsController& {
                 showWindowIcon();

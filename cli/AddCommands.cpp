@@ -53,6 +53,12 @@ ExitStatus runAdd(const CommandServices& services, const QCommandLineParser& par
     return add(services, std::get<QVariantMap>(alarm), parser.positionalArguments().constFirst());
 }
 
+ExitStatus runQuick(const CommandServices& services, const QCommandLineParser& /*parser*/) {
+    const auto answer = services.program().call(remote::quick);
+    const auto* const fault = std::get_if<RemoteProgram::Fault>(&answer);
+    return fault ? tellFault(*fault) : ExitStatus::Done;
+}
+
 ExitStatus runStart(const CommandServices& services, const QCommandLineParser& parser) {
     return showMade(
         services, services.program().call(remote::startStored, {parser.positionalArguments()[0]}));
@@ -77,6 +83,12 @@ std::vector<Command> addCommands(const CommandServices& services) {
          .words = {{"TITLE", "What for."}},
          .options = alarmOptions(services),
          .run = with(services, runAdd)},
+        {.name = "quick",
+         .example = "",
+         .help = "opens a field for a timer or an alarm in one line",
+         .description = "Opens a field that reads 25 tea, 7:30, tomorrow 7 gym or mon-fri 7:15 "
+                        "work, and says what it read. For a keyboard shortcut of the desktop.",
+         .run = with(services, runQuick)},
         {.name = "start",
          .example = "Tea",
          .help = "starts a stored alarm",

@@ -143,6 +143,11 @@ std::variant<AlarmRequest, Refusal> AlarmControl::read(const QVariantMap& descri
     return readRequest(whole, m_surroundings.runLoop.now());
 }
 
+Outcome AlarmControl::quick() {
+    m_surroundings.quick();
+    return std::nullopt;
+}
+
 void AlarmControl::editAlarm(const Asker& asker, const QString& identity,
                              const QVariantMap& changes) {
     if (const AlarmPtr alarm = running(identity))

@@ -38,6 +38,7 @@ public:
         // Starts one of the library: the alarm that runs then, or null when its moment has passed.
         std::function<AlarmPtr(const Alarm& stored)> start;
         std::function<void(const AlarmPtr& alarm, qint64 minutes)> snooze;
+        std::function<void()> quick = {}; // opens the field for an alarm in one line
         Command clear;
         Command end;
         Command remove;
@@ -68,6 +69,7 @@ public:
 
     void addTimer(const Asker& asker, quint32 minutes, const QString& title) override;
     void addAlarm(const Asker& asker, const QVariantMap& description) override;
+    [[nodiscard]] Outcome quick() override;
     void editAlarm(const Asker& asker, const QString& identity,
                    const QVariantMap& changes) override;
     void editStored(const Asker& asker, const QString& title, const QVariantMap& changes) override;

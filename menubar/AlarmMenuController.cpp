@@ -12,6 +12,7 @@
 #include "core/SameAlarm.h"
 #include "core/StoredAlarms.h"
 #include "editor/AlarmSetController.h"
+#include "editor/QuickWindow.h"
 #include "firing/SnoozeWindowController.h"
 #include "platform/Appearance.h"
 #include "platform/Bundle.h"
@@ -89,6 +90,7 @@ MenuCommands AlarmMenuController::menuCommands() {
     };
     return {.createAlarm = [this] { createAlarm(); },
             .createPreAlarm = [this](int minutes) { createPreAlarm(minutes); },
+            .quick = [this] { quick(); },
             .editAlarm = onAlarm(&AlarmMenuController::editAlarm),
             .clearFromMenu = onAlarm(&AlarmMenuController::clearFromMenu),
             .saveFromMenu = onAlarm(&AlarmMenuController::saveFromMenu),
@@ -216,6 +218,16 @@ void AlarmMenuController::createPreAlarm(int minutes) {
     AlarmSetPreController(m_surroundings.runLoop, m_surroundings.storedAlarms,
                           m_surroundings.ringDefaults(), *this)
         .setDefault(minutes);
+}
+
+void AlarmMenuController::quick() {
+    if (!m_quick && m_surroundings.prepareWindow)
+        m_surroundings.prepareWindow();
+    if (!m_quick)
+        m_quick = std::make_unique<QuickWindow>(
+            QuickWindow::Surroundings{m_surroundings.runLoop, m_surroundings.ringDefaults,
+                                      [this](const AlarmPtr& alarm) { scheduleAlarm(alarm); }});
+    m_quick->showForTyping();
 }
 
 void AlarmMenuController::acceptedPreAlarm(AlarmSetPreController&, const AlarmPtr& alarm) {

@@ -27,6 +27,7 @@ class BreakCycle;
 class Bundle;
 class Clock;
 class PendixRespitoWindowsController;
+class QuickWindow;
 class SleepInhibitor;
 class SoundOutput;
 class SpeechService;
@@ -59,6 +60,8 @@ public:
         std::function<bool(const QString& path)> isSystemSound;
         // Makes an editor window, not shown yet.
         std::function<std::unique_ptr<AlarmSetController>()> makeEditor;
+        // Called before another window is made here. May be empty.
+        std::function<void()> prepareWindow = {};
         // What quick alarms have.
         std::function<RingDefaults()> ringDefaults;
         // The break reminder: its window, made when it is first needed, its cycle, and whether it
@@ -104,6 +107,8 @@ public:
     void replaceAlarm(const AlarmPtr& old, const AlarmPtr& alarm);
     // Starts a quick alarm.
     void createPreAlarm(int minutes);
+    // Opens the window that reads a timer or an alarm from one line.
+    void quick();
     // Starts a stored alarm; one that is past and does not repeat is offered in the editor.
     void setAlarm(const AlarmPtr& alarm);
     // The same, by the decision of rearmAtStart(), and answers the alarm that runs: a copy of the
@@ -181,6 +186,7 @@ private:
     TextSpeaker m_textSpeaker;
     AlarmRinger m_ringer;
     std::vector<std::unique_ptr<AlarmSetController>> m_editors;
+    std::unique_ptr<QuickWindow> m_quick;
     NotificationCenter::Observation m_menuObservation;
     NotificationCenter::Observation m_breaksObservation;
     NotificationCenter::Observation m_alarmsObservation;

@@ -115,6 +115,7 @@ void buildPredefinedAlarms(Entries& entries) {
         entry.number = minutes;
         timers.children.push_back(std::move(entry));
     }
+    timers.children.push_back(makeEntry("Other...", &MenuCommands::quick));
     entries.push_back(std::move(timers));
 }
 

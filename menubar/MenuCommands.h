@@ -12,6 +12,7 @@ namespace dorvane {
 struct MenuCommands {
     std::function<void()> createAlarm;
     std::function<void(int minutes)> createPreAlarm;
+    std::function<void()> quick;
     std::function<void(const AlarmPtr& alarm)> editAlarm;
     std::function<void(const AlarmPtr& alarm)> clearFromMenu;
     std::function<void(const AlarmPtr& alarm)> saveFromMenu;

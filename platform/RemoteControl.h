@@ -79,6 +79,8 @@ public:
 
     // A timer of 1 minute or more; without a title it is one of the menu's.
     virtual void addTimer(const Asker& asker, quint32 minutes, const QString& title) = 0;
+    // Opens the window that reads a timer or an alarm from one line.
+    [[nodiscard]] virtual Outcome quick() = 0;
     // See docs/bus.md for what may stand in a description.
     virtual void addAlarm(const Asker& asker, const QVariantMap& description) = 0;
     // Changes a running or a stored alarm; what the description leaves out stays.

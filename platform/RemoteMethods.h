@@ -42,6 +42,8 @@ inline constexpr RemoteMethod addTimer{"AddTimer", "minutes title", &RemoteContr
                                        "with an empty title, one of the menu's timers", true};
 inline constexpr RemoteMethod addAlarm{"AddAlarm", "alarm", &RemoteControl::addAlarm, "see below",
                                        true};
+inline constexpr RemoteMethod quick{"Quick", "", &RemoteControl::quick,
+                                    "opens the field that reads a timer or an alarm", true};
 inline constexpr RemoteMethod editAlarm{"EditAlarm", "id changes", &RemoteControl::editAlarm,
                                         "a running alarm: what the description leaves out stays as "
                                         "it is; its entry in the library goes "
@@ -82,10 +84,10 @@ inline constexpr RemoteMethod skipBreak{
     "SkipBreak", "", &RemoteControl::skipBreak,
     "the working time begins anew; a break that has begun is done"};
 
-inline constexpr std::array all{addTimer,    addAlarm,    editAlarm,    editStored, startStored,
-                                listRunning, listStored,  listNext,     snooze,     snoozeFor,
-                                clear,       remove,      removeStored, skip,       pause,
-                                resume,      startBreaks, stopBreaks,   skipBreak};
+inline constexpr std::array all{addTimer,    addAlarm,    quick,       editAlarm,    editStored,
+                                startStored, listRunning, listStored,  listNext,     snooze,
+                                snoozeFor,   clear,       remove,      removeStored, skip,
+                                pause,       resume,      startBreaks, stopBreaks,   skipBreak};
 
 } // namespace remote
 

@@ -87,6 +87,7 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
          "b1  Tue, 9:59   rings      ⁨Be ll�[2Jא⁩\n"
          "e1  Tue, 10:20  in 20 min  Egg\nt1  Tue, 10:20  in 20 min  Tea\n"
          "e2  Wed, 7:00   in 21 h    Egg\n"},
+        {"quick", 0, "Quick![]", ""},
         {"start Tea", 0, R"(StartStored!["Tea"] ListRunning[])", tea},
         {"start Gone", 1, R"(StartStored!["Gone"])", "dorvane: there is none\n"},
         {"snooze --ringing", 0, R"(ListRunning[] Snooze["b1"])",
@@ -157,7 +158,8 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
 
 TEST(CommandsTest, offersWhatMayComeNext) {
     const std::pair<const char*, const char*> rows[] = {
-        {"", "timer|add|start|edit|snooze|clear|skip|delete|pause|resume|list|status|breaks|check|"
+        {"", "timer|add|quick|start|edit|snooze|clear|skip|delete|pause|resume|list|status|breaks|"
+             "check|"
              "missed|--help|--version"},
         {"timer ", "1|2|3|4|5|10|15|20|30|45|--help"},
         {"start ", "b1|e1|e2|Tea|--help"},

@@ -19,6 +19,7 @@ inline MenuCommands recordedCommands(QStringList& trace) {
     return {
         .createAlarm = plain("createAlarm"),
         .createPreAlarm = [&trace](int minutes) { trace << u"createPreAlarm %1"_qs.arg(minutes); },
+        .quick = plain("quick"),
         .editAlarm = onAlarm("editAlarm"),
         .clearFromMenu = onAlarm("clearFromMenu"),
         .saveFromMenu = onAlarm("saveFromMenu"),
