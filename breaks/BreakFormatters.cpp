@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "breaks/BreakFormatters.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -19,6 +21,10 @@ int numberOf(const QString& digits) {
     for (const QChar digit : digits)
         value = std::min<qint64>(value * 10 + digit.digitValue(), std::numeric_limits<int>::max());
     return static_cast<int>(value);
+}
+
+QString translated(const char* text) {
+    return QCoreApplication::translate("Breaks", text);
 }
 
 } // namespace
@@ -44,13 +50,13 @@ int BreakFormatter::nearest(const QString& text) const {
 }
 
 QString BreakFormatter::range() const {
-    return QStringLiteral("%1 to %2").arg(m_lowest).arg(m_highest);
+    return translated("%1 to %2").arg(m_lowest).arg(m_highest);
 }
 
 QString BreakFormatter::objection(const QString& text) const {
-    const QString limit = numberOf(text) < m_lowest ? QStringLiteral("at least %1").arg(m_lowest)
-                                                    : QStringLiteral("at most %1").arg(m_highest);
-    return QStringLiteral("not %1: %2").arg(text, limit);
+    const QString limit = numberOf(text) < m_lowest ? translated("at least %1").arg(m_lowest)
+                                                    : translated("at most %1").arg(m_highest);
+    return translated("not %1: %2").arg(text, limit);
 }
 
 } // namespace dorvane

@@ -51,6 +51,7 @@ void BreakNumbers::wire(const Row& row) {
     row.field->setValidator(row.formatter);
     row.field->setMaxLength(mostDigits);
     row.hint->setText(row.formatter->range());
+    row.field->setAccessibleDescription(row.formatter->range());
     // The window does not grow with what is typed.
     const QString longest = row.formatter->objection(QString(mostDigits, u'9'));
     row.hint->setMinimumWidth(row.hint->fontMetrics().horizontalAdvance(longest));
@@ -84,11 +85,10 @@ void BreakNumbers::show() {
 }
 
 void BreakNumbers::showUnits() {
-    m_controls.breakDurMinuteLabel->setText(m_controls.breakDurationSlider->value() < 2
-                                                ? QStringLiteral("minute.")
-                                                : QStringLiteral("minutes."));
-    m_controls.repeatTimeLabel->setText(
-        m_controls.repeatSlider->value() < 2 ? QStringLiteral("time.") : QStringLiteral("times."));
+    m_controls.breakDurMinuteLabel->setText(
+        m_controls.breakDurationSlider->value() < 2 ? tr("minute.") : tr("minutes."));
+    m_controls.repeatTimeLabel->setText(m_controls.repeatSlider->value() < 2 ? tr("time.")
+                                                                             : tr("times."));
 }
 
 void BreakNumbers::enableSliders() {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QCoreApplication>
+
 class QLineEdit;
 class QSlider;
 
@@ -16,6 +18,8 @@ struct BreakWindowServices;
 // user changes is stored at once, what is typed when it is finished: with Return, or when the field
 // or the window is left. Belongs to the window, whose controls it has.
 class BreakNumbers {
+    Q_DECLARE_TR_FUNCTIONS(Breaks)
+
 public:
     // Both must outlive this.
     BreakNumbers(const BreakWindowServices& services, Ui::PendixRespitoWindowsController& controls);

@@ -23,8 +23,6 @@ namespace dorvane {
 
 namespace {
 
-const auto idleText = QStringLiteral("Respito is Off");
-
 // However it is closed, what is being tried falls silent.
 class BreakWindow final : public QWidget {
 public:
@@ -136,7 +134,7 @@ void PendixRespitoWindowsController::showOutlook() {
     switch (outlook.phase) {
     case Phase::Off:
         setNextBreakTimeLabel(tr("Next break at: "));
-        setNextBreakTime(idleText);
+        setNextBreakTime(tr("Respito is Off"));
         break;
     case Phase::Working:
         setNextBreakTimeLabel(tr("Next break at: "));
@@ -156,9 +154,9 @@ void PendixRespitoWindowsController::showOutlook() {
 void PendixRespitoWindowsController::showPausing() {
     const bool isKnown = m_services.presence.isKnown();
     m_form->pauseWhileAway->setChecked(m_services.settings.pausesWhileAway(isKnown));
-    const QString hint = isKnown ? QString()
-                                 : QStringLiteral("Nothing here tells whether you are away: only "
-                                                  "the computer's sleep counts.");
+    const QString hint =
+        isKnown ? QString()
+                : tr("Nothing here tells whether you are away: only the computer's sleep counts.");
     m_form->pauseWhileAway->setToolTip(escapedText(hint));
 }
 
@@ -188,7 +186,7 @@ void PendixRespitoWindowsController::stopRespito() {
     settings.setRespitoStatus(0);
     settings.writePrefsAndSync();
     setNextBreakTimeLabel(tr("Next break at: "));
-    setNextBreakTime(idleText);
+    setNextBreakTime(tr("Respito is Off"));
     if (m_form)
         m_form->showBreakTime->hide();
     stopClock();

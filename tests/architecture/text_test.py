@@ -41,6 +41,13 @@ def faults_in_form(form: Path, code: str) -> list[str]:
             and re.search(rf"\b{widget.get('name')}->setText\(", code)]
 
 
+def texts_without_german(form: Path, catalogue: str) -> list[str]:
+    context = catalogue.partition(f"<name>{form.stem}</name>")[2].partition("</context>")[0]
+    known = [message.text for message in Xml.fromstring(f"<c>{context}</c>").iter("source")]
+    return [f"{form.name}: {text.text!r} is not in the catalogue" for text in Xml.parse(form).iter("string")
+            if text.get("notr") != "true" and text.text not in known]
+
+
 def main() -> int:
     sources = {str(file.relative_to(ROOT)): file.read_text()
                for folder in FOLDERS for file in (ROOT / folder).rglob("*.*") if file.suffix in (".cpp", ".h")}
@@ -48,6 +55,8 @@ def main() -> int:
     code = "".join(sources.values())
     faults = [fault for name, text in sources.items() for fault in faults_in_code(name, text)]
     faults += [fault for form in forms for fault in faults_in_form(form, code)]
+    catalogue = (ROOT / "resources/translations/dorvane_de.ts").read_text()
+    faults += [fault for form in forms for fault in texts_without_german(form, catalogue)]
     print("\n".join(faults))
     print(f"{len(sources)} files, {len(forms)} forms, {len(faults)} faults")
     return 1 if faults or not sources or not forms else 0
