@@ -12,6 +12,7 @@
 #include "breaks/RespitoAudioPlayerController.h"
 #include "breaks/RespitoReminderController.h"
 #include "menubar/AlarmMenuController.h"
+#include "platform/linux/tray/Xcb.h"
 #include "platform/Log.h"
 #include "sounds/AudioStorageController.h"
 
@@ -32,11 +33,16 @@ QWidget* sheetParent() {
     return isOrdinary ? window : nullptr;
 }
 
-// On Wayland no window can ask to be above the others.
-CustomModalWindowController::Stacking stacking() {
-    using Stacking = CustomModalWindowController::Stacking;
-    return bfApp::platformName().startsWith(QStringLiteral("wayland")) ? Stacking::LikeOthers
-                                                                       : Stacking::Above;
+// On Wayland no window can ask to be above the others. On X11 it can, and some window managers put
+// one that fills the screen above it all the same; under Plasma on Wayland X11 does not know of it.
+bool isHidden(const QWidget& sheet) {
+    if (sheet.isActiveWindow())
+        return false;
+    xcb_connection_t* const server = xcbConnection();
+    const bool isPlasmaOnWayland = qEnvironmentVariableIsSet("WAYLAND_DISPLAY") &&
+                                   qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains(u"KDE");
+    return !server || isPlasmaOnWayland ||
+           xcbIsBehindFullScreen(server, static_cast<xcb_window_t>(sheet.winId()));
 }
 
 QString plain(const char* text) {
@@ -65,7 +71,7 @@ void breakIsUnseen(bool isUnseen) {
 std::shared_ptr<BreakSheet> makeBreakSheet() {
     showWindowIcon();
     return std::make_shared<CustomModalWindowController>(
-        sharedDesktop().runLoop, sheetParent(), stacking(),
+        sharedDesktop().runLoop, sheetParent(), isHidden,
         CustomModalWindowController::Actions{
             .disableRespito = [] { bfApp::sharedApplication().breakCycle().disableRespito(); },
             .createRespito = [] { AlarmMenuController::mainMenuController().createRespito(); },

@@ -48,14 +48,13 @@ private:
 } // namespace
 
 CustomModalWindowController::CustomModalWindowController(RunLoop& runLoop, QWidget* sheetParent,
-                                                         Stacking stacking, Actions actions)
+                                                         IsHidden isHidden, Actions actions)
     : m_runLoop(runLoop)
     , m_sheetParent(sheetParent)
-    , m_stacking(stacking)
+    , m_isHidden(std::move(isHidden))
     , m_actions(std::move(actions))
     , m_form(std::make_unique<Ui::CustomModalWindowController>())
-    , m_window(std::make_unique<SheetWindow>([this] { didTapDoneButton(); },
-                                             [this] { setIsUnseen(false); })) {
+    , m_window(std::make_unique<SheetWindow>([this] { didTapDoneButton(); }, [this] { activated(); })) {
     m_form->setupUi(m_window.get());
     connectButtons();
     guardFromTyping();
@@ -117,9 +116,8 @@ void CustomModalWindowController::begin() {
         m_sheetParent->raise();
     m_form->skipBreak->setFocus();
     bringToFront(*m_window);
-    if (m_stacking == Stacking::LikeOthers)
-        m_look = m_runLoop.scheduleOnce(
-            1s, [this] { setIsUnseen(!m_window->isActiveWindow()); }, RunLoopMode::Common);
+    m_look = m_runLoop.scheduleRepeating(
+        1s, [this] { look(); }, RunLoopMode::Common);
     QAccessibleEvent alert(m_window.get(), QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
@@ -143,14 +141,31 @@ bool CustomModalWindowController::isVisible() const {
     return m_window->isVisible();
 }
 
+void CustomModalWindowController::look() {
+    if (m_isHidden(*m_window))
+        setIsUnseen(true);
+    else
+        seen();
+}
+
+// One that has the keyboard for a moment only, when it comes, may be hidden all the same.
+void CustomModalWindowController::activated() {
+    if (m_isUnseen)
+        seen();
+}
+
+void CustomModalWindowController::seen() {
+    m_look.cancel();
+    setIsUnseen(false);
+}
+
 void CustomModalWindowController::setIsUnseen(bool isUnseen) {
     if (isUnseen != std::exchange(m_isUnseen, isUnseen))
         m_actions.unseen(isUnseen);
 }
 
 void CustomModalWindowController::end(SheetCode code) {
-    m_look.cancel();
-    setIsUnseen(false);
+    seen();
     m_window->hide();
     if (const Completion completion = std::exchange(m_completion, {}))
         completion(code);

@@ -28,13 +28,13 @@ public:
         std::function<void(bool isUnseen)> unseen;
     };
 
-    // Whether the desktop keeps the sheet above all windows. Where it does not, a sheet that has
-    // not become active within a second counts as unseen until it is.
-    enum class Stacking { Above, LikeOthers };
+    // Whether other windows may hide the sheet. It is asked a second after it came, and then once a
+    // second until they do not, or until it was active.
+    using IsHidden = std::function<bool(const QWidget& sheet)>;
 
     // `sheetParent` is the window to hang from, which it blocks meanwhile; without one the sheet
     // stands in the middle of the screen where the pointer is. Not shown until begin().
-    CustomModalWindowController(RunLoop& runLoop, QWidget* sheetParent, Stacking stacking,
+    CustomModalWindowController(RunLoop& runLoop, QWidget* sheetParent, IsHidden isHidden,
                                 Actions actions);
     ~CustomModalWindowController() override;
 
@@ -56,11 +56,14 @@ private:
     void connectButtons();
     void guardFromTyping();
     void place();
+    void look();
+    void activated();
+    void seen();
     void setIsUnseen(bool isUnseen);
 
     RunLoop& m_runLoop;
     QWidget* m_sheetParent;
-    Stacking m_stacking;
+    const IsHidden m_isHidden;
     Actions m_actions;
     Completion m_completion;
     RunLoopTimer m_look;

@@ -19,7 +19,8 @@ protected:
     BreakWindowsTest()
         : BreakRig([this](BreakRig&) {
             return std::make_shared<CustomModalWindowController>(
-                loop, respito.window(), CustomModalWindowController::Stacking::LikeOthers,
+                loop, respito.window(),
+                [](const QWidget& sheet) { return !sheet.isActiveWindow(); },
                 CustomModalWindowController::Actions{
                     [this] { cycle.disableRespito(); }, [this] { respito.showWindow(); },
                     [this](bool isUnseen) { trace.add(isUnseen ? u"unseen"_qs : u"seen"_qs); }});

@@ -29,6 +29,52 @@ std::vector<std::uint32_t> values(xcb_connection_t* connection, xcb_get_property
     return {first, first + reply->value_len};
 }
 
+struct Client {
+    xcb_window_t window;
+    std::vector<std::uint32_t> values; // of the property that was asked for
+    QRect rect;                        // in pixels of the desktop
+};
+
+// The windows of one of the window manager's lists that are to be seen. All questions are asked
+// before the first answer is waited for.
+std::vector<Client> clients(xcb_connection_t* connection, std::string_view list,
+                            std::string_view property) {
+    const xcb_window_t root = xcbRoot(connection);
+    const auto ask = [connection](xcb_window_t window, xcb_atom_t name, xcb_atom_t type) {
+        return xcb_get_property(connection, 0, window, name, type, 0, mostWindows);
+    };
+    const xcb_atom_t name = xcbAtom(connection, property);
+    struct Question {
+        xcb_window_t window;
+        xcb_get_property_cookie_t values;
+        xcb_get_window_attributes_cookie_t attributes;
+        xcb_get_geometry_cookie_t size;
+        xcb_translate_coordinates_cookie_t place;
+    };
+    std::vector<Question> questions;
+    for (const xcb_window_t window :
+         values(connection, ask(root, xcbAtom(connection, list), XCB_ATOM_WINDOW)))
+        questions.push_back({window, ask(window, name, XCB_ATOM_ATOM),
+                             xcb_get_window_attributes(connection, window),
+                             xcb_get_geometry(connection, window),
+                             xcb_translate_coordinates(connection, window, root, 0, 0)});
+    std::vector<Client> found;
+    for (const Question& question : questions) {
+        std::vector<std::uint32_t> told = values(connection, question.values);
+        const XcbReply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(connection, question.attributes, nullptr));
+        const XcbReply<xcb_get_geometry_reply_t> size(
+            xcb_get_geometry_reply(connection, question.size, nullptr));
+        const XcbReply<xcb_translate_coordinates_reply_t> place(
+            xcb_translate_coordinates_reply(connection, question.place, nullptr));
+        if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE && size && place)
+            found.push_back({question.window,
+                             std::move(told),
+                             {place->dst_x, place->dst_y, size->width, size->height}});
+    }
+    return found;
+}
+
 } // namespace
 
 xcb_connection_t* xcbConnection() {
@@ -65,36 +111,24 @@ void xcbKeepOnAllDesktops(xcb_connection_t* connection, xcb_window_t window) {
     xcb_flush(connection);
 }
 
-// All questions are asked before the first answer is waited for.
 QList<QRect> xcbDocks(xcb_connection_t* connection) {
-    const xcb_window_t root = xcbRoot(connection);
-    const auto ask = [connection](xcb_window_t window, xcb_atom_t property, xcb_atom_t type) {
-        return xcb_get_property(connection, 0, window, property, type, 0, mostWindows);
-    };
-    const xcb_atom_t typeName = xcbAtom(connection, "_NET_WM_WINDOW_TYPE");
     const xcb_atom_t dock = xcbAtom(connection, "_NET_WM_WINDOW_TYPE_DOCK");
-    struct Question {
-        xcb_get_property_cookie_t types;
-        xcb_get_geometry_cookie_t size;
-        xcb_translate_coordinates_cookie_t place;
-    };
-    std::vector<Question> questions;
-    for (const xcb_window_t window :
-         values(connection, ask(root, xcbAtom(connection, "_NET_CLIENT_LIST"), XCB_ATOM_WINDOW)))
-        questions.push_back({ask(window, typeName, XCB_ATOM_ATOM),
-                             xcb_get_geometry(connection, window),
-                             xcb_translate_coordinates(connection, window, root, 0, 0)});
     QList<QRect> docks;
-    for (const Question& question : questions) {
-        const std::vector<std::uint32_t> types = values(connection, question.types);
-        const XcbReply<xcb_get_geometry_reply_t> size(
-            xcb_get_geometry_reply(connection, question.size, nullptr));
-        const XcbReply<xcb_translate_coordinates_reply_t> place(
-            xcb_translate_coordinates_reply(connection, question.place, nullptr));
-        if (size && place && std::find(types.begin(), types.end(), dock) != types.end())
-            docks << QRect(place->dst_x, place->dst_y, size->width, size->height);
-    }
+    for (const Client& client : clients(connection, "_NET_CLIENT_LIST", "_NET_WM_WINDOW_TYPE"))
+        if (std::ranges::count(client.values, dock) > 0)
+            docks << client.rect;
     return docks;
+}
+
+bool xcbIsBehindFullScreen(xcb_connection_t* connection, xcb_window_t window) {
+    const xcb_atom_t fullScreen = xcbAtom(connection, "_NET_WM_STATE_FULLSCREEN");
+    const std::vector<Client> upwards =
+        clients(connection, "_NET_CLIENT_LIST_STACKING", "_NET_WM_STATE");
+    const auto own = std::ranges::find(upwards, window, &Client::window);
+    return own != upwards.end() && std::any_of(own + 1, upwards.end(), [&](const Client& other) {
+               return std::ranges::count(other.values, fullScreen) > 0 &&
+                      other.rect.contains(own->rect.center());
+           });
 }
 
 } // namespace dorvane

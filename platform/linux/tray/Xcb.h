@@ -32,6 +32,10 @@ void xcbKeepOnAllDesktops(xcb_connection_t* connection, xcb_window_t window);
 // Where the panels are, in pixels of the desktop. Asks the server.
 [[nodiscard]] QList<QRect> xcbDocks(xcb_connection_t* connection);
 
+// Whether another window that fills the screen lies above this one and hides its middle. Asks the
+// server.
+[[nodiscard]] bool xcbIsBehindFullScreen(xcb_connection_t* connection, xcb_window_t window);
+
 // The atom of this name, 0 when the server is gone. Asks the server.
 [[nodiscard]] xcb_atom_t xcbAtom(xcb_connection_t* connection, std::string_view name);
 
