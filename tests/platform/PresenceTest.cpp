@@ -46,20 +46,21 @@ protected:
 
 TEST_F(PresenceTest, LogindTellsThatTheSessionIsLockedOrIdles) {
     const char* const path = "/org/freedesktop/login1/session/_35";
+    QVariantMap hints{{u"LockedHint"_qs, true}, {u"IdleHint"_qs, false}};
     FakeService logind(
         m_theirs, "org.freedesktop.login1", [&](const QDBusMessage& call) -> QVariant {
             if (call.member() == u"Get"_qs)
                 return QVariant::fromValue(QDBusVariant(u"5"_qs));
             if (call.member() == u"GetSession"_qs)
                 return QVariant::fromValue(QDBusObjectPath(QString::fromLatin1(path)));
-            return QVariantMap{{u"LockedHint"_qs, true}, {u"IdleHint"_qs, false}};
+            return hints;
         });
     watch<LogindSession>(m_loop, m_ours);
     EXPECT_TRUE(becomes("known away"));
     const auto tell = [&](const char* hint, bool is) {
+        hints[QString::fromLatin1(hint)] = is;
         logind.tell(path, "org.freedesktop.DBus.Properties", "PropertiesChanged",
-                    {u"org.freedesktop.login1.Session"_qs,
-                     QVariantMap{{QString::fromLatin1(hint), is}}, QStringList()});
+                    {u"org.freedesktop.login1.Session"_qs, QVariantMap(), QStringList()});
     };
     tell("IdleHint", true);
     tell("LockedHint", false);

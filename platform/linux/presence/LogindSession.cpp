@@ -7,6 +7,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
+#include <utility>
+
 namespace dorvane {
 
 namespace {
@@ -49,23 +51,25 @@ void LogindSession::findSession(const QString& id) {
 }
 
 void LogindSession::listen(const QString& path) {
-    m_bus.connect(service, path, properties, QStringLiteral("PropertiesChanged"), this,
-                  SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
-    ask(QDBusMessage::createMethodCall(service, path, properties, QStringLiteral("GetAll"))
+    m_path = path;
+    // By no name: Qt would wait for the bus to tell whose it is. So anybody can send this, and it
+    // is logind itself that is asked what has changed.
+    m_bus.connect(QString(), path, properties, QStringLiteral("PropertiesChanged"), this,
+                  SLOT(look()));
+    look();
+}
+
+void LogindSession::look() {
+    ask(QDBusMessage::createMethodCall(service, m_path, properties, QStringLiteral("GetAll"))
             << session,
         [this](const QVariant& answer) {
             const auto all = qdbus_cast<QVariantMap>(answer);
             if (!all.contains(QStringLiteral("LockedHint")))
                 return;
-            m_told(std::nullopt);
+            if (!std::exchange(m_isKnown, true))
+                m_told(std::nullopt);
             take(all);
         });
-}
-
-void LogindSession::propertiesChanged(const QString& interface, const QVariantMap& changed,
-                                      const QStringList& /*invalidated*/) {
-    if (interface == session)
-        take(changed);
 }
 
 void LogindSession::take(const QVariantMap& properties) {

@@ -23,8 +23,7 @@ public:
     void watch(Told told) override;
 
 private Q_SLOTS:
-    void propertiesChanged(const QString& interface, const QVariantMap& changed,
-                           const QStringList& invalidated);
+    void look();
 
 private:
     void ask(const QDBusMessage& call, const std::function<void(const QVariant& answer)>& then);
@@ -35,6 +34,8 @@ private:
     RunLoop& m_runLoop;
     QDBusConnection m_bus;
     Told m_told;
+    QString m_path;
+    bool m_isKnown = false;
     bool m_isLocked = false;
     bool m_isIdle = false;
     std::optional<RunLoop::Milliseconds> m_since;
