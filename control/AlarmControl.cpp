@@ -231,8 +231,9 @@ void AlarmControl::build(const MakingPtr& making) {
         return making->answer(refusal("InvalidValue", faults.message.trimmed()));
     std::optional<EditedAlarm> edited;
     if (const AlarmPtr& former = making->edited)
-        edited.emplace(*former, making->request.isTimeSaid ||
-                                    !asksForTheSameTime(form, formOf(*former, making->asked)));
+        edited.emplace(
+            EditedAlarm{*former, making->request.isTimeSaid ||
+                                     !asksForTheSameTime(form, formOf(*former, making->asked))});
     const AlarmPtr alarm =
         alarmBuiltFrom(form, making->asked, weekdayName(making->asked.date()), edited);
     const StillAsked stillAsked = making->asker->stillAsked; // the asker may go meanwhile
