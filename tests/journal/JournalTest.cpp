@@ -354,9 +354,9 @@ TEST(JournalTest, oneThatComesLateIsJoinedBeforeItIsReplaced) {
     run.loop.advance(2s);
     std::optional<ActiveAlarms::Left> left;
     run.journal.setCame([&](const auto& late) { left = late; });
-    run.insert(running[2].alarm());
     run.journal.lookAgain([] {});
     const int writes = disk.writes;
+    run.insert(running[2].alarm());
     run.loop.advance(5s);
     EXPECT_EQ(disk.writes, writes) << "the late one has not been joined yet";
     run.journal.open(
