@@ -102,7 +102,8 @@ bool TimeChoice::renewBounds(Alarm::Kind row, const QDateTime& now) {
     boundTime();
     if (m_isWeeklyBounded && !m_hasDays)
         m_controls.atAlarmTimePicker->setEarliestOn(now.date(), now.addSecs(secondsToEarliest));
-    return row != Alarm::Relative && !m_isEveryDay && chosen(row, now) != before;
+    const bool isBounded = row == Alarm::Weekly || (row == Alarm::Dated && !m_isEveryDay);
+    return isBounded && chosen(row, now) != before;
 }
 
 bool TimeChoice::isReadable(Alarm::Kind row) const {

@@ -141,6 +141,13 @@ TEST_F(AlarmSetControllerTest, holdsWhatIsSetAgainstThePresent) {
     EXPECT_EQ(sentence(), "On Nov 19 at 21:00 alarm 'Bus' will be activated.");
     press({"Return"});
     EXPECT_EQ(due(), "11-19 21:00+01");
+    open();
+    press({"=Run", "Alt+D", "Alt+E", "Alt+W"}); // with a tick that is of another kind
+    loop.advance(2min);
+    press({"Return"});
+    EXPECT_TRUE(editor.isVisible());
+    press({"Return"});
+    EXPECT_EQ(due(), "11-19 07:08+01");
 }
 
 TEST_F(AlarmSetControllerTest, keepsItsButtonsOnASmallScreenAndReturnForThem) {
