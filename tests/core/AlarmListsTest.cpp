@@ -4,6 +4,7 @@
 #include "core/Clock.h"
 #include "core/JoinedAlarms.h"
 #include "core/NotificationNames.h"
+#include "core/SameAlarm.h"
 #include "core/StoredAlarms.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
 #include "tests/support/AlarmOf.h"
@@ -144,7 +145,9 @@ TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
     StoredAlarms other(run.defaults, run.archive, run.notifications);
     const AlarmPtr tea = run.start({.title = "tea", .minutes = 3});
     const AlarmPtr egg = run.start({.title = "egg", .minutes = 5});
-    const AlarmPtr pie = run.start({.title = "pie", .minutes = 9});
+    const AlarmPtr pie =
+        run.start({.title = "pie", .kind = Alarm::Dated, .minutes = 9, .time = "11-23 09:00"});
+    pie->snooze(5);
     std::string trace;
     const auto announced =
         run.notifications.addObserver(storedAlarmsDidChangeNotification, [&](const void*) {
@@ -162,6 +165,8 @@ TEST_F(AlarmListsTest, libraryKeepsOneAlarmATitleAndAnnouncesEveryChange) {
                 alarm->setTitle(u"not stored"_qs);
         });
     run.library.put({tea, egg, pie}, {});
+    EXPECT_TRUE(isSameAlarm(*run.library.alarms()->back(), *pie)) << "snoozes aside";
+    EXPECT_TRUE(run.library.alarms()->front()->countsFromNow());
     tea->setRingWithinUnits(4);
     other.put(*tea, {});
     run.library.removeAlarm(u"egg"_qs);

@@ -150,6 +150,7 @@ TEST(RearmTest, afterRinging) {
          "12-08 07:00+01",
          {Mon, Tue},
          "12-07 07:00"},
+        {on({Mon}, true), "12-07 06:00", NextWeekday, "12-07 07:00+01", {Mon}, "11-30 07:00"},
         {once({Mon, Tue, Thu}), "11-24 09:00", NextWeekday, "11-26 07:00+01", {Thu}, "11-24 07:00"},
         {once({Mon, Tue}), "11-24 09:00", Remove, "11-23 07:00+01", {Mon, Tue}, "11-24 07:00"},
         {on({Mon}, true), "11-23 07:01", Remove, "11-23 07:00+01", {Mon}, nullptr, "Montag"},

@@ -68,6 +68,8 @@ TEST_F(EditingTest, changesWhatWasChangedAndNothingElse) {
                          .time = "11-23 09:00",
                          .days = {Weekday::Monday, Weekday::Friday},
                          .forever = true};
+    AlarmOf thisWeek = monday;
+    thisWeek.forever = false;
     const auto never = Event::None;
     const struct {
         const char* name;
@@ -110,6 +112,8 @@ TEST_F(EditingTest, changesWhatWasChangedAndNothingElse) {
          "Run 1 | Run 11-27 09:00+01"},
         {"weekly, begins to ring", monday, true, Event::BeginsToRing, never, "",
          "Run 1 | Run 11-27 09:00+01"},
+        {"this week, answered meanwhile", thisWeek, true, never, Event::IsAnswered, "titleBox=Walk",
+         "Walk 1 | Walk 11-27 09:00+01"},
         {"weekly, put off", monday, true, Event::IsPutOff, never, "titleBox=Walk",
          "Walk 1 | Walk 11-23 09:05+01"},
     };
@@ -130,6 +134,9 @@ TEST_F(EditingTest, changesWhatWasChangedAndNothingElse) {
             use(window, QString::fromLatin1(scene.control));
         set(window);
         EXPECT_EQ(state(), scene.state);
+        if (values.kind == Alarm::Weekly && !values.forever) {
+            EXPECT_EQ(m_clock.allAlarms().front()->weekdays(), WeekdaySet{Weekday::Friday});
+        }
         EXPECT_EQ(openWindows() > 0, QByteArray(scene.state).endsWith("rings"));
         window.reject();
         for (const AlarmPtr& each : std::vector(m_clock.allAlarms()))
