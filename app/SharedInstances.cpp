@@ -21,6 +21,7 @@
 #include "core/AlarmArchive.h"
 #include "core/AlarmPause.h"
 #include "core/Clock.h"
+#include "core/LastDeletion.h"
 #include "core/RingPreferences.h"
 #include "core/StoredAlarms.h"
 #include "core/UsersNotificationManager.h"
@@ -29,12 +30,14 @@
 #include "firing/SoundRepeat.h"
 #include "journal/Journal.h"
 #include "menubar/AlarmMenuController.h"
+#include "overview/AlarmsWindow.h"
 #include "platform/linux/state/CrashReport.h"
 #include "platform/Log.h"
 #include "relocate/MoveToApplications.h"
 #include "sounds/AudioStorageController.h"
 #include "sounds/ReminderController.h"
 #include "sounds/SoundLookup.h"
+#include "widgets/Message.h"
 
 #include <QIcon>
 
@@ -105,6 +108,45 @@ void openPreferences() {
              .ringChoices = makeRingChoices()});
     }();
     preferences->show();
+}
+
+void undoDeletion() {
+    const auto title = sharedLastDeletion().title();
+    if (!title)
+        return;
+    if (const QString problem = problemText(sharedLastDeletion().undo()); !problem.isEmpty())
+        newMessage(QMessageBox::Information,
+                   QStringLiteral("\"%1\" does not come back.").arg(*title),
+                   problem.left(1).toUpper() + problem.mid(1) + u'.')
+            ->show();
+}
+
+void openAlarms() {
+    showWindowIcon();
+    static auto* const window = [] {
+        AlarmMenuController& menu = AlarmMenuController::mainMenuController();
+        const auto onAlarm = [&menu](void (AlarmMenuController::*command)(const AlarmPtr&)) {
+            return [&menu, command](const AlarmPtr& alarm) { (menu.*command)(alarm); };
+        };
+        return new AlarmsWindow(
+            {.runLoop = sharedDesktop().runLoop,
+             .notifications = sharedDesktop().notifications,
+             .running = [] { return Clock::sharedClock().allAlarms(); },
+             .stored =
+                 [] { return sharedStoredAlarms().alarms().value_or(std::vector<AlarmPtr>()); },
+             .summary = [&menu] { return menu.summary(); },
+             .create = [&menu] { menu.createAlarm(); },
+             .edit = onAlarm(&AlarmMenuController::editAlarm),
+             .switchOn = onAlarm(&AlarmMenuController::setAlarm),
+             .switchOff = onAlarm(&AlarmMenuController::switchOff),
+             .skip = [&menu](const AlarmPtr& alarm) { menu.skipNext(alarm); },
+             .duplicate = [&menu](const AlarmPtr& alarm) { return menu.duplicate(alarm); },
+             .remove = [&menu](const AlarmPtr& running,
+                               const AlarmPtr& stored) { menu.deleteAlarms(running, stored); },
+             .undo = undoDeletion,
+             .undoable = [] { return sharedLastDeletion().title(); }});
+    }();
+    window->present();
 }
 
 std::unique_ptr<AlarmSetController> makeEditor() {
@@ -241,6 +283,12 @@ AlarmPause& sharedPause() {
     return *pause;
 }
 
+LastDeletion& sharedLastDeletion() {
+    static auto* const deletion =
+        new LastDeletion(sharedDesktop().runLoop, Clock::sharedClock(), sharedStoredAlarms());
+    return *deletion;
+}
+
 ActiveAlarms& sharedActiveAlarms() {
     static auto* const alarms = new ActiveAlarms(sharedDesktop().defaults, alarmArchive(),
                                                  sharedDesktop().runLoop, Clock::sharedClock());
@@ -305,6 +353,7 @@ AlarmControl& sharedAlarmControl() {
              .clock = Clock::sharedClock(),
              .storedAlarms = sharedStoredAlarms(),
              .pause = sharedPause(),
+             .lastDeletion = sharedLastDeletion(),
              .schedule = on(&AlarmMenuController::scheduleAlarm),
              .start = [&menu](const Alarm& stored) { return menu.startStored(stored); },
              .snooze = [&menu](const AlarmPtr& alarm,
@@ -315,6 +364,7 @@ AlarmControl& sharedAlarmControl() {
              .remove = on(&AlarmMenuController::deleteAlarm),
              .replace = [&menu](const AlarmPtr& old,
                                 const AlarmPtr& alarm) { menu.replaceAlarm(old, alarm); },
+             .showAlarms = openAlarms,
              .skip = [&menu](const AlarmPtr& alarm) { return menu.skipNext(alarm); },
              .ringDefaults = ringDefaults,
              .findSound = findNamedSound,
@@ -467,6 +517,7 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
             },
             .breakCycle = [&application]() -> BreakCycle& { return application.breakCycle(); },
             .breaksRun = breaksRun,
+            .showAlarms = openAlarms,
             .openPrefs = openPreferences,
             .showGoogleHelp = [&application] { application.showGoogleHelp(); },
             .terminate = [&application] { application.terminate(); },
@@ -482,6 +533,7 @@ AlarmMenuController& AlarmMenuController::mainMenuController() {
             .breakOutlook = breakOutlook,
             .showsBreaks = [] { return breakSettings().showRespito() != 0; },
             .pause = &sharedPause(),
+            .lastDeletion = &sharedLastDeletion(),
             .makeNotice = makeNotice(),
             .volume = [] { return float(sharedRingPreferences().volume()) / 100; },
         });

@@ -16,6 +16,7 @@ class ClockBreaks;
 class MoveToApplications;
 class SoundRepeat;
 class Journal;
+class LastDeletion;
 class LastRun;
 class RingPreferences;
 class StoredAlarms;
@@ -32,6 +33,7 @@ struct Desktop;
 [[nodiscard]] ActiveAlarms& sharedActiveAlarms();
 [[nodiscard]] AlarmControl& sharedAlarmControl();
 [[nodiscard]] AlarmPause& sharedPause();
+[[nodiscard]] LastDeletion& sharedLastDeletion();
 [[nodiscard]] ClockBreaks& sharedClockBreaks();
 [[nodiscard]] StoredAlarms& sharedStoredAlarms();
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Console.h"
 #include "cli/RemoteCommands.h"
+#include "core/Isolated.h"
 #include "core/WrittenDate.h"
 #include "platform/RemoteMethods.h"
 
@@ -36,6 +37,19 @@ ExitStatus runResume(const CommandServices& services, const QCommandLineParser& 
     return ask(services, remote::resume);
 }
 
+ExitStatus runShow(const CommandServices& services, const QCommandLineParser& /*parser*/) {
+    return ask(services, remote::showAlarms);
+}
+
+ExitStatus runUndo(const CommandServices& services, const QCommandLineParser& /*parser*/) {
+    const auto answer = services.program().call(remote::undo);
+    if (const auto* const fault = std::get_if<RemoteProgram::Fault>(&answer))
+        return tellFault(*fault);
+    writeLine(isolated(std::get<QVariantList>(answer).value(0).toString()) +
+              QStringLiteral(" is back"));
+    return ExitStatus::Done;
+}
+
 } // namespace
 
 std::vector<Command> pauseCommands(const CommandServices& services) {
@@ -55,6 +69,16 @@ std::vector<Command> pauseCommands(const CommandServices& services) {
          .help = "ends a pause",
          .description = "Ends a pause.",
          .run = with(services, runResume)},
+        {.name = "undo",
+         .example = "",
+         .help = "brings back what was deleted last",
+         .description = "Brings back the alarm that was deleted last since Dorvane started.",
+         .run = with(services, runUndo)},
+        {.name = "show",
+         .example = "",
+         .help = "opens the window of all alarms",
+         .description = "Opens the window of all alarms.",
+         .run = with(services, runShow)},
     };
 }
 

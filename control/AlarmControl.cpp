@@ -6,6 +6,7 @@
 #include "core/AlarmKeys.h"
 #include "core/AlarmPause.h"
 #include "core/Clock.h"
+#include "core/LastDeletion.h"
 #include "core/NotificationNames.h"
 #include "core/Rearm.h"
 #include "core/ShownTitle.h"
@@ -431,9 +432,10 @@ Outcome AlarmControl::remove(const QString& identity) {
 }
 
 Outcome AlarmControl::removeStored(const QString& title) {
-    if (!stored(title))
+    const AlarmPtr found = stored(title);
+    if (!found)
         return noneIsStored(title);
-    m_surroundings.storedAlarms.removeAlarm(title);
+    m_surroundings.remove(found);
     return std::nullopt;
 }
 
@@ -463,6 +465,22 @@ Outcome AlarmControl::resume() {
     if (!m_surroundings.pause.until())
         return refusal("NotPaused", QStringLiteral("no alarm is paused"));
     m_surroundings.pause.pauseUntil({});
+    return std::nullopt;
+}
+
+AlarmAnswer AlarmControl::undo() {
+    m_store.finish();
+    const auto title = m_surroundings.lastDeletion.title();
+    if (!title)
+        return refusal("NothingToUndo", QStringLiteral("nothing was deleted since the start"));
+    const QString problem = problemText(m_surroundings.lastDeletion.undo());
+    if (!problem.isEmpty())
+        return refusal("NotBack", QStringLiteral("\"%1\": %2").arg(*title, problem));
+    return *title;
+}
+
+Outcome AlarmControl::showAlarms() {
+    m_surroundings.showAlarms();
     return std::nullopt;
 }
 

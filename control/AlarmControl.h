@@ -15,6 +15,7 @@ namespace dorvane {
 
 class AlarmPause;
 class Clock;
+class LastDeletion;
 class StoredAlarms;
 
 // Carries out what other programs ask, by the functions that the editor and the menu use: an alarm
@@ -31,6 +32,7 @@ public:
         Clock& clock;
         StoredAlarms& storedAlarms;
         AlarmPause& pause;
+        LastDeletion& lastDeletion;
 
         // What the menu and the snooze window do with an alarm: start it, answer it while it rings,
         // end it, end it with its window.
@@ -44,6 +46,8 @@ public:
         Command remove;
         // Puts what a running alarm was edited to in its place.
         std::function<void(const AlarmPtr& old, const AlarmPtr& alarm)> replace;
+        // Opens the window of all alarms.
+        std::function<void()> showAlarms;
         // Whether there was something to skip.
         std::function<bool(const AlarmPtr& alarm)> skip;
 
@@ -85,6 +89,8 @@ public:
     [[nodiscard]] Outcome skip(const QString& identity) override;
     [[nodiscard]] Outcome pause(qint64 until) override;
     [[nodiscard]] Outcome resume() override;
+    [[nodiscard]] AlarmAnswer undo() override;
+    [[nodiscard]] Outcome showAlarms() override;
     [[nodiscard]] Outcome startBreaks() override;
     [[nodiscard]] Outcome stopBreaks() override;
     [[nodiscard]] Outcome skipBreak() override;

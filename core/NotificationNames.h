@@ -15,6 +15,9 @@ inline const QString alarmsDidChangeNotification = QStringLiteral("DorvaneAlarms
 inline const QString storedAlarmsDidChangeNotification =
     QStringLiteral("DorvaneStoredAlarmsDidChange");
 
+// Posted when what is next, in words, has become another: see StatusView::summary().
+inline const QString summaryDidChangeNotification = QStringLiteral("DorvaneSummaryDidChange");
+
 // Posted right before the main menu opens, and when what it shows has changed.
 inline const QString mainMenuWillAppearNotification = QStringLiteral("DorvaneMainMenuWillAppear");
 

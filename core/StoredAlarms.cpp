@@ -127,6 +127,24 @@ bool StoredAlarms::updateInactiveAlarmList(Alarm& alarm, Instant now) {
     return true;
 }
 
+QString StoredAlarms::duplicate(const Alarm& alarm, Instant now) {
+    std::vector<AlarmPtr> stored = load();
+    if (stored.size() >= most)
+        return {};
+    const QStringList taken = alarmTitles(stored);
+    const QString former = alarm.isDefaultAlarm() ? QStringLiteral("Timer") : alarm.title();
+    QString title;
+    for (int number = 2; title.isEmpty() || taken.contains(title); ++number)
+        title = former + u' ' + QString::number(number);
+    const AlarmPtr copy = templateOf(alarm, now);
+    copy->setTitle(title);
+    copy->setIsDefaultAlarm(false);
+    copy->setIsExisInActiveAlarmList(true);
+    stored.push_back(copy);
+    saveDefaultAlarms(stored);
+    return title;
+}
+
 bool StoredAlarms::isListed(const QString& title) {
     const auto stored = load();
     return std::any_of(stored.begin(), stored.end(), [&](const AlarmPtr& alarm) {

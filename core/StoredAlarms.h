@@ -56,6 +56,10 @@ public:
     // False, and nothing happens, when there is no room: see noRoomText().
     [[nodiscard]] bool updateInactiveAlarmList(Alarm& alarm, Instant now);
 
+    // Stores a copy of the alarm, listed by the menu, under a title of its own: that of the alarm
+    // with a number. Answers the title; empty when there is no room.
+    [[nodiscard]] QString duplicate(const Alarm& alarm, Instant now);
+
     // Whether an alarm of the title is stored and listed by the menu while it does not run.
     [[nodiscard]] bool isListed(const QString& title);
 

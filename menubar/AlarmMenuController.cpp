@@ -6,6 +6,7 @@
 #include "core/AlarmContext.h"
 #include "core/AlarmPause.h"
 #include "core/Clock.h"
+#include "core/LastDeletion.h"
 #include "core/LocalTime.h"
 #include "core/NotificationNames.h"
 #include "core/Rearm.h"
@@ -89,6 +90,7 @@ MenuCommands AlarmMenuController::menuCommands() {
                    : std::function<void()>();
     };
     return {.createAlarm = [this] { createAlarm(); },
+            .showAlarms = m_surroundings.showAlarms,
             .createPreAlarm = [this](int minutes) { createPreAlarm(minutes); },
             .quick = [this] { quick(); },
             .editAlarm = onAlarm(&AlarmMenuController::editAlarm),
@@ -312,18 +314,44 @@ void AlarmMenuController::saveFromMenu(const AlarmPtr& alarm) {
         return;
     if (!m_surroundings.storedAlarms.updateInactiveAlarmList(*alarm,
                                                              instantNow(m_surroundings.runLoop)))
-        return newMessage(QMessageBox::Warning, QStringLiteral("The alarm is not saved."),
-                          noRoomText())
-            ->show();
+        return tellNoRoom();
     m_surroundings.notifications.post(mainMenuWillAppearNotification, this);
 }
 
+void AlarmMenuController::tellNoRoom() const {
+    newMessage(QMessageBox::Warning, QStringLiteral("The alarm is not saved."), noRoomText())
+        ->show();
+}
+
 void AlarmMenuController::deleteAlarm(const AlarmPtr& alarm) {
-    if (!alarm->isActive()) {
-        m_surroundings.storedAlarms.removeAlarm(alarm->title());
-        return;
-    }
+    const bool runs = alarm->isActive();
+    deleteAlarms(runs ? alarm : nullptr, runs ? nullptr : alarm);
+}
+
+void AlarmMenuController::deleteAlarms(const AlarmPtr& running, const AlarmPtr& stored) {
+    if (m_surroundings.lastDeletion)
+        m_surroundings.lastDeletion->remember(running, stored);
+    if (stored)
+        m_surroundings.storedAlarms.removeAlarm(stored->title());
+    if (running)
+        clearFromMenu(running);
+}
+
+void AlarmMenuController::switchOff(const AlarmPtr& alarm) {
+    if (alarm->isDefaultAlarm())
+        return deleteAlarm(alarm);
+    if (!m_surroundings.storedAlarms.updateInactiveAlarmList(*alarm,
+                                                             instantNow(m_surroundings.runLoop)))
+        return tellNoRoom();
     clearFromMenu(alarm);
+}
+
+QString AlarmMenuController::duplicate(const AlarmPtr& alarm) {
+    const QString title =
+        m_surroundings.storedAlarms.duplicate(*alarm, instantNow(m_surroundings.runLoop));
+    if (title.isEmpty())
+        tellNoRoom();
+    return title;
 }
 
 void AlarmMenuController::endRinging(const AlarmPtr& alarm) {

@@ -26,6 +26,7 @@ class Appearance;
 class BreakCycle;
 class Bundle;
 class Clock;
+class LastDeletion;
 class PendixRespitoWindowsController;
 class QuickWindow;
 class SleepInhibitor;
@@ -70,6 +71,7 @@ public:
         std::function<BreakCycle&()> breakCycle;
         std::function<bool()> breaksRun;
         // Commands of the menu that are not about alarms; an empty one shows its entry disabled.
+        std::function<void()> showAlarms;
         std::function<void()> openPrefs;
         std::function<void()> showGoogleHelp;
         std::function<void()> terminate;
@@ -84,6 +86,8 @@ public:
         std::function<bool()> showsBreaks = {};
         // The pause of what comes again; null where there is none. Must outlive the controller.
         AlarmPause* pause = nullptr;
+        // Keeps what is deleted; null where nothing does. Must outlive the controller.
+        LastDeletion* lastDeletion = nullptr;
         // See SnoozeWindowStack.
         MakeNotice makeNotice = {};
         // See AlarmRinger.
@@ -132,6 +136,13 @@ public:
     void resumeAlarms();
     // Deletes a stored alarm from the library, or ends a running one with its window.
     void deleteAlarm(const AlarmPtr& alarm);
+    // Both together, either of which may be null.
+    void deleteAlarms(const AlarmPtr& running, const AlarmPtr& stored);
+    // Takes a running alarm out of the clock and keeps it in the library, listed; a timer of the
+    // menu, of which nothing is kept, is deleted.
+    void switchOff(const AlarmPtr& alarm);
+    // Answers the title of a copy in the library; empty when there is no room, which is told.
+    [[nodiscard]] QString duplicate(const AlarmPtr& alarm);
 
     void scheduleAlarm(const AlarmPtr& alarm);
     // After it rang: removes it or moves it on to its next occurrence.
@@ -153,6 +164,9 @@ public:
     // for an alarm at once.
     void openMenu() { m_statusView.openMenuUnasked(); }
 
+    // See StatusView.
+    [[nodiscard]] const QString& summary() const { return m_statusView.summary(); }
+
     void alarmIsNear(const AlarmPtr& alarm) override;
     void alarmTriggered(const AlarmPtr& alarm) override;
     void acceptedAlarm(AlarmSetController& editor, const AlarmPtr& alarm) override;
@@ -164,6 +178,7 @@ public:
 
 private:
     [[nodiscard]] MenuCommands menuCommands();
+    void tellNoRoom() const;
     [[nodiscard]] bool isCurrent(const Alarm& alarm) const;
     void menuWillAppear();
     void darkModeChanged();

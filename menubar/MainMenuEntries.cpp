@@ -2,6 +2,7 @@
 #include "menubar/MainMenuEntries.h"
 
 #include "core/AlarmPause.h"
+#include "core/AlarmText.h"
 #include "core/DateHelpers.h"
 #include "core/Rearm.h"
 
@@ -35,13 +36,6 @@ MenuEntry alarmEntry(const char* title, std::function<void(const AlarmPtr&)> Men
     return entry;
 }
 
-QString lengthText(const Alarm& alarm) {
-    if (alarm.isMinuteUnits())
-        return QStringLiteral("%1 min").arg(alarm.ringWithinUnits());
-    return alarm.ringWithinUnits() == 1 ? QStringLiteral("1 hour")
-                                        : QStringLiteral("%1 hours").arg(alarm.ringWithinUnits());
-}
-
 // The plural begins at one: "In 1 mins at", and "In 0 min at" in the last minute. That is how
 // the text has always read, and it is kept.
 QString countdownText(const Alarm& alarm, const MainMenuState& state) {
@@ -49,13 +43,6 @@ QString countdownText(const Alarm& alarm, const MainMenuState& state) {
     const QString clockTime = timeString(alarm.time(state.now), state.locale);
     return (minutes > 0 ? QStringLiteral("In %1 mins at %2") : QStringLiteral("In %1 min at %2"))
         .arg(QString::number(minutes), clockTime);
-}
-
-// An alarm without a due time comes of a damaged list.
-QString dueText(const Alarm& alarm, const MainMenuState& state) {
-    if (const auto next = nextRing(alarm, state.now))
-        return dayTimeString(localDateTimeOf(*next), localDateTimeOf(state.now), state.locale);
-    return alarm.isHeld(state.now) ? QStringLiteral("Paused") : QStringLiteral("Needs a look");
 }
 
 void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
@@ -72,7 +59,7 @@ void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
         if (alarm->isDefaultAlarm() && alarm->due(state.now)) {
             entry.title = countdownText(*alarm, state);
         } else {
-            entry.title = dueText(*alarm, state);
+            entry.title = dueText(*alarm, state.now, state.locale);
             entry.subtitle = alarm->title();
         }
         entry.children.push_back(alarmEntry("Edit...", &MenuCommands::editAlarm, alarm));
@@ -89,21 +76,6 @@ void buildWorkingAlarms(Entries& entries, const MainMenuState& state) {
     const auto isRinging = [](const AlarmPtr& alarm) { return alarm->isTriggered(); };
     if (std::count_if(state.alarms.begin(), state.alarms.end(), isRinging) >= 3)
         entries.push_back(makeEntry("Clear all that ring", &MenuCommands::clearAll));
-}
-
-// What an alarm of the library is chosen by: how long it takes, or when it would ring.
-QString storedText(const Alarm& alarm, const MainMenuState& state) {
-    if (alarm.isRelative())
-        return lengthText(alarm);
-    const QDateTime now = localDateTimeOf(state.now);
-    const RearmDecision start = rearmAtStart(alarm, now, weekdayName(now.date()));
-    if (start.next.isValid())
-        return dayTimeString(start.next, now, state.locale);
-    // Its weekday alone would be taken for the next one.
-    const QDateTime due = alarm.time(state.now);
-    if (start.outcome == RearmDecision::Outcome::Remove && due.isValid())
-        return dateTimeString(due, now, state.locale);
-    return dueText(alarm, state);
 }
 
 void buildPredefinedAlarms(Entries& entries) {
@@ -129,7 +101,7 @@ void buildStoredAlarms(Entries& entries, const MainMenuState& state) {
         if (!alarm->isExisInActiveAlarmList())
             continue;
         MenuEntry entry;
-        entry.title = storedText(*alarm, state);
+        entry.title = storedText(*alarm, state.now, state.locale);
         entry.subtitle = alarm->title();
         entry.command = alarm->due(state.now) ? &MenuCommands::setAlarm : &MenuCommands::editAlarm;
         entry.alarm = alarm;
@@ -168,6 +140,7 @@ void buildPause(Entries& entries, const MainMenuState& state) {
 
 void buildSettableAlarms(Entries& entries, const MainMenuState& state) {
     entries.push_back(makeEntry("Create alarm...", &MenuCommands::createAlarm));
+    entries.push_back(makeEntry("Alarms...", &MenuCommands::showAlarms));
     buildPause(entries, state);
     insertSeparator(entries);
     buildPredefinedAlarms(entries);

@@ -11,6 +11,7 @@ namespace dorvane {
 // entries are disabled. Called from the event loop, after the menu has closed.
 struct MenuCommands {
     std::function<void()> createAlarm;
+    std::function<void()> showAlarms;
     std::function<void(int minutes)> createPreAlarm;
     std::function<void()> quick;
     std::function<void(const AlarmPtr& alarm)> editAlarm;

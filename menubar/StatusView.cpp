@@ -116,26 +116,32 @@ void StatusView::sleepUntilNextChange(Instant moment, const AlarmPtr& nearest) {
         RunLoopMode::Default);
 }
 
-// Nothing that counts down: it would have to be sent to the panel every second or minute.
+// What counts down changes with the wedge, which is sent at that moment anyway.
 void StatusView::showToolTip(const AlarmPtr& nearest, Instant moment) {
-    QString text = QStringLiteral("Dorvane");
+    QStringList parts;
     if (nearest) {
         constexpr int longestTitle = 60;
         const QString title = isolated(oneLine(shownTitle(*nearest), longestTitle));
-        text = dayTimeString(nearest->time(moment), localDateTimeOf(moment));
+        QString next = dayTimeString(nearest->time(moment), localDateTimeOf(moment));
+        if (const int left = minutesUntil(*nearest, moment); left > 0 && left < fullCircle)
+            next += QStringLiteral(", in %1 min").arg(left);
         if (!title.isEmpty())
-            text += QStringLiteral(" \u2013 ") + title;
+            next += QStringLiteral(" \u2013 ") + title;
+        parts << next;
     }
-    bool isFirst = !nearest;
     for (const QString& part : {m_breaks, m_pause})
         if (!part.isEmpty())
-            text += (std::exchange(isFirst, false) ? QStringLiteral(" \u2013 ")
-                                                   : QStringLiteral(" \u00b7 ")) +
-                    part;
+            parts << part;
+    m_summary = parts.join(QStringLiteral(" \u00b7 "));
+    QString text = m_summary;
+    if (!nearest)
+        text = QStringLiteral("Dorvane") +
+               (text.isEmpty() ? QString() : QStringLiteral(" \u2013 ") + text);
     if (text == m_toolTip)
         return;
     m_toolTip = text;
     m_item.setToolTip(text);
+    m_notifications.post(summaryDidChangeNotification, this);
 }
 
 void StatusView::startFlashing() {

@@ -54,6 +54,11 @@ public:
     // Tells in the tool tip and by the icon of a pause; an empty text for none.
     void showPause(const QString& pause);
 
+    // What is next, in words, as the tool tip has it: within the hour with the minutes that are
+    // left, which change with the wedge. Empty when nothing is; summaryDidChangeNotification tells
+    // of each change.
+    [[nodiscard]] const QString& summary() const { return m_summary; }
+
     // Looks at the clock once and shows what is nearest, unless the icon flashes.
     void updateStatusView();
 
@@ -85,6 +90,7 @@ private:
     StatusPicture::Wedge m_wedge;
     std::optional<StatusPicture::Wedge> m_shown; // nothing when the icon must be sent again
     QString m_toolTip;
+    QString m_summary;
     QPointer<QMenu> m_targetMenu;
     std::function<void()> m_action;
     bool m_flashPhase = false;

@@ -108,6 +108,10 @@ public:
     // Holds what comes again back: until so many seconds since the epoch, or with 0 until resumed.
     [[nodiscard]] virtual Outcome pause(qint64 until) = 0;
     [[nodiscard]] virtual Outcome resume() = 0;
+    // Brings back what was deleted last: its title.
+    [[nodiscard]] virtual AlarmAnswer undo() = 0;
+    // Opens the window of all alarms.
+    [[nodiscard]] virtual Outcome showAlarms() = 0;
 
     [[nodiscard]] virtual Outcome startBreaks() = 0;
     [[nodiscard]] virtual Outcome stopBreaks() = 0;

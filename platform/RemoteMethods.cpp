@@ -37,7 +37,7 @@ std::vector<RemoteArgument> resultsOfOperation(Result (RemoteControl::*)(Argumen
     else if constexpr (std::is_same_v<Result, AlarmListing>)
         return {{"aa{sv}", "alarms"}};
     else
-        return {{"s", "id"}};
+        return {{"s", sizeof...(Arguments) == 0 ? "title" : "id"}};
 }
 
 } // namespace

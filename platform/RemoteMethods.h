@@ -27,7 +27,7 @@ struct RemoteMethod {
                                    Shape<AlarmAnswer, const QString&>, Shape<AlarmListing>,
                                    Shape<AlarmListing, quint32>, Shape<Outcome, const QString&>,
                                    Shape<Outcome, const QString&, quint32>, Shape<Outcome>,
-                                   Shape<Outcome, qint64>>;
+                                   Shape<Outcome, qint64>, Shape<AlarmAnswer>>;
 
     const char* name;
     const char* takes; // the names of its arguments
@@ -78,16 +78,20 @@ inline constexpr RemoteMethod pause{
     "since the epoch, or with 0 until `Resume`",
     true};
 inline constexpr RemoteMethod resume{"Resume", "", &RemoteControl::resume, "", true};
+inline constexpr RemoteMethod undo{"Undo", "", &RemoteControl::undo,
+                                   "brings back what was deleted last"};
+inline constexpr RemoteMethod showAlarms{"ShowAlarms", "", &RemoteControl::showAlarms,
+                                         "opens the window of all alarms", true};
 inline constexpr RemoteMethod startBreaks{"StartBreaks", "", &RemoteControl::startBreaks, "", true};
 inline constexpr RemoteMethod stopBreaks{"StopBreaks", "", &RemoteControl::stopBreaks, ""};
 inline constexpr RemoteMethod skipBreak{
     "SkipBreak", "", &RemoteControl::skipBreak,
     "the working time begins anew; a break that has begun is done"};
 
-inline constexpr std::array all{addTimer,    addAlarm,    quick,       editAlarm,    editStored,
-                                startStored, listRunning, listStored,  listNext,     snooze,
-                                snoozeFor,   clear,       remove,      removeStored, skip,
-                                pause,       resume,      startBreaks, stopBreaks,   skipBreak};
+inline constexpr std::array all{
+    addTimer, addAlarm, quick,      editAlarm,   editStored, startStored,  listRunning, listStored,
+    listNext, snooze,   snoozeFor,  clear,       remove,     removeStored, skip,        pause,
+    resume,   undo,     showAlarms, startBreaks, stopBreaks, skipBreak};
 
 } // namespace remote
 

@@ -23,6 +23,7 @@ ARROWS = {
     "control": {"core"},
     "core": {"platform"},
     "journal": {"core"},
+    "overview": {"core", "widgets"},
     "sounds": {"core", "widgets"},
     "firing": {"core", "sounds"},
     "editor": {"core", "sounds", "firing"},

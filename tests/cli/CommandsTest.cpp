@@ -119,6 +119,8 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
         {"pause --until soon", 2, "",
          "dorvane: --until takes a date such as 2026-12-24, 24 Dec, tomorrow or fri, not "
          "\"soon\"\n"},
+        {"undo", 0, "Undo[]", "t1 is back\n"},
+        {"show", 0, "ShowAlarms![]", ""},
         {"resume", 0, "Resume![]", ""},
         {"breaks start", 0, "StartBreaks![]", ""},
         {"breaks stop", 0, "StopBreaks[]", ""},
@@ -158,7 +160,8 @@ TEST(CommandsTest, whatIsTypedIsAskedAndTheAnswerShown) {
 
 TEST(CommandsTest, offersWhatMayComeNext) {
     const std::pair<const char*, const char*> rows[] = {
-        {"", "timer|add|quick|start|edit|snooze|clear|skip|delete|pause|resume|list|status|breaks|"
+        {"", "timer|add|quick|start|edit|snooze|clear|skip|delete|pause|resume|undo|show|list|"
+             "status|breaks|"
              "check|"
              "missed|--help|--version"},
         {"timer ", "1|2|3|4|5|10|15|20|30|45|--help"},

@@ -4,6 +4,7 @@
 #include "core/AlarmArchive.h"
 #include "core/AlarmPause.h"
 #include "core/Clock.h"
+#include "core/LastDeletion.h"
 #include "core/Rearm.h"
 #include "core/StoredAlarms.h"
 #include "platform/linux/preferences/PropertyListCodec.h"
@@ -29,6 +30,7 @@ protected:
             .clock = clock,
             .storedAlarms = library,
             .pause = pause,
+            .lastDeletion = lastDeletion,
             .schedule = [this](const AlarmPtr& alarm) { clock.insertAlarm(alarm); },
             .start = [this](const Alarm& stored) -> AlarmPtr {
                 const auto decision =
@@ -46,12 +48,17 @@ protected:
                 },
             .clear = noted("clear "),
             .end = noted("end "),
-            .remove = [this](const AlarmPtr& alarm) { clock.removeAlarm(alarm); },
+            .remove =
+                [this](const AlarmPtr& alarm) {
+                    lastDeletion.remember(alarm, nullptr);
+                    clock.removeAlarm(alarm);
+                },
             .replace =
                 [this](const AlarmPtr& old, const AlarmPtr& alarm) {
                     alarm->setIsActive(true);
                     EXPECT_TRUE(clock.replaceAlarm(old, alarm));
                 },
+            .showAlarms = [] {},
             .skip = [](const AlarmPtr&) { return false; },
             .ringDefaults =
                 [] {
@@ -126,6 +133,7 @@ protected:
     StoredAlarms library{defaults, archive, notifications};
     Clock clock{loop, notifications};
     AlarmPause pause{loop, notifications, clock};
+    LastDeletion lastDeletion{loop, clock, library};
     bool breaksRun = false;
     std::vector<AlarmControl::Found> slowSounds;
     QString told;
@@ -378,6 +386,9 @@ TEST_F(AlarmControlTest, anAlarmIsAnsweredOnlyAsItStands) {
     loop.runPending();
     EXPECT_THAT(trace.events(), ElementsAre("0 end T", "100 snooze T 7", "100 snooze T 1440",
                                             "100 clear T", "100 T0", "100 T1", "100 T2", "100 T3"));
+    EXPECT_EQ(std::get<Refusal>(control.undo()).name, u"NothingToUndo"_qs);
+    EXPECT_EQ(control.remove(id), std::nullopt);
+    EXPECT_EQ(control.undo(), AlarmAnswer(u"T"_qs));
     EXPECT_EQ(control.remove(id), std::nullopt);
     EXPECT_EQ(control.remove(id)->name, u"NoSuchAlarm"_qs);
     EXPECT_EQ(control.skipBreak()->name, u"NoBreaksRun"_qs);

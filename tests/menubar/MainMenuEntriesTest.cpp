@@ -87,6 +87,7 @@ Tue, 18:05 [Daily]
   Skip next = skipNext Daily
 --
 Create alarm... = createAlarm
+Alarms... = showAlarms
 Pause alarms [paused until 1 Dec]
   Resume = resumeAlarms
   Until tomorrow = pauseAlarms 1

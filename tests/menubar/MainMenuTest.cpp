@@ -149,7 +149,7 @@ TEST_F(MainMenuTest, aPanelGetsTheMenuWhenEntriesChangeAndItsTextsWhenItOpens) {
     EXPECT_EQ(menu(), shown);
     m_item.panelMenuWillOpen();
     EXPECT_EQ(menu()[6], u"In 3 mins at 10:05|"_qs);
-    m_loop.defer(m_item.panelMenu[13].children.front().chosen);
+    m_loop.defer(m_item.panelMenu[14].children.front().chosen);
     EXPECT_EQ(done(), QStringList{u"setAlarm Down_ & up"_qs});
 }
 

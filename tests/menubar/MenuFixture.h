@@ -3,6 +3,7 @@
 
 #include "core/AlarmContext.h"
 #include "core/Clock.h"
+#include "core/LastDeletion.h"
 #include "core/WakeUps.h"
 #include "editor/TitleBox.h"
 #include "firing/SnoozeWindowController.h"
@@ -99,6 +100,7 @@ protected:
     FakeSoundOutput m_output{loop};
     FakeSleepInhibitor m_inhibitor;
     LightDesktop m_appearance;
+    LastDeletion m_lastDeletion{loop, m_clock, library};
     AlarmMenuController m_controller{
         {.runLoop = loop,
          .notifications = notifications,
@@ -125,6 +127,7 @@ protected:
          .sharedRespito = {},
          .breakCycle = {},
          .breaksRun = {},
+         .showAlarms = {},
          .openPrefs = {},
          .showGoogleHelp = {},
          .terminate = {},
@@ -136,7 +139,8 @@ protected:
          .cameRoundAgain =
              [this](const AlarmPtr& alarm, const QDateTime& due) {
                  m_told << alarm->title() + u" missed "_qs + due.toString(u"MM-dd HH:mm"_qs);
-             }}};
+             },
+         .lastDeletion = &m_lastDeletion}};
 };
 
 } // namespace dorvane::testing

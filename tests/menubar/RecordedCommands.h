@@ -18,6 +18,7 @@ inline MenuCommands recordedCommands(QStringList& trace) {
     };
     return {
         .createAlarm = plain("createAlarm"),
+        .showAlarms = plain("showAlarms"),
         .createPreAlarm = [&trace](int minutes) { trace << u"createPreAlarm %1"_qs.arg(minutes); },
         .quick = plain("quick"),
         .editAlarm = onAlarm("editAlarm"),

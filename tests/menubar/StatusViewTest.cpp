@@ -79,7 +79,9 @@ TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
     EXPECT_EQ(m_loop.firings() - before, 10) << "one a minute";
     EXPECT_EQ(m_item.iconsSent, 2 + 10);
     EXPECT_TRUE(shows(30, 50));
-    EXPECT_EQ(m_item.toolTips.mid(1), QStringList{u"Tue, 11:30 \u2013 Tea & <b>cake</b>"_qs});
+    EXPECT_EQ(m_item.toolTips.size(), 2 + 10) << "with the wedge";
+    EXPECT_EQ(m_item.toolTips[1], u"Tue, 11:30 \u2013 Tea & <b>cake</b>"_qs);
+    EXPECT_EQ(m_view.summary(), u"Tue, 11:30, in 50 min \u2013 Tea & <b>cake</b>"_qs);
 }
 
 TEST_F(StatusViewTest, flashesBetweenDiscAndNothingUntilItIsStopped) {
