@@ -54,7 +54,8 @@ CustomModalWindowController::CustomModalWindowController(RunLoop& runLoop, QWidg
     , m_isHidden(std::move(isHidden))
     , m_actions(std::move(actions))
     , m_form(std::make_unique<Ui::CustomModalWindowController>())
-    , m_window(std::make_unique<SheetWindow>([this] { didTapDoneButton(); }, [this] { activated(); })) {
+    , m_window(
+          std::make_unique<SheetWindow>([this] { didTapDoneButton(); }, [this] { activated(); })) {
     m_form->setupUi(m_window.get());
     connectButtons();
     guardFromTyping();
