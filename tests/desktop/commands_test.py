@@ -71,7 +71,7 @@ class CommandsTest(DesktopTest):
                        check=True)
         wait_for("the timer of who does not wait for an answer", lambda: "Sent" in self.run_command("list"))
         self.run_command("edit", "Sent", "--title", "Soup", "--at", "7:45", "--on", "sat-sun", "--sound", "Brook")
-        self.assertIn("Soup  Sat Sun", self.run_command("list"))
+        self.assertRegex(self.run_command("list"), r"Soup +Sat Sun\n")
         self.run_command("delete", "Soup")
         self.run_command("add", "Late", "--at", "10:00", "--date", "2020-01-01", status=1)
         self.run_command("delete", identity)

@@ -134,8 +134,7 @@ TEST(MainMenuEntriesTest, nothingRunsAndNothingIsStored) {
     EXPECT_TRUE(empty.contains(u"\nRespito...\n  Start = startRespito\n"_qs));
     EXPECT_TRUE(empty.contains(u"createRespito\n--\n--\nPreferences..."_qs));
     state.showsBreaks = false;
-    EXPECT_TRUE(
-        outline(mainMenuEntries(state)).contains(u"  Other... = quick\n--\n--\nPref"_qs));
+    EXPECT_TRUE(outline(mainMenuEntries(state)).contains(u"  Other... = quick\n--\n--\nPref"_qs));
     state.noAlarmString = u"All quiet"_qs;
     state.storedAlarms.emplace(); // a store that cannot be read
     const QString quiet = outline(mainMenuEntries(state));
