@@ -17,9 +17,9 @@ from virtual_desktop.picture import Rect, changed_pixels
 from virtual_desktop.program import STORED_ALARMS, Program, ping_path
 from virtual_desktop.sound import RATE, read_aiff
 
-EMPTY_MENU = ["Active alarms:", "No Alarms", "", "Create alarm...", "", "Timer...", "",
-              "Respito...", "", "", "Preferences...", "Help...", "", "Quit"]
-TIMERS = [f"{n} min" for n in (1, 2, 3, 4, 5, 10, 15, 20, 30, 45)]
+EMPTY_MENU = ["Active alarms:", "No Alarms", "", "Create alarm...", "Alarms...", "Pause alarms", "",
+              "Timer...", "", "Respito...", "", "", "Preferences...", "Help...", "", "Quit"]
+TIMERS = [*(f"{n} min" for n in (1, 2, 3, 4, 5, 10, 15, 20, 30, 45)), "Other..."]
 
 
 class RoadTest(DesktopTest):
