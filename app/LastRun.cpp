@@ -38,8 +38,10 @@ void LastRun::restore(AlarmDelegate& delegate) {
 // What somebody has paused by now holds.
 void LastRun::goOnPausing() {
     const std::optional<Instant> until = m_surroundings.journal.pausedUntil();
+    if (!until)
+        return; // nor does a journal that comes late know of the end of one
     m_surroundings.activeAlarms.setPausedUntil(until);
-    if (until && !m_surroundings.pause.until())
+    if (!m_surroundings.pause.until())
         m_surroundings.pause.pauseUntil(until);
 }
 

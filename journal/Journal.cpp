@@ -6,6 +6,7 @@
 #include "core/RestoredAlarms.h"
 
 #include <QHash>
+#include <QUuid>
 
 #include <algorithm>
 #include <iterator>
@@ -84,7 +85,17 @@ std::optional<ActiveAlarms::Left> Journal::take(const std::optional<QByteArray>&
     const auto decoded = m_format.decode(data.value_or(QByteArray()));
     m_mayWrite = (data && decoded.isComplete) || m_surroundings.file.putAside();
     m_before = decoded.contents;
-    // A copy of ours from a while ago may have been put in its place.
+    // A copy of ours from a while ago may have been put in its place: what ran then has gone on.
+    const bool isOfOurs = m_before.line == m_contents.line && !m_before.line.isEmpty() &&
+                          m_before.run <= m_contents.run;
+    if (isOfOurs) {
+        m_before.running.clear();
+        m_before.missed.clear();
+        m_before.pausedUntil.reset();
+    } else if (!m_before.line.isEmpty() || m_contents.line.isEmpty()) {
+        m_contents.run = m_before.run + 1;
+        m_contents.line = m_before.line.isEmpty() ? QUuid::createUuid().toString() : m_before.line;
+    }
     const std::set<JournalEvent> known(m_contents.events.begin(), m_contents.events.end());
     std::erase_if(m_before.events, [&](const auto& event) { return known.contains(event); });
     std::erase_if(m_before.missed, [this](const MissedAlarm& earlier) {
@@ -98,7 +109,7 @@ std::optional<ActiveAlarms::Left> Journal::take(const std::optional<QByteArray>&
     };
     putFirst(m_contents.events, m_before.events);
     putFirst(m_contents.missed, m_before.missed);
-    return decoded.left();
+    return isOfOurs ? std::nullopt : decoded.left();
 }
 
 void Journal::open(const Restored& restored) {

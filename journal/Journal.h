@@ -42,7 +42,8 @@ public:
     [[nodiscard]] std::optional<ActiveAlarms::Left> read();
 
     // Called when the journal of earlier runs comes into reach only now, with what read() would
-    // have answered. Until open() is called again nothing is written.
+    // have answered; with nothing where it is a copy of ours from a while ago. Until open() is
+    // called again nothing is written.
     void setCame(std::function<void(const std::optional<ActiveAlarms::Left>& left)> came) {
         m_came = std::move(came);
     }

@@ -29,7 +29,9 @@ struct JournalEvent {
 
 // What the journal holds.
 struct JournalContents {
-    bool isOrderly = true;              // the run that wrote it has quit in order
+    QString line = {};                  // the same in all journals that go on from one another
+    qint64 run = 0;                     // the number in it of the run that wrote it
+    bool isOrderly = true;              // that has quit in order
     QStringList storedMarks;            // of lists that the preferences may hold, see ActiveAlarms
     std::vector<RunningAlarm> running;  // as the clock lists them
     std::vector<AlarmPtr> undated;      // they run, and nobody can read when they are due

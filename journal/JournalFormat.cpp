@@ -13,6 +13,8 @@ namespace {
 
 using What = JournalEvent::What;
 
+const auto lineKey = QStringLiteral("line");
+const auto runKey = QStringLiteral("run");
 const auto isOrderlyKey = QStringLiteral("isOrderly");
 const auto storedMarkKey = QStringLiteral("storedMark");
 const auto runningKey = QStringLiteral("running");
@@ -93,7 +95,9 @@ QByteArray JournalFormat::encode(const JournalContents& contents) const {
     for (const JournalEvent& event : contents.events)
         events << encoded(event);
     using Reason = MissedAlarm::Reason;
-    QVariantMap root{{isOrderlyKey, contents.isOrderly},
+    QVariantMap root{{lineKey, contents.line},
+                     {runKey, contents.run},
+                     {isOrderlyKey, contents.isOrderly},
                      {storedMarkKey, contents.storedMarks.join(QLatin1Char(' '))},
                      {runningKey, encoded(contents.running, m_archive)},
                      {undatedKey, m_archive.archivedData(contents.undated)},
@@ -130,6 +134,8 @@ JournalFormat::Decoded JournalFormat::decode(const QByteArray& data) const {
         return decoded;
     JournalContents& contents = decoded.contents;
     const QVariantMap root = m_format.parse(data).value_or(QVariant()).toMap();
+    contents.line = root.value(lineKey).toString(); // journals of earlier versions have none
+    contents.run = root.value(runKey).toLongLong();
     contents.isOrderly = root.value(isOrderlyKey, true).toBool();
     contents.storedMarks =
         root.value(storedMarkKey).toString().split(QLatin1Char(' '), Qt::SkipEmptyParts);
