@@ -120,11 +120,28 @@ std::optional<ActiveAlarms::Decisions> ActiveAlarms::restoreLate(const std::opti
     if (m_areResumed && isOurs)
         goBeyond(left->marks);
     Left all = m_areResumed ? *left : Left();
-    if (m_areResumed && !isListLate)
-        all.running = missingFrom(m_clock.allAlarms(), std::move(all.running));
-    if (!m_areResumed || left->marks.isEmpty())
+    if (m_areResumed && !isListLate) {
+        const std::vector<AlarmPtr> ended = endedHere();
+        m_restored.takeBack();
+        if (left->marks.isEmpty())
+            addStored(all, stored, instantNow(m_runLoop));
+        all.running = missingFrom(m_clock.allAlarms(), missingFrom(ended, std::move(all.running)));
+    } else if (!m_areResumed || left->marks.isEmpty()) {
         addStored(all, listed, instantNow(m_runLoop));
+    }
     return putBack(all, m_areResumed && !left->isStored);
+}
+
+// Of what was put back from the list by now.
+std::vector<AlarmPtr> ActiveAlarms::endedHere() const {
+    const Instant now = instantNow(m_runLoop);
+    std::vector<RunningAlarm> known;
+    for (const AlarmPtr& alarm : m_archive.unarchive(m_known).alarms)
+        known.push_back({alarm, now});
+    std::vector<AlarmPtr> dropped;
+    for (const RunningAlarm& each : m_restored.dropped())
+        dropped.push_back(each.alarm);
+    return alarmsOf({missingFrom(dropped, missingFrom(m_clock.allAlarms(), known)), {}});
 }
 
 // Ours may have been stored among them, at a log-out that was called off.

@@ -67,6 +67,7 @@ private:
     [[nodiscard]] ArchivedList list() const;
     void goBeyond(const QStringList& marks);
     [[nodiscard]] Decisions putBack(const Left& all, bool resumes);
+    [[nodiscard]] std::vector<AlarmPtr> endedHere() const;
     [[nodiscard]] std::vector<AlarmPtr> newIn(const std::vector<AlarmPtr>& stored) const;
 
     UserDefaults& m_defaults;

@@ -114,6 +114,15 @@ bool RestoredAlarms::decide(const RunningAlarm& left, Decisions& decisions) {
     return true;
 }
 
+void RestoredAlarms::takeBack() {
+    if (m_resumes)
+        return;
+    m_dropped.clear();
+    for (const Restored& restored : std::exchange(m_restored, {}))
+        if (isUntouched(restored))
+            m_clock.removeAlarm(restored.was.alarm);
+}
+
 // Runs before anything that the new time makes due.
 void RestoredAlarms::clockWasSet() {
     const auto sinceBoot = m_runLoop.sinceBoot();
@@ -176,14 +185,17 @@ void RestoredAlarms::putBackAgain(Decisions& decisions) {
     });
 }
 
-// What has rung, was changed or ended since is the user's; a timer that was started anew has been
-// moved along.
-bool RestoredAlarms::isAsPutBack(const Restored& restored) const {
+// What has rung, was changed or ended since is the user's.
+bool RestoredAlarms::isUntouched(const Restored& restored) const {
     const auto& running = m_clock.allAlarms();
     const Alarm& alarm = *restored.was.alarm;
-    return (m_resumes || !isTimer(alarm)) && !alarm.isTriggered() &&
-           Dates::of(alarm) == restored.after &&
+    return !alarm.isTriggered() && Dates::of(alarm) == restored.after &&
            std::find(running.begin(), running.end(), restored.was.alarm) != running.end();
+}
+
+// A timer that was started anew has been moved along.
+bool RestoredAlarms::isAsPutBack(const Restored& restored) const {
+    return (m_resumes || !isTimer(*restored.was.alarm)) && isUntouched(restored);
 }
 
 bool RestoredAlarms::runsOn(const AlarmPtr& alarm) const {

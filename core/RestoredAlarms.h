@@ -47,7 +47,11 @@ public:
     Decisions resume(const std::vector<RunningAlarm>& running, const std::vector<AlarmPtr>& undated,
                      AlarmDelegate& delegate);
 
-    // Of all calls.
+    // Undoes restore(), where it turns out that the list was not the newest: ends what is as it was
+    // put back.
+    void takeBack();
+
+    // Of all calls since.
     [[nodiscard]] const std::vector<RunningAlarm>& dropped() const { return m_dropped; }
 
     // Called when decisions have turned out otherwise: with what is new in them.
@@ -83,6 +87,7 @@ private:
     void shiftTimers(std::chrono::milliseconds by);
     void dropAgain(Decisions& decisions);
     void putBackAgain(Decisions& decisions);
+    [[nodiscard]] bool isUntouched(const Restored& restored) const;
     [[nodiscard]] bool isAsPutBack(const Restored& restored) const;
     [[nodiscard]] bool runsOn(const AlarmPtr& alarm) const;
 

@@ -81,9 +81,11 @@ TEST_F(AlarmListsTest, theNewerOfTheStoredListAndWhatAnEndWithoutAWordLeftComesB
         const AlarmPtr left =
             AlarmOf{.title = "left", .minutes = 20, .runTime = "11-23 06:00"}.alarm();
         // In a home that is mounted late, say; and after a log-out that was called off.
-        for (const auto& [isLate, isOwnStored] :
-             {std::pair(false, false), {true, false}, {true, true}}) {
-            Run run(at("2026-11-23 06:10"), isLate ? QVariantMap() : now);
+        for (const auto& [isLate, isListLate, isOwnStored] : {std::tuple(false, false, false),
+                                                              {true, true, false},
+                                                              {true, true, true},
+                                                              {true, false, false}}) {
+            Run run(at("2026-11-23 06:10"), isListLate ? QVariantMap() : now);
             const ActiveAlarms::Left all{
                 {{left->storedCopy(), instantOf(at("11-23 06:25"))}}, then, {}, isStored};
             run.active.restoreActiveAlarms(run.delegate,
@@ -92,11 +94,12 @@ TEST_F(AlarmListsTest, theNewerOfTheStoredListAndWhatAnEndWithoutAWordLeftComesB
                 run.active.storeActiveAlarms();
             if (isLate) {
                 run.active.expect(all);
-                run.defaults.comeIntoReach(now);
+                if (isListLate)
+                    run.defaults.comeIntoReach(now);
                 EXPECT_TRUE(run.active.restoreLate(all));
                 EXPECT_FALSE(run.active.restoreLate({})) << "once is enough";
             }
-            EXPECT_EQ(run.running(), running) << isLate << isOwnStored;
+            EXPECT_EQ(run.running(), running) << isLate << isListLate << isOwnStored;
             run.clock.removeAlarm(run.clock.allAlarms().front());
             run.active.storeActiveAlarms();
             Run next(at("2026-11-23 06:11"), run.defaults.written());
