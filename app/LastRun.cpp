@@ -76,6 +76,8 @@ void LastRun::restoreLate() {
     const auto decisions = m_surroundings.activeAlarms.restoreLate(std::exchange(m_late, {}));
     if (decisions || hasJournalCome)
         open(decisions.value_or(ActiveAlarms::Decisions()));
+    if (hasJournalCome)
+        m_surroundings.activeAlarms.putBackPaused();
 }
 
 void LastRun::end(bool isStored, Journal::Ends ends) {

@@ -34,6 +34,8 @@ public:
     // See RestoredAlarms.
     void setPausedUntil(const std::optional<Instant>& until) { m_restored.setPausedUntil(until); }
 
+    void putBackPaused() { m_restored.putBackPaused(); }
+
     // Puts the alarms of the run before back and makes `delegate` theirs: what it left without
     // storing it, as it was, unless a list was stored since, which is then the newer one; else the
     // stored list, see RestoredAlarms, and where that is out of reach what was left stands for it.

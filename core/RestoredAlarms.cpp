@@ -114,6 +114,13 @@ bool RestoredAlarms::decide(const RunningAlarm& left, Decisions& decisions) {
     return true;
 }
 
+void RestoredAlarms::putBackPaused() {
+    Decisions changes;
+    putBackAgain(changes);
+    if (m_corrected && !changes.back.empty())
+        m_corrected(changes);
+}
+
 void RestoredAlarms::takeBack() {
     if (m_resumes)
         return;

@@ -24,7 +24,7 @@ public:
     RestoredAlarms(RunLoop& runLoop, Clock& clock);
 
     // The end of a pause that goes on, or has ended meanwhile: what it held has not passed. To be
-    // called before alarms are put back, where there was one.
+    // called before alarms are put back, where there was one; see putBackPaused().
     void setPausedUntil(const std::optional<Instant>& until) { m_pausedUntil = until; }
 
     // What became of alarms whose time has passed.
@@ -46,6 +46,9 @@ public:
     // could be read stands in the list as before.
     Decisions resume(const std::vector<RunningAlarm>& running, const std::vector<AlarmPtr>& undated,
                      AlarmDelegate& delegate);
+
+    // Puts back what was dropped and a pause held, where that is known only since.
+    void putBackPaused();
 
     // Undoes restore(), where it turns out that the list was not the newest: ends what is as it was
     // put back.

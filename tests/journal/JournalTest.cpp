@@ -237,6 +237,15 @@ TEST(JournalTest, aPauseOutlivesTheProgramAndWhatItHeldIsNeitherMissedNorAnnounc
         third.restored.restore({running[5].alarm(), running[6].alarm()}, third.nobody);
     EXPECT_EQ(third.running(), "school 11-30 09:15+01\n");
     EXPECT_EQ(localDateTimeOf(decisions.dropped.at(0).due), at("11-26 09:06"));
+
+    OneRun late(disk, "11-25 12:00"); // the list is there before the pause is known
+    late.open({.decisions = late.restored.restore({running[5].alarm()}, late.nobody)});
+    EXPECT_EQ(late.journal.missed().size(), 4U);
+    late.restored.setCorrected([&](const auto& changes) { late.journal.correct(changes); });
+    late.restored.setPausedUntil(instantOf(at("11-26 00:00")));
+    late.restored.putBackPaused();
+    EXPECT_EQ(late.running(), "walk 11-26 09:06+01\n");
+    EXPECT_EQ(late.journal.missed().size(), 3U);
 }
 
 TEST(JournalTest, offersWhatIsMissingInANewerListAndStartsItAgain) {
