@@ -112,6 +112,7 @@ void Clock::removeAlarm(AlarmPtr alarm) { // NOLINT(performance-unnecessary-valu
     if (std::erase(m_alarms, alarm) == 0)
         return;
     alarm->setDueChanged({});
+    alarm->setHeldUntil({}); // a pause may end before it is put back
     m_identities.remove(alarm->identity());
     sleepUntilNextTick();
     announceChange();

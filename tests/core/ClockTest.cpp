@@ -147,6 +147,11 @@ TEST_F(ClockTest, aPauseHoldsWhatComesAgainInSilenceAndNothingElse) {
     m_loop.advance(72h);
     pause.pauseUntil({});
     EXPECT_EQ(brief(daily->time({})), "11-27 09:00+01");
+    pause.pauseUntil(untilResumed);
+    m_clock.removeAlarm(daily);
+    pause.pauseUntil({});
+    m_clock.insertAlarm(daily);
+    EXPECT_EQ(nextRing(*daily, instantNow(m_loop)), instantOf(at("11-27 09:00")));
 }
 
 TEST_F(ClockTest, insertingStartsAfreshAtTheFrontRemovingAndReplacingGoByIdentity) {
