@@ -127,6 +127,11 @@ bool StoredAlarms::updateInactiveAlarmList(Alarm& alarm, Instant now) {
     return true;
 }
 
+bool StoredAlarms::keep(Alarm& alarm, Instant now) {
+    const bool isAnothers = alarmTitles(load()).contains(alarm.title()) && !hasEntryOf(alarm);
+    return isAnothers ? !duplicate(alarm, now).isEmpty() : updateInactiveAlarmList(alarm, now);
+}
+
 QString StoredAlarms::duplicate(const Alarm& alarm, Instant now) {
     std::vector<AlarmPtr> stored = load();
     if (stored.size() >= most)

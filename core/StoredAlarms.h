@@ -56,6 +56,10 @@ public:
     // False, and nothing happens, when there is no room: see noRoomText().
     [[nodiscard]] bool updateInactiveAlarmList(Alarm& alarm, Instant now);
 
+    // The same for an alarm that is to run no more; where the entry of its title is of another
+    // alarm, that stays, and the copy gets a title of its own.
+    [[nodiscard]] bool keep(Alarm& alarm, Instant now);
+
     // Stores a copy of the alarm, listed by the menu, under a title of its own: that of the alarm
     // with a number. Answers the title; empty when there is no room.
     [[nodiscard]] QString duplicate(const Alarm& alarm, Instant now);

@@ -340,8 +340,7 @@ void AlarmMenuController::deleteAlarms(const AlarmPtr& running, const AlarmPtr& 
 void AlarmMenuController::switchOff(const AlarmPtr& alarm) {
     if (alarm->isDefaultAlarm())
         return deleteAlarm(alarm);
-    if (!m_surroundings.storedAlarms.updateInactiveAlarmList(*alarm,
-                                                             instantNow(m_surroundings.runLoop)))
+    if (!m_surroundings.storedAlarms.keep(*alarm, instantNow(m_surroundings.runLoop)))
         return tellNoRoom();
     clearFromMenu(alarm);
 }
