@@ -6,6 +6,7 @@
 #include "core/Isolated.h"
 #include "core/LocalTime.h"
 #include "core/NotificationNames.h"
+#include "core/Rearm.h"
 #include "core/ShownTitle.h"
 #include "core/WholeSecond.h"
 #include "menubar/OneLine.h"
@@ -116,14 +117,26 @@ void StatusView::sleepUntilNextChange(Instant moment, const AlarmPtr& nearest) {
         RunLoopMode::Default);
 }
 
-// What counts down changes with the wedge, which is sent at that moment anyway.
+// What counts down changes with the wedge, which is sent at that moment anyway. What a pause holds
+// has no wedge, and is told of where it rings first of all.
 void StatusView::showToolTip(const AlarmPtr& nearest, Instant moment) {
+    AlarmPtr first = nearest;
+    std::optional<Instant> rings = nearest ? nearest->due(moment) : std::nullopt;
+    for (const AlarmPtr& alarm : m_clock.allAlarms()) {
+        const auto held = alarm->isHeld(moment) ? nextRing(*alarm, moment) : std::nullopt;
+        if (held && (!rings || *held < *rings)) {
+            first = alarm;
+            rings = held;
+        }
+    }
     QStringList parts;
-    if (nearest) {
+    if (first) {
         constexpr int longestTitle = 60;
-        const QString title = isolated(oneLine(shownTitle(*nearest), longestTitle));
-        QString next = dayTimeString(nearest->time(moment), localDateTimeOf(moment));
-        if (const int left = minutesUntil(*nearest, moment); left > 0 && left < fullCircle)
+        const QString title = isolated(oneLine(shownTitle(*first), longestTitle));
+        QString next =
+            dayTimeString(localDateTimeOf(rings.value_or(moment)), localDateTimeOf(moment));
+        const int left = first == nearest ? minutesUntil(*nearest, moment) : 0;
+        if (left > 0 && left < fullCircle)
             next += QStringLiteral(", in %1 min").arg(left);
         if (!title.isEmpty())
             next += QStringLiteral(" \u2013 ") + title;
@@ -134,7 +147,7 @@ void StatusView::showToolTip(const AlarmPtr& nearest, Instant moment) {
             parts << part;
     m_summary = parts.join(QStringLiteral(" \u00b7 "));
     QString text = m_summary;
-    if (!nearest)
+    if (!first)
         text = QStringLiteral("Dorvane") +
                (text.isEmpty() ? QString() : QStringLiteral(" \u2013 ") + text);
     if (text == m_toolTip)

@@ -3,6 +3,7 @@
 
 #include "core/Clock.h"
 #include "core/NotificationNames.h"
+#include "tests/support/AlarmOf.h"
 #include "tests/support/FakeStatusItem.h"
 #include "tests/support/RandomDays.h"
 #include "tests/support/Testing.h"
@@ -61,6 +62,25 @@ TEST_F(StatusViewTest, tellsOfTheNextBreakAndCallsForOneThatIsUnseen) {
     EXPECT_TRUE(m_item.needsAttention) << "the alarm is answered, the break is not";
     m_view.showBreaks({}, false);
     EXPECT_FALSE(m_item.needsAttention);
+}
+
+TEST_F(StatusViewTest, tellsOfWhatRingsFirstAfterAPause) {
+    for (const char* const time : {"11-25 07:00", "11-27 09:00"}) {
+        const bool isDaily = m_clock.allAlarms().empty();
+        const AlarmPtr alarm = AlarmOf{.title = isDaily ? "Up" : "Bus",
+                                       .kind = Alarm::Dated,
+                                       .time = time,
+                                       .everyDay = isDaily}
+                                   .alarm();
+        if (isDaily)
+            alarm->setHeldUntil(instantOf(at("11-26 00:00")));
+        m_clock.insertAlarm(alarm);
+        m_loop.advance(100ms);
+        EXPECT_EQ(m_item.toolTips.last(), u"Thu, 7:00 \u2013 Up"_qs);
+    }
+    m_clock.allAlarms().back()->setHeldUntil(Instant::max());
+    m_view.updateStatusView();
+    EXPECT_EQ(m_item.toolTips.last(), u"Fri, 9:00 \u2013 Bus"_qs);
 }
 
 TEST_F(StatusViewTest, wakesWhenTheWedgeMovesAndSendsOnlyWhatChanged) {
