@@ -27,8 +27,10 @@ constexpr int rowGap = 8;
 
 } // namespace
 
+// Window managers keep a dialog above the editor that it opens.
 AlarmsWindow::AlarmsWindow(Surroundings surroundings)
-    : m_surroundings(std::move(surroundings))
+    : QDialog(nullptr, Qt::Window)
+    , m_surroundings(std::move(surroundings))
     , m_form(std::make_unique<Ui::AlarmsWindow>())
     , m_model([this](const AlarmRow& row, bool on) { switchOn(row, on); },
               fontMetrics().height() + rowGap)
