@@ -5,6 +5,7 @@
 #include "core/NotificationNames.h"
 #include "platform/Presence.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace dorvane {
@@ -30,6 +31,9 @@ void Absence::presenceChanged() {
     const auto before = std::exchange(m_since, m_presence.awaySince());
     if (before && !m_since)
         m_returned(m_runLoop.sinceBoot() - *before);
+    // A source that noticed it first may be the first to see the person come back, too.
+    if (before && m_since)
+        m_since = std::min(*before, *m_since);
     m_notifications.post(breaksDidChangeNotification, this);
 }
 

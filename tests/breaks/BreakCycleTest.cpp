@@ -133,6 +133,9 @@ TEST(BreakCycleTest, EveryActionInEveryStateAndWhatFollows) {
         {away, {comeBack}, "25:00 - 30:00, 55:00 - 60:00, 85:00 - 90:00"},
         {away, {}, ""},
         {{start, wait(10min), leave, wait(4min)}, {comeBack}, "39:00 - 44:00, 69:00 - 74:00"},
+        {{start, wait(20min), leave, wait(4min)},
+         {leave, comeBack}, // noticed again by what noticed it later
+         "49:00 - 54:00, 79:00 - 84:00"},
         {waiting, {comeBack}, "26:00 - 31:00, 56:00 - 61:00, 86:00 -"},
         {waiting, {wait(2min), comeBack}, "53:00 - 58:00, 83:00 - 88:00"},
         {waiting, {skip, comeBack}, "51:00 - 56:00, 81:00 - 86:00"},
