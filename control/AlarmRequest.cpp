@@ -138,6 +138,18 @@ void completeWhen(AlarmDraft& draft, const AlarmForm& form) {
         draft.date = form.atDatePicker.toString(Qt::ISODate);
 }
 
+// What is not said stays as the form has it.
+void takeSettings(const AlarmDraft& draft, AlarmRequest& request) {
+    AlarmForm& form = request.form;
+    form.title = draft.title.value_or(form.title);
+    form.shouldFadeIn = draft.fade.value_or(form.shouldFadeIn);
+    form.ringsUntilAnswered = draft.untilAnswered.value_or(form.ringsUntilAnswered);
+    form.startsSoftly = draft.softly.value_or(form.startsSoftly);
+    request.sound = draft.sound;
+    request.voice = draft.voice.value_or(QString());
+    request.isStored = draft.store.value_or(false);
+}
+
 bool saysWhen(const AlarmDraft& draft) {
     return draft.seconds || draft.minutes || draft.hours || draft.time || draft.date ||
            draft.weekdays || draft.repeat || draft.everyDay || draft.everyWeek;
@@ -161,13 +173,7 @@ std::variant<AlarmRequest, Refusal> readRequest(const QVariantMap& description,
         outcome = takeSnooze(draft, request.form);
     if (outcome)
         return *outcome;
-    request.form.title = *draft.title;
-    request.form.shouldFadeIn = draft.fade.value_or(false);
-    request.form.ringsUntilAnswered = draft.untilAnswered.value_or(false);
-    request.form.startsSoftly = draft.softly.value_or(false);
-    request.sound = draft.sound;
-    request.voice = draft.voice.value_or(QString());
-    request.isStored = draft.store.value_or(false);
+    takeSettings(draft, request);
     return request;
 }
 
@@ -192,17 +198,11 @@ std::variant<AlarmRequest, Refusal> readChanges(const QVariantMap& changes, cons
         outcome = takeSnooze(draft, request.form);
     if (outcome)
         return *outcome;
-    request.form.title = draft.title.value_or(form.title);
-    request.form.shouldFadeIn = draft.fade.value_or(form.shouldFadeIn);
-    request.form.ringsUntilAnswered = draft.untilAnswered.value_or(form.ringsUntilAnswered);
-    request.form.startsSoftly = draft.softly.value_or(form.startsSoftly);
-    request.sound = draft.sound;
-    request.voice = draft.voice.value_or(QString());
+    takeSettings(draft, request);
     if (draft.voice) { // until the other is found
         request.form.isSpeakAlarmName = false;
         request.form.voiceName = QString();
     }
-    request.isStored = draft.store.value_or(false);
     return request;
 }
 
